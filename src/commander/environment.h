@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "foundation/sorted_collection.h"
+#include "foundation/westring.h"
+
+struct KeyedValue {
+  Estring name;
+  Estring value;
+};
+
+// Sorted by name, exactly.
+class KeyedValueSet : public TSortedCollection<KeyedValue, Estring> {
+ public:
+  ~KeyedValueSet() override { clear(); }
+
+ protected:
+  Estring* keyOf(KeyedValue* item) override { return &item->name; }
+  int compareKeys(Estring* a, Estring* b) override;
+};
+
+// One layer of variables over its parent.
+class Environment : public KeyedValueSet {
+ public:
+  explicit Environment(Environment* parent = nullptr) : parent_(parent) {}
+  ~Environment() override { clear(); }
+
+  const char* get(const char* name);                 // here, then in the parents; null when unset
+  void set(const char* name, const char* value);     // a null or empty value removes the pair
+  void flatten(Environment& target);                 // parents first, so that nearer layers win
+  const std::vector<std::string>& block();           // "name=value" strings of this layer
+
+ private:
+  Environment* parent_;
+  std::vector<std::string> block_;
+  bool blockValid_ = false;
+};
+
+// Filled from the program's own environment.
+class ProcessEnvironment : public Environment {
+ public:
+  ProcessEnvironment();
+};
+
+Environment& processEnvironment();
+Environment& configuredEnvironment();
+Environment& sessionEnvironment();
+
+// "~/" at the start becomes the home directory; "$NAME" its value in the session environment (a '$'
+// right behind goes with it), an unset name goes.
+Westring expandPathVariables(const Westring& text);
+// Any "$NAME" up to white space, '$' or '/', folded to upper case; an unknown one stays.
+Westring expandCommandVariables(const Westring& text);

@@ -1,0 +1,3 @@
+#include "commander/program.h"
+
+int main(int argc, char** argv) { return runProgram(argc, argv); }

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "foundation/westring.h"
+
+// A file name as one word of a shell command: special characters get a backslash, a newline stands
+// between single quotes.
+Westring quoteForShell(const Westring& text);
+// The same for a name that is put into a command as an argument: one that begins with '-' gets "./".
+Westring quoteNameForShell(const Westring& name);
+// Each CmdChar becomes two of them, for names placed into a template.
+Westring doubleLeadChar(const Westring& text);
+// What a shell makes of one word: quotes and backslashes removed.
+Westring unquoteShellWord(const Westring& text);

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "console/cell.h"
+#include "console/events.h"
+#include "foundation/westring.h"
+
+struct CursorPos {
+  int x = 0;
+  int y = 0;
+};
+
+struct GridSize {
+  int columns = 80;
+  int rows = 25;
+};
+
+// Starts the toolkit and its threading. False when no display can be opened; then nothing was started
+// and no console may be made. Once per process, application thread, before the CConsole.
+bool initToolkit(int* argc, char*** argv);
+
+// The whole screen: one desktop window showing a grid of character cells. Operations belong to the
+// application thread unless they say otherwise, take the toolkit lock themselves when they paint, and
+// clip to the grid. Coordinates are cells from 0. When the display has gone, painting does nothing.
+class CConsole {
+ public:
+  static constexpr int MinColumns = 1, MaxColumns = 500, MinRows = 1, MaxRows = 250;
+
+  CConsole();
+  ~CConsole();
+  CConsole(const CConsole&) = delete;
+  CConsole& operator=(const CConsole&) = delete;
+
+  // Row after row; a cell outside the grid reads as a blank and is not written.
+  std::vector<Cell> getCells(int x, int y, int w, int h) const;
+  void putCells(int x, int y, int w, int h, const Cell* cells);
+  void fillAttr(int x, int y, int n, unsigned char attr);
+  void fillBlank(int x, int y, int w, int h, unsigned char attr);
+  void fillCell(int x, int y, int n, Cell cell);
+  void writeCellString(int x, int y, const Cell* cells);
+  void writeWide(int x, int y, const wchar_t* text, unsigned char attr);
+  void writeBytes(int x, int y, const char* text, unsigned char attr);  // in the console's code page
+
+  void setCursorSize(int percent);  // of the cell height; 0 hides the cursor
+  void setCursorPos(int x, int y);
+  CursorPos getCursorPos() const;
+  int cursorSize() const;
+  GridSize getSize() const;
+  int columns() const { return getSize().columns; }
+  int rows() const { return getSize().rows; }
+  int cellWidth() const;   // pixels
+  int cellHeight() const;  // pixels
+
+  void scrollDown(int x, int y, int w, int h, int n, unsigned char attr);
+  void scrollUp(int x, int y, int w, int h, int n, unsigned char attr);
+  void writeTty(const char* utf8Text);
+  void setDefaultAttr(unsigned char attr);
+
+  // Between these, writes change the grid at once and pixels only at the outermost endBatch.
+  void beginBatch();
+  void endBatch();
+  // Makes the picture complete; called before every wait.
+  void completePainting();
+
+  // Clears the screen; an empty family and a size of 0 keep the present ones. Values are clamped.
+  void setGeometry(int columns, int rows, const Estring& family, int size);
+  void setCodePage(int page);
+  int codePage() const;
+  void setTitle(const Westring& text);
+  std::string title() const;  // UTF-8, as last set
+  void setIcon(const char* file);
+  void setIconList(const std::vector<std::string>& files);
+  void beep();
+
+  // Input. readEvent: false on time-out.
+  bool readEvent(TEvent& out, uint32_t timeoutMs);
+  int eventCount() const;
+  CEventQueue& events();
+
+  void setClipboardText(const Westring& text);
+  Westring getClipboardText();
+
+  // The picture as it stands, as a PNG file. 0 or errno.
+  int savePicture(const char* file);
+  // X window of the screen, for tests and for asking for the focus; 0 without one.
+  unsigned long windowId() const;
+  // Paints since the start, for tests of what costs a paint.
+  unsigned long paintCount() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+// The one console; null before it is made and after it was deleted. Application thread.
+extern CConsole* console;
+
+class BatchScope {
+ public:
+  BatchScope() {
+    if (console) console->beginBatch();
+  }
+  ~BatchScope() {
+    if (console) console->endBatch();
+  }
+  BatchScope(const BatchScope&) = delete;
+  BatchScope& operator=(const BatchScope&) = delete;
+};

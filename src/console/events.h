@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "foundation/object_store.h"
+#include "foundation/threads.h"
+
+enum class EventKind : int { Key = 0, Press = 1, Release = 2, Drag = 3, DoubleClick = 4, Wheel = 5 };
+
+// One input event. `x`, `y` are cells; fields that a kind doesn't use are 0.
+struct TEvent {
+  EventKind kind = EventKind::Key;
+  int code = 0;    // key code; button 1, 2 (right) or 3 (other); wheel +1 up, -1 down
+  int state = 0;   // ShiftState bits
+  int hwCode = 0;  // hardware key code
+  int x = 0;
+  int y = 0;
+};
+
+enum class MouseKind : int {
+  LeftPress = 0,
+  RightPress = 1,
+  LeftDrag = 2,
+  RightDrag = 3,
+  LeftDoubleClick = 4,
+  LeftRelease = 5,
+  RightRelease = 6,
+  Wheel = 7
+};
+
+struct MouseMessage {
+  MouseKind kind = MouseKind::LeftPress;
+  int x = 0;
+  int y = 0;
+  int16_t state = 0;
+  int16_t wheel = 0;
+};
+
+// Filled by the toolkit thread, read by the application thread.
+class CEventQueue : public TObjectStore<TEvent> {
+ public:
+  ~CEventQueue() override { clear(); }
+  void put(const TEvent& event);
+  std::unique_ptr<TEvent> get(uint32_t timeoutMs);  // null on time-out
+  // Takes the first event away if it may serve as an answer to a look for an abort: a shift change or a
+  // mouse event stays in the queue's order and isn't looked at. Null when there is none.
+  std::unique_ptr<TEvent> getKeyOnly();
+  int eventCount() const { return queued_.load(std::memory_order_relaxed); }
+
+ private:
+  MutexSem lock_;
+  EventSem available_;
+  std::atomic<int> queued_{0};
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "foundation/westring.h"
+
+// Where the program's files lie. Set once at start-up, application thread.
+enum class DataFile { Help = 0, Manual = 1, UserMenu = 2, Configuration = 3, History = 4, Log = 5,
+                      SyntaxDefinitions = 6 };
+enum class DataPlace { PerUser = 0, Shared = 1 };
+
+void setProgramPath(const Westring& absolutePath);
+const Westring& programPath();
+void setConfigurationFile(const Westring& absolutePath);  // "" for none
+
+// The path of one of the program's files. `place` counts for the syntax definitions only.
+Westring dataFilePath(DataFile kind, DataPlace place = DataPlace::PerUser);
+
+// HOME, or the user data base's home directory, or "/" when neither tells.
+Westring homeDirectory();
+// TD_SHARE with a slash added, else "/usr/share/tandemdeck/".
+Westring sharedDirectory();

@@ -1,0 +1,8 @@
+#pragma once
+
+// Failures are integers: 0, an errno value, or one of these.
+namespace Status {
+inline constexpr int NoMoreFiles = 0x40000001;
+inline constexpr int NotReady = 0x40000002;
+inline constexpr int EndOfFile = -1;
+}  // namespace Status

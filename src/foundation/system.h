@@ -1,0 +1,86 @@
+#pragma once
+
+#include <dirent.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstddef>
+
+// The one seam between the program and the system's calls on files. Every call that looks at or changes
+// the disk goes through these, so that a test can make the Nth call fail or count them. All return what
+// the call returns and set errno; paths are UTF-8 bytes. EINTR is repeated inside. Any thread.
+namespace System {
+
+int open(const char* path, int flags, mode_t mode = 0);
+int openAt(int directory, const char* name, int flags, mode_t mode = 0);
+int close(int fd);
+ssize_t read(int fd, void* buffer, size_t bytes);
+ssize_t write(int fd, const void* buffer, size_t bytes);
+ssize_t copyRange(int from, int to, size_t bytes);  // copy_file_range at the current positions
+off_t seek(int fd, off_t position, int whence);
+int truncate(int fd, off_t length);
+int sync(int fd);
+int stat(const char* path, struct ::stat* result);
+int lstat(const char* path, struct ::stat* result);
+int statAt(int directory, const char* name, struct ::stat* result, int flags);
+int fstat(int fd, struct ::stat* result);
+int unlink(const char* path);
+int unlinkAt(int directory, const char* name, int flags);
+int rmdir(const char* path);
+int mkdir(const char* path, mode_t mode);
+int mkdirAt(int directory, const char* name, mode_t mode);
+int rename(const char* from, const char* to);
+int renameNoReplace(const char* from, const char* to);  // EEXIST when `to` exists, also as a link
+int symlink(const char* target, const char* path);
+ssize_t readlink(const char* path, char* buffer, size_t bytes);
+int mknod(const char* path, mode_t mode, dev_t device);
+int chmod(const char* path, mode_t mode);
+int fchmod(int fd, mode_t mode);
+int fchown(int fd, uid_t owner, gid_t group);
+int lchown(const char* path, uid_t owner, gid_t group);
+int futimens(int fd, const struct timespec times[2]);
+int utimensAt(int directory, const char* path, const struct timespec times[2], int flags);
+DIR* openDirectory(const char* path);
+DIR* openDirectoryFd(int fd);
+dirent* readDirectory(DIR* directory);
+int closeDirectory(DIR* directory);
+int chdir(const char* path);
+
+// For tests: called before each call above with its name and path (or "" where it has none). A non-zero
+// result makes the call fail with that errno. Null removes the hook. Set while no other thread works.
+using Hook = int (*)(const char* call, const char* path, void* context);
+void setHook(Hook hook, void* context);
+
+}  // namespace System
+
+// Closes a descriptor at the end of the scope unless it was released.
+class Descriptor {
+ public:
+  explicit Descriptor(int fd = -1) : fd_(fd) {}
+  ~Descriptor() { reset(); }
+  Descriptor(Descriptor&& other) noexcept : fd_(other.release()) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    if (this != &other) {
+      reset();
+      fd_ = other.release();
+    }
+    return *this;
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return fd_; }
+  bool valid() const { return fd_ >= 0; }
+  int release() {
+    int fd = fd_;
+    fd_ = -1;
+    return fd;
+  }
+  int close();  // 0 or errno; a close error counts
+  void reset() {
+    if (fd_ >= 0) System::close(release());
+  }
+
+ private:
+  int fd_;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "foundation/string_collections.h"
+
+// Which history a string field keeps.
+enum class FieldHistory : int {
+  GroupSelect = 4,
+  SearchText = 5,
+  Replacement = 6,
+  Filter = 7,
+  Destination = 10,
+  ViewFile = 11,
+  None = 13,
+  // Make directory and delete by name name the class that keeps nothing.
+};
+
+inline constexpr int FieldHistoryCount = 12;
+inline constexpr int DirectoryHistoryLimit = 100;
+
+// The histories of this run; the most recent element is last. Application thread.
+FnStringStore* fieldHistory(FieldHistory which);  // null for a class that keeps nothing
+// Any string equal without regard to case goes, then the text is appended.
+void addField(FieldHistory which, const Westring& text);
+
+FnStringStore& commandHistory();
+// Leading white space is dropped; an equal string (exactly) goes; appended. Empty text is not kept.
+void addCommand(const Westring& text);
+
+FnStringStore& directoryHistory();
+void addDirectory(const Westring& path);
+// Going up: the newest entry goes if it is the directory just left.
+void removeNewestDirectory(const Westring& left);
