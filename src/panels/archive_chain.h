@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "foundation/entry.h"
+#include "foundation/westring.h"
+
+// An archive file opened as a directory. Archives nest: each knows the one that holds it.
+class OpenArchive {
+ public:
+  virtual ~OpenArchive() = default;
+  virtual const Westring& path() const = 0;  // of the archive file, as the panel shows it
+  // The listing of a directory inside, as DirFinder gives one: 0, Status::NoMoreFiles or errno; the
+  // caller owns each record.
+  virtual int first(const Westring& innerPath, entry*& result) = 0;
+  virtual int next(entry*& result) = 0;
+  std::unique_ptr<OpenArchive> parent;
+};
+
+// Opens `file` as an archive inside `parent` (null for a real file); null when it is none. Until an
+// archive reader is connected every answer is null: nothing is an archive.
+using ArchiveOpener =
+    std::function<std::unique_ptr<OpenArchive>(const Westring& file, OpenArchive* parent)>;
+ArchiveOpener& archiveOpener();
+std::unique_ptr<OpenArchive> openArchive(const Westring& file, OpenArchive* parent);

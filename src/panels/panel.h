@@ -1,0 +1,130 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "foundation/entry.h"
+#include "foundation/string_collections.h"
+#include "foundation/westring.h"
+#include "panels/archive_chain.h"
+#include "panels/tree_keeper.h"
+#include "ui/win.h"
+
+namespace SortCode {
+inline constexpr int Name = 0, Extension = 1, Time = 2, Size = 3, Unsorted = 4;
+inline constexpr int Reverse = 5;  // added to the codes above
+}  // namespace SortCode
+
+enum class PanelType : int { Files = 0, Info = 1 };
+
+enum class PanelStyle : int {
+  Brief = 0,
+  Full = 1,
+  Wide = 2,
+  BriefWide = 3,
+  Unix = 4,
+  Tree = 5,
+  DialogTree = 6  // the tree view of a dialog
+};
+
+struct PanelPosition {
+  int top = 0;
+  int cursor = 0;
+};
+
+struct TLinkTargetCacheEntry {
+  Westring path;
+  Westring target;
+};
+
+// Link targets by full path, each read at most once per read of the directory.
+class CLinkTargetCache : public TSortedCollection<TLinkTargetCacheEntry, Westring> {
+ public:
+  ~CLinkTargetCache() override { clear(); }
+  const Westring& targetOf(const Westring& fullPath);
+
+ protected:
+  Westring* keyOf(TLinkTargetCacheEntry* item) override { return &item->path; }
+  int compareKeys(Westring* a, Westring* b) override;  // exact
+};
+
+// The listing of a panel: an array of owned entries that doubles when full.
+class EntryList {
+ public:
+  static constexpr int StartCapacity = 4096;
+  EntryList();
+  ~EntryList() { clear(); }
+  EntryList(const EntryList&) = delete;
+  EntryList& operator=(const EntryList&) = delete;
+  void swap(EntryList& other);
+
+  int count() const { return count_; }
+  int capacity() const { return capacity_; }
+  entry* operator[](int index) const { return items_[index]; }
+  entry** begin() const { return items_.get(); }
+  entry** end() const { return items_.get() + count_; }
+  void add(EntryPtr item);
+  void insertFirst(EntryPtr item);
+  EntryPtr take(int index);  // leaves null in its place
+  void clear();
+
+ private:
+  void grow();
+  std::unique_ptr<entry*[]> items_;
+  int count_ = 0;
+  int capacity_ = StartCapacity;
+};
+
+// One side of the screen. A plain record: everything that acts on it is a function of its own.
+// Application thread.
+struct Panel {
+  static constexpr int StoredPositions = 50;
+  static constexpr int RestoredPositions = 20;
+
+  Westring path;      // inside an archive: the archive file's path followed by the path inside it
+  Westring lastPath;  // the path of the previous read
+  PanelPosition saved;  // copied on every round of the main loop
+  Westring previousPath;  // the directory left last
+  PanelPosition previous;
+  int cursor = 0;  // row inside the visible page
+  int top = 0;     // index of the first visible entry
+  bool showing = true;
+  bool needsRead = false;  // a read was postponed
+  bool needsDraw = false;  // a draw was postponed
+  bool keptOff = false;    // was off already when the panels were taken off together
+  bool infoWasOff = false; // the panel was off when INFO turned it on
+  std::unique_ptr<Win> window;
+  PanelPosition positionStack[StoredPositions];
+  int depth = -1;  // top of positionStack; -1 when empty, never below, at most 32767
+  EntryList entries;
+  int taggedCount = 0;
+  int64_t taggedSize = 0;
+  Westring quickSearch;  // "" when not searching
+  int sort = SortCode::Name;
+  PanelType type = PanelType::Files;
+  PanelStyle style = PanelStyle::Full;
+  Westring filter = L"*";
+  int pageSize = 1;  // entries in a page, at least 1
+  int readError = 0;
+  TreeKeeper* tree = nullptr;  // not owned; null while no tree is loaded
+  bool rescanTree = false;
+  std::unique_ptr<OpenArchive> archive;  // innermost open archive
+  int nameOffset = 0;        // characters by which a long name is scrolled
+  int nameOffsetEntry = -1;  // the entry it applies to
+  int infoRows = 0;
+  NameCollection subdirectories;  // of the directory shown, listed or not
+  CLinkTargetCache linkTargets;
+
+  int count() const { return entries.count(); }
+  int currentIndex() const { return top + cursor; }
+  entry* currentEntry() const {
+    int index = currentIndex();
+    return index >= 0 && index < entries.count() ? entries[index] : nullptr;
+  }
+  bool isFiles() const { return type == PanelType::Files; }
+  bool isTreeStyle() const { return style == PanelStyle::Tree || style == PanelStyle::DialogTree; }
+  bool isRoot() const { return path.data()[0] == L'/' && path.data()[1] == 0; }
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "panels/panel.h"
+
+// One step of the quick search by a key: a character extends the text, any other key steps to the next
+// match in `direction`. With StickyAlt the search holds the keyboard until it ends. Returns the key that
+// the main loop must handle, or 0.
+int quickSearchStep(Panel& panel, int key, int direction = 1);
+// Lengthens the text as far as all matches agree.
+void completeSearch(Panel& panel);
+void removeLastSearchCharacter(Panel& panel);
+// Where a search for `text` lands from entry `from` on, wrapping once; -1 for none.
+int findByPrefix(const Panel& panel, const Westring& text, int from, int direction);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "foundation/string_collections.h"
+#include "foundation/westring.h"
+
+// What the panels and the file operations tell the persistent directory tree. The base does nothing:
+// it stands in until a tree is connected.
+class TreeKeeper {
+ public:
+  virtual ~TreeKeeper() = default;
+  // A directory was read: these are all its subdirectories.
+  virtual void subdirectoriesRead(const Westring&, const NameCollection&) {}
+  // The counted total of a directory, when the tree knows one.
+  virtual std::optional<int64_t> directoryTotal(const Westring&) { return std::nullopt; }
+  // The sum of the files directly in a directory, after a read.
+  virtual void filesCounted(const Westring&, int64_t) {}
+  virtual void renamed(const Westring&, const Westring&) {}  // from, to
+  virtual void removed(const Westring&) {}
+  virtual void made(const Westring&) {}
+  virtual void save() {}
+};
+
+// The keeper of the run, never null. setTreeKeeper(null) brings the empty one back. Not owned.
+TreeKeeper& treeKeeper();
+void setTreeKeeper(TreeKeeper* keeper);
