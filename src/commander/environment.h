@@ -21,35 +21,43 @@ class KeyedValueSet : public TSortedCollection<KeyedValue, Estring> {
   int compareKeys(Estring* a, Estring* b) override;
 };
 
-// One layer of variables over its parent.
+// One layer of variables over its parent. Changed through set only. Application thread.
 class Environment : public KeyedValueSet {
  public:
   explicit Environment(Environment* parent = nullptr) : parent_(parent) {}
   ~Environment() override { clear(); }
 
-  const char* get(const char* name);                 // here, then in the parents; null when unset
-  void set(const char* name, const char* value);     // a null or empty value removes the pair
-  void flatten(Environment& target);                 // parents first, so that nearer layers win
-  const std::vector<std::string>& block();           // "name=value" strings of this layer
+  const char* get(const char* name);              // here, then in the parents; null when unset
+  void set(const char* name, const char* value);  // a null or empty value removes the pair
+  void flatten(Environment& target);              // parents first, so that nearer layers win
+  const std::vector<std::string>& block();        // "name=value" strings of this layer
+
+ protected:
+  void put(const char* name, const char* value);  // also keeps an empty value
 
  private:
-  Environment* parent_;
+  void forgetBlock();
+
+  Environment* parent_;  // not owned, may be null
   std::vector<std::string> block_;
   bool blockValid_ = false;
 };
 
-// Filled from the program's own environment.
+// Filled from the program's own environment, as it is when this is made.
 class ProcessEnvironment : public Environment {
  public:
   ProcessEnvironment();
 };
 
+// The three layers: what the program was started with, under what the configuration says, under
+// what was set at the command line. Made at the first use of any, in this order.
 Environment& processEnvironment();
 Environment& configuredEnvironment();
 Environment& sessionEnvironment();
 
-// "~/" at the start becomes the home directory; "$NAME" its value in the session environment (a '$'
-// right behind goes with it), an unset name goes.
+// "~/" at the start, or "~" alone, becomes the home directory; "$NAME" its value in the session
+// environment (a '$' right behind goes with it), an unset name goes.
 Westring expandPathVariables(const Westring& text);
-// Any "$NAME" up to white space, '$' or '/', folded to upper case; an unknown one stays.
+// Any "$NAME" up to white space, '$' or '/', folded to upper case; an unknown one stays. A '$'
+// behind a backslash is no variable: so a quoted file name stays as it is.
 Westring expandCommandVariables(const Westring& text);

@@ -5,9 +5,14 @@
 // A file name as one word of a shell command: special characters get a backslash, a newline stands
 // between single quotes.
 Westring quoteForShell(const Westring& text);
-// The same for a name that is put into a command as an argument: one that begins with '-' gets "./".
+// The same for a name that is put into a command as an argument: one that begins with '-' gets
+// "./".
 Westring quoteNameForShell(const Westring& name);
 // Each CmdChar becomes two of them, for names placed into a template.
 Westring doubleLeadChar(const Westring& text);
 // What a shell makes of one word: quotes and backslashes removed.
 Westring unquoteShellWord(const Westring& text);
+
+// CmdChar as a wide character; an emptied option stands for its default.
+inline constexpr wchar_t DefaultMacroLead = L'!';
+wchar_t macroLeadCharacter();
