@@ -16,8 +16,9 @@ inline constexpr int KeepOnExec = 16;
 inline constexpr int Text = 32;  // written newlines become CR LF
 }  // namespace OpenFlag
 
-// A buffered file with status codes. Errors stick: after one, write does nothing until the next open or
-// a seek that clears it. No lock.
+// A buffered file with status codes: 0, an errno value or Status::EndOfFile. Errors stick: after
+// one, write does nothing until the next open or a seek that clears it, and close reports it while
+// bytes wait in the buffer. No lock.
 class File {
  public:
   File();
@@ -25,7 +26,8 @@ class File {
   File(const File&) = delete;
   File& operator=(const File&) = delete;
 
-  // Closes any open file first. Write without Append truncates. Permission bits 0660. Returns status().
+  // Closes any open file first. Write without Append truncates. Permission bits 0660. Returns
+  // status().
   int open(const Westring& name, int flags);
   int open(const char* utf8Name, int flags);
   // Takes over an open descriptor, which must be above 0.
@@ -39,16 +41,16 @@ class File {
   int writeLine(const char* text);  // text and CR LF
   // A line without its CR and LF; one longer than size-1 comes out in pieces.
   int readLine(char* buffer, int size);
-  int flush();
+  int flush();  // 0 or errno
 
   int seek(int64_t position);
   int seekBy(int64_t delta);
   int rewind() { return seek(0); }
   int64_t tell() const { return bufPos_ + osPos_ - bufLen_; }
-  int64_t fileSize() const;
+  int64_t fileSize() const;  // of what reached the disk; 0 on failure
   int truncate(int64_t length);
   int getTime(DosTime& words) const;
-  int setTime(DosTime words);
+  int setTime(DosTime words);  // the modification time; the access time becomes now
 
   int status() const { return status_; }
   bool isOpen() const { return fd_ != 0; }
@@ -62,6 +64,11 @@ class File {
 
  private:
   int openEncoded(const char* utf8Name, int flags);
+  void startEmpty();
+  void emptyBuffer();
+  int endWriting();
+  int alignDescriptor();
+  bool readable();
   bool fill();
 
   std::unique_ptr<char[]> buffer_;

@@ -5,9 +5,9 @@
 #include "foundation/file.h"
 #include "foundation/threads.h"
 
-// Random byte access with four cached 16384-byte blocks and a thread that fetches the next one ahead,
-// in either direction. byteAt, readAt and readNext belong to one thread; the prefetch thread shares the
-// descriptor under `lock_`.
+// Random byte access with four cached 16384-byte blocks and a thread that fetches the next one
+// ahead, in either direction. byteAt, readAt and readNext belong to one thread; the prefetch thread
+// shares the descriptor under `lock_`.
 class ReadAheadFile : public File {
  public:
   static constexpr int BlockSize = 16384;
@@ -22,7 +22,7 @@ class ReadAheadFile : public File {
 
   int byteAt(int64_t position);  // the byte, or -1 past the end
   int readAt(int64_t position, void* buffer, size_t bytes);
-  int readNext(void* buffer, size_t bytes);      // at linePos, which advances on success
+  int readNext(void* buffer, size_t bytes);  // at linePos, which advances on success
   int readLineNext(char* buffer, int size);
   int64_t linePos() const { return linePos_; }
   void setLinePos(int64_t position) { linePos_ = position; }
@@ -30,7 +30,12 @@ class ReadAheadFile : public File {
   int64_t prefetchPosition();  // -1 for none; for tests
 
  private:
-  int loadBlock(int64_t base, char* block, int64_t& length, int64_t previousBase);
+  void moveToFront(int place);
+  void takeBlock(int64_t base);
+  int loadBlock(int64_t base, std::unique_ptr<char[]>& block, int64_t& length,
+                int64_t previousBase);
+  int64_t nextToFetch(int64_t base, int64_t previousBase) const;
+  int readAt(int64_t position, void* buffer, size_t bytes, size_t& got);
   static void prefetchEntry(void* self);
   void prefetchLoop();
 

@@ -3,18 +3,21 @@
 #include <dirent.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <sys/vfs.h>
 
 #include <cstddef>
 
-// The one seam between the program and the system's calls on files. Every call that looks at or changes
-// the disk goes through these, so that a test can make the Nth call fail or count them. All return what
-// the call returns and set errno; paths are UTF-8 bytes. EINTR is repeated inside. Any thread.
+// The one seam between the program and the system's calls on files. Every call that looks at or
+// changes the disk goes through these, so that a test can make the Nth call fail or count them. All
+// return what the call returns and set errno; paths are UTF-8 bytes. EINTR is repeated inside. Any
+// thread.
 namespace System {
 
 int open(const char* path, int flags, mode_t mode = 0);
 int openAt(int directory, const char* name, int flags, mode_t mode = 0);
 int close(int fd);
 ssize_t read(int fd, void* buffer, size_t bytes);
+ssize_t readAt(int fd, void* buffer, size_t bytes, off_t position);  // the file position stays
 ssize_t write(int fd, const void* buffer, size_t bytes);
 ssize_t copyRange(int from, int to, size_t bytes);  // copy_file_range at the current positions
 off_t seek(int fd, off_t position, int whence);
@@ -31,23 +34,35 @@ int mkdir(const char* path, mode_t mode);
 int mkdirAt(int directory, const char* name, mode_t mode);
 int rename(const char* from, const char* to);
 int renameNoReplace(const char* from, const char* to);  // EEXIST when `to` exists, also as a link
+int renameAt(int fromDirectory, const char* from, int toDirectory, const char* to);
+int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, const char* to);
 int symlink(const char* target, const char* path);
+int symlinkAt(const char* target, int directory, const char* name);
 ssize_t readlink(const char* path, char* buffer, size_t bytes);
+ssize_t readlinkAt(int directory, const char* name, char* buffer, size_t bytes);
 int mknod(const char* path, mode_t mode, dev_t device);
+int mknodAt(int directory, const char* name, mode_t mode, dev_t device);
 int chmod(const char* path, mode_t mode);
+int chmodAt(int directory, const char* name, mode_t mode);
 int fchmod(int fd, mode_t mode);
 int fchown(int fd, uid_t owner, gid_t group);
 int lchown(const char* path, uid_t owner, gid_t group);
+int lchownAt(int directory, const char* name, uid_t owner, gid_t group);
+ssize_t listAttributes(int fd, char* names, size_t bytes);  // extended attributes
+ssize_t getAttribute(int fd, const char* name, void* value, size_t bytes);
+int setAttribute(int fd, const char* name, const void* value, size_t bytes);
 int futimens(int fd, const struct timespec times[2]);
 int utimensAt(int directory, const char* path, const struct timespec times[2], int flags);
 DIR* openDirectory(const char* path);
-DIR* openDirectoryFd(int fd);
-dirent* readDirectory(DIR* directory);
+DIR* openDirectoryFd(int fd);           // takes the descriptor over when it succeeds
+dirent* readDirectory(DIR* directory);  // null with errno 0 at the end
 int closeDirectory(DIR* directory);
 int chdir(const char* path);
+int statFs(const char* path, struct ::statfs* result);
 
-// For tests: called before each call above with its name and path (or "" where it has none). A non-zero
-// result makes the call fail with that errno. Null removes the hook. Set while no other thread works.
+// For tests: called before each call above with its name and path (or "" where it has none). A
+// non-zero result makes the call fail with that errno; a close that fails so still closes. Null
+// removes the hook. Set while no other thread works.
 using Hook = int (*)(const char* call, const char* path, void* context);
 void setHook(Hook hook, void* context);
 

@@ -39,7 +39,8 @@ class EventSem {
   std::atomic<bool> posted_{false};
 };
 
-// A recursive mutex with a use count and the owning thread.
+// A recursive mutex with a use count and the owning thread. Its time-outs run on the monotonic
+// clock too, which the system's own recursive mutex can't do.
 class MutexSem {
  public:
   MutexSem();
@@ -47,12 +48,15 @@ class MutexSem {
   MutexSem(const MutexSem&) = delete;
   MutexSem& operator=(const MutexSem&) = delete;
 
-  int request(uint32_t ms);  // 0 or the error
+  int request(uint32_t ms);  // 0, EBUSY from a poll, ETIMEDOUT
   void release();            // nothing unless the calling thread owns it
   bool isLocked() const { return count_ > 0; }
 
  private:
-  pthread_mutex_t mutex_;
+  bool ownedByCaller() const;
+
+  pthread_mutex_t mutex_;  // guards the fields below, held for moments only
+  pthread_cond_t condition_;
   std::atomic<int> count_{0};
   std::atomic<pthread_t> owner_{};
 };

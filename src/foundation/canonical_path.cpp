@@ -1,0 +1,87 @@
+#include <cerrno>
+
+#include "foundation/names.h"
+#include "foundation/path_info.h"
+
+namespace {
+
+constexpr int DrivePlace = 1;  // where a colon is allowed: behind a drive letter
+
+bool hasStrayColon(const wchar_t* path) {
+  for (int i = 0; path[i]; ++i) {
+    if (path[i] == L':' && i != DrivePlace) return true;
+  }
+  return false;
+}
+
+// The number of dots when [begin, end) holds nothing else, otherwise 0.
+int dotsOnly(const wchar_t* begin, const wchar_t* end) {
+  for (const wchar_t* at = begin; at < end; ++at) {
+    if (*at != L'.') return 0;
+  }
+  return static_cast<int>(end - begin);
+}
+
+// Takes the last component off `built`, an absolute path without a slash at its end. False at the
+// root.
+bool goUp(Westring& built) {
+  const int slash = built.rfind(L'/');
+  if (slash < 0) return false;
+  built = left(built, slash);
+  return true;
+}
+
+bool appendComponents(Westring& built, const wchar_t* path) {
+  const wchar_t* at = path;
+  while (*at) {
+    const wchar_t* end = at;
+    while (*end && *end != L'/') ++end;
+    const int dots = dotsOnly(at, end);
+    for (int level = 1; level < dots; ++level) {
+      if (!goUp(built)) return false;
+    }
+    if (end > at && dots == 0) {
+      built += L'/';
+      built += mid(Westring(at), 0, static_cast<int>(end - at));
+    }
+    at = *end ? end + 1 : end;
+  }
+  return true;
+}
+
+// The directory that a relative path starts at, without a slash at its end; false when there is
+// none.
+bool startDirectory(const Westring* base, Westring& start) {
+  if (base && (*base)[0] == L'/') {
+    start = *base;
+  } else {
+    start = currentDir();
+    if (start.empty()) return false;
+    if (base && !base->empty()) start = joinPath(start, *base);
+  }
+  while (!start.empty() && start[start.length() - 1] == L'/')
+    start = left(start, start.length() - 1);
+  return true;
+}
+
+int refuse(int error) {
+  errno = error;
+  return -1;
+}
+
+}  // namespace
+
+int canonicalPath(Westring& path, const Westring* base) {
+  Westring typed = path;
+  for (wchar_t* at = typed.data(); *at; ++at) {
+    if (*at == L'\\') *at = L'/';
+  }
+  if (hasStrayColon(typed.data())) return refuse(EINVAL);
+  Westring built;
+  if (typed[0] != L'/' && !startDirectory(base, built)) return refuse(ENOENT);
+  if (!appendComponents(built, typed.data())) return refuse(EINVAL);
+  if (built.empty()) built = L"/";
+  if (built.length() >= MaxPathLength) return refuse(ENAMETOOLONG);
+  path = built;
+  return 0;
+}

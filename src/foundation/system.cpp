@@ -1,0 +1,300 @@
+#include "foundation/system.h"
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+
+namespace {
+
+std::atomic<System::Hook> activeHook{nullptr};
+std::atomic<void*> hookContext{nullptr};
+
+constexpr const char* NoPath = "";
+constexpr int FirstFreeDescriptor = STDERR_FILENO + 1;
+
+// True when the hook wants this call to fail; errno is set then.
+bool refused(const char* call, const char* path) {
+  const System::Hook hook = activeHook.load(std::memory_order_acquire);
+  if (!hook) return false;
+  const int error = hook(call, path, hookContext.load(std::memory_order_relaxed));
+  if (error == 0) return false;
+  errno = error;
+  return true;
+}
+
+template <class Call>
+auto repeated(Call call) {
+  for (;;) {
+    const auto result = call();
+    if (result != -1 || errno != EINTR) return result;
+  }
+}
+
+// One call of the seam that gives -1 on failure.
+template <class Call>
+auto guarded(const char* name, const char* path, Call call) -> decltype(call()) {
+  if (refused(name, path)) return -1;
+  return repeated(call);
+}
+
+// A process that was started with a standard stream closed would get its number for a file, and
+// whatever is printed would end up in that file.
+int aboveStandardStreams(int fd, int flags) {
+  if (fd < 0 || fd >= FirstFreeDescriptor) return fd;
+  const int command = flags & O_CLOEXEC ? F_DUPFD_CLOEXEC : F_DUPFD;
+  const int lifted = fcntl(fd, command, FirstFreeDescriptor);
+  const int error = errno;
+  ::close(fd);
+  errno = error;
+  return lifted;
+}
+
+// File systems without the atomic form say so with one of these.
+bool lacksNoReplace(int error) {
+  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
+}
+
+}  // namespace
+
+namespace System {
+
+int open(const char* path, int flags, mode_t mode) {
+  const int fd = guarded("open", path, [&] { return ::open(path, flags, mode); });
+  return aboveStandardStreams(fd, flags);
+}
+
+int openAt(int directory, const char* name, int flags, mode_t mode) {
+  const int fd = guarded("openAt", name, [&] { return ::openat(directory, name, flags, mode); });
+  return aboveStandardStreams(fd, flags);
+}
+
+int close(int fd) {
+  if (refused("close", NoPath)) {
+    const int error = errno;
+    ::close(fd);
+    errno = error;
+    return -1;
+  }
+  // The descriptor is gone even when close was interrupted; closing once more could hit another
+  // file.
+  const int result = ::close(fd);
+  return result == -1 && errno == EINTR ? 0 : result;
+}
+
+ssize_t read(int fd, void* buffer, size_t bytes) {
+  return guarded("read", NoPath, [&] { return ::read(fd, buffer, bytes); });
+}
+
+ssize_t readAt(int fd, void* buffer, size_t bytes, off_t position) {
+  return guarded("readAt", NoPath, [&] { return ::pread(fd, buffer, bytes, position); });
+}
+
+ssize_t write(int fd, const void* buffer, size_t bytes) {
+  return guarded("write", NoPath, [&] { return ::write(fd, buffer, bytes); });
+}
+
+ssize_t copyRange(int from, int to, size_t bytes) {
+  return guarded("copyRange", NoPath,
+                 [&] { return ::copy_file_range(from, nullptr, to, nullptr, bytes, 0); });
+}
+
+off_t seek(int fd, off_t position, int whence) {
+  return guarded("seek", NoPath, [&] { return ::lseek(fd, position, whence); });
+}
+
+int truncate(int fd, off_t length) {
+  return guarded("truncate", NoPath, [&] { return ::ftruncate(fd, length); });
+}
+
+int sync(int fd) {
+  return guarded("sync", NoPath, [&] { return ::fsync(fd); });
+}
+
+int stat(const char* path, struct ::stat* result) {
+  return guarded("stat", path, [&] { return ::stat(path, result); });
+}
+
+int lstat(const char* path, struct ::stat* result) {
+  return guarded("lstat", path, [&] { return ::lstat(path, result); });
+}
+
+int statAt(int directory, const char* name, struct ::stat* result, int flags) {
+  return guarded("statAt", name, [&] { return ::fstatat(directory, name, result, flags); });
+}
+
+int fstat(int fd, struct ::stat* result) {
+  return guarded("fstat", NoPath, [&] { return ::fstat(fd, result); });
+}
+
+int unlink(const char* path) {
+  return guarded("unlink", path, [&] { return ::unlink(path); });
+}
+
+int unlinkAt(int directory, const char* name, int flags) {
+  return guarded("unlinkAt", name, [&] { return ::unlinkat(directory, name, flags); });
+}
+
+int rmdir(const char* path) {
+  return guarded("rmdir", path, [&] { return ::rmdir(path); });
+}
+
+int mkdir(const char* path, mode_t mode) {
+  return guarded("mkdir", path, [&] { return ::mkdir(path, mode); });
+}
+
+int mkdirAt(int directory, const char* name, mode_t mode) {
+  return guarded("mkdirAt", name, [&] { return ::mkdirat(directory, name, mode); });
+}
+
+int rename(const char* from, const char* to) {
+  return guarded("rename", from, [&] { return ::rename(from, to); });
+}
+
+int renameNoReplace(const char* from, const char* to) {
+  return renameAtNoReplace(AT_FDCWD, from, AT_FDCWD, to);
+}
+
+int renameAt(int fromDirectory, const char* from, int toDirectory, const char* to) {
+  return guarded("renameAt", from,
+                 [&] { return ::renameat(fromDirectory, from, toDirectory, to); });
+}
+
+int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, const char* to) {
+  const int result = guarded("renameNoReplace", from, [&] {
+    return ::renameat2(fromDirectory, from, toDirectory, to, RENAME_NOREPLACE);
+  });
+  if (result == 0 || !lacksNoReplace(errno)) return result;
+  struct ::stat existing;
+  if (statAt(toDirectory, to, &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+    errno = EEXIST;
+    return -1;
+  }
+  if (errno != ENOENT) return -1;
+  return renameAt(fromDirectory, from, toDirectory, to);
+}
+
+int symlink(const char* target, const char* path) {
+  return guarded("symlink", path, [&] { return ::symlink(target, path); });
+}
+
+int symlinkAt(const char* target, int directory, const char* name) {
+  return guarded("symlinkAt", name, [&] { return ::symlinkat(target, directory, name); });
+}
+
+ssize_t readlink(const char* path, char* buffer, size_t bytes) {
+  return guarded("readlink", path, [&] { return ::readlink(path, buffer, bytes); });
+}
+
+ssize_t readlinkAt(int directory, const char* name, char* buffer, size_t bytes) {
+  return guarded("readlinkAt", name, [&] { return ::readlinkat(directory, name, buffer, bytes); });
+}
+
+int mknod(const char* path, mode_t mode, dev_t device) {
+  return guarded("mknod", path, [&] { return ::mknod(path, mode, device); });
+}
+
+int mknodAt(int directory, const char* name, mode_t mode, dev_t device) {
+  return guarded("mknodAt", name, [&] { return ::mknodat(directory, name, mode, device); });
+}
+
+int chmod(const char* path, mode_t mode) {
+  return guarded("chmod", path, [&] { return ::chmod(path, mode); });
+}
+
+int chmodAt(int directory, const char* name, mode_t mode) {
+  return guarded("chmodAt", name, [&] { return ::fchmodat(directory, name, mode, 0); });
+}
+
+int fchmod(int fd, mode_t mode) {
+  return guarded("fchmod", NoPath, [&] { return ::fchmod(fd, mode); });
+}
+
+int fchown(int fd, uid_t owner, gid_t group) {
+  return guarded("fchown", NoPath, [&] { return ::fchown(fd, owner, group); });
+}
+
+int lchown(const char* path, uid_t owner, gid_t group) {
+  return guarded("lchown", path, [&] { return ::lchown(path, owner, group); });
+}
+
+int lchownAt(int directory, const char* name, uid_t owner, gid_t group) {
+  return guarded("lchownAt", name,
+                 [&] { return ::fchownat(directory, name, owner, group, AT_SYMLINK_NOFOLLOW); });
+}
+
+ssize_t listAttributes(int fd, char* names, size_t bytes) {
+  return guarded("listAttributes", NoPath, [&] { return ::flistxattr(fd, names, bytes); });
+}
+
+ssize_t getAttribute(int fd, const char* name, void* value, size_t bytes) {
+  return guarded("getAttribute", name, [&] { return ::fgetxattr(fd, name, value, bytes); });
+}
+
+int setAttribute(int fd, const char* name, const void* value, size_t bytes) {
+  return guarded("setAttribute", name, [&] { return ::fsetxattr(fd, name, value, bytes, 0); });
+}
+
+int futimens(int fd, const struct timespec times[2]) {
+  return guarded("futimens", NoPath, [&] { return ::futimens(fd, times); });
+}
+
+int utimensAt(int directory, const char* path, const struct timespec times[2], int flags) {
+  return guarded("utimensAt", path, [&] { return ::utimensat(directory, path, times, flags); });
+}
+
+DIR* openDirectory(const char* path) {
+  const int fd = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) return nullptr;
+  DIR* directory = openDirectoryFd(fd);
+  if (directory) return directory;
+  const int error = errno;
+  ::close(fd);
+  errno = error;
+  return nullptr;
+}
+
+DIR* openDirectoryFd(int fd) {
+  if (refused("openDirectoryFd", NoPath)) return nullptr;
+  return ::fdopendir(fd);
+}
+
+dirent* readDirectory(DIR* directory) {
+  if (refused("readDirectory", NoPath)) return nullptr;
+  errno = 0;
+  return ::readdir(directory);
+}
+
+int closeDirectory(DIR* directory) {
+  if (refused("closeDirectory", NoPath)) {
+    const int error = errno;
+    ::closedir(directory);
+    errno = error;
+    return -1;
+  }
+  const int result = ::closedir(directory);
+  return result == -1 && errno == EINTR ? 0 : result;
+}
+
+int chdir(const char* path) {
+  return guarded("chdir", path, [&] { return ::chdir(path); });
+}
+
+int statFs(const char* path, struct ::statfs* result) {
+  return guarded("statFs", path, [&] { return ::statfs(path, result); });
+}
+
+void setHook(Hook hook, void* context) {
+  hookContext.store(context, std::memory_order_relaxed);
+  activeHook.store(hook, std::memory_order_release);
+}
+
+}  // namespace System
+
+int Descriptor::close() {
+  if (fd_ < 0) return 0;
+  return System::close(release()) == 0 ? 0 : errno;
+}
