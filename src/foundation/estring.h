@@ -4,9 +4,9 @@
 
 class Westring;
 
-// 8-bit text: UTF-8 on its way to the system, code-page bytes, configuration lines. Keeps its length
-// nowhere; every operation that needs it measures the text. All comparison operators ignore case, so
-// paths and names are never compared with them (see names.h).
+// 8-bit text: UTF-8 on its way to the system, code-page bytes, configuration lines. Keeps its
+// length nowhere; every operation that needs it measures the text. All comparison operators ignore
+// case, so paths and names are never compared with them (see names.h).
 class Estring {
  public:
   static constexpr int InlineSize = 21;
@@ -15,8 +15,8 @@ class Estring {
   Estring(const char* text);  // null gives the empty string
   Estring(const Estring& other);
   Estring(Estring&& other) noexcept;
-  explicit Estring(long value);            // decimal
-  Estring(char character, int count);      // a negative count gives the empty string
+  explicit Estring(long value);        // decimal
+  Estring(char character, int count);  // a negative count gives the empty string
   ~Estring();
 
   // An empty string whose buffer holds `characters` characters and the terminator.
@@ -54,8 +54,9 @@ class Estring {
   void addSlash();
 
  private:
-  void reserveDiscarding(long long characters);
-  void growKeeping(int length, long long newCapacity);
+  void assign(const char* text, int count);
+  void append(const char* text, int count);
+  void adopt(char* buffer, int capacity);  // takes `buffer` over, ends the old one
 
   char* data_;
   int capacity_;  // bytes, terminator included

@@ -14,8 +14,8 @@ struct LocaleSettings {
 
 extern LocaleSettings localeSettings;
 
-// Fills localeSettings from the locale, sets the default code page (`codePage`, 0 means 850) and builds
-// the case tables. The process's locale must be set.
+// Fills localeSettings from the locale, sets the default code page (`codePage`, 0 means 850) and
+// builds the case tables. The process's locale must be set.
 void readLocaleSettings(int codePage);
 
 // The pieces, for tests: separator from THOUSEP, format from D_FMT.

@@ -15,7 +15,8 @@ struct MemoryPoolBlock {
   size_t size;
 };
 
-// A bump allocator in 65536-byte blocks: many small records that all end together.
+// A bump allocator in 65536-byte blocks: many small records that all end together. Addresses follow
+// each other without a gap, so a caller that needs alignment asks for multiples of it.
 class MemoryPool : public TObjectStore<MemoryPoolBlock> {
  public:
   static constexpr size_t BlockSize = 65536;
@@ -25,6 +26,7 @@ class MemoryPool : public TObjectStore<MemoryPoolBlock> {
   void reset();                  // everything allocated so far ends
 
  private:
+  void* take(size_t bytes);  // from the present block, null when it has no room
   void addBlock(size_t bytes);
 
   MemoryPoolBlock* block_ = nullptr;

@@ -10,7 +10,7 @@ class ObjectStore {
   ObjectStore& operator=(const ObjectStore&) = delete;
 
   void* first();
-  void* next();      // the cursor goes on even beyond the end
+  void* next();  // the cursor goes on even beyond the end
   void* previous();
   void* last();
   void* currentEntry() const;

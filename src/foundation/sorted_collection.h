@@ -1,7 +1,7 @@
 #pragma once
 
-// An owning array of pointers in key order, searched by bisection. With `duplicates` an equal key is
-// accepted; with `unsorted` insert appends and the order is the caller's business (see sort()).
+// An owning array of pointers in key order, searched by bisection. With `duplicates` an equal key
+// is accepted; with `unsorted` insert appends and the order is the caller's business (see sort()).
 class SortedCollection {
  public:
   SortedCollection();
@@ -12,17 +12,19 @@ class SortedCollection {
   bool duplicates = false;
   bool unsorted = false;
 
-  int search(void* key, long& index);    // 0 found, -1 not; index receives the place
-  void* find(void* key);                 // sets the cursor when found
-  void* findAtOrAfter(void* key);        // sets the cursor; null at the end
-  void* findAtOrBefore(void* key);       // sets the cursor; null when there is none
+  int search(void* key, long& index);  // 0 found, -1 not; index receives the place
+  void* find(void* key);               // sets the cursor when found
+  void* findAtOrAfter(void* key);      // sets the cursor; null at the end
+  void* findAtOrBefore(void* key);     // sets the cursor; null when there is none
   void* first();
   void* next();
   void* peek(long index) const;
   int insert(void* item);  // 0 taken; -1 refused as a duplicate, ownership stays with the caller
   void removeCurrent();
   void clear();
-  void sort();  // orders what was inserted with `unsorted` and clears that flag; n log n
+  // Orders what was inserted with `unsorted` and clears that flag, in n log n. Of equal keys the
+  // first one stays, the others are disposed of, unless `duplicates` is set.
+  void sort();
 
   long count() const { return count_; }
   long capacity() const { return capacity_; }
@@ -38,6 +40,7 @@ class SortedCollection {
 
  private:
   void grow();
+  void dropDuplicates();
 
   void** items_;
   long count_ = 0;

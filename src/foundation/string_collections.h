@@ -10,7 +10,6 @@ using FnStringStore = TObjectStore<Westring>;
 // Ordered without regard to case; the first spelling of a duplicate stays.
 class StringCollection : public TSortedCollection<Estring, Estring> {
  public:
-  ~StringCollection() override { clear(); }
   int addCopy(const Estring& text);  // 1 added, 0 refused
   // Adds the fields of a comma list (see nextField); returns how many were added.
   int addList(const char* list);
@@ -21,27 +20,28 @@ class StringCollection : public TSortedCollection<Estring, Estring> {
   int compareKeys(Estring* a, Estring* b) override;
 };
 
-// Wide texts, ordered without regard to case.
-class FnStringCollection : public TSortedCollection<Westring, Westring> {
+// Wide texts, in the order that the derived class gives.
+class WestringCollection : public TSortedCollection<Westring, Westring> {
  public:
-  ~FnStringCollection() override { clear(); }
   int addCopy(const Westring& text);  // 1 added, 0 refused
 
  protected:
   Westring* keyOf(Westring* item) override { return item; }
-  int compareKeys(Westring* a, Westring* b) override;
 };
 
-// File names: the exact order, so that Foo and foo both have their place.
-class NameCollection : public FnStringCollection {
- public:
-  ~NameCollection() override { clear(); }
-
+// Ordered without regard to case; the first spelling of a duplicate stays.
+class FnStringCollection : public WestringCollection {
  protected:
   int compareKeys(Westring* a, Westring* b) override;
 };
 
-// Cuts the next field of a comma list and moves the cursor behind it. Quotes group, "" inside text is a
-// quote, a backslash and up to three decimal digits are a character of that value.
+// File names: the exact order, so that Foo and foo both have their place.
+class NameCollection : public WestringCollection {
+ protected:
+  int compareKeys(Westring* a, Westring* b) override;
+};
+
+// Cuts the next field of a comma list and moves the cursor behind it. Quotes group, "" inside text
+// is a quote, a backslash and up to three decimal digits are a character of that value.
 Estring nextField(const char*& cursor);
 Estring nextField(Estring& list);  // leaves the remainder in `list`

@@ -3,24 +3,25 @@
 #include "foundation/westring.h"
 
 // Wide text to UTF-8, as every path goes to the system. A value at or below 0x7F, negative ones
-// included, becomes the one byte of its low 8 bits, so decodeFileName's bytes come back as they were.
+// included, becomes the one byte of its low 8 bits, so decodeFileName's bytes come back as they
+// were.
 Estring toUtf8(const wchar_t* text);
 Estring toUtf8(const Westring& text);
 
-// The general decoder: an invalid byte gives the Latin-1 character of its number. True when the whole
-// input was valid.
+// The general decoder: an invalid byte gives the Latin-1 character of its number. True when the
+// whole input was valid.
 bool decodeUtf8(const char* bytes, Westring& result);
 Westring fromUtf8(const char* bytes);
 
-// The lossless decoder for names that come from the system: each byte that is no part of valid UTF-8
-// (overlong forms, surrogates and values above U+10FFFF are invalid here) becomes the negative wide
-// value whose low 8 bits are that byte. toUtf8 gives the same bytes back.
+// The lossless decoder for names that come from the system: each byte that is no part of valid
+// UTF-8 (overlong forms, surrogates and values above U+10FFFF are invalid here) becomes the
+// negative wide value whose low 8 bits are that byte. toUtf8 gives the same bytes back.
 Westring decodeFileName(const char* bytes);
 // The same into a caller's buffer of at least strlen(bytes)+1 characters; returns the length.
 int decodeFileName(const char* bytes, wchar_t* buffer);
 
-// Valid UTF-8 for the toolkit, whatever the text holds: a raw byte shows as the Latin-1 character of
-// its number, any other value that is no character as U+2302.
+// Valid UTF-8 for the toolkit, whatever the text holds: a raw byte shows as the Latin-1 character
+// of its number, any other value that is no character as U+2302.
 Estring toDisplayUtf8(const wchar_t* text);
 // The one character a cell shows for `character`, by the same rule (control characters unchanged).
 wchar_t displayCharacter(wchar_t character);

@@ -52,8 +52,12 @@ class Westring {
   bool replaceAll(const Westring& from, const Westring& to);
 
  private:
-  void reserveDiscarding(long long characters);
-  void growKeeping(int length, long long newCapacity);
+  friend bool decodeUtf8(const char* bytes, Westring& result);
+
+  void assign(const wchar_t* text, int count);
+  void append(const wchar_t* text, int count);
+  void growKeeping(int count, int length);    // by the rule for appending to a text of `length`
+  void adopt(wchar_t* buffer, int capacity);  // takes `buffer` over, ends the old one
 
   wchar_t* data_;
   int capacity_;  // characters, terminator included
