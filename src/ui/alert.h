@@ -1,13 +1,15 @@
 #pragma once
 
+#include <vector>
+
 #include "foundation/westring.h"
 
 enum class AlertButtons : int {
   Ok = 0,
   OkCancel = 1,
-  OverwriteOne = 2,   // OK, Cancel, Skip, All, None
-  RetrySkip = 3,      // Retry, Skip, Cancel
-  OverwriteMany = 4   // OK, Cancel, Skip, All, None, All Older
+  OverwriteOne = 2,  // OK, Cancel, Skip, All, None
+  RetrySkip = 3,     // Retry, Skip, Cancel
+  OverwriteMany = 4  // OK, Cancel, Skip, All, None, All Older
 };
 enum class AlertColour { Message, Error };
 
@@ -27,5 +29,10 @@ inline constexpr int AllOlder = 'd';
 // Answer::Cancel. Application thread.
 int alert(const Westring& text, const Westring& caption, AlertButtons buttons = AlertButtons::Ok,
           AlertColour colour = AlertColour::Message);
+// The same with text in UTF-8.
 int alert(const char* text, const Westring& caption, AlertButtons buttons = AlertButtons::Ok,
           AlertColour colour = AlertColour::Message);
+
+// The lines of a message box on a screen of that width: cut at spaces, a word too long for a line
+// at the line's end. What is left after 10 lines is dropped.
+std::vector<Westring> wrapAlertText(const Westring& text, int screenWidth);

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "console/events.h"
-#include "foundation/threads.h"
 #include "foundation/string_collections.h"
+#include "foundation/threads.h"
 #include "tools/history_store.h"
 #include "ui/win.h"
 
@@ -19,8 +19,8 @@ enum class MessageKind : int {
   LeftDrag = 5,
   RightPress = 6,
   RightRelease = 7,
-  Wheel = 8,           // code is the direction
-  ListLength = 10,     // code is the new length
+  Wheel = 8,        // code is the direction
+  ListLength = 10,  // code is the new length
   ListContent = 11
 };
 
@@ -75,6 +75,11 @@ class DialogElement {
  protected:
   bool focused() const;
   char hotChar() const;  // 0 when it has none
+  // The message lies on this element's row, in its first `width` columns.
+  bool isWithin(const Message& message, int width) const;
+  void putLabel(int x, int y, const Westring& label);  // with its hot character highlighted
+  // The text cursor: on column `x` of this element's row when focused, else out of sight.
+  void showCursor(int x);
   Dialog& dialog_;
 
  private:
@@ -89,8 +94,9 @@ struct ButtonSpec {
 };
 
 // A framed window of up to 100 controls, one of which has the focus. Controls edit the caller's
-// variables in place, which must outlive the dialog. `run` returns the code that ended it: a button's
-// exit code, 13, 27 or an exit key. Application thread; sendMessage may come from any thread.
+// variables in place, which must outlive the dialog. `run` returns the code that ended it: a
+// button's exit code, 13, 27 or an exit key. Application thread; sendMessage may come from any
+// thread.
 class Dialog : public Win {
  public:
   static constexpr int MaxElements = 100;
@@ -105,22 +111,24 @@ class Dialog : public Win {
   int addText(int x, int y, const char* text, unsigned char attr = 0);
   int addText(int x, int y, const Westring& text, unsigned char attr = 0);
   int addButton(int x, int y, Group group, int exitCode, const char* text);
-  // A row with two cells between the buttons; x < 0 centres it, y < 0 counts from the bottom. Returns
-  // the index of the first.
+  // A row with two cells between the buttons; x < 0 centres it, y < 0 counts from the bottom.
+  // Returns the index of the first.
   int addButtons(int x, int y, Group group, const std::vector<ButtonSpec>& buttons);
   int addOkCancel(int x, int y, Group group);
   int addString(int x, int y, Group group, Westring* text, int width, int maxLength,
                 FieldHistory history = FieldHistory::None);
   int addInteger(int x, int y, Group group, int* value, int width, KeepFormat keepFormat,
                  FieldHistory history = FieldHistory::None);
-  int addCheck(int x, int y, Group group, bool* value, const char* label, Label side = Label::Right);
+  int addCheck(int x, int y, Group group, bool* value, const char* label,
+               Label side = Label::Right);
   int addCheck3(int x, int y, Group group, unsigned char* value, const char* label,
                 Label side = Label::Right);
   int addRadio(int x, int y, Group group, int* value, int myValue, const char* label);
   int addExitKey(int key);
   int addProgress(int x, int y, int width, const float* fraction);
-  // List boxes (list_box.h); `selected` is kept equal to the cursor's item. `exitOnEnter`: at least 1 the
-  // exit code of Enter and double click, 0 the dialog's default, -1 any key the list doesn't use ends.
+  // List boxes (list_box.h); `selected` is kept equal to the cursor's item. `exitOnEnter`: at least
+  // 1 the exit code of Enter and double click, 0 the dialog's default, -1 any key the list doesn't
+  // use ends.
   int addList(int x, int y, Group group, int width, int rows, const char* const* items, int count,
               int* selected, int exitOnEnter);
   int addList(int x, int y, Group group, int width, int rows, EstringStore* items, int* selected,
@@ -159,9 +167,15 @@ class Dialog : public Win {
  private:
   void readMessage(Message& message);
   void dispatch(const Message& message);
+  void settleFocus();
+  int enterCode() const;
   void takeKey(int key);
   bool activateByKey(int key);
   void offerMouse(const Message& message);
+  bool offerTo(int index, const Message& message);
+  void trackOutsideClick(const Message& message);
+  int steppedIndex(int index, int step) const;
+  int nextInGroup(int from, int step) const;
   void moveInGroup(int step);
   void moveBetweenGroups(int step);
 
@@ -175,7 +189,8 @@ class Dialog : public Win {
   unsigned char focusAttr_;
   std::vector<char> hotChars_;
   MutexSem lock_;
-  bool leftDown_ = false;          // the press came in this dialog
-  bool leftDownOutside_ = false;
-  bool rightDown_ = false;
+  bool leftDown_ = false;  // its press came in this run, so its release counts
+  bool leftDownOutside_ =
+      false;                // that press lay outside the window and nothing but drags followed
+  bool rightDown_ = false;  // as leftDown_
 };

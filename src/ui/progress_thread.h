@@ -7,9 +7,9 @@
 #include "foundation/threads.h"
 #include "ui/dialog.h"
 
-// Shows a progress window from a thread of its own, and only when the work lasts a second; then draws
-// every 250 ms. The most derived class calls finish() in its destructor, so that no draw runs on a
-// half-destroyed object; call it too before any other window or panel is drawn.
+// Shows a progress window from a thread of its own, and only when the work lasts a second; then
+// draws every 250 ms. The most derived class calls finish() in its destructor, so that no draw runs
+// on a half-destroyed object; call it too before any other window or panel is drawn.
 class ProgressIndicatorThread {
  public:
   ProgressIndicatorThread() = default;
@@ -20,7 +20,7 @@ class ProgressIndicatorThread {
   void finish();  // ends the thread and closes the window; may be called again
 
  protected:
-  void begin();  // the most derived constructor calls it last
+  void begin();               // the most derived constructor calls it last
   virtual void update() = 0;  // progress thread
   std::unique_ptr<Dialog> window_;
 

@@ -10,9 +10,13 @@ inline constexpr int KeepAttr = -1;     // take the current text attribute, leav
 inline constexpr int DefaultAttr = -1;  // the window's own attribute
 enum class Shadow { Allowed, None };
 
-// A rectangle of the screen that remembers what lay beneath it and puts it back when it closes. Windows
-// close in reverse order of opening. Output is relative to the interior's origin and clipped at its
-// right edge. A rectangle is moved and clipped into the screen. Application thread.
+// A rectangle of the screen that remembers what lay beneath it and puts it back when it closes.
+// Windows close in reverse order of opening. Output is relative to the interior's origin and
+// clipped at the interior's left and right edge, so that the frame stays whole; rows -1 and
+// innerHeight() reach the frame's own lines, for titles. A rectangle is moved and clipped into the
+// screen. Byte text is in the console's code page. Application thread; a progress window belongs to
+// its thread while it is open and uses only the wide forms, which leave the process-wide text state
+// alone.
 class Win {
  public:
   // left < 0: centred, `right` is the outer width. top < 0: placed by the fraction
@@ -28,7 +32,8 @@ class Win {
   void put(int x, int y, const wchar_t* text, int attr = DefaultAttr);
   void put(int x, int y, const Westring& text, int attr = DefaultAttr);
   void put(int x, int y, const char* text, int attr = DefaultAttr);  // also moves the cursor
-  void put(const wchar_t* text, int attr = DefaultAttr);
+  void put(const wchar_t* text, int attr = DefaultAttr);             // at the text position
+  void put(const char* text, int attr = DefaultAttr);
   void put(int x, int y, const CellString& text);
   void putCentred(int y, const wchar_t* text, int attr = DefaultAttr);
   void putCentred(int y, const char* text, int attr = DefaultAttr);
@@ -70,6 +75,8 @@ class Win {
   void place(int left, int top, int right, int bottom);
   void drawShadow();
   void drawFrame(unsigned char attr);
+  int centredColumn(int length) const;
+  void highlight(int x, int y, const Westring& text, const char* hotKeys, int attr);
 
   std::vector<Cell> saved_;
   int left_ = 0, top_ = 0, right_ = 0, bottom_ = 0;

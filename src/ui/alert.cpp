@@ -1,0 +1,88 @@
+#include "ui/alert.h"
+
+#include <algorithm>
+
+#include "config/colours.h"
+#include "console/key_codes.h"
+#include "foundation/text_format.h"
+#include "ui/dialog.h"
+
+namespace {
+
+constexpr int MostLines = 10;
+constexpr int ScreenMargin = 8;  // columns that a line leaves free on the screen
+constexpr int FrameAndMargin = 4;
+constexpr int RowsBesidesText = 4;  // frame, caption and buttons
+constexpr int UpperThird = -3;
+
+// The hot characters stand at their button's position; "Cancel" has none.
+struct ButtonSet {
+  std::vector<ButtonSpec> buttons;
+  std::vector<char> hotKeys;
+  int rowWidth;
+};
+
+const ButtonSet& buttonSet(AlertButtons which) {
+  static const ButtonSpec ok{Answer::Yes, "OK"}, cancel{Answer::Cancel, "Cancel"},
+      skip{Answer::Skip, "Skip"}, all{Answer::All, "All"}, none{Answer::None, "None"},
+      retry{Answer::Retry, "Retry"}, allOlder{Answer::AllOlder, "All Older"};
+  static const ButtonSet sets[] = {
+      {{ok}, {'o'}, 8},
+      {{ok, cancel}, {'o'}, 20},
+      {{ok, cancel, skip, all, none}, {'o', 0, 's', 'a', 'e'}, 50},
+      {{retry, skip, cancel}, {'r', 's'}, 33},
+      {{ok, cancel, skip, all, none, allOlder}, {'o', 0, 's', 'a', 'e', 'd'}, 61},
+  };
+  return sets[static_cast<int>(which)];
+}
+
+int widestOf(const std::vector<Westring>& lines, const Westring& caption, int least) {
+  int widest = std::max(least, caption.length());
+  for (const Westring& line : lines) widest = std::max(widest, line.length());
+  return widest;
+}
+
+int answerOf(int exitCode) {
+  if (exitCode == Key::Enter) return Answer::Yes;
+  return exitCode < 0 ? Key::Space : exitCode;
+}
+
+}  // namespace
+
+std::vector<Westring> wrapAlertText(const Westring& text, int screenWidth) {
+  const int longest = std::max(screenWidth - ScreenMargin, 1);
+  std::vector<Westring> lines;
+  Westring rest = text;
+  while (static_cast<int>(lines.size()) < MostLines) {
+    if (rest.length() <= longest) {
+      lines.push_back(rest);
+      break;
+    }
+    const int space = left(rest, longest + 1).rfind(L' ');
+    lines.push_back(left(rest, space > 0 ? space : longest));
+    rest = Westring(rest.data() + (space > 0 ? space + 1 : longest));
+  }
+  return lines;
+}
+
+int alert(const Westring& text, const Westring& caption, AlertButtons buttons, AlertColour colour) {
+  const ButtonSet& set = buttonSet(buttons);
+  const int screenWidth = console->columns();
+  const std::vector<Westring> lines = wrapAlertText(text, screenWidth);
+  const Westring shortCaption = shortenPath(caption, screenWidth - ScreenMargin);
+  const int widest = widestOf(lines, shortCaption, set.rowWidth);
+  const int lineCount = static_cast<int>(lines.size());
+  const unsigned char attr =
+      colourOf(colour == AlertColour::Error ? Colour::Errors : Colour::Messages);
+  Dialog dialog(-1, UpperThird, widest + (widest & 1) + FrameAndMargin, lineCount + RowsBesidesText,
+                attr);
+  for (int row = 0; row < lineCount; ++row) dialog.putCentred(row, lines[row].data());
+  dialog.putCentred(lineCount, shortCaption.data());
+  dialog.setHotChars(set.hotKeys.data(), static_cast<int>(set.hotKeys.size()));
+  dialog.addButtons(-1, lineCount + 1, Group::New, set.buttons);
+  return answerOf(dialog.run());
+}
+
+int alert(const char* text, const Westring& caption, AlertButtons buttons, AlertColour colour) {
+  return alert(Westring(text), caption, buttons, colour);
+}

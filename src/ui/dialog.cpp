@@ -1,0 +1,305 @@
+#include "ui/dialog.h"
+
+#include "config/colours.h"
+#include "console/input.h"
+#include "console/text_state.h"
+#include "foundation/fold.h"
+#include "ui/push_button.h"
+
+namespace {
+
+constexpr int ByteKeys = 256;
+constexpr unsigned char FieldSlot = 1, FocusSlot = 2;
+
+bool isExtended(int key) {
+  return (key & Key::ExtendedKey) != 0 && (key & Key::WideCharacter) == 0;
+}
+
+// False for a mouse message that means nothing in a dialog.
+bool translateMouse(const MouseMessage& mouse, Message& message) {
+  switch (mouse.kind) {
+    case MouseKind::LeftPress:
+      message.kind = MessageKind::LeftPress;
+      break;
+    case MouseKind::RightPress:
+      message.kind = MessageKind::RightPress;
+      break;
+    case MouseKind::LeftDrag:
+      message.kind = MessageKind::LeftDrag;
+      break;
+    case MouseKind::LeftDoubleClick:
+      message.kind = MessageKind::LeftDoubleClick;
+      break;
+    case MouseKind::LeftRelease:
+      message.kind = MessageKind::LeftRelease;
+      break;
+    case MouseKind::RightRelease:
+      message.kind = MessageKind::RightRelease;
+      break;
+    case MouseKind::Wheel:
+      message.kind = MessageKind::Wheel;
+      break;
+    case MouseKind::RightDrag:
+      return false;
+  }
+  message.code = mouse.kind == MouseKind::Wheel ? mouse.wheel : 0;
+  message.x = mouse.x;
+  message.y = mouse.y;
+  return true;
+}
+
+}  // namespace
+
+Dialog::Dialog(int left, int top, int right, int bottom, int attr)
+    : Win(left, top, right, bottom, attr, attr),
+      textAttr_(this->attr()),
+      fieldAttr_(colourOf(Colour::InputFields)),
+      focusAttr_(colourOf(Colour::InputFields)) {}
+
+Dialog::~Dialog() {
+  elements_.clear();
+  setCursorShape(0);
+}
+
+bool Dialog::canChangeFocus(int, int&) {
+  return true;
+}
+
+int Dialog::run() {
+  exitCode_ = 0;
+  leftDown_ = leftDownOutside_ = rightDown_ = false;
+  setCursorShape(0);
+  if (elements_.empty()) addExitKey(Key::Esc);
+  for (bool ended = false; !ended;) {
+    {
+      MutexLock guard(lock_);
+      BatchScope batch;
+      settleFocus();
+      elements_[focus_]->draw();
+    }
+    Message message;
+    readMessage(message);
+    MutexLock guard(lock_);
+    dispatch(message);
+    ended = exitCode_ != 0;
+  }
+  return exitCode_;
+}
+
+void Dialog::settleFocus() {
+  const int wanted = elements_[elements_[focus_]->group]->groupFocus;
+  if (wanted != focus_) setFocus(wanted);
+  if (!elements_[focus_]->enabled) moveInGroup(1);
+  if (!elements_[focus_]->enabled) moveBetweenGroups(1);
+}
+
+void Dialog::readMessage(Message& message) {
+  for (;;) {
+    MouseMessage mouse;
+    const int key = getKey(nullptr, &mouse);
+    if (key == Key::MouseEvent) {
+      if (!translateMouse(mouse, message)) continue;
+      message.x -= originX();
+      message.y -= originY();
+      return;
+    }
+    if (key == 0 || key == Key::ShiftChanged) continue;
+    message = {MessageKind::Key, key, 0, 0};
+    return;
+  }
+}
+
+void Dialog::dispatch(const Message& message) {
+  switch (message.kind) {
+    case MessageKind::Key:
+      leftDownOutside_ = false;
+      if (!elements_[focus_]->handleMessage(message)) takeKey(message.code);
+      break;
+    case MessageKind::RightPress:
+      rightDown_ = true;
+      break;
+    case MessageKind::RightRelease:
+      if (rightDown_) exitCode_ = enterCode();
+      rightDown_ = false;
+      break;
+    default:
+      offerMouse(message);
+      break;
+  }
+}
+
+int Dialog::enterCode() const {
+  return defaultExit_ != 0 ? defaultExit_ : Key::Enter;
+}
+
+void Dialog::takeKey(int key) {
+  switch (key) {
+    case Key::Tab:
+      moveBetweenGroups(1);
+      break;
+    case Key::ShiftTab:
+      moveBetweenGroups(-1);
+      break;
+    case Key::Enter:
+      exitCode_ = enterCode();
+      break;
+    case Key::Esc:
+      exitCode_ = Key::Esc;
+      break;
+    case Key::Up:
+    case Key::Left:
+      moveInGroup(-1);
+      break;
+    case Key::Down:
+    case Key::Right:
+      moveInGroup(1);
+      break;
+    default:
+      activateByKey(key);
+      break;
+  }
+}
+
+bool Dialog::activateByKey(int key) {
+  auto activateHotKey = [this](int wanted) {
+    for (auto& element : elements_) {
+      if (element->hotKey != wanted) continue;
+      element->activate();
+      return true;
+    }
+    return false;
+  };
+  if (activateHotKey(key)) return true;
+  if (key < ByteKeys) {
+    const int lowered = lowerTable[key];
+    return lowered != 0 && activateHotKey(lowered);
+  }
+  if (!isExtended(key)) return false;
+  const int character = hotKeyChar(key);
+  if (character >= ByteKeys) return false;
+  for (int i = 0; i < elementCount() && i < static_cast<int>(hotChars_.size()); ++i) {
+    const unsigned char hot = static_cast<unsigned char>(hotChars_[i]);
+    if (hot == 0 || lowerTable[hot] != lowerTable[character]) continue;
+    elements_[i]->activate();
+    return true;
+  }
+  return false;
+}
+
+// A release whose press came before this run belongs to what lay here then and does nothing.
+void Dialog::offerMouse(const Message& message) {
+  if (message.kind == MessageKind::LeftPress) leftDown_ = true;
+  if (message.kind == MessageKind::LeftRelease) {
+    if (!leftDown_) return;
+    leftDown_ = false;
+  }
+  // A wheel turn has no place: it goes to the focused element first.
+  bool handled = message.kind == MessageKind::Wheel && offerTo(focus_, message);
+  for (int i = 0; i < elementCount() && !handled; ++i) handled = offerTo(i, message);
+  if (message.kind == MessageKind::Wheel || message.kind == MessageKind::LeftDrag) return;
+  if (handled || contains(message.x + originX(), message.y + originY())) {
+    leftDownOutside_ = false;
+  } else {
+    trackOutsideClick(message);
+  }
+}
+
+bool Dialog::offerTo(int index, const Message& message) {
+  return elements_[index]->enabled && elements_[index]->handleMessage(message);
+}
+
+void Dialog::trackOutsideClick(const Message& message) {
+  if (message.kind == MessageKind::LeftRelease && leftDownOutside_) exitCode_ = Key::Esc;
+  leftDownOutside_ = message.kind == MessageKind::LeftPress;
+}
+
+int Dialog::steppedIndex(int index, int step) const {
+  const int count = elementCount();
+  return (index + step + count) % count;
+}
+
+// The next enabled member of the group of `from`; `from` itself when there is none.
+int Dialog::nextInGroup(int from, int step) const {
+  for (int i = steppedIndex(from, step); i != from; i = steppedIndex(i, step)) {
+    if (elements_[i]->enabled && elements_[i]->group == elements_[from]->group) return i;
+  }
+  return from;
+}
+
+void Dialog::moveInGroup(int step) {
+  setFocus(nextInGroup(focus_, step));
+}
+
+void Dialog::moveBetweenGroups(int step) {
+  const int present = elements_[focus_]->group;
+  for (int i = steppedIndex(focus_, step); i != focus_; i = steppedIndex(i, step)) {
+    if (elements_[i]->group == present || !elements_[i]->enabled) continue;
+    const DialogElement& head = *elements_[elements_[i]->group];
+    int target = head.tabStop ? i : head.groupFocus;
+    if (!elements_[target]->enabled) target = nextInGroup(target, step);
+    setFocus(target);
+    return;
+  }
+}
+
+void Dialog::setFocus(int index) {
+  MutexLock guard(lock_);
+  auto valid = [this](int i) { return i >= 0 && i < elementCount() && i != focus_; };
+  if (!valid(index) || !canChangeFocus(focus_, index) || !valid(index)) return;
+  BatchScope batch;
+  const int old = focus_;
+  DialogElement& head = *elements_[elements_[index]->group];
+  const int oldInGroup = head.groupFocus;
+  focus_ = index;
+  head.groupFocus = index;
+  elements_[index]->focusNotify(true);
+  elements_[old]->focusNotify(false);
+  if (oldInGroup != old && oldInGroup != index) elements_[oldInGroup]->focusNotify(false);
+  focusChanged();
+}
+
+void Dialog::redraw(int index) {
+  MutexLock guard(lock_);
+  BatchScope batch;
+  if (index < 0) {
+    for (auto& element : elements_) element->draw();
+  } else if (index < elementCount()) {
+    elements_[index]->draw();
+  }
+}
+
+void Dialog::setDefaultButton(int index) {
+  if (index < 0 || index >= elementCount()) return;
+  const auto* button = dynamic_cast<const PushButton*>(elements_[index].get());
+  if (!button) return;
+  defaultExit_ = button->exitCode();
+  redraw(-1);
+}
+
+void Dialog::setAttr(int slot, unsigned char attr) {
+  if (slot == FocusSlot) {
+    focusAttr_ = attr;
+  } else if (slot == FieldSlot) {
+    fieldAttr_ = attr;
+  } else {
+    textAttr_ = attr;
+  }
+}
+
+void Dialog::commitAll() {
+  for (auto& element : elements_) element->commit();
+}
+
+bool Dialog::sendMessage(int index, const Message& message) {
+  MutexLock guard(lock_);
+  if (index < 0 || index >= elementCount()) return false;
+  return elements_[index]->handleMessage(message);
+}
+
+void Dialog::setHotChars(const char* chars, int count) {
+  hotChars_.assign(chars, chars + count);
+}
+
+char Dialog::hotCharOf(int index) const {
+  return index >= 0 && index < static_cast<int>(hotChars_.size()) ? hotChars_[index] : '\0';
+}

@@ -1,0 +1,50 @@
+#include "ui/integer_field.h"
+
+#include <algorithm>
+#include <climits>
+#include <cwchar>
+#include <string>
+
+#include "console/key_codes.h"
+
+namespace {
+
+Westring decimal(int value) {
+  return Westring(std::to_wstring(value).c_str());
+}
+
+bool isRefused(int key) {
+  if (key & Key::WideCharacter) return true;
+  const bool printable = key >= ' ' && key < Key::ExtendedKey && key != Key::CtrlBackspace;
+  return printable && (key < '0' || key > '9');
+}
+
+}  // namespace
+
+int parseInteger(const Westring& text) {
+  const long value = std::wcstol(text.data(), nullptr, 10);
+  return static_cast<int>(std::clamp(value, long{INT_MIN}, long{INT_MAX}));
+}
+
+IntegerField::IntegerField(Dialog& dialog, int x, int y, Group newGroup, int* value, int width,
+                           KeepFormat keepFormat, FieldHistory history)
+    : IntegerText{decimal(*value)},
+      StringField(dialog, x, y, newGroup, &digits, width, std::min(width, MostDigits), history),
+      value_(value),
+      keepFormat_(keepFormat) {}
+
+bool IntegerField::handleMessage(const Message& message) {
+  if (message.kind == MessageKind::Key && isRefused(message.code)) return false;
+  const bool handled = StringField::handleMessage(message);
+  if (handled) *value_ = parseInteger(*text_);
+  return handled;
+}
+
+void IntegerField::draw() {
+  const bool outdated = *value_ != parseInteger(*text_);
+  if (keepFormat_ == KeepFormat::No || outdated) {
+    const Westring fromValue = decimal(*value_);
+    if (*text_ != fromValue) setText(fromValue);
+  }
+  StringField::draw();
+}
