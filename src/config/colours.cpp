@@ -4,14 +4,17 @@
 #include <cwctype>
 
 const char* const colourAttributeNames[ColourCount] = {
-    "Panel",        "Highlight", "Tagged",       "Highlight-Tagged", "Directories",   "Directory High",
-    "Command Line", "Messages",  "Errors",       "Input Fields",     "Screen Saver",  "Menu",
-    "Menu Bar",     "Menu Highlight", "Menu Quick Key", "Disabled Menu", "File Viewer", "Clock"};
+    "Panel",          "Highlight",    "Tagged",   "Highlight-Tagged", "Directories",
+    "Directory High", "Command Line", "Messages", "Errors",           "Input Fields",
+    "Screen Saver",   "Menu",         "Menu Bar", "Menu Highlight",   "Menu Quick Key",
+    "Disabled Menu",  "File Viewer",  "Clock"};
 
 namespace {
-constexpr unsigned char DefaultTable[ColourCount] = {0x1B, 0x30, 0x1E, 0x3E, 0x1A, 0x20, 0x07, 0x70, 0x4F,
-                                                     0x30, 0x03, 0x3F, 0x30, 0x0F, 0x0E, 0x07, 0x1B, 0x30};
-constexpr const wchar_t* ColourWords[] = {L"bla", L"blu", L"gre", L"cya", L"red", L"mag", L"yel", L"whi"};
+constexpr unsigned char DefaultTable[ColourCount] = {0x1B, 0x30, 0x1E, 0x3E, 0x1A, 0x20,
+                                                     0x07, 0x70, 0x4F, 0x30, 0x03, 0x3F,
+                                                     0x30, 0x0F, 0x0E, 0x07, 0x1B, 0x30};
+constexpr const wchar_t* ColourWords[] = {L"bla", L"blu", L"gre", L"cya",
+                                          L"red", L"mag", L"yel", L"whi"};
 constexpr int SignificantLetters = 3;
 constexpr unsigned char Bright = 8;
 }  // namespace
@@ -49,7 +52,8 @@ unsigned char colourFromText(const wchar_t* phrase, unsigned char base) {
     }
     if (wcscmp(word, L"bri") == 0) result |= static_cast<unsigned char>(Bright << shift);
     for (int number = 0; number < 8; ++number) {
-      if (wcscmp(word, ColourWords[number]) == 0) result |= static_cast<unsigned char>(number << shift);
+      if (wcscmp(word, ColourWords[number]) == 0)
+        result |= static_cast<unsigned char>(number << shift);
     }
   }
   return result;

@@ -30,9 +30,12 @@ extern const char* const colourAttributeNames[ColourCount];
 // The colour table. Application thread writes; others read.
 extern unsigned char colourTable[ColourCount];
 
-inline unsigned char colourOf(Colour colour) { return colourTable[static_cast<int>(colour)]; }
+inline unsigned char colourOf(Colour colour) {
+  return colourTable[static_cast<int>(colour)];
+}
 
 void defaultColours();  // the table's default values
 
-// A phrase such as "bright white on blue" applied to `base`. The first three letters of a word count.
+// A phrase such as "bright white on blue" applied to `base`. The first three letters of a word
+// count.
 unsigned char colourFromText(const wchar_t* phrase, unsigned char base);

@@ -2,8 +2,8 @@
 
 #include "foundation/westring.h"
 
-// The configuration variables, one global of one fixed type each; the name of a variable is its key in
-// the configuration file. They belong to the application thread and live for the whole run.
+// The configuration variables, one global of one fixed type each; the name of a variable is its key
+// in the configuration file. They belong to the application thread and live for the whole run.
 namespace GlobalOptions {
 
 extern bool AutoIndent;
@@ -15,14 +15,14 @@ extern Estring CaseMod;
 extern bool CaseModRecurse;
 extern bool CaseModDirs;
 extern bool CaseModFiles;
-extern bool Clock;  // show the clock
+extern bool Clock;    // show the clock
 extern char CmdChar;  // macro lead character
 extern bool CMPContents;
 extern Westring CMPMask;
 extern int CMPSize;
 extern int CMPTime;
 extern bool CMPUnmatched;
-extern int CodePage;  // 0 means 850
+extern int CodePage;       // 0 means 850
 extern int Confirmations;  // ConfirmationOff bits
 extern bool CtrlRDriveChng;
 extern bool DisableInvert;
@@ -54,7 +54,7 @@ extern bool LeftShowing;
 extern bool RightShowing;
 extern int LeftType;  // PanelType
 extern int RightType;
-extern int Lines;  // wanted lines, 0 for the default
+extern int Lines;    // wanted lines, 0 for the default
 extern int Columns;  // wanted columns, 0 for the default
 extern int MaxHist;
 extern int MouSpeed;
@@ -90,9 +90,9 @@ void setDefaultOptions();
 
 // A set bit turns a confirmation off.
 namespace ConfirmationOff {
-inline constexpr int Delete = 1;         // a file or an empty directory, and "Delete?" of tagged files
-inline constexpr int DeleteTagged = 2;   // the second question for tagged files
-inline constexpr int DeleteTree = 4;     // a directory that isn't empty
+inline constexpr int Delete = 1;  // a file or an empty directory, and "Delete?" of tagged files
+inline constexpr int DeleteTagged = 2;  // the second question for tagged files
+inline constexpr int DeleteTree = 4;    // a directory that isn't empty
 inline constexpr int Quit = 8;
-inline constexpr int TypedYes = 16;      // the tree question uses buttons instead of a typed word
+inline constexpr int TypedYes = 16;  // the tree question uses buttons instead of a typed word
 }  // namespace ConfirmationOff
