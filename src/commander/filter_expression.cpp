@@ -132,12 +132,11 @@ int64_t dateOf(const std::wstring& value) {
 // A look-up in the user data base may ask a server, and a filter asks it for every entry of a
 // listing: each name is looked up once. -1 when unknown.
 int64_t cachedId(std::map<std::wstring, int64_t>& known, const std::wstring& name,
-                 int (*lookUp)(const Westring&)) {
+                 int64_t (*lookUp)(const Westring&)) {
   constexpr size_t MostNames = 256;
   if (auto found = known.find(name); found != known.end()) return found->second;
   if (known.size() >= MostNames) known.clear();
-  int id = name.empty() ? -1 : lookUp(name.c_str());
-  return known[name] = id == -1 ? -1 : static_cast<int64_t>(static_cast<uint32_t>(id));
+  return known[name] = name.empty() ? -1 : lookUp(name.c_str());
 }
 
 int64_t ownerOf(const std::wstring& name) {

@@ -1,7 +1,7 @@
 #include "config/colours.h"
 
+#include <algorithm>
 #include <cwchar>
-#include <cwctype>
 
 const char* const colourAttributeNames[ColourCount] = {
     "Panel",          "Highlight",    "Tagged",   "Highlight-Tagged", "Directories",
@@ -9,52 +9,78 @@ const char* const colourAttributeNames[ColourCount] = {
     "Screen Saver",   "Menu",         "Menu Bar", "Menu Highlight",   "Menu Quick Key",
     "Disabled Menu",  "File Viewer",  "Clock"};
 
+unsigned char colourTable[ColourCount];
+
 namespace {
+
 constexpr unsigned char DefaultTable[ColourCount] = {0x1B, 0x30, 0x1E, 0x3E, 0x1A, 0x20,
                                                      0x07, 0x70, 0x4F, 0x30, 0x03, 0x3F,
                                                      0x30, 0x0F, 0x0E, 0x07, 0x1B, 0x30};
 constexpr const wchar_t* ColourWords[] = {L"bla", L"blu", L"gre", L"cya",
                                           L"red", L"mag", L"yel", L"whi"};
 constexpr int SignificantLetters = 3;
-constexpr unsigned char Bright = 8;
+constexpr int BrightBit = 8;
+constexpr int ForegroundMask = 0x0F;
+constexpr int BackgroundMask = 0xF0;
+constexpr int BackgroundShift = 4;
+
+// The words are the same in every locale, so their case is too.
+wchar_t lowerAscii(wchar_t ch) {
+  return ch >= L'A' && ch <= L'Z' ? ch - L'A' + L'a' : ch;
+}
+
+struct ColourWord {
+  wchar_t letters[SignificantLetters + 1] = {};
+
+  bool is(const wchar_t* other) const { return wcscmp(letters, other) == 0; }
+
+  // What the word adds to the foreground; 0 for black and for no colour at all.
+  int bits() const {
+    if (is(L"bri")) return BrightBit;
+    int number = 0;
+    for (const wchar_t* name : ColourWords) {
+      if (is(name)) return number;
+      ++number;
+    }
+    return 0;
+  }
+};
+
+// Cuts the next word off, the letters that count in lower case. False at the end.
+bool nextWord(const wchar_t*& cursor, ColourWord& word) {
+  while (*cursor == L' ') ++cursor;
+  word = ColourWord();
+  for (int length = 0; *cursor != 0 && *cursor != L' '; ++cursor, ++length) {
+    if (length < SignificantLetters) word.letters[length] = lowerAscii(*cursor);
+  }
+  return word.letters[0] != 0;
+}
+
+// Fills the table before main runs.
+struct Defaults {
+  Defaults() { defaultColours(); }
+} defaults;
+
 }  // namespace
 
-unsigned char colourTable[ColourCount] = {0x1B, 0x30, 0x1E, 0x3E, 0x1A, 0x20, 0x07, 0x70, 0x4F,
-                                          0x30, 0x03, 0x3F, 0x30, 0x0F, 0x0E, 0x07, 0x1B, 0x30};
-
 void defaultColours() {
-  for (int i = 0; i < ColourCount; ++i) colourTable[i] = DefaultTable[i];
+  std::copy_n(DefaultTable, ColourCount, colourTable);
 }
 
 unsigned char colourFromText(const wchar_t* phrase, unsigned char base) {
-  unsigned char result = base;
-  int shift = 0;  // 4 once "on" was met: what follows is background
-  bool firstWord = true;
-  for (const wchar_t* p = phrase; *p != 0;) {
-    if (*p == L' ') {
-      ++p;
-      continue;
+  int result = base;
+  int shift = 0;
+  bool isFirst = true;
+  ColourWord word;
+  while (nextWord(phrase, word)) {
+    if (word.is(L"on")) {
+      result &= ForegroundMask;
+      shift = BackgroundShift;
+    } else {
+      if (isFirst) result &= BackgroundMask;
+      result |= word.bits() << shift;
     }
-    wchar_t word[SignificantLetters + 1] = {};
-    int length = 0;
-    for (; *p != 0 && *p != L' '; ++p) {
-      if (length < SignificantLetters) word[length++] = static_cast<wchar_t>(towlower(*p));
-    }
-    if (wcscmp(word, L"on") == 0) {
-      result &= 0x0F;
-      shift = 4;
-      firstWord = false;
-      continue;
-    }
-    if (firstWord) {
-      result &= 0xF0;
-      firstWord = false;
-    }
-    if (wcscmp(word, L"bri") == 0) result |= static_cast<unsigned char>(Bright << shift);
-    for (int number = 0; number < 8; ++number) {
-      if (wcscmp(word, ColourWords[number]) == 0)
-        result |= static_cast<unsigned char>(number << shift);
-    }
+    isFirst = false;
   }
-  return result;
+  return static_cast<unsigned char>(result);
 }
