@@ -78,6 +78,7 @@ void File::attach(int fd, const Westring& name) {
 
 void File::startEmpty() {
   status_ = 0;
+  writeError_ = 0;
   osPos_ = 0;
   writing_ = false;
   emptyBuffer();
@@ -90,12 +91,12 @@ void File::emptyBuffer() {
 
 int File::close() {
   if (fd_ == 0) return 0;
-  const int flushed = flush();
+  flush();
   const int closed = System::close(fd_) == 0 ? 0 : errno;
   fd_ = 0;
   writing_ = false;
   emptyBuffer();
-  return status_ = flushed ? flushed : closed;
+  return status_ = writeError_ ? writeError_ : closed;
 }
 
 // Writes what is waiting. Reports an earlier error as long as it keeps bytes from the disk.
@@ -107,7 +108,7 @@ int File::flush() {
     const ssize_t count =
         System::write(fd_, buffer_.get() + written, static_cast<size_t>(bufPos_ - written));
     if (count <= 0) {
-      status_ = count < 0 ? errno : EIO;
+      status_ = writeError_ = count < 0 ? errno : EIO;
       break;
     }
     written += static_cast<int>(count);
@@ -229,7 +230,7 @@ int File::seek(int64_t position) {
     // The first seek after a failed write tells of it; a second one starts afresh.
     return status_;
   }
-  status_ = 0;
+  status_ = writeError_ = 0;
   if (fd_ == 0) return status_ = EBADF;
   if (position < 0) return status_ = EINVAL;
   const int64_t bufferStart = osPos_ - bufLen_;

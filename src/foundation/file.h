@@ -17,8 +17,8 @@ inline constexpr int Text = 32;  // written newlines become CR LF
 }  // namespace OpenFlag
 
 // A buffered file with status codes: 0, an errno value or Status::EndOfFile. Errors stick: after
-// one, write does nothing until the next open or a seek that clears it, and close reports it while
-// bytes wait in the buffer. No lock.
+// one, write does nothing until the next open or a seek that clears it, and close reports bytes
+// that never reached the disk. No lock.
 class File {
  public:
   File();
@@ -75,6 +75,7 @@ class File {
   int bufPos_ = 0;
   int64_t bufLen_ = 0;
   bool writing_ = false;
+  int writeError_ = 0;  // bytes that write took never reached the disk
   int64_t osPos_ = 0;
   Westring name_;
   bool textMode_ = false;

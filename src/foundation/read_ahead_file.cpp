@@ -69,15 +69,15 @@ int ReadAheadFile::byteAt(int64_t position) {
   int place = 0;
   while (place < blockCount_ && blockBase_[place] != base) ++place;
   const bool hit = place < blockCount_;
-  if (!hit && position >= size_ && !growing_) return Nothing;
   const int64_t previousBase = blockCount_ > 0 ? blockBase_[0] : Nothing;
   if (hit) {
     moveToFront(place);
   } else {
     takeBlock(base);
   }
-  const bool stale = growing_ && offset >= blockLength_[0];
-  if (!hit || stale) loadBlock(base, *blocks_, blockLength_[0], previousBase);
+  // A block that was read short helps again once the file is known, or allowed, to be longer.
+  const bool stale = offset >= blockLength_[0] && (growing_ || position < size_);
+  if (!hit || stale) loadBlock(base, blocks_[0], blockLength_[0], previousBase);
   if (offset >= blockLength_[0]) return Nothing;
   return static_cast<unsigned char>(blocks_[0][static_cast<size_t>(offset)]);
 }

@@ -247,14 +247,11 @@ int utimensAt(int directory, const char* path, const struct timespec times[2], i
 }
 
 DIR* openDirectory(const char* path) {
-  const int fd = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
-  if (fd < 0) return nullptr;
-  DIR* directory = openDirectoryFd(fd);
-  if (directory) return directory;
-  const int error = errno;
-  ::close(fd);
-  errno = error;
-  return nullptr;
+  if (refused("openDirectory", path)) return nullptr;
+  for (;;) {
+    DIR* directory = ::opendir(path);
+    if (directory || errno != EINTR) return directory;
+  }
 }
 
 DIR* openDirectoryFd(int fd) {
