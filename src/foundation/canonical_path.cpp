@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <string>
 
 #include "foundation/names.h"
 #include "foundation/path_info.h"
@@ -24,14 +25,14 @@ int dotsOnly(const wchar_t* begin, const wchar_t* end) {
 
 // Takes the last component off `built`, an absolute path without a slash at its end. False at the
 // root.
-bool goUp(Westring& built) {
-  const int slash = built.rfind(L'/');
-  if (slash < 0) return false;
-  built = left(built, slash);
+bool goUp(std::wstring& built) {
+  const size_t slash = built.rfind(L'/');
+  if (slash == std::wstring::npos) return false;
+  built.resize(slash);
   return true;
 }
 
-bool appendComponents(Westring& built, const wchar_t* path) {
+bool appendComponents(std::wstring& built, const wchar_t* path) {
   const wchar_t* at = path;
   while (*at) {
     const wchar_t* end = at;
@@ -40,10 +41,7 @@ bool appendComponents(Westring& built, const wchar_t* path) {
     for (int level = 1; level < dots; ++level) {
       if (!goUp(built)) return false;
     }
-    if (end > at && dots == 0) {
-      built += L'/';
-      built += mid(Westring(at), 0, static_cast<int>(end - at));
-    }
+    if (end > at && dots == 0) built.append(1, L'/').append(at, end);
     at = *end ? end + 1 : end;
   }
   return true;
@@ -51,16 +49,15 @@ bool appendComponents(Westring& built, const wchar_t* path) {
 
 // The directory that a relative path starts at, without a slash at its end; false when there is
 // none.
-bool startDirectory(const Westring* base, Westring& start) {
+bool startDirectory(const Westring* base, std::wstring& start) {
   if (base && (*base)[0] == L'/') {
-    start = *base;
+    start = base->data();
   } else {
-    start = currentDir();
+    start = currentDir().data();
     if (start.empty()) return false;
-    if (base && !base->empty()) start = joinPath(start, *base);
+    if (base && !base->empty()) start.append(1, L'/').append(base->data());
   }
-  while (!start.empty() && start[start.length() - 1] == L'/')
-    start = left(start, start.length() - 1);
+  while (!start.empty() && start.back() == L'/') start.pop_back();
   return true;
 }
 
@@ -77,11 +74,11 @@ int canonicalPath(Westring& path, const Westring* base) {
     if (*at == L'\\') *at = L'/';
   }
   if (hasStrayColon(typed.data())) return refuse(EINVAL);
-  Westring built;
+  std::wstring built;
   if (typed[0] != L'/' && !startDirectory(base, built)) return refuse(ENOENT);
   if (!appendComponents(built, typed.data())) return refuse(EINVAL);
   if (built.empty()) built = L"/";
-  if (built.length() >= MaxPathLength) return refuse(ENAMETOOLONG);
-  path = built;
+  if (built.size() >= size_t{MaxPathLength}) return refuse(ENAMETOOLONG);
+  path = built.c_str();
   return 0;
 }

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <type_traits>
+
+// The system's user without any rights; permission checks mean nothing to root.
+inline constexpr unsigned OrdinaryUser = 65534;
+inline constexpr int ChildFailed = 255;
+
+// Runs `check` in a child process; a function without a result gives 1 when an expectation in it
+// failed (its text shows as usual) and 0 otherwise. The exit status, or 128 + the signal that ended
+// it.
+template <class Check>
+int runInChild(Check check) {
+  fflush(nullptr);
+  const pid_t child = fork();
+  if (child < 0) return ChildFailed;
+  if (child == 0) {
+    int status = ChildFailed;
+    if constexpr (std::is_void_v<decltype(check())>) {
+      check();
+      status = testing::Test::HasFailure() ? 1 : 0;
+    } else {
+      status = check();
+    }
+    fflush(nullptr);
+    _exit(status);
+  }
+  int result = 0;
+  if (waitpid(child, &result, 0) != child) return ChildFailed;
+  return WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
+}
+
+// The same as an ordinary user, whoever runs the tests.
+template <class Check>
+int runAsUser(Check check) {
+  return runInChild([&check] {
+    if (geteuid() == 0 &&
+        (setgroups(0, nullptr) != 0 || setgid(OrdinaryUser) != 0 || setuid(OrdinaryUser) != 0)) {
+      return ChildFailed;
+    }
+    if constexpr (std::is_void_v<decltype(check())>) {
+      check();
+      return testing::Test::HasFailure() ? 1 : 0;
+    } else {
+      return static_cast<int>(check());
+    }
+  });
+}
