@@ -24,3 +24,17 @@ using ArchiveOpener =
     std::function<std::unique_ptr<OpenArchive>(const Westring& file, OpenArchive* parent)>;
 ArchiveOpener& archiveOpener();
 std::unique_ptr<OpenArchive> openArchive(const Westring& file, OpenArchive* parent);
+
+// True when `path` is `directory` or lies below it, by whole components.
+bool liesIn(const Westring& path, const Westring& directory);
+// The part of `path` behind the archive's own, without slashes at its ends.
+Westring innerPath(const OpenArchive& archive, const Westring& path);
+// The archive file that stands on the disk: the outermost one of the chain.
+const OpenArchive& outermostArchive(const OpenArchive& archive);
+// An archive stays open while `path` lies in it and its file is there.
+bool staysOpen(const OpenArchive& archive, const Westring& path);
+// Takes the innermost archive off the chain; its parent is the innermost one then.
+std::unique_ptr<OpenArchive> takeInnermost(std::unique_ptr<OpenArchive>& chain);
+void attachInnermost(std::unique_ptr<OpenArchive>& chain, std::unique_ptr<OpenArchive> archive);
+// Closes archives from the inside out until one stays open.
+void closeLeftArchives(std::unique_ptr<OpenArchive>& chain, const Westring& path);

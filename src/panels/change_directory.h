@@ -11,6 +11,10 @@ bool changeDirectory(Panel& panel, const Westring& path);
 // The same for a path made by the program of real names: not canonicalised.
 bool changeDirectoryExact(Panel& panel, const Westring& path);
 
+// Opens a file of the panel as an archive; enterPath with the same name then shows its root. False when
+// it is none.
+bool attachArchive(Panel& panel, const wchar_t* name);
+
 // Moves up one level, reads, and restores the position.
 void moveUpOneLevel(Panel& panel);
 
@@ -19,6 +23,8 @@ void moveUpOneLevel(Panel& panel);
 void enterPath(Panel& panel, const wchar_t* name, KeepTags keepTags = KeepTags::No,
                int top = KeepPosition, int cursor = 0);
 
+// Reads in place a path that changeDirectory or the caller has set, from the top.
+void enterNewPath(Panel& panel);
 // A complete move to a typed or stored place: changeDirectory, position and stack reset, read. False
 // leaves the panel alone.
 bool goToPath(Panel& panel, const Westring& path);

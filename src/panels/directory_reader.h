@@ -11,6 +11,9 @@ void readDirectory(Panel& panel);
 // hit, 0 when good.
 int readListing(Panel& panel);
 
+// Frees the list and all that was counted of it. The position stays.
+void clearListing(Panel& panel);
+
 // The cursor goes to the entry of exactly this name; without one the position only is normalised.
 void selectName(Panel& panel, const wchar_t* name);
 

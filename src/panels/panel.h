@@ -40,10 +40,18 @@ struct TLinkTargetCacheEntry {
   Westring target;
 };
 
-// Link targets by full path, each read at most once per read of the directory.
+// Link targets by full path, each read at most once per read of the directory. What moves is empty
+// afterwards, and so is what it moved to: links are read again when they are shown.
 class CLinkTargetCache : public TSortedCollection<TLinkTargetCacheEntry, Westring> {
  public:
+  CLinkTargetCache() = default;
   ~CLinkTargetCache() override { clear(); }
+  CLinkTargetCache(CLinkTargetCache&& other) noexcept { other.clear(); }
+  CLinkTargetCache& operator=(CLinkTargetCache&& other) noexcept {
+    clear();
+    other.clear();
+    return *this;
+  }
   const Westring& targetOf(const Westring& fullPath);
 
  protected:
@@ -59,6 +67,11 @@ class EntryList {
   ~EntryList() { clear(); }
   EntryList(const EntryList&) = delete;
   EntryList& operator=(const EntryList&) = delete;
+  EntryList(EntryList&& other) : EntryList() { swap(other); }
+  EntryList& operator=(EntryList&& other) {
+    swap(other);
+    return *this;
+  }
   void swap(EntryList& other);
 
   int count() const { return count_; }
@@ -78,9 +91,8 @@ class EntryList {
   int capacity_ = StartCapacity;
 };
 
-// One side of the screen. A plain record: everything that acts on it is a function of its own.
-// Application thread.
-struct Panel {
+// What one side of the screen shows: everything that changes places when the panels are swapped.
+struct PanelContents {
   static constexpr int StoredPositions = 50;
   static constexpr int RestoredPositions = 20;
 
@@ -96,7 +108,6 @@ struct Panel {
   bool needsDraw = false;  // a draw was postponed
   bool keptOff = false;    // was off already when the panels were taken off together
   bool infoWasOff = false; // the panel was off when INFO turned it on
-  std::unique_ptr<Win> window;
   PanelPosition positionStack[StoredPositions];
   int depth = -1;  // top of positionStack; -1 when empty, never below, at most 32767
   EntryList entries;
@@ -115,8 +126,15 @@ struct Panel {
   int nameOffset = 0;        // characters by which a long name is scrolled
   int nameOffsetEntry = -1;  // the entry it applies to
   int infoRows = 0;
-  NameCollection subdirectories;  // of the directory shown, listed or not
+  // The names of all subdirectories of the directory, listed or not.
+  std::unique_ptr<NameCollection> subdirectories = std::make_unique<NameCollection>();
   CLinkTargetCache linkTargets;
+};
+
+// One side of the screen. A plain record: everything that acts on it is a function of its own.
+// Application thread.
+struct Panel : PanelContents {
+  std::unique_ptr<Win> window;
 
   int count() const { return entries.count(); }
   int currentIndex() const { return top + cursor; }

@@ -6,6 +6,8 @@
 #include "foundation/string_collections.h"
 #include "foundation/westring.h"
 
+struct Panel;
+
 // What the panels and the file operations tell the persistent directory tree. The base does nothing:
 // it stands in until a tree is connected.
 class TreeKeeper {
@@ -21,8 +23,18 @@ class TreeKeeper {
   virtual void removed(const Westring&) {}
   virtual void made(const Westring&) {}
   virtual void save() {}
+
+  // A panel of the tree style shows the tree: its lines go into the (empty) list.
+  virtual void buildView(Panel&) {}
+  // Its cursor goes to the line of a directory, if there is one.
+  virtual void selectDirectory(Panel&, const Westring&) {}
+  // Everything below its current line.
+  virtual void expandSubtree(Panel&) {}
+  virtual void collapseSubtree(Panel&) {}
 };
 
+// The keeper that a panel speaks to: its own tree, or the one of the run. Never null.
+TreeKeeper& treeKeeperOf(const Panel& panel);
 // The keeper of the run, never null. setTreeKeeper(null) brings the empty one back. Not owned.
 TreeKeeper& treeKeeper();
 void setTreeKeeper(TreeKeeper* keeper);
