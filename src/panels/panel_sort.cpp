@@ -24,20 +24,17 @@ int plainCode(int code) {
   return isReversed(code) ? code - SortCode::Reverse : code;
 }
 
-// The byte by which compareNames orders a character.
-unsigned char orderByte(wchar_t character) {
-  const auto low = static_cast<unsigned char>(foldChar(character));
-  return low == '_' ? 1 : low;
-}
-
-// Which of two texts goes first by the order bytes; 0 when these are the same. A text that ends
-// goes before one that goes on, whatever byte follows there.
-int compareOrderBytes(const wchar_t* a, const wchar_t* b) {
-  for (; *a != 0 && *b != 0; ++a, ++b) {
-    const int difference = orderByte(*a) - orderByte(*b);
-    if (difference != 0) return difference;
+// The order of names without its last key, the exact one: texts that differ in case only are equal.
+int compareFolded(const wchar_t* a, const wchar_t* b) {
+  for (;; a += KeyBytes, b += KeyBytes) {
+    const uint64_t keyA = compareNamesPrefix(a);
+    const uint64_t keyB = compareNamesPrefix(b);
+    if (keyA != keyB) return keyA < keyB ? -1 : 1;
+    // A text that ends goes before one that goes on with a character that counts as 0.
+    const auto lengthA = static_cast<int>(wcsnlen(a, KeyBytes));
+    const auto lengthB = static_cast<int>(wcsnlen(b, KeyBytes));
+    if (lengthA != lengthB || lengthA < KeyBytes) return lengthA - lengthB;
   }
-  return (*a != 0) - (*b != 0);
 }
 
 const wchar_t* extensionOf(const wchar_t* name) {
@@ -57,7 +54,7 @@ int largestFirst(Number a, Number b) {
 int compareWithinGroup(const entry* a, const entry* b, int code) {
   int result = 0;
   if (code == SortCode::Extension) {
-    result = compareOrderBytes(extensionOf(a->name()), extensionOf(b->name()));
+    result = compareFolded(extensionOf(a->name()), extensionOf(b->name()));
   } else if (code == SortCode::Time) {
     result = largestFirst(dateAndTime(a), dateAndTime(b));
   } else if (code == SortCode::Size) {
@@ -126,7 +123,10 @@ class EntrySorter {
   void byText(Run run, size_t depth) {
     if (run.size() < SmallRun) return byCompare(run);
     byKey(
-        run, [this, depth](const entry* item) { return flip_ ^ chunk(textOf(item) + depth); },
+        run,
+        [this, depth](const entry* item) {
+          return flip_ ^ compareNamesPrefix(textOf(item) + depth);
+        },
         [this, depth](Run equal) {
           const uint64_t key = flip_ ^ equal[0].key;
           if (key & 0xFF) return byText<textOf>(equal, depth + KeyBytes);
@@ -149,13 +149,6 @@ class EntrySorter {
     std::stable_sort(run.begin(), run.end(), [this](const SortSlot& a, const SortSlot& b) {
       return compareEntries(a.item, b.item, code_) < 0;
     });
-  }
-
-  static uint64_t chunk(const wchar_t* text) {
-    uint64_t key = 0;
-    int bytes = 0;
-    for (; bytes < KeyBytes && text[bytes] != 0; ++bytes) key = key << 8 | orderByte(text[bytes]);
-    return bytes == 0 ? 0 : key << 8 * (KeyBytes - bytes);
   }
 
   Run slots_;
