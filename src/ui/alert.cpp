@@ -5,7 +5,7 @@
 #include "config/colours.h"
 #include "console/key_codes.h"
 #include "foundation/text_format.h"
-#include "ui/dialog.h"
+#include "ui/alert_dialog.h"
 
 namespace {
 
@@ -36,12 +36,6 @@ const ButtonSet& buttonSet(AlertButtons which) {
   return sets[static_cast<int>(which)];
 }
 
-int widestOf(const std::vector<Westring>& lines, const Westring& caption, int least) {
-  int widest = std::max(least, caption.length());
-  for (const Westring& line : lines) widest = std::max(widest, line.length());
-  return widest;
-}
-
 int answerOf(int exitCode) {
   if (exitCode == Key::Enter) return Answer::Yes;
   return exitCode < 0 ? Key::Space : exitCode;
@@ -65,21 +59,33 @@ std::vector<Westring> wrapAlertText(const Westring& text, int screenWidth) {
   return lines;
 }
 
-int alert(const Westring& text, const Westring& caption, AlertButtons buttons, AlertColour colour) {
+AlertDialog::AlertDialog(const AlertLayout& layout, AlertButtons buttons, AlertColour colour)
+    : Dialog(-1, UpperThird, layout.width + FrameAndMargin, layout.height(),
+             colourOf(colour == AlertColour::Error ? Colour::Errors : Colour::Messages)) {
+  BatchScope batch;
+  int row = 0;
+  for (const Westring& line : layout.lines) putCentred(row++, line.data());
+  putCentred(row++, layout.caption.data());
   const ButtonSet& set = buttonSet(buttons);
-  const int screenWidth = console->columns();
-  const std::vector<Westring> lines = wrapAlertText(text, screenWidth);
-  const Westring shortCaption = shortenPath(caption, screenWidth - ScreenMargin);
-  const int widest = widestOf(lines, shortCaption, set.rowWidth);
-  const int lineCount = static_cast<int>(lines.size());
-  const unsigned char attr =
-      colourOf(colour == AlertColour::Error ? Colour::Errors : Colour::Messages);
-  Dialog dialog(-1, UpperThird, widest + (widest & 1) + FrameAndMargin, lineCount + RowsBesidesText,
-                attr);
-  for (int row = 0; row < lineCount; ++row) dialog.putCentred(row, lines[row].data());
-  dialog.putCentred(lineCount, shortCaption.data());
-  dialog.setHotChars(set.hotKeys.data(), static_cast<int>(set.hotKeys.size()));
-  dialog.addButtons(-1, lineCount + 1, Group::New, set.buttons);
+  setHotChars(set.hotKeys.data(), static_cast<int>(set.hotKeys.size()));
+  addButtons(-1, row, Group::New, set.buttons);
+}
+
+AlertLayout::AlertLayout(const Westring& text, const Westring& path, AlertButtons buttons,
+                         int screenWidth)
+    : lines(wrapAlertText(text, screenWidth)),
+      caption(shortenPath(path, screenWidth - ScreenMargin)) {
+  width = std::max(buttonSet(buttons).rowWidth, caption.length());
+  for (const Westring& line : lines) width = std::max(width, line.length());
+  width += width & 1;
+}
+
+int AlertLayout::height() const {
+  return static_cast<int>(lines.size()) + RowsBesidesText;
+}
+
+int alert(const Westring& text, const Westring& caption, AlertButtons buttons, AlertColour colour) {
+  AlertDialog dialog(AlertLayout(text, caption, buttons, console->columns()), buttons, colour);
   return answerOf(dialog.run());
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "foundation/westring.h"
 
 enum class AlertButtons : int {
@@ -32,7 +30,3 @@ int alert(const Westring& text, const Westring& caption, AlertButtons buttons = 
 // The same with text in UTF-8.
 int alert(const char* text, const Westring& caption, AlertButtons buttons = AlertButtons::Ok,
           AlertColour colour = AlertColour::Message);
-
-// The lines of a message box on a screen of that width: cut at spaces, a word too long for a line
-// at the line's end. What is left after 10 lines is dropped.
-std::vector<Westring> wrapAlertText(const Westring& text, int screenWidth);
