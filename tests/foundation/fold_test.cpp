@@ -1,0 +1,166 @@
+#include "foundation/fold.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cwchar>
+#include <random>
+
+#include "foundation/westring.h"
+
+namespace {
+int sign(int value) {
+  return (value > 0) - (value < 0);
+}
+
+// A compare that is an order gives opposite answers both ways, and never runs in a circle.
+void expectOrdered(const std::vector<std::wstring>& ascending) {
+  for (size_t i = 0; i < ascending.size(); ++i) {
+    for (size_t j = 0; j < ascending.size(); ++j) {
+      int expected = (i > j) - (i < j);
+      EXPECT_EQ(sign(compareNames(ascending[i].c_str(), ascending[j].c_str())), expected)
+          << i << ' ' << j;
+    }
+  }
+}
+}  // namespace
+
+TEST(FoldTable, Has953PairsInTheirOrder) {
+  EXPECT_EQ(FoldPairCount, 953);
+  EXPECT_EQ(foldPairs[0].upper, 0x41);
+  EXPECT_EQ(foldPairs[0].lower, 0x61);
+  EXPECT_EQ(foldPairs[26].upper, 0x39C);
+  EXPECT_EQ(foldPairs[26].lower, 0xB5);
+  EXPECT_EQ(foldPairs[FoldPairCount - 1].upper, 0xFF3A);
+  EXPECT_EQ(foldPairs[FoldPairCount - 1].lower, 0xFF5A);
+  int high = 0;
+  for (int i = 0; i < FoldPairCount; ++i) {
+    high += foldPairs[i].lower >= FoldLimit;
+    EXPECT_FALSE(foldPairs[i].upper >= 0x10A0 && foldPairs[i].upper < 0x1100);
+    if (i > 0) {
+      EXPECT_LT(foldPairs[i - 1].lower, foldPairs[i].lower);
+    }
+  }
+  EXPECT_EQ(high, 106);
+}
+
+TEST(FoldChar, MapsToTheUpperCaseLetter) {
+  const std::pair<int, int> rows[] = {
+      {'a', 'A'},       {'A', 'A'},       {'_', '_'},       {0xB5, 0x39C},    {0xFF, 0x178},
+      {0xE4, 0xC4},     {0xDF, 0xDF},     {0x131, 'I'},     {0x1F80, 0x1F88}, {0x450, 0x400},
+      {0x1D79, 0xA77D}, {0x2D00, 0x2D00}, {0x10D0, 0x10D0}, {0x526, 0x526},   {0x527, 0x527}};
+  for (const auto& [character, folded] : rows) EXPECT_EQ(foldChar(character), folded) << character;
+}
+
+TEST(FoldChar, LeavesHighAndNegativeCharactersAlone) {
+  for (int character : {0x8000, 0xA641, 0xFF5A, 0x10428, 0x10FFFF, -1, -128, -2147483647}) {
+    EXPECT_EQ(foldChar(character), character);
+  }
+}
+
+TEST(FoldString, FoldsInPlace) {
+  wchar_t text[] = L"a\u00E4\uFF5Az";
+  foldString(text);
+  EXPECT_STREQ(text, L"A\u00C4\uFF5AZ");
+}
+
+TEST(LowerCase, FollowsTheLocale) {
+  wchar_t text[] = L"A\u00C4Z";
+  lowerString(text);
+  EXPECT_STREQ(text, L"a\u00E4z");
+  EXPECT_EQ(lowerChar(L'Q'), L'q');
+  EXPECT_EQ(lowerChar(0xC4), 0xE4);
+  EXPECT_EQ(lowerChar(-128), -128);
+}
+
+TEST(CaseTables, HoldWhatTheLocaleSays) {
+  buildCaseTables();
+  EXPECT_EQ(upperTable[0], 0);
+  EXPECT_EQ(lowerTable[0], 0);
+  for (int i = 1; i < 256; ++i) {
+    EXPECT_EQ(upperTable[i], toupper(i));
+    EXPECT_EQ(lowerTable[i], tolower(i));
+  }
+}
+
+TEST(CompareNoCase, SubtractsTheFirstFoldedDifference) {
+  EXPECT_EQ(compareNoCase(L"aBc", L"AbC"), 0);
+  EXPECT_EQ(compareNoCase(L"a", L"d"), 'A' - 'D');
+  EXPECT_EQ(compareNoCase(L"ab", L"a"), 'B');
+  EXPECT_EQ(compareNoCase(L"", L"a"), -'A');
+  EXPECT_EQ(compareNoCase(L"\u0141", L"A"), 0x141 - 'A');
+  EXPECT_LT(compareNoCase(L"a", Westring(static_cast<wchar_t>(0x7FFFFFFF), 1).data()), 0);
+  wchar_t lowest[] = {static_cast<wchar_t>(-0x7FFFFFFF), 0};
+  wchar_t highest[] = {0x7FFFFFFF, 0};
+  EXPECT_LT(compareNoCase(lowest, highest), 0);
+}
+
+TEST(CompareNoCaseN, LooksAtTheLowBytesOfTheDifference) {
+  EXPECT_EQ(compareNoCaseN(L"abX", L"ABy", 2), 0);
+  EXPECT_EQ(compareNoCaseN(L"abX", L"ABy", 3), 'X' - 'Y');
+  EXPECT_EQ(compareNoCaseN(L"ab", L"ABc", 3), -'C');
+  EXPECT_EQ(compareNoCaseN(L"ab", L"AB", 9), 0);
+  EXPECT_EQ(compareNoCaseN(L"x", L"y", 0), 0);
+  EXPECT_EQ(compareNoCaseN(L"\u0141", L"A", 1), 0);
+}
+
+TEST(CompareNames, AnUnderscoreSortsBeforeEveryPrintableCharacter) {
+  EXPECT_LT(compareNames(L"a_b", L"a b"), 0);
+  EXPECT_EQ(compareNames(L"_", L"A"), 1 - 'A');
+  EXPECT_EQ(compareNames(L"b", L"A"), 'B' - 'A');
+  EXPECT_LT(compareNames(L"a", L"a_"), 0);
+  expectOrdered({L"", L"a", L"a_", L"a_z", L"a b", L"a!", L"a1", L"aa", L"B", L"c"});
+}
+
+TEST(CompareNames, ALowByteOfZeroIsNotTheEnd) {
+  expectOrdered({L"a", L"a\u0100", L"a\u0100b", L"a\u0100c", L"a\u0200d", L"a\u4E00e", L"ab"});
+}
+
+TEST(CompareNames, NamesThatDifferNeverCompareEqual) {
+  expectOrdered({L"A", L"a", L"\u0141"});
+  expectOrdered({L"FOO", L"Foo", L"foo"});
+  EXPECT_EQ(compareNames(L"same", L"same"), 0);
+  wchar_t rawByte[] = {-127, 0};
+  EXPECT_NE(compareNames(rawByte, L"\u0081"), 0);
+}
+
+TEST(CompareNames, IsATotalOrderOnAnyCharacters) {
+  const wchar_t alphabet[] = {L'a',  L'A',  L'_',   1,    0x100, 0x200,
+                              0x15F, 0x45F, 0x4E00, -256, -161,  -1};
+  std::mt19937 random(20);
+  std::vector<std::wstring> names;
+  for (int i = 0; i < 150; ++i) {
+    std::wstring name;
+    for (unsigned length = random() % 4; length > 0; --length) {
+      name += alphabet[random() % std::size(alphabet)];
+    }
+    names.push_back(name);
+  }
+  std::sort(names.begin(), names.end(), [](const std::wstring& a, const std::wstring& b) {
+    return compareNames(a.c_str(), b.c_str()) < 0;
+  });
+  names.erase(std::unique(names.begin(), names.end()), names.end());
+  expectOrdered(names);
+}
+
+TEST(CompareNamesPrefix, OrdersAsTheNamesDoWhereverItDiffers) {
+  const wchar_t alphabet[] = {L'a', L'B', L'_', L' ', 0x100, 0x4E00, -1, -256};
+  std::mt19937 random(21);
+  std::vector<std::wstring> names = {L"", L"12345678", L"123456789", L"12345678_"};
+  for (int i = 0; i < 200; ++i) {
+    std::wstring name;
+    for (unsigned length = random() % 11; length > 0; --length) {
+      name += alphabet[random() % std::size(alphabet)];
+    }
+    names.push_back(name);
+  }
+  for (const std::wstring& a : names) {
+    for (const std::wstring& b : names) {
+      uint64_t prefixA = compareNamesPrefix(a.c_str());
+      uint64_t prefixB = compareNamesPrefix(b.c_str());
+      if (prefixA == prefixB) continue;
+      ASSERT_EQ(compareNames(a.c_str(), b.c_str()) < 0, prefixA < prefixB);
+    }
+  }
+}
