@@ -37,7 +37,8 @@ std::wstring forDoubleQuotes(const wchar_t* name) {
   return result;
 }
 
-// Inside backticks the shell takes one backslash away before it reads the command.
+// Inside backticks the shell takes one backslash away before it reads the command. What it does to
+// a double quote depends on quotes around the backticks, so names with one don't come here.
 std::wstring forBackticks(const wchar_t* name) {
   std::wstring result;
   for (; *name != 0; ++name) {
@@ -130,6 +131,7 @@ std::optional<Westring> ShellContext::quote(const Westring& name) {
   std::wstring text;
   if (nested_) {
     if (escaped_ || plain.find(L'\n') >= 0) return std::nullopt;
+    if (backticks_ && plain.find(L'"') >= 0) return std::nullopt;
     text = backticks_ ? forBackticks(plain.data()) : quoteForShell(plain).data();
   } else if (quotes_ == Quotes::Single) {
     text = forSingleQuotes(plain.data());

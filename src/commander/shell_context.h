@@ -11,7 +11,8 @@ class ShellContext {
  public:
   void typed(wchar_t ch);  // a character of the user's own text, passed on as it is
   // The name as it goes into the command. Nothing when no form is safe: a newline inside a command
-  // substitution, a here-document or a comment; then the command must not run.
+  // substitution, a here-document or a comment, a double quote inside backticks; then the command
+  // must not run.
   std::optional<Westring> quote(const Westring& name);
 
  private:
