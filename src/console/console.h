@@ -19,15 +19,36 @@ struct GridSize {
   int rows = 25;
 };
 
-// Starts the toolkit and its threading. False when no display can be opened; then nothing was started
-// and no console may be made. Once per process, application thread, before the CConsole.
+// Starts the toolkit and its threading. False when no display can be opened; then nothing was
+// started and no console may be made. Once per process, application thread, before the CConsole.
 bool initToolkit(int* argc, char*** argv);
+// The end of the toolkit, after the CConsole was deleted.
+void endToolkit();
+// True once the connection to the display is lost. Painting then does nothing, getKey answers Esc
+// so that what is under way ends, and soon after the process ends with status 1. Any thread.
+bool displayLost();
+
+// Pixels row after row as 0xRRGGBB.
+struct Picture {
+  int width = 0;
+  int height = 0;
+  std::vector<uint32_t> rgb;
+
+  uint32_t at(int x, int y) const {
+    return rgb[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
+  }
+};
 
 // The whole screen: one desktop window showing a grid of character cells. Operations belong to the
-// application thread unless they say otherwise, take the toolkit lock themselves when they paint, and
-// clip to the grid. Coordinates are cells from 0. When the display has gone, painting does nothing.
+// application thread; those that only write cells or move the cursor may also be called by a thread
+// that draws progress. They take the toolkit lock themselves when they paint and clip to the grid.
+// Coordinates are cells from 0. Cells are exact at once; pixels follow at once for a lone change,
+// and within a frame while much is written. When the display has gone, painting does nothing.
 class CConsole {
  public:
+  using TEvent = ::TEvent;
+  using CEventQueue = ::CEventQueue;
+
   static constexpr int MinColumns = 1, MaxColumns = 500, MinRows = 1, MaxRows = 250;
 
   CConsole();
@@ -43,7 +64,8 @@ class CConsole {
   void fillCell(int x, int y, int n, Cell cell);
   void writeCellString(int x, int y, const Cell* cells);
   void writeWide(int x, int y, const wchar_t* text, unsigned char attr);
-  void writeBytes(int x, int y, const char* text, unsigned char attr);  // in the console's code page
+  void writeBytes(int x, int y, const char* text,
+                  unsigned char attr);  // in the console's code page
 
   void setCursorSize(int percent);  // of the cell height; 0 hides the cursor
   void setCursorPos(int x, int y);
@@ -58,7 +80,8 @@ class CConsole {
   void scrollDown(int x, int y, int w, int h, int n, unsigned char attr);
   void scrollUp(int x, int y, int w, int h, int n, unsigned char attr);
   void writeTty(const char* utf8Text);
-  void setDefaultAttr(unsigned char attr);
+  void setDefaultAttr(unsigned char attr);  // of teletype output and the blank lines it scrolls in
+  unsigned char defaultAttr() const;
 
   // Between these, writes change the grid at once and pixels only at the outermost endBatch.
   void beginBatch();
@@ -71,7 +94,8 @@ class CConsole {
   void setCodePage(int page);
   int codePage() const;
   void setTitle(const Westring& text);
-  std::string title() const;  // UTF-8, as last set
+  void setTitle(const char* text);  // in the console's code page
+  std::string title() const;        // UTF-8, as last set
   void setIcon(const char* file);
   void setIconList(const std::vector<std::string>& files);
   void beep();
@@ -86,6 +110,7 @@ class CConsole {
 
   // The picture as it stands, as a PNG file. 0 or errno.
   int savePicture(const char* file);
+  Picture picture();  // empty when the display has gone
   // X window of the screen, for tests and for asking for the focus; 0 without one.
   unsigned long windowId() const;
   // Paints since the start, for tests of what costs a paint.
@@ -93,7 +118,11 @@ class CConsole {
 
  private:
   struct Impl;
+  static std::unique_ptr<Impl> makeImpl();
+  bool cancelOnce(TEvent& out);
+
   std::unique_ptr<Impl> impl_;
+  int cancels_ = 0;  // answers given in place of the user's since the display has gone
 };
 
 // The one console; null before it is made and after it was deleted. Application thread.

@@ -6,7 +6,14 @@
 #include "foundation/object_store.h"
 #include "foundation/threads.h"
 
-enum class EventKind : int { Key = 0, Press = 1, Release = 2, Drag = 3, DoubleClick = 4, Wheel = 5 };
+enum class EventKind : int {
+  Key = 0,
+  Press = 1,
+  Release = 2,
+  Drag = 3,
+  DoubleClick = 4,
+  Wheel = 5
+};
 
 // One input event. `x`, `y` are cells; fields that a kind doesn't use are 0.
 struct TEvent {
@@ -43,8 +50,8 @@ class CEventQueue : public TObjectStore<TEvent> {
   ~CEventQueue() override { clear(); }
   void put(const TEvent& event);
   std::unique_ptr<TEvent> get(uint32_t timeoutMs);  // null on time-out
-  // Takes the first event away if it may serve as an answer to a look for an abort: a shift change or a
-  // mouse event stays in the queue's order and isn't looked at. Null when there is none.
+  // Takes the first event away if it may serve as an answer to a look for an abort: a shift change
+  // or a mouse event stays in the queue's order and isn't looked at. Null when there is none.
   std::unique_ptr<TEvent> getKeyOnly();
   int eventCount() const { return queued_.load(std::memory_order_relaxed); }
 

@@ -1,16 +1,16 @@
 #pragma once
 
-// A key code is a 32-bit value in the shape of a PC extended scan code: characters stand for themselves,
-// ExtendedKey marks a scan code, ShiftedKey tells Shift apart.
+// A key code is a 32-bit value in the shape of a PC extended scan code: characters stand for
+// themselves, ExtendedKey marks a scan code, ShiftedKey tells Shift apart.
 namespace Key {
 
 inline constexpr int ExtendedKey = 0x10000;
 inline constexpr int ShiftedKey = 0x20000;
-inline constexpr int CtrlDigit = 0x40000;      // low byte: digit value or its ASCII code
-inline constexpr int MouseEvent = 0x200000;    // no key: a mouse message was filled in
-inline constexpr int GrayKey = 0x400000;       // keypad operator; low byte its ASCII code
+inline constexpr int CtrlDigit = 0x40000;        // low byte: digit value or its ASCII code
+inline constexpr int MouseEvent = 0x200000;      // no key: a mouse message was filled in
+inline constexpr int GrayKey = 0x400000;         // keypad operator; low byte its ASCII code
 inline constexpr int WideCharacter = 0x1000000;  // with a committed character above U+FFFF
-inline constexpr int ShiftChanged = 0x10100;   // only the shift state changed
+inline constexpr int ShiftChanged = 0x10100;     // only the shift state changed
 
 inline constexpr int Backspace = 0x10101;
 inline constexpr int Tab = 9;
@@ -18,36 +18,41 @@ inline constexpr int Enter = 13;
 inline constexpr int Esc = 27;
 inline constexpr int Space = 32;
 
-constexpr int extended(int scan) { return ExtendedKey | scan; }
-constexpr int shifted(int scan) { return ExtendedKey | ShiftedKey | scan; }
+constexpr int extended(int scan) {
+  return ExtendedKey | scan;
+}
+constexpr int shifted(int scan) {
+  return ExtendedKey | ShiftedKey | scan;
+}
 
-inline constexpr int F1 = 0x1003B, F2 = 0x1003C, F3 = 0x1003D, F4 = 0x1003E, F5 = 0x1003F, F6 = 0x10040,
-                     F7 = 0x10041, F8 = 0x10042, F9 = 0x10043, F10 = 0x10044, F11 = 0x10085,
-                     F12 = 0x10086;
+inline constexpr int F1 = 0x1003B, F2 = 0x1003C, F3 = 0x1003D, F4 = 0x1003E, F5 = 0x1003F,
+                     F6 = 0x10040, F7 = 0x10041, F8 = 0x10042, F9 = 0x10043, F10 = 0x10044,
+                     F11 = 0x10085, F12 = 0x10086;
 inline constexpr int ShiftF1 = 0x30054, ShiftF2 = 0x30055, ShiftF3 = 0x30056, ShiftF4 = 0x30057,
                      ShiftF5 = 0x30058, ShiftF6 = 0x30059, ShiftF7 = 0x3005A, ShiftF8 = 0x3005B,
                      ShiftF9 = 0x3005C, ShiftF10 = 0x3005D;
 inline constexpr int CtrlF1 = 0x1005E, CtrlF2 = 0x1005F, CtrlF3 = 0x10060, CtrlF4 = 0x10061,
                      CtrlF5 = 0x10062, CtrlF6 = 0x10063, CtrlF7 = 0x10064, CtrlF8 = 0x10065,
                      CtrlF9 = 0x10066, CtrlF10 = 0x10067;
-inline constexpr int AltF1 = 0x10068, AltF2 = 0x10069, AltF3 = 0x1006A, AltF4 = 0x1006B, AltF5 = 0x1006C,
-                     AltF6 = 0x1006D, AltF7 = 0x1006E, AltF8 = 0x1006F, AltF9 = 0x10070,
-                     AltF10 = 0x10071;
+inline constexpr int AltF1 = 0x10068, AltF2 = 0x10069, AltF3 = 0x1006A, AltF4 = 0x1006B,
+                     AltF5 = 0x1006C, AltF6 = 0x1006D, AltF7 = 0x1006E, AltF8 = 0x1006F,
+                     AltF9 = 0x10070, AltF10 = 0x10071;
 inline constexpr int ShiftAltF1 = 0x30068, ShiftAltF2 = 0x30069, ShiftAltF3 = 0x3006A,
                      ShiftAltF4 = 0x3006B, ShiftAltF5 = 0x3006C, ShiftAltF7 = 0x3006E,
                      ShiftAltF8 = 0x3006F, ShiftAltF9 = 0x30070;
 inline constexpr int CtrlShiftF5 = 0x30062;
 
-inline constexpr int Home = 0x10047, Up = 0x10048, PageUp = 0x10049, Left = 0x1004B, Right = 0x1004D,
-                     End = 0x1004F, Down = 0x10050, PageDown = 0x10051, Insert = 0x10052,
-                     Delete = 0x10053;
-inline constexpr int ShiftHome = 0x30047, ShiftUp = 0x30048, ShiftPageUp = 0x30049, ShiftLeft = 0x3004B,
-                     ShiftRight = 0x3004D, ShiftEnd = 0x3004F, ShiftDown = 0x30050,
-                     ShiftPageDown = 0x30051, ShiftInsert = 0x30052, ShiftDelete = 0x30053,
-                     ShiftTab = 0x3000F;
-inline constexpr int CtrlLeft = 0x10073, CtrlRight = 0x10074, CtrlEnd = 0x10075, CtrlPageDown = 0x10076,
-                     CtrlHome = 0x10077, CtrlPageUp = 0x10084, CtrlUp = 0x1008D, CtrlDown = 0x10091,
-                     CtrlInsert = 0x10092, CtrlDelete = 0x10093, CtrlBackspace = 127, CtrlEnter = 10;
+inline constexpr int Home = 0x10047, Up = 0x10048, PageUp = 0x10049, Left = 0x1004B,
+                     Right = 0x1004D, End = 0x1004F, Down = 0x10050, PageDown = 0x10051,
+                     Insert = 0x10052, Delete = 0x10053;
+inline constexpr int ShiftHome = 0x30047, ShiftUp = 0x30048, ShiftPageUp = 0x30049,
+                     ShiftLeft = 0x3004B, ShiftRight = 0x3004D, ShiftEnd = 0x3004F,
+                     ShiftDown = 0x30050, ShiftPageDown = 0x30051, ShiftInsert = 0x30052,
+                     ShiftDelete = 0x30053, ShiftTab = 0x3000F;
+inline constexpr int CtrlLeft = 0x10073, CtrlRight = 0x10074, CtrlEnd = 0x10075,
+                     CtrlPageDown = 0x10076, CtrlHome = 0x10077, CtrlPageUp = 0x10084,
+                     CtrlUp = 0x1008D, CtrlDown = 0x10091, CtrlInsert = 0x10092,
+                     CtrlDelete = 0x10093, CtrlBackspace = 127, CtrlEnter = 10;
 inline constexpr int CtrlShiftLeft = 0x30073, CtrlShiftRight = 0x30074, CtrlShiftEnd = 0x30075,
                      CtrlShiftHome = 0x30077, CtrlShiftEnter = 0x3001C;
 inline constexpr int AltHome = 0x10097, AltUp = 0x10098, AltLeft = 0x1009B, AltRight = 0x1009D,
@@ -58,7 +63,9 @@ inline constexpr int GrayPlus = 0x40002B, GrayMinus = 0x40002D, GrayStar = 0x400
                      CtrlGrayMinus = 0x1008E, CtrlShiftGrayPlus = 0x30090,
                      CtrlShiftGrayMinus = 0x3008E;
 
-constexpr int ctrl(char letter) { return letter - 'a' + 1; }
+constexpr int ctrl(char letter) {
+  return letter - 'a' + 1;
+}
 
 }  // namespace Key
 

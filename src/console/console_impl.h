@@ -1,0 +1,61 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+
+#include "console/console.h"
+#include "console/console_window.h"
+#include "console/grid.h"
+#include "console/painter.h"
+#include "foundation/threads.h"
+
+// What stands behind CConsole: the grid, the window, the two threads, and when to paint.
+struct CConsole::Impl {
+  Impl();
+  ~Impl();
+
+  // Something became dirty: paints it at once when the last paint is a frame ago, otherwise sees to
+  // it that it is painted when the frame is over. Nothing inside a batch.
+  void changed();
+  void paintPending();  // whatever the batch depth
+  // Moves pixels and paints the opened rows only; false when the picture isn't complete or a frame
+  // hasn't passed, and then nothing was done.
+  bool scrollPixels(int x, int y, int w, int h, int n, unsigned char attr);
+  void scroll(int x, int y, int w, int h, int n, unsigned char attr);
+  void rebuild(int columns, int rows);  // under the toolkit lock
+  void start();
+  void stop();
+
+  Grid grid;
+  CEventQueue events;
+  std::atomic<int> blinkPhase{0};  // 0..9; the cursor shows below 5
+  ConsoleWindow window;
+  Painter painter;
+  Estring fontFamily = "DejaVu Sans Mono";
+  int fontSize = 12;  // points
+  std::atomic<int> codePage{850};
+  std::atomic<unsigned char> defaultAttr{7};
+  std::string title;
+  std::atomic<int> batchDepth{0};
+  std::atomic<unsigned long> paintCount{0};
+
+ private:
+  static void guiEntry(void* self);
+  static void blinkEntry(void* self);
+  static int loopStarted(void* self);
+  static int frameOver(void* self);
+  void runToolkit();
+  void blink();
+  void paintCursorCell();
+  CursorInk cursorInk() const;
+  bool frameElapsed() const;
+  void paintDirty();  // under the toolkit lock
+  void scheduleFrame();
+
+  Frame frame_;                        // reused; under the toolkit lock
+  std::atomic<int64_t> lastPaint_{0};  // monotonic nanoseconds
+  std::atomic<bool> framePlanned_{false};
+  ThreadHandle guiThread;
+  EventSem blinkStop;
+  EventSem loopRunning_;
+};

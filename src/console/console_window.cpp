@@ -1,0 +1,217 @@
+#include "console/console_window.h"
+
+#include <gdk/gdkkeysyms.h>
+
+#include "console/key_codes.h"
+#include "console/key_table.h"
+#include "foundation/break_state.h"
+#include "foundation/utf8.h"
+
+// The X headers' macros would break the toolkit's, so they come last.
+#include <X11/Xlib.h>
+#include <gdk/gdkx.h>
+
+namespace {
+const Gdk::EventMask AreaEvents = Gdk::BUTTON_MOTION_MASK | Gdk::BUTTON_PRESS_MASK |
+                            Gdk::BUTTON_RELEASE_MASK | Gdk::KEY_PRESS_MASK | Gdk::KEY_RELEASE_MASK;
+constexpr wchar_t LastPlainCharacter = 0xFFFF;
+
+enum Button { Left = 1, Right = 2, Other = 3 };
+constexpr unsigned GdkLeft = 1;
+constexpr unsigned GdkRight = 3;
+
+int buttonOf(unsigned gdkButton) {
+  if (gdkButton == GdkLeft) return Left;
+  return gdkButton == GdkRight ? Right : Other;
+}
+
+// The symbol of the key in the first layout without modifiers, so that Alt and Ctrl keys work while
+// another script is switched on.
+unsigned baseSymbolOf(const GdkEventKey* event) {
+  guint symbol = 0;
+  gdk_keymap_translate_keyboard_state(gdk_keymap_get_default(), event->hardware_keycode,
+                                      static_cast<GdkModifierType>(0), 0, &symbol, nullptr, nullptr,
+                                      nullptr);
+  return symbol;
+}
+
+// Without a window manager nobody gives a window the keyboard.
+bool windowManagerRuns(Display* display, int screen) {
+  char selection[32];
+  g_snprintf(selection, sizeof selection, "WM_S%d", screen);
+  return XGetSelectionOwner(display, XInternAtom(display, selection, False)) != None;
+}
+}  // namespace
+
+CConsoleDrawingArea::CConsoleDrawingArea(CEventQueue& events) : events_(events) {
+  add_events(AreaEvents);
+  set_double_buffered(false);
+  modify_bg(Gtk::STATE_NORMAL, Gdk::Color("black"));
+}
+
+bool CConsoleDrawingArea::on_expose_event(GdkEventExpose* event) {
+  if (!painter_ || !painter_->pixmap()) return true;
+  GdkWindow* window = event->window;
+  ObjectPtr<GdkGC> gc(gdk_gc_new(window));
+  GdkRectangle* rectangles = nullptr;
+  int count = 0;
+  gdk_region_get_rectangles(event->region, &rectangles, &count);
+  for (int i = 0; i < count; ++i) {
+    const GdkRectangle& r = rectangles[i];
+    gdk_draw_drawable(window, gc.get(), painter_->pixmap(), r.x, r.y, r.x, r.y, r.width, r.height);
+  }
+  g_free(rectangles);
+  return true;
+}
+
+void CConsoleDrawingArea::queueMouse(EventKind kind, int code, unsigned state, double x, double y) {
+  TEvent event;
+  event.kind = kind;
+  event.code = code;
+  event.state = static_cast<int>(state) & ShiftState::Mask;
+  if (painter_) {
+    event.x = static_cast<int>(x) / painter_->cellWidth();
+    event.y = static_cast<int>(y) / painter_->cellHeight();
+  }
+  events_.put(event);
+}
+
+bool CConsoleDrawingArea::on_button_press_event(GdkEventButton* event) {
+  if (event->type == GDK_BUTTON_PRESS || event->type == GDK_2BUTTON_PRESS) {
+    const bool twice = event->type == GDK_2BUTTON_PRESS;
+    queueMouse(twice ? EventKind::DoubleClick : EventKind::Press, buttonOf(event->button),
+               event->state, event->x, event->y);
+  }
+  return true;
+}
+
+bool CConsoleDrawingArea::on_button_release_event(GdkEventButton* event) {
+  queueMouse(EventKind::Release, buttonOf(event->button), event->state, event->x, event->y);
+  return true;
+}
+
+bool CConsoleDrawingArea::on_motion_notify_event(GdkEventMotion* event) {
+  int code = 0;
+  if (event->state & GDK_BUTTON1_MASK) {
+    code = Left;
+  } else if (event->state & GDK_BUTTON3_MASK) {
+    code = Right;
+  }
+  queueMouse(EventKind::Drag, code, event->state, event->x, event->y);
+  return true;
+}
+
+bool CConsoleDrawingArea::on_scroll_event(GdkEventScroll* event) {
+  if (event->direction != GDK_SCROLL_UP && event->direction != GDK_SCROLL_DOWN) return true;
+  TEvent wheel;
+  wheel.kind = EventKind::Wheel;
+  wheel.code = event->direction == GDK_SCROLL_UP ? 1 : -1;
+  wheel.state = static_cast<int>(event->state) & ShiftState::Mask;
+  events_.put(wheel);
+  return true;
+}
+
+ConsoleWindow::ConsoleWindow(CEventQueue& events, std::atomic<int>& blinkPhase)
+    : area(events), events_(events), blinkPhase_(blinkPhase) {
+  set_resizable(false);
+  add(area);
+}
+
+ConsoleWindow::~ConsoleWindow() = default;
+
+void ConsoleWindow::setPixels(int width, int height) {
+  area.set_size_request(width, height);
+  resize(width, height);
+}
+
+void ConsoleWindow::queueKey(int code, int state, int hwCode) {
+  TEvent event;
+  event.code = code;
+  event.state = state;
+  event.hwCode = hwCode;
+  events_.put(event);
+}
+
+bool ConsoleWindow::on_key_press_event(GdkEventKey* event) {
+  return handleKey(event);
+}
+bool ConsoleWindow::on_key_release_event(GdkEventKey* event) {
+  return handleKey(event);
+}
+
+bool ConsoleWindow::handleKey(GdkEventKey* event) {
+  ensureInputMethod(event->window);
+  KeyInput input;
+  input.symbol = event->keyval;
+  input.baseSymbol = baseSymbolOf(event);
+  input.state = event->state;
+  input.hwCode = event->hardware_keycode;
+  input.press = event->type == GDK_KEY_PRESS;
+  const KeyResult result = translateKey(input);
+  switch (result.action) {
+    case KeyAction::Drop:
+      break;
+    case KeyAction::Break:
+      requestBreak();
+      break;
+    case KeyAction::InputMethod:
+      gtk_im_context_filter_keypress(imContext_.get(), event);
+      break;
+    case KeyAction::Queue:
+      queueKey(result.code, result.state, input.hwCode);
+      blinkPhase_.store(0, std::memory_order_relaxed);
+      break;
+  }
+  return true;
+}
+
+void ConsoleWindow::ensureInputMethod(GdkWindow* window) {
+  if (imContext_) return;
+  imContext_.reset(gtk_im_multicontext_new());
+  gtk_im_context_set_client_window(imContext_.get(), window);
+  g_signal_connect(imContext_.get(), "commit", G_CALLBACK(onCommit), this);
+  gtk_im_context_focus_in(imContext_.get());
+}
+
+void ConsoleWindow::onCommit(GtkIMContext*, const char* utf8, void* self) {
+  static_cast<ConsoleWindow*>(self)->commit(utf8);
+}
+
+void ConsoleWindow::commit(const char* utf8) {
+  const Westring text = fromUtf8(utf8);
+  for (const wchar_t* p = text.data(); *p != 0; ++p) {
+    const int beyond = *p > LastPlainCharacter ? Key::WideCharacter : 0;
+    queueKey(static_cast<int>(*p) | beyond, 0, 0);
+  }
+  blinkPhase_.store(0, std::memory_order_relaxed);
+}
+
+// Closing the window is a key like any other: the program decides.
+bool ConsoleWindow::on_delete_event(GdkEventAny*) {
+  queueKey(Key::F10, 0, 0);
+  return true;
+}
+
+bool ConsoleWindow::on_map_event(GdkEventAny* event) {
+  Display* display = GDK_WINDOW_XDISPLAY(event->window);
+  GdkScreen* screen = gdk_drawable_get_screen(event->window);
+  if (!windowManagerRuns(display, gdk_screen_get_number(screen))) {
+    gdk_error_trap_push();
+    XSetInputFocus(display, GDK_WINDOW_XID(event->window), RevertToParent, CurrentTime);
+    gdk_flush();
+    gdk_error_trap_pop();
+  }
+  return Gtk::Window::on_map_event(event);
+}
+
+bool ConsoleWindow::on_focus_in_event(GdkEventFocus* event) {
+  if (imContext_) gtk_im_context_focus_in(imContext_.get());
+  return Gtk::Window::on_focus_in_event(event);
+}
+
+// The release of a modifier that was down when the focus went will never come.
+bool ConsoleWindow::on_focus_out_event(GdkEventFocus* event) {
+  if (imContext_) gtk_im_context_focus_out(imContext_.get());
+  queueKey(Key::ShiftChanged, 0, 0);
+  return Gtk::Window::on_focus_out_event(event);
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gtkmm/drawingarea.h>
+#include <gtkmm/window.h>
+
+#include <atomic>
+
+#include "console/events.h"
+#include "console/painter.h"
+
+// The widget: copies the back store to the window and turns the mouse into events. Handlers run on
+// the toolkit thread with the toolkit lock held.
+class CConsoleDrawingArea : public Gtk::DrawingArea {
+ public:
+  explicit CConsoleDrawingArea(CEventQueue& events);
+
+  void setPainter(const Painter* painter) { painter_ = painter; }
+
+ protected:
+  bool on_expose_event(GdkEventExpose* event) override;
+  bool on_button_press_event(GdkEventButton* event) override;
+  bool on_button_release_event(GdkEventButton* event) override;
+  bool on_motion_notify_event(GdkEventMotion* event) override;
+  bool on_scroll_event(GdkEventScroll* event) override;
+
+ private:
+  void queueMouse(EventKind kind, int code, unsigned state, double x, double y);
+
+  CEventQueue& events_;
+  const Painter* painter_ = nullptr;
+};
+
+// The top-level window: keys, text from the input method, the close button, the focus.
+class ConsoleWindow : public Gtk::Window {
+ public:
+  // A key or committed text sets `blinkPhase` to 0.
+  ConsoleWindow(CEventQueue& events, std::atomic<int>& blinkPhase);
+  ~ConsoleWindow() override;
+
+  CConsoleDrawingArea area;
+
+  void setPixels(int width, int height);
+
+ protected:
+  bool on_key_press_event(GdkEventKey* event) override;
+  bool on_key_release_event(GdkEventKey* event) override;
+  bool on_delete_event(GdkEventAny* event) override;
+  bool on_map_event(GdkEventAny* event) override;
+  bool on_focus_in_event(GdkEventFocus* event) override;
+  bool on_focus_out_event(GdkEventFocus* event) override;
+
+ private:
+  bool handleKey(GdkEventKey* event);
+  void ensureInputMethod(GdkWindow* window);
+  static void onCommit(GtkIMContext* context, const char* utf8, void* self);
+  void commit(const char* utf8);
+  void queueKey(int code, int state, int hwCode);
+
+  CEventQueue& events_;
+  std::atomic<int>& blinkPhase_;
+  ObjectPtr<GtkIMContext> imContext_;
+};

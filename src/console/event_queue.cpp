@@ -1,0 +1,37 @@
+#include "console/events.h"
+#include "console/key_codes.h"
+
+void CEventQueue::put(const TEvent& event) {
+  {
+    MutexLock guard(lock_);
+    add(new TEvent(event));
+    queued_.store(count(), std::memory_order_relaxed);
+  }
+  available_.post();
+}
+
+std::unique_ptr<TEvent> CEventQueue::get(uint32_t timeoutMs) {
+  while (eventCount() == 0) {
+    if (timeoutMs == 0) return nullptr;
+    if (available_.wait(timeoutMs) != 0) return nullptr;
+    available_.reset();
+  }
+  MutexLock guard(lock_);
+  first();
+  std::unique_ptr<TEvent> event(detach());
+  queued_.store(count(), std::memory_order_relaxed);
+  return event;
+}
+
+std::unique_ptr<TEvent> CEventQueue::getKeyOnly() {
+  if (eventCount() == 0) return nullptr;
+  MutexLock guard(lock_);
+  for (int i = 0; i < count(); ++i) {
+    const TEvent* event = at(i);
+    if (event->kind != EventKind::Key || event->code == Key::ShiftChanged) continue;
+    std::unique_ptr<TEvent> taken(detach());
+    queued_.store(count(), std::memory_order_relaxed);
+    return taken;
+  }
+  return nullptr;
+}

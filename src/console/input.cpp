@@ -1,0 +1,89 @@
+#include "console/input.h"
+
+#include "console/console.h"
+#include "console/text_state.h"
+
+namespace {
+int shiftState = 0;
+
+constexpr int FirstDigitKey = 10;  // hardware codes of the digit row: 1 to 9, then 0
+constexpr int LastDigitKey = 19;
+constexpr int LeftButton = 1;
+constexpr int RightButton = 2;
+
+int keyCodeOf(const TEvent& event) {
+  if ((event.state & ShiftState::Ctrl) == 0) return event.code;
+  if (event.hwCode < FirstDigitKey || event.hwCode > LastDigitKey) return event.code;
+  const int digit = event.hwCode == LastDigitKey ? 0 : event.hwCode - FirstDigitKey + 1;
+  const int shifted = (event.state & ShiftState::Shift) != 0 ? Key::ShiftedKey : 0;
+  return (Key::CtrlDigit + digit) | shifted;
+}
+
+int takeKey(const TEvent& event, MouseMessage* mouse) {
+  if (mouse) mouse->state = static_cast<int16_t>(event.state);
+  // Committed text and the close button come from no key: they say nothing about the modifiers.
+  if (event.hwCode != 0 || event.code == Key::ShiftChanged) shiftState = event.state;
+  return keyCodeOf(event);
+}
+
+// False when the event means nothing to anybody: a third button, a drag without a known button.
+bool mouseKindOf(const TEvent& event, MouseKind& kind) {
+  if (event.kind == EventKind::Wheel) {
+    kind = MouseKind::Wheel;
+    return true;
+  }
+  if (event.code != LeftButton && event.code != RightButton) return false;
+  const bool left = event.code == LeftButton;
+  switch (event.kind) {
+    case EventKind::Press:
+      kind = left ? MouseKind::LeftPress : MouseKind::RightPress;
+      return true;
+    case EventKind::Drag:
+      kind = left ? MouseKind::LeftDrag : MouseKind::RightDrag;
+      return true;
+    case EventKind::Release:
+      kind = left ? MouseKind::LeftRelease : MouseKind::RightRelease;
+      return true;
+    case EventKind::DoubleClick:
+      kind = left ? MouseKind::LeftDoubleClick : MouseKind::RightPress;
+      return true;
+    default:
+      return false;
+  }
+}
+
+int takeMouse(const TEvent& event, MouseMessage* mouse) {
+  if (!mouse) return Key::MouseEvent;
+  if (!mouseKindOf(event, mouse->kind)) return 0;
+  mouse->x = event.x;
+  mouse->y = event.y;
+  mouse->state = static_cast<int16_t>(event.state);
+  mouse->wheel = event.kind == EventKind::Wheel ? static_cast<int16_t>(event.code) : int16_t{0};
+  return Key::MouseEvent;
+}
+}  // namespace
+
+int getKey(unsigned char* flag, MouseMessage* mouse, int timeoutMs) {
+  if (flag) *flag = 0;
+  if (!console) return 0;
+  syncCursor();
+  TEvent event;
+  const uint32_t timeout = timeoutMs < 0 ? WaitForever : static_cast<uint32_t>(timeoutMs);
+  if (!console->readEvent(event, timeout)) return 0;
+  return event.kind == EventKind::Key ? takeKey(event, mouse) : takeMouse(event, mouse);
+}
+
+bool keyPending() {
+  return console && console->eventCount() > 0;
+}
+
+bool escapePressed() {
+  if (!console) return false;
+  if (displayLost()) return true;
+  const auto event = console->events().getKeyOnly();
+  return event && event->code == Key::Esc;
+}
+
+int lastShiftState() {
+  return shiftState;
+}

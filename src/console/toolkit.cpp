@@ -1,0 +1,114 @@
+#include "console/toolkit.h"
+
+#include <gtk/gtk.h>
+#include <gtkmm/main.h>
+#include <pthread.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <memory>
+
+#include "foundation/break_state.h"
+#include "foundation/threads.h"
+
+// The X headers' macros would break the toolkit's, so they come last.
+#include <X11/Xlib.h>
+#include <gdk/gdkx.h>
+
+namespace {
+// How long the application thread may take to end what it is doing once the display has gone.
+constexpr uint32_t GraceMs = 5000;
+constexpr char LostMessage[] = "td: the connection to the X display is lost\n";
+
+// A lock of our own in place of GLib's, so that the thread sanitizer sees who holds it.
+struct Lock {
+  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+  std::atomic<pthread_t> owner{};
+  std::atomic<bool> held{false};
+};
+Lock lock;
+
+std::unique_ptr<Gtk::Main> toolkit;
+pthread_t applicationThread;
+std::atomic<bool> lost{false};
+std::atomic<void (*)(void*)> lostNotify{nullptr};
+std::atomic<void*> lostArgument{nullptr};
+
+EventSem& atRest() {
+  static EventSem event;
+  return event;
+}
+
+void enterLock() {
+  pthread_mutex_lock(&lock.mutex);
+  lock.owner = pthread_self();
+  lock.held = true;
+}
+
+void leaveLock() {
+  lock.held = false;
+  pthread_mutex_unlock(&lock.mutex);
+}
+
+void endProcess(void*) {
+  atRest().wait(GraceMs);
+  const ssize_t ignored = write(STDERR_FILENO, LostMessage, sizeof LostMessage - 1);
+  static_cast<void>(ignored);
+  _exit(1);
+}
+
+// Runs on whichever thread notices. The application thread goes on without a screen until it has
+// brought its work to an end; every other thread stops here, without the lock.
+int onConnectionLost(Display*) {
+  const bool first = !lost.exchange(true);
+  if (first) {
+    BreakState armed = BreakState::Armed;
+    breakState.compare_exchange_strong(armed, BreakState::Requested);
+    startThread(endProcess, nullptr);
+    if (auto notify = lostNotify.load()) notify(lostArgument.load());
+  }
+  if (pthread_equal(pthread_self(), applicationThread)) return 0;
+  if (lock.held && pthread_equal(lock.owner, pthread_self())) leaveLock();
+  for (;;) pause();
+}
+
+void carryOn(Display*, void*) {}
+}  // namespace
+
+ToolkitLock::ToolkitLock() {
+  gdk_threads_enter();
+}
+ToolkitLock::~ToolkitLock() {
+  gdk_threads_leave();
+}
+
+bool displayLost() {
+  return lost.load(std::memory_order_relaxed);
+}
+
+void whenDisplayLost(void (*notify)(void*), void* argument) {
+  lostArgument = argument;
+  lostNotify = notify;
+}
+
+void restForEver() {
+  atRest().post();
+  for (;;) pause();
+}
+
+bool initToolkit(int* argc, char*** argv) {
+  atRest();
+  applicationThread = pthread_self();
+  g_thread_init(nullptr);
+  gdk_threads_set_lock_functions(enterLock, leaveLock);
+  gdk_threads_init();
+  if (!gtk_init_check(argc, argv)) return false;
+  XSetIOErrorHandler(onConnectionLost);
+  XSetIOErrorExitHandler(gdk_x11_get_default_xdisplay(), carryOn, nullptr);
+  toolkit = std::make_unique<Gtk::Main>(*argc, *argv);
+  return true;
+}
+
+void endToolkit() {
+  toolkit.reset();
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "console/console.h"
+
+// The toolkit's lock, taken by whoever calls the toolkit off its own thread. Not recursive: the
+// handlers on the toolkit thread run with it held.
+class ToolkitLock {
+ public:
+  ToolkitLock();
+  ~ToolkitLock();
+  ToolkitLock(const ToolkitLock&) = delete;
+  ToolkitLock& operator=(const ToolkitLock&) = delete;
+
+  // False once the display has gone: no call of the toolkit may follow.
+  bool usable() const { return !displayLost(); }
+};
+
+// Called once, from the thread that notices that the display has gone.
+void whenDisplayLost(void (*notify)(void* argument), void* argument);
+
+// The application thread has nothing left to bring to an end: the process may stop. Doesn't return.
+[[noreturn]] void restForEver();

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <functional>
+
+// Runs `action` after the last test of the process, the latest registered first.
+void atTestEnd(std::function<void()> action);
