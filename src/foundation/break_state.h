@@ -2,8 +2,8 @@
 
 #include <atomic>
 
-// The Break key. A long operation arms it; the toolkit thread turns Armed into Requested; the operation
-// polls. Any thread.
+// The Break key. A long operation arms it; the toolkit thread turns Armed into Requested; the
+// operation polls. Any thread.
 enum class BreakState : int { Idle = 0, Armed = 1, Requested = 2 };
 
 extern std::atomic<BreakState> breakState;

@@ -3,8 +3,15 @@
 #include "foundation/westring.h"
 
 // Where the program's files lie. Set once at start-up, application thread.
-enum class DataFile { Help = 0, Manual = 1, UserMenu = 2, Configuration = 3, History = 4, Log = 5,
-                      SyntaxDefinitions = 6 };
+enum class DataFile {
+  Help = 0,
+  Manual = 1,
+  UserMenu = 2,
+  Configuration = 3,
+  History = 4,
+  Log = 5,
+  SyntaxDefinitions = 6
+};
 enum class DataPlace { PerUser = 0, Shared = 1 };
 
 void setProgramPath(const Westring& absolutePath);
