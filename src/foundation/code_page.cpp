@@ -40,6 +40,9 @@ class Conversion {
     return iconv(handle_, &in, &inBytes, &out, &outBytes) != static_cast<size_t>(-1);
   }
 
+  // Writes what the conversion holds back: some pages wait for an accent behind each letter.
+  void flush(char*& out, size_t& outBytes) { iconv(handle_, nullptr, nullptr, &out, &outBytes); }
+
  private:
   iconv_t handle_;
 };
@@ -89,6 +92,7 @@ bool fromCodePage(const char* bytes, int page, Westring& result) {
     while (inBytes > 0) {
       char* outByte = reinterpret_cast<char*>(out);
       bool done = conversion.run(in, inBytes, outByte, room);
+      conversion.flush(outByte, room);
       out = reinterpret_cast<wchar_t*>(outByte);
       if (done || inBytes == 0 || room < sizeof(wchar_t)) break;
       *out++ = House;

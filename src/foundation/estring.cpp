@@ -202,6 +202,7 @@ void Estring::append(const char* text, int count) {
 
 void Estring::adopt(char* buffer, int capacity) {
   if (data_ != inlineBuf_) delete[] data_;
+  inlineBuf_[0] = 0;  // unused while the text lies elsewhere
   data_ = buffer;
   capacity_ = capacity;
 }

@@ -15,7 +15,7 @@ template <class Collection, class Text>
 int insertCopy(Collection& collection, const Text& text) {
   auto copy = std::make_unique<Text>(text);
   if (collection.insert(copy.get()) != 0) return 0;
-  copy.release();
+  static_cast<void>(copy.release());  // the collection owns it now
   return 1;
 }
 

@@ -247,6 +247,7 @@ void Westring::growKeeping(int count, int length) {
 
 void Westring::adopt(wchar_t* buffer, int capacity) {
   if (data_ != inlineBuf_) delete[] data_;
+  inlineBuf_[0] = 0;  // unused while the text lies elsewhere
   data_ = buffer;
   capacity_ = capacity;
 }

@@ -21,7 +21,7 @@ class FoldedGroups {
  public:
   FoldedGroups() {
     for (unsigned low = 0; low < Groups; ++low) {
-      auto target = static_cast<Code>(foldChar(static_cast<wchar_t>(low)));
+      Code target = static_cast<uint32_t>(foldChar(static_cast<wchar_t>(low)));
       groups_[low].push_back(target);
       for (const FoldPair& pair : foldPairs) {
         if (pair.upper == target && pair.lower < FoldLimit) groups_[low].push_back(pair.lower);
@@ -155,10 +155,10 @@ class Matcher {
     return false;
   }
 
-  bool startsSet(size_t p) const { return pattern_[p] == '[' && p < lastBracket_; }
+  bool startsSet(size_t p) const { return p < lastBracket_ && pattern_[p] == '['; }
 
   bool startsList(size_t p) const {
-    return pattern_[p] == '{' && p < lastBrace_ && pattern_[p + 1] != '}';
+    return p < lastBrace_ && pattern_[p] == '{' && pattern_[p + 1] != '}';
   }
 
   // Behind the set or the single character at p.

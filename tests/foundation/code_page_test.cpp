@@ -49,6 +49,11 @@ TEST(CodePage, AMultiByteTextEndsBehindItsCharacters) {
   EXPECT_EQ(exact(text), L"a\u2302");
 }
 
+TEST(CodePage, APageThatWaitsForAccentsLosesNoLetter) {
+  EXPECT_EQ(exact(fromCodePage("abca", 1258)), L"abca");
+  EXPECT_EQ(exact(fromCodePage("a\xD2\xFE", 1258)), L"\u1EA3\u20AB");
+}
+
 TEST(CodePage, TheResultMayBeTheTextItself) {
   Westring text(L"old");
   EXPECT_TRUE(fromCodePage("", 850, text));

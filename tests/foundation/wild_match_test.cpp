@@ -80,6 +80,8 @@ TEST(WildMatch, AnEmptyAlternativeTakesNothing) {
               {"a{b,,c}d", "ad", true},
               {"a{b,,c}d", "acd", true},
               {"a{b,c}", "a", false},
+              {"a{b,}", "a", false},
+              {"a{b,}", "ab", true},
               {"a{,b}", "ac", false}});
 }
 
