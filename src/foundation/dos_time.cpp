@@ -57,32 +57,39 @@ int64_t shiftBySystem(time_t t) {
          local.tm_sec - t;
 }
 
-// A listing of 100,000 names asks for 100,000 local times, most of them near each other. The shift
-// is remembered for blocks of about three days in which it is the same at both ends: no zone leaves
-// and resumes its time within three days. A block with a change inside asks the system each time.
-struct ShiftBlock {
-  int64_t number = INT64_MIN;
-  int64_t shift = 0;
-  bool uniform = false;
-  unsigned zone = 0;
-};
-
+// A listing of 100,000 names asks for 100,000 local times. The shift is remembered for blocks of
+// about three days in which it is the same at both ends: no zone leaves and resumes its time within
+// three days. A block with a change inside asks the system each time.
+constexpr int64_t FirstTime = FirstLocal - WidestShift;
+constexpr int64_t BeyondTime = BeyondLocal + WidestShift;
 constexpr int BlockBits = 18;
-constexpr size_t BlockSlots = 256;
-std::atomic<unsigned> zoneGeneration{0};
+constexpr int64_t BlockSeconds = int64_t{1} << BlockBits;
+constexpr size_t BlockCount = ((BeyondTime - FirstTime) >> BlockBits) + 1;
 
+// A block's entry; any other value is its shift moved out of the way of these two.
+constexpr int32_t UnknownShift = 0;
+constexpr int32_t MixedShift = 1;
+constexpr int32_t StoredOffset = 1 << 24;
+
+// Filled by whichever thread asks first; two that ask at once store the same.
+std::array<std::atomic<int32_t>, BlockCount> storedShifts{};
+
+int32_t findStoredShift(size_t block) {
+  const time_t begin = FirstTime + static_cast<int64_t>(block) * BlockSeconds;
+  const int64_t shift = shiftBySystem(begin);
+  if (shift != shiftBySystem(begin + BlockSeconds - 1)) return MixedShift;
+  return static_cast<int32_t>(std::clamp(shift, -WidestShift, WidestShift)) + StoredOffset;
+}
+
+// `t` lies between FirstTime and BeyondTime.
 int64_t shiftOf(time_t t) {
-  static thread_local std::array<ShiftBlock, BlockSlots> blocks;
-  const int64_t number = static_cast<int64_t>(t) >> BlockBits;
-  const unsigned zone = zoneGeneration.load(std::memory_order_relaxed);
-  ShiftBlock& block = blocks[static_cast<size_t>(number) % BlockSlots];
-  if (block.number != number || block.zone != zone) {
-    const time_t begin = static_cast<time_t>(number * (int64_t{1} << BlockBits));
-    const time_t end = begin + (time_t{1} << BlockBits) - 1;
-    const int64_t atBegin = shiftBySystem(begin);
-    block = {number, atBegin, atBegin == shiftBySystem(end), zone};
+  const auto block = static_cast<size_t>((t - FirstTime) >> BlockBits);
+  int32_t stored = storedShifts[block].load(std::memory_order_relaxed);
+  if (stored == UnknownShift) {
+    stored = findStoredShift(block);
+    storedShifts[block].store(stored, std::memory_order_relaxed);
   }
-  return block.uniform ? block.shift : shiftBySystem(t);
+  return stored == MixedShift ? shiftBySystem(t) : stored - StoredOffset;
 }
 
 struct tm brokenDown(DosTime words, int dst) {
@@ -101,12 +108,12 @@ struct tm brokenDown(DosTime words, int dst) {
 
 void timeZoneChanged() {
   tzset();
-  zoneGeneration.fetch_add(1, std::memory_order_relaxed);
+  for (auto& shift : storedShifts) shift.store(UnknownShift, std::memory_order_relaxed);
 }
 
 DosTime timeToDos(time_t t) {
-  if (t < FirstLocal - WidestShift) return FirstWords;
-  if (t >= BeyondLocal + WidestShift) return LastWords;
+  if (t < FirstTime) return FirstWords;
+  if (t >= BeyondTime) return LastWords;
   const int64_t local = t + shiftOf(t);
   if (local < FirstLocal) return FirstWords;
   if (local >= BeyondLocal) return LastWords;
