@@ -27,11 +27,12 @@ bool liesIn(const Westring& path, const Westring& directory) {
 }
 
 Westring innerPath(const OpenArchive& archive, const Westring& path) {
-  const int length = path.length();
+  const wchar_t* text = path.data();
+  int end = path.length();
   int start = archive.path().length();
-  while (start < length && path.data()[start] == L'/') ++start;
-  if (start >= length) return Westring();
-  return stripSlash(mid(path, start, 0));
+  while (start < end && text[start] == L'/') ++start;
+  while (end > start && text[end - 1] == L'/') --end;
+  return start < end ? mid(path, start, end - start) : Westring();
 }
 
 const OpenArchive& outermostArchive(const OpenArchive& archive) {
