@@ -2,13 +2,13 @@
 
 #include <cstring>
 #include <cwchar>
-#include <new>
+#include <memory>
 
 // An entry and its name are one block of bytes, so that a listing costs one allocation a line.
 entry* newEntry(int nameLength) {
   const size_t nameBytes = (static_cast<size_t>(nameLength) + 1) * sizeof(wchar_t);
   auto* block = new unsigned char[sizeof(entry) + nameBytes];
-  auto* item = new (block) entry{};
+  entry* item = std::construct_at(reinterpret_cast<entry*>(block));
   item->total = -1;
   item->name()[0] = 0;
   item->name()[nameLength] = 0;

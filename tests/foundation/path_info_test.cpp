@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -277,6 +278,21 @@ TEST(Users, UnknownOnesAreMinusOneAndTheirNumber) {
   EXPECT_EQ(groupId(L"no such group"), -1);
   EXPECT_TRUE(sameName(userName(4123456789u), L"4123456789"));
   EXPECT_TRUE(sameName(groupName(4123456789u), L"4123456789"));
+}
+
+TEST(Users, EachIsLookedUpOnceInARun) {
+  EXPECT_EQ(runInChild([] {
+              const Westring user = userName(1);
+              const Westring group = groupName(1);
+              // From here on the data base can't be opened.
+              const rlimit none{0, 0};
+              setrlimit(RLIMIT_NOFILE, &none);
+              EXPECT_EQ(userId(user), -1);
+              EXPECT_EQ(groupId(group), -1);
+              EXPECT_TRUE(sameName(userName(1), user));
+              EXPECT_TRUE(sameName(groupName(1), group));
+            }),
+            0);
 }
 
 class FileUnlockTest : public PathInfoTest {};

@@ -87,6 +87,12 @@ TEST_F(SafeFileTest, ALinkIsReplacedAndNotWrittenThrough) {
   EXPECT_EQ(dir.read("target"), NewText);
 }
 
+TEST_F(SafeFileTest, ADirectoryIsNeverReplaced) {
+  dir.makeDir("target");
+  EXPECT_EQ(replace(dir.wide("target")), EISDIR);
+  EXPECT_EQ(dir.names(), Names{"target"});
+}
+
 TEST_F(SafeFileTest, AModeWithoutRightsStaysPrivate) {
   SafeFile file;
   ASSERT_EQ(file.create(dir.wide("target")), 0);

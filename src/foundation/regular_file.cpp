@@ -1,0 +1,41 @@
+#include "foundation/regular_file.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "foundation/utf8.h"
+
+namespace {
+constexpr size_t PieceSize = 65536;
+}
+
+int openRegularFile(const Westring& path, Descriptor& result) {
+  Descriptor opened(
+      System::open(toUtf8(path).data(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!opened.valid()) return errno;
+  struct stat info;
+  if (System::fstat(opened.get(), &info) < 0) return errno;
+  if (!S_ISREG(info.st_mode)) return S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+  result = std::move(opened);
+  return 0;
+}
+
+int readRegularFile(const Westring& path, std::string& content, size_t limit) {
+  content.clear();
+  Descriptor file;
+  if (const int error = openRegularFile(path, file)) return error;
+  for (;;) {
+    const size_t before = content.size();
+    const size_t piece = std::min(PieceSize, limit - before + 1);
+    content.resize(before + piece);
+    const ssize_t count = System::read(file.get(), content.data() + before, piece);
+    const int error = count < 0 ? errno : 0;
+    content.resize(before + static_cast<size_t>(std::max<ssize_t>(count, 0)));
+    if (error == 0 && count == 0) return 0;
+    if (error == 0 && content.size() <= limit) continue;
+    content.clear();
+    return error ? error : EFBIG;
+  }
+}
