@@ -194,8 +194,9 @@ void Dialog::offerMouse(const Message& message) {
     leftDown_ = false;
   }
   // A wheel turn has no place: it goes to the focused element first.
-  bool handled = message.kind == MessageKind::Wheel && offerTo(focus_, message);
-  for (int i = 0; i < elementCount() && !handled; ++i) handled = offerTo(i, message);
+  const int asked = message.kind == MessageKind::Wheel ? focus_ : -1;
+  bool handled = asked >= 0 && offerTo(asked, message);
+  for (int i = 0; i < elementCount() && !handled; ++i) handled = i != asked && offerTo(i, message);
   if (message.kind == MessageKind::Wheel || message.kind == MessageKind::LeftDrag) return;
   if (handled || contains(message.x + originX(), message.y + originY())) {
     leftDownOutside_ = false;

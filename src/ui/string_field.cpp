@@ -326,7 +326,6 @@ bool StringField::openHistory() {
     cursor_ = text_->length();
     fresh_ = false;
     selecting_ = false;
-    draw();
   }
   return true;
 }

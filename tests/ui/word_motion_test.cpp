@@ -36,10 +36,17 @@ TEST(WordMotion, LeftGoesToTheStartOfTheWordBefore) {
 
 TEST(WordMotion, RightEndsAtTheStartOfTheNextWord) {
   const Step steps[] = {
-      {L"one two", 0, 4},     {L"one two", 2, 4}, {L"one two", 3, 7},  // the first step takes the
-                                                                       // space
-      {L"one two", 4, 7},     {L"one two", 7, 7}, {L"one  --  two", 0, 9}, {L"/usr/local", 0, 5},
-      {L"/usr/local", 5, 10}, {L"", 0, 0},        {L"a.b.c", 0, 2},
+      {L"one two", 0, 4},
+      {L"one two", 2, 4},
+      {L"one two", 3, 7},  // the first step takes the
+                           // space
+      {L"one two", 4, 7},
+      {L"one two", 7, 7},
+      {L"one  --  two", 0, 9},
+      {L"/usr/local", 0, 5},
+      {L"/usr/local", 5, 10},
+      {L"", 0, 0},
+      {L"a.b.c", 0, 2},
   };
   for (const Step& step : steps) {
     EXPECT_EQ(wordRight(step.text, step.from, WordRightStop::NextStart), step.to) << where(step);
