@@ -226,8 +226,8 @@ TEST_F(DirFinderTest, ADirectoryWithoutRightsIsRefusedOrEmpty) {
   dir.makeDir("unreadable");
   dir.makeDir("unsearchable");
   dir.write("unsearchable/file", "");
-  dir.chmod("unreadable", 0711);
-  dir.chmod("unsearchable", 0744);
+  dir.chmod("unreadable", 0311);
+  dir.chmod("unsearchable", 0444);
   dir.openToAll();
   EXPECT_EQ(runAsUser([&] {
               entry* item;
@@ -283,7 +283,7 @@ TEST_F(DirFinderTest, LookingUpOnePathIsNoPatternSearch) {
 TEST_F(DirFinderTest, LookingUpOnePathReachesBelowAnUnreadableDirectory) {
   dir.makeDir("closed");
   dir.makeDir("closed/inner");
-  dir.chmod("closed", 0711);
+  dir.chmod("closed", 0311);
   dir.openToAll();
   EXPECT_EQ(runAsUser([&] {
               DirFinder finder(dir.wide());
