@@ -1,0 +1,78 @@
+#include <algorithm>
+
+#include "commander/filter_expression.h"
+#include "config/colours.h"
+#include "config/options.h"
+#include "foundation/names.h"
+#include "foundation/text_format.h"
+#include "panels/change_directory.h"
+#include "panels/panel_clock.h"
+#include "panels/panel_draw.h"
+#include "panels/panel_frame.h"
+#include "panels/panel_window.h"
+
+namespace {
+
+constexpr int TitleMargin = 4;  // corners and blanks around the text
+constexpr int Room12Hours = 5, Room24Hours = 6;
+constexpr int HalfDay = 12;
+constexpr int WindowTitleWidth = 50;
+constexpr char ProductName[] = "Tandem Deck V";
+constexpr char TitlePrefix[] = "TD/X: ";
+
+bool clockStandsOver(const Panel& panel) {
+  return GlobalOptions::Clock && panelPair().sideOf(panel) == 1;
+}
+
+Westring titleText(const Panel& panel) {
+  if (!panel.isFiles()) return L" INFO ";
+  if (panel.isTreeStyle()) return L" TREE ";
+  Westring path = shownPath(panel);
+  if (!filtersNothing(panel.filter.data())) path = addSlash(path) + L"?";
+  int width = panelPair().panelWidth() - TitleMargin;
+  if (clockStandsOver(panel))
+    width -= GlobalOptions::TimeMode == HalfDay ? Room12Hours : Room24Hours;
+  return L" " + shortenPath(path, width) + L" ";
+}
+
+unsigned char titleColour(const Panel& panel, bool active) {
+  if (active) return colourOf(panel.archive ? Colour::HighlightTagged : Colour::Highlight);
+  return colourOf(panel.archive ? Colour::Tagged : Colour::Panel);
+}
+
+}  // namespace
+
+void drawTitle(Panel& panel, bool active) {
+  if (!isDrawable(panel)) return;
+  BatchScope batch;
+  drawTopBorder(panel);
+  const Westring text = titleText(panel);
+  const int width = panelPair().panelWidth();
+  const int end = clockStandsOver(panel) ? width - ClockWidth : width - 1;
+  const int x = std::max(1, std::min(width / 2 - (text.length() + 1) / 2, end - text.length()));
+  console->writeWide(panel.window->left() + x, panel.window->top(), text.data(),
+                     titleColour(panel, active));
+  if (panelPair().sideOf(panel) == 1) drawClock();
+}
+
+void markActivePanel() {
+  PanelPair& pair = panelPair();
+  for (Panel& panel : pair.side) drawTitle(panel, &panel == &pair.active());
+  showPathInWindowTitle();
+}
+
+void setWindowTitle(const Westring* text) {
+  if (!console) return;
+  if (!text) {
+    console->setTitle(Westring(ProductName) + Westring(TD_VERSION));
+  } else if (text->empty()) {
+    console->setTitle(Westring());
+  } else {
+    console->setTitle(Westring(TitlePrefix) + *text);
+  }
+}
+
+void showPathInWindowTitle() {
+  const Westring path = shortenPath(shownPath(panelPair().active()), WindowTitleWidth);
+  if (!path.empty()) setWindowTitle(&path);
+}
