@@ -17,7 +17,9 @@ void removeEqual(FnStringStore& store, Same same) {
   }
 }
 
-void append(FnStringStore& store, const Westring& text) { store.add(new Westring(text)); }
+void append(FnStringStore& store, const Westring& text) {
+  store.add(new Westring(text));
+}
 
 }  // namespace
 

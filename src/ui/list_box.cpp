@@ -9,8 +9,8 @@
 ListBoxBase::ListBoxBase(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
                          int itemCount, int* selected, int exitOnEnter)
     : DialogElement(dialog, x, y, newGroup),
-      width_(width),
-      rows_(rows),
+      width_(std::max(width, 1)),
+      rows_(std::max(rows, 1)),
       itemCount_(itemCount),
       selected_(selected),
       exitOnEnter_(exitOnEnter) {
@@ -115,7 +115,7 @@ void ListBoxBase::storeAndDraw() {
 
 void ListBoxBase::setLength(int count) {
   const bool grownBelow = count >= itemCount_ && itemCount_ >= topItem_ + rows_;
-  itemCount_ = count;
+  itemCount_ = std::max(count, 0);
   if (!grownBelow) drawnTop_ = -1;
   draw();
 }

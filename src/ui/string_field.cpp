@@ -42,7 +42,7 @@ StringField::StringField(Dialog& dialog, int x, int y, Group newGroup, Westring*
                          int maxLength, FieldHistory history)
     : DialogElement(dialog, x, y, newGroup),
       text_(text),
-      width_(width),
+      width_(std::max(width, 1)),
       maxLength_(maxLength < 0 ? LongestText : maxLength),
       cursor_(text->length()),
       history_(history) {}
@@ -139,11 +139,7 @@ bool StringField::takeKey(int key) {
       if (cursor_ > 0) erase(cursor_ - 1, cursor_);
       return true;
     case Key::Delete:
-      if (selectionStart() < selectionEnd()) {
-        removeSelection();
-      } else {
-        erase(cursor_, cursor_ + 1);
-      }
+      deleteForward();
       return true;
     case Key::ctrl('c'):
     case Key::CtrlInsert:
@@ -235,6 +231,14 @@ int StringField::selectionEnd() const {
 void StringField::removeSelection() {
   erase(selectionStart(), selectionEnd());
   selecting_ = false;
+}
+
+void StringField::deleteForward() {
+  if (selectionStart() < selectionEnd()) {
+    removeSelection();
+  } else {
+    erase(cursor_, cursor_ + 1);
+  }
 }
 
 void StringField::erase(int from, int to) {

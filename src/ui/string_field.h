@@ -38,6 +38,7 @@ class StringField : public DialogElement {
   int selectionStart() const;
   int selectionEnd() const;
   void removeSelection();
+  void deleteForward();  // the selection, or else the character at the cursor
   void erase(int from, int to);
   void insert(const Westring& piece);
   void insertCharacter(wchar_t character);

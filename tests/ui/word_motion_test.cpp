@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "config/options.h"
+#include "foundation/utf8.h"
 
 namespace {
 
@@ -13,8 +14,7 @@ struct Step {
 };
 
 std::string where(const Step& step) {
-  return std::string(Estring(static_cast<long>(step.from)).data()) + " in a text of " +
-         std::to_string(Westring(step.text).length());
+  return std::string(toUtf8(step.text).data()) + " from " + std::to_string(step.from);
 }
 
 }  // namespace
