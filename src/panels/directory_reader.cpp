@@ -95,12 +95,14 @@ class Listing {
 };
 
 int Listing::collect(EntrySource& source, EntryPtr hit) {
+  // A request that an operation around this read was ended by is not meant for the listing.
+  const bool endsRead = !breakRequested();
   BreakScope armed;
   int status = 0;
   while (status == 0) {
     take(std::move(hit));
     filesRead_.fetch_add(1, std::memory_order_relaxed);
-    if (breakRequested()) break;
+    if (endsRead && breakRequested()) break;
     status = source.next(hit);
   }
   return status;

@@ -128,6 +128,19 @@ void cursorToTagged(Panel& panel, int direction) {
   }
 }
 
+void scrollName(Panel& panel, int step) {
+  if (!hasCursor(panel) || !panel.currentEntry()) return;
+  resetNameScroll(panel);
+  panel.nameOffsetEntry = panel.currentIndex();
+  panel.nameOffset = std::max(panel.nameOffset + step, 0);
+  const PanelPair& pair = panelPair();
+  if (pair.holds(panel)) drawCursor(pair.sideOf(panel), CursorBar::On);
+}
+
+void resetNameScroll(Panel& panel) {
+  if (panel.nameOffsetEntry != panel.currentIndex()) panel.nameOffset = 0;
+}
+
 void normalisePosition(Panel& panel) {
   if (panel.cursor < 0) {
     panel.top += panel.cursor;

@@ -14,5 +14,9 @@ void cursorColumnLeft(Panel& panel);     // in multi-column styles
 void cursorColumnRight(Panel& panel);
 // To the next (+1) or previous (-1) tagged entry.
 void cursorToTagged(Panel& panel, int direction);
+// Scrolls the current entry's name by one character, to the right (+1) or back (-1), and repaints the bar.
+void scrollName(Panel& panel, int step);
+// Ends the scrolling of a name that the cursor has left.
+void resetNameScroll(Panel& panel);
 // Keeps top and cursor inside the list and the page.
 void normalisePosition(Panel& panel);

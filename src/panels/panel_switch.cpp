@@ -12,13 +12,11 @@ namespace {
 
 void switchOff(int side) {
   closePanelWindow(side);
-  panelPair().side[side].showing = false;
 }
 
 void switchOn(int side) {
   Panel& panel = panelPair().side[side];
   panel.keptOff = false;
-  panel.showing = true;
   openPanelWindow(side);
 }
 
@@ -41,9 +39,9 @@ void bringBack(PanelPair& pair) {
 
 void swapPanels() {
   PanelPair& pair = panelPair();
-  // Windows close in the reverse order of their opening.
-  closePanelWindow(1);
-  closePanelWindow(0);
+  // Windows close in the reverse order of their opening; what shows is part of the contents.
+  pair.side[1].window.reset();
+  pair.side[0].window.reset();
   std::swap(static_cast<PanelContents&>(pair.side[0]), static_cast<PanelContents&>(pair.side[1]));
   GlobalOptions::LeftSort = pair.side[0].sort;
   GlobalOptions::RightSort = pair.side[1].sort;
