@@ -2,7 +2,8 @@
 
 #include "panels/panel.h"
 
-// The file commands as the keys call them. Application thread; each re-reads both panels at its end.
+// The file commands as the keys call them. Application thread; each re-reads both panels at its
+// end.
 
 namespace CopyFlag {
 inline constexpr int Move = 1;
@@ -22,6 +23,9 @@ struct DestinationPickers {
   bool (*fromHistory)(Westring& path) = nullptr;
 };
 DestinationPickers& destinationPickers();
+// The directory that the cursor of a tree panel is on; null until the tree is connected.
+using TreeSelection = Westring (*)(const Panel& panel);
+TreeSelection& treeSelection();
 // Deletes the marked entries of an archive panel; null until an archive writer is connected.
 using ArchiveDelete = void (*)(Panel& panel);
 ArchiveDelete& archiveDelete();

@@ -6,11 +6,11 @@
 #include "foundation/westring.h"
 
 // What one step of an operation came to.
-enum class [[nodiscard]] Outcome {
-  Done,
-  LeftInPlace,  // skipped, or something inside it was: the source stays, the entry stays tagged
-  Failed,       // an error the user was told of; as LeftInPlace for what follows
-  Cancelled     // the whole command ends
+enum class [[nodiscard]] Outcome{
+    Done,
+    LeftInPlace,  // skipped, or something inside it was: the source stays, the entry stays tagged
+    Failed,       // an error the user was told of; as LeftInPlace for what follows
+    Cancelled     // the whole command ends
 };
 
 enum class OverwriteMode { Ask, All, None, AllOlder };

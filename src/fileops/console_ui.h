@@ -1,0 +1,32 @@
+#pragma once
+
+#include "fileops/copy_progress.h"
+#include "fileops/delete_window.h"
+#include "fileops/operation_ui.h"
+
+// The operations on the screen. The repaint thread is at rest whenever a question is up. Windows
+// close with the object, or earlier by `closeWindows`, in the reverse of their opening.
+class ConsoleUi : public OperationUi {
+ public:
+  ConsoleUi() = default;
+  ~ConsoleUi() override { closeWindows(); }
+
+  // Before the first item; until then no progress window is shown.
+  void watch(ProgressRecord& record);
+  void closeWindows();
+
+  int ask(const Westring& text, const Westring& caption, AlertButtons buttons,
+          AlertColour colour) override;
+  TreeAnswer askDeleteTree(const Westring& path) override;
+  bool escapePressed() override;
+  void itemStarted(TransferKind kind, const char* source, const char* target, int index,
+                   int count) override;
+  void itemsDone(int index, int count) override;
+  void working() override;
+  void deleting(const char* path, DeleteWindowUse window) override;
+  void deletingDone() override;
+
+ private:
+  std::unique_ptr<CopyProgress> progress_;
+  DeleteWindow deleteWindow_;
+};

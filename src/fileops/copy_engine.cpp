@@ -1,0 +1,194 @@
+#include "fileops/copy_engine.h"
+
+#include "fileops/block_copy.h"
+#include "fileops/delete_file.h"
+#include "fileops/kept_attributes.h"
+#include "fileops/partial_file.h"
+#include "foundation/system.h"
+#include "foundation/threads.h"
+
+namespace {
+
+constexpr uint32_t LookMs = 50;
+
+bool isSharedDevice(mode_t mode) {
+  return S_ISCHR(mode) || S_ISBLK(mode);
+}
+
+class FileCopy {
+ public:
+  FileCopy(RunningOperation& operation, const CopyRequest& request)
+      : operation_(operation), request_(request) {}
+
+  CopyResult run();
+
+ private:
+  CopyResult openSource();
+  CopyResult copyToFile();
+  CopyResult createTarget(PartialFile& target) const;
+  CopyResult copyToDevice(mode_t mode);
+  CopyResult openDevice(mode_t mode, Descriptor& device);
+  CopyResult fill(int to, Waits targetWaits);
+  CopyResult finish(PartialFile& target);
+  bool sourceStoodStill(off_t copied) const;
+  bool replaces() const { return request_.replaced.has_value(); }
+
+  RunningOperation& operation_;
+  const CopyRequest& request_;
+  Descriptor source_;
+  struct stat info_ {};   // of the source, when it was opened
+  struct stat after_ {};  // and when it had been read
+};
+
+// The first try asks for a file that nobody writes to; where the system refuses that, a second one
+// without this wish tells whether that was the reason.
+CopyResult FileCopy::openSource() {
+  const int noFollow =
+      request_.looked && !S_ISLNK(request_.looked->st_mode) && request_.kind == TransferKind::Copy
+          ? 0
+          : O_NOFOLLOW;
+  const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | noFollow;
+  const Place& place = request_.source;
+  source_ = Descriptor(System::openAt(place.directory, place.name, flags));
+  if (!source_.valid() && (errno == EAGAIN || errno == EACCES)) {
+    const int first = errno;
+    source_ = Descriptor(System::openAt(place.directory, place.name, flags));
+    if (!source_.valid()) return sourceFailure(first == EACCES ? first : errno);
+    if (request_.openAnyway == Permission::No) return {CopyStatus::OpenForWriting, 0};
+  }
+  if (!source_.valid()) return sourceFailure(errno);
+  if (System::fstat(source_.get(), &info_) < 0) return sourceFailure(errno);
+  const bool expected = request_.looked
+                            ? idOf(*request_.looked) == idOf(info_) && !S_ISDIR(info_.st_mode)
+                            : S_ISREG(info_.st_mode);
+  return expected ? CopyResult{} : sourceFailure(ESTALE);
+}
+
+CopyResult FileCopy::run() {
+  const CopyResult opened = openSource();
+  if (opened.status != CopyStatus::Done) return opened;
+  // A device or FIFO, also one behind a link, is written to; it is never replaced.
+  struct stat target;
+  if (request_.making == Making::Beside &&
+      System::statAt(request_.target.directory, request_.target.name, &target, 0) == 0 &&
+      isSpecialFile(target.st_mode)) {
+    return copyToDevice(target.st_mode);
+  }
+  return copyToFile();
+}
+
+CopyResult FileCopy::createTarget(PartialFile& target) const {
+  const mode_t mode = modeInTheMaking(info_.st_mode);
+  if (replaces() && request_.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
+  if (request_.making == Making::Directly && !replaces()) {
+    const int error = target.createDirectly(request_.target, mode);
+    return error ? targetFailure(error) : CopyResult{};
+  }
+  int error = target.createBeside(request_.target, mode);
+  if (error == EACCES && replaces()) {
+    if (request_.inPlace == Permission::Yes) {
+      error = target.openInPlace(request_.target, idOf(*request_.replaced));
+    }
+    if (error == EACCES) return {CopyStatus::Refused, EACCES};
+  }
+  return error ? CopyResult{CopyStatus::TargetFailed, error} : CopyResult{};
+}
+
+CopyResult FileCopy::copyToFile() {
+  PartialFile target;
+  CopyResult result = createTarget(target);
+  if (result.status != CopyStatus::Done) return result;
+  result = fill(target.fd(), Waits::No);
+  if (result.status != CopyStatus::Done) {
+    // Should the unfinished file stay after all, it is at least no more open than its source.
+    keepMode(target.fd(), info_);
+    return result;
+  }
+  return finish(target);
+}
+
+CopyResult FileCopy::fill(int to, Waits targetWaits) {
+  BlockCopy job;
+  job.from = source_.get();
+  job.to = to;
+  job.source = &request_.source;
+  job.expected = S_ISREG(info_.st_mode) ? info_.st_size : 0;
+  job.sourceWaits = S_ISREG(info_.st_mode) ? Waits::No : Waits::Yes;
+  job.targetWaits = targetWaits;
+  const CopyResult result = copyBlocks(operation_, job);
+  if (result.status != CopyStatus::Done) return result;
+  return System::fstat(source_.get(), &after_) == 0 ? result : sourceFailure(errno);
+}
+
+CopyResult FileCopy::finish(PartialFile& target) {
+  const bool move = request_.kind == TransferKind::Move;
+  if (move) keepOwnership(source_.get(), target.fd(), after_);
+  if (const int error = keepTimes(target.fd(), after_)) return targetFailure(error);
+  keepMode(target.fd(), after_);
+  const off_t copied = move ? System::seek(target.fd(), 0, SEEK_CUR) : 0;
+  const auto replace = replaces() ? PartialFile::Replace::Yes : PartialFile::Replace::No;
+  if (const int error = target.commit(replace)) return targetFailure(error);
+  if (!move) return {};
+  if (!sourceStoodStill(copied)) return {CopyStatus::LeftInPlace, 0};
+  source_.reset();
+  return removeMovedSource(operation_, request_);
+}
+
+// What was added or changed while the file was read is only in the source.
+bool FileCopy::sourceStoodStill(off_t copied) const {
+  return S_ISREG(after_.st_mode) && after_.st_size == copied &&
+         after_.st_mtim.tv_sec == info_.st_mtim.tv_sec &&
+         after_.st_mtim.tv_nsec == info_.st_mtim.tv_nsec;
+}
+
+// A FIFO that nobody reads yet can't be opened without waiting for ever.
+CopyResult FileCopy::openDevice(mode_t mode, Descriptor& device) {
+  const Place& place = request_.target;
+  for (;;) {
+    device = Descriptor(
+        System::openAt(place.directory, place.name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (device.valid()) return {};
+    if (errno != ENXIO || !S_ISFIFO(mode)) return targetFailure(errno);
+    operation_.ui.working();
+    if (operation_.cancelled()) return {CopyStatus::Cancelled, 0};
+    sleepMs(LookMs);
+  }
+}
+
+CopyResult FileCopy::copyToDevice(mode_t mode) {
+  Descriptor device;
+  CopyResult result = openDevice(mode, device);
+  if (result.status != CopyStatus::Done) return result;
+  result = fill(device.get(), Waits::Yes);
+  if (result.status != CopyStatus::Done) return result;
+  // A device node belongs to the whole machine: its mode is nobody's copy.
+  if (!isSharedDevice(mode)) keepMode(device.get(), after_);
+  if (const int error = device.close()) return targetFailure(error);
+  if (request_.kind == TransferKind::Copy) return {};
+  source_.reset();
+  return removeMovedSource(operation_, request_);
+}
+
+}  // namespace
+
+bool isSpecialFile(mode_t mode) {
+  return S_ISFIFO(mode) || S_ISSOCK(mode) || S_ISCHR(mode) || S_ISBLK(mode);
+}
+
+CopyResult copyFile(RunningOperation& operation, const CopyRequest& request) {
+  return FileCopy(operation, request).run();
+}
+
+CopyResult removeMovedSource(RunningOperation& operation, const CopyRequest& request) {
+  switch (deleteFile(operation, request.source, DeleteMode::Quiet, nullptr)) {
+    case Outcome::Done:
+      return {};
+    case Outcome::Cancelled:
+      if (!request.replaced) {
+        static_cast<void>(deleteFile(operation, request.target, DeleteMode::Forced, nullptr));
+      }
+      return {CopyStatus::Cancelled, 0};
+    default:
+      return {CopyStatus::LeftInPlace, 0};
+  }
+}

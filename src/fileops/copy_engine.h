@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+
+#include "fileops/copy_result.h"
+#include "fileops/place.h"
+#include "fileops/running_operation.h"
+
+enum class Permission { No, Yes };
+// Where a target in the making stands: under its own name only inside a directory that itself has a
+// temporary name as long as it isn't whole.
+enum class Making { Beside, Directly };
+
+struct CopyRequest {
+  Place source;
+  Place target;
+  TransferKind kind = TransferKind::Copy;
+  Permission overwrite = Permission::No;
+  Permission inPlace = Permission::No;     // when the directory takes no new name
+  Permission openAnyway = Permission::No;  // although somebody writes to the source
+  Making making = Making::Beside;
+  // What the source was when it was looked at; without it the opened file is taken if it is
+  // regular.
+  std::optional<struct stat> looked;
+  // The existing target that may be replaced.
+  std::optional<struct stat> replaced;
+};
+
+// Copies the content of one file, or through a FIFO or device, with its time and mode. For a move
+// the source is removed after the target was closed without error; its description stays the
+// caller's affair. The source is opened before anything is done to the target. When the request was
+// made without `looked` and the source isn't a regular file: SourceFailed with ESTALE.
+CopyResult copyFile(RunningOperation& operation, const CopyRequest& request);
+
+// Makes a symbolic link anew, text and all.
+CopyResult copyLink(RunningOperation& operation, const CopyRequest& request);
+// Makes a FIFO, socket or device anew, without reading from it.
+CopyResult copyNode(RunningOperation& operation, const CopyRequest& request);
+
+bool isSpecialFile(mode_t mode);  // FIFO, socket, character or block device
+
+// For a move whose target is whole: takes the source away. When the user cancels here, a target
+// that took nobody's place is taken back.
+CopyResult removeMovedSource(RunningOperation& operation, const CopyRequest& request);

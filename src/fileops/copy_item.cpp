@@ -1,0 +1,202 @@
+#include "fileops/byte_path.h"
+#include "fileops/delete_file.h"
+#include "fileops/error_dialog.h"
+#include "fileops/overwrite_question.h"
+#include "fileops/same_place.h"
+#include "fileops/transfer_level.h"
+
+// One item by copying: attempts and questions until it is decided.
+
+namespace {
+
+// A link that leads nowhere is copied as what it is.
+bool leadsNowhere(int error) {
+  return error == ENOENT || error == ELOOP || error == ENOTDIR;
+}
+
+bool hasNoRoom(int error) {
+  return error == ENOSPC || error == EDQUOT;
+}
+
+}  // namespace
+
+Transfer::Verdict Transfer::copyItem(const Item& item) {
+  Attempt attempt;
+  attempt.openAnyway = operationAnswers.openFile == StandingAnswer::All;
+  if (operationAnswers.overwrite == OverwriteMode::All) {
+    attempt.allowed = Allowed::ByAnswer;
+    attempt.inPlace = true;
+  }
+  for (;;) {
+    const CopyResult result = attemptCopy(item, attempt);
+    if (result.status == CopyStatus::Entered) return entered();
+    const Verdict verdict = settleCopy(item, attempt, result);
+    if (verdict.kind != Verdict::Kind::Again) return verdict;
+  }
+}
+
+int Transfer::lookAtSource(const Item& item, struct stat& info) {
+  const Place& place = item.source;
+  if (item.method == Method::Copy) {
+    if (System::statAt(place.directory, place.name, &info, 0) == 0) return 0;
+    const int error = errno;
+    if (!leadsNowhere(error)) return error;
+    if (System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) < 0) return errno;
+    return S_ISLNK(info.st_mode) ? 0 : error;
+  }
+  return System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+}
+
+int Transfer::lookAtTarget(const Item& item, Attempt& attempt) {
+  const Place& place = item.target;
+  struct stat info;
+  attempt.target.reset();
+  attempt.targetIsDirectory = false;
+  if (System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) < 0) {
+    return errno == ENOENT ? 0 : errno;
+  }
+  attempt.target = info;
+  if (S_ISLNK(info.st_mode) && System::statAt(place.directory, place.name, &info, 0) < 0) return 0;
+  attempt.targetIsDirectory = S_ISDIR(info.st_mode);
+  return 0;
+}
+
+CopyRequest Transfer::requestFor(const Item& item, const Attempt& attempt) const {
+  CopyRequest request;
+  request.source = item.source;
+  request.target = item.target;
+  request.kind = kindOf(item);
+  request.making = item.making;
+  if (attempt.allowed != Allowed::No) request.overwrite = Permission::Yes;
+  if (attempt.inPlace) request.inPlace = Permission::Yes;
+  if (attempt.openAnyway) request.openAnyway = Permission::Yes;
+  request.replaced = attempt.target;
+  return request;
+}
+
+CopyResult Transfer::attemptCopy(const Item& item, Attempt& attempt) {
+  // In a directory of our own making nothing can be in the way, and the listing told what this is.
+  if (item.making == Making::Directly && item.type == DT_REG && !attempt.target) {
+    const CopyResult result = copyFile(operation_, requestFor(item, attempt));
+    const bool otherwise = result.status == CopyStatus::SourceFailed && result.code == ESTALE;
+    if (!otherwise && result.status != CopyStatus::Exists) return result;
+  }
+  struct stat source;
+  if (const int error = lookAtSource(item, source)) return sourceFailure(error);
+  if (const int error = lookAtTarget(item, attempt)) return {CopyStatus::TargetFailed, error};
+  if (S_ISDIR(source.st_mode)) return enterDirectory(item, attempt, source);
+  if (attempt.target) {
+    if (isSameFile(item.source, item.target)) return {CopyStatus::Itself, 0};
+    const bool compare = operationAnswers.overwrite == OverwriteMode::AllOlder &&
+                         attempt.allowed == Allowed::No && !attempt.targetIsDirectory;
+    const TargetAge age = compare ? compareAges(item.target, item.source) : TargetAge::Unknown;
+    if (age == TargetAge::NotOlder) return {CopyStatus::PassedOver, 0};
+    if (age == TargetAge::Older) attempt.allowed = Allowed::ByDate;
+  }
+  return attemptFile(item, attempt, source);
+}
+
+CopyResult Transfer::attemptFile(const Item& item, const Attempt& attempt,
+                                 const struct stat& source) {
+  if (attempt.targetIsDirectory && S_ISDIR(attempt.target->st_mode)) {
+    return {CopyStatus::TargetFailed, attempt.allowed == Allowed::No ? EACCES : EISDIR};
+  }
+  CopyRequest request = requestFor(item, attempt);
+  request.looked = source;
+  if (S_ISLNK(source.st_mode)) return copyLink(operation_, request);
+  const bool read = item.chosen && item.method == Method::Copy;
+  if (isSpecialFile(source.st_mode) && !read) return copyNode(operation_, request);
+  return copyFile(operation_, request);
+}
+
+Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyResult result) {
+  switch (result.status) {
+    case CopyStatus::PassedOver:
+      return decided(item.method == Method::Copy ? Outcome::Done : Outcome::LeftInPlace);
+    case CopyStatus::LeftInPlace:
+      copyDescription(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
+                      byteName(item.target.path));
+      return decided(Outcome::LeftInPlace);
+    case CopyStatus::Failed:
+      return decided(Outcome::Failed);
+    case CopyStatus::Cancelled:
+      return decided(Outcome::Cancelled);
+    case CopyStatus::Itself:
+      return refuseItself(item);
+    case CopyStatus::OpenForWriting:
+      return settleOpenFile(item, attempt);
+    case CopyStatus::Exists:
+    case CopyStatus::Refused:
+      return settleExisting(item, attempt, result.status);
+    case CopyStatus::SourceFailed:
+    case CopyStatus::TargetFailed:
+      return settleFailure(item, result);
+    default:
+      takeDescription(item);
+      return decided(Outcome::Done);
+  }
+}
+
+void Transfer::takeDescription(const Item& item) {
+  const auto carry = item.method == Method::Copy ? copyDescription : moveDescription;
+  carry(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
+        byteName(item.target.path));
+}
+
+Transfer::Verdict Transfer::refuseItself(const Item& item) {
+  const int answer = operation_.ui.ask(L"File cannot overwrite itself", item.source.shown(),
+                                       AlertButtons::OkCancel, AlertColour::Error);
+  return decided(answer == Answer::Cancel ? Outcome::Cancelled : Outcome::LeftInPlace);
+}
+
+Transfer::Verdict Transfer::settleOpenFile(const Item& item, Attempt& attempt) {
+  switch (decideOpenFile(operation_.ui, item.source.shown())) {
+    case OpenFileDecision::Copy:
+      attempt.openAnyway = true;
+      return again();
+    case OpenFileDecision::Cancel:
+      return decided(Outcome::Cancelled);
+    default:
+      return decided(Outcome::LeftInPlace);
+  }
+}
+
+// Only an answer that allows replacing ever removes anything; where the directory takes no new file
+// beside the old one, the old one has to go first.
+Transfer::Verdict Transfer::settleExisting(const Item& item, Attempt& attempt, CopyStatus status) {
+  const bool refused = status == CopyStatus::Refused;
+  if (refused && attempt.allowed == Allowed::ByAnswer) return removeTarget(item);
+  switch (decideOverwrite(operation_.ui, kindOf(item), item.target.shown())) {
+    case OverwriteDecision::Replace:
+      attempt.allowed = Allowed::ByAnswer;
+      return refused ? removeTarget(item) : again();
+    case OverwriteDecision::CompareDates:
+      return refused ? removeTarget(item) : again();
+    case OverwriteDecision::Cancel:
+      return decided(Outcome::Cancelled);
+    default:
+      return decided(Outcome::LeftInPlace);
+  }
+}
+
+Transfer::Verdict Transfer::removeTarget(const Item& item) {
+  switch (deleteFile(operation_, item.target, DeleteMode::Quiet, item.targetDescriptions)) {
+    case Outcome::Done:
+      return again();
+    case Outcome::Cancelled:
+      return decided(Outcome::Cancelled);
+    default:
+      return decided(Outcome::LeftInPlace);
+  }
+}
+
+Transfer::Verdict Transfer::settleFailure(const Item& item, CopyResult result) {
+  const bool source = result.status == CopyStatus::SourceFailed || hasNoRoom(result.code);
+  const ErrorAnswer answer =
+      source
+          ? showError(operation_.ui, result.code, item.source.shown(),
+                      result.status == CopyStatus::SourceFailed ? Westring() : item.target.shown())
+          : showError(operation_.ui, result.code, item.target.shown());
+  if (answer == ErrorAnswer::Retry) return again();
+  return decided(answer == ErrorAnswer::Cancel ? Outcome::Cancelled : Outcome::Failed);
+}

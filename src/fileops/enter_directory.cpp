@@ -1,0 +1,153 @@
+#include <algorithm>
+#include <cstring>
+
+#include "fileops/byte_path.h"
+#include "fileops/kept_attributes.h"
+#include "fileops/overwrite_question.h"
+#include "fileops/replace_by_steps.h"
+#include "fileops/same_place.h"
+#include "fileops/transfer_level.h"
+#include "foundation/names.h"
+
+// A directory is copied by making its target and then taking its members one after the other. A new
+// target has a temporary name until it is whole, so that its files need none of their own; in a
+// move each file is whole by itself as soon as its source is gone, and the directory has its name
+// at once.
+
+namespace {
+
+constexpr size_t MostOpenLevels = 64;
+
+constexpr int DirectoryFlags = O_DIRECTORY | O_CLOEXEC;
+
+// A directory that may be entered but not read does as well.
+int openTargetDirectory(int directory, const char* name, Descriptor& result) {
+  result = Descriptor(System::openAt(directory, name, O_RDONLY | DirectoryFlags));
+  if (!result.valid() && errno == EACCES) {
+    result = Descriptor(System::openAt(directory, name, O_PATH | DirectoryFlags));
+  }
+  return result.valid() ? 0 : errno;
+}
+
+}  // namespace
+
+CopyResult Transfer::enterDirectory(const Item& item, const Attempt& attempt,
+                                    const struct stat& source) {
+  if (leadsIntoItself(item, idOf(source))) return refuseIntoItself(item);
+  auto level = std::make_unique<Level>();
+  level->info = source;
+  level->sourceId = idOf(source);
+  level->method = item.method;
+  level->sourceLength = strlen(item.source.path);
+  level->targetLength = strlen(item.target.path);
+  level->parentSource = item.sourceDescriptions;
+  level->parentTarget = item.targetDescriptions;
+  const auto links = item.method == Method::Copy ? FollowLinks::Yes : FollowLinks::No;
+  if (const int error = level->source.open(item.source.directory, item.source.name, links)) {
+    return sourceFailure(error);
+  }
+  FileId opened;
+  if (const int error = level->source.id(opened)) return sourceFailure(error);
+  if (opened != level->sourceId) return sourceFailure(ESTALE);
+  if (const int error = level->names.read(level->source)) return sourceFailure(error);
+  const CopyResult result = mergeOrMake(item, attempt, *level);
+  if (result.status != CopyStatus::Done) return result;
+  push(std::move(level));
+  openDescriptions(*levels_.back());
+  return {CopyStatus::Entered, 0};
+}
+
+bool Transfer::leadsIntoItself(const Item& item, FileId source) {
+  if (levels_.empty()) {
+    aboveTarget_ = directoriesAbove(item.target.path);
+    return liesInside(item.source.path, source, item.target.path);
+  }
+  const auto same = [&](const std::unique_ptr<Level>& level) {
+    return level->sourceId == source || level->targetId == source;
+  };
+  return std::any_of(levels_.begin(), levels_.end(), same) ||
+         std::find(aboveTarget_.begin(), aboveTarget_.end(), source) != aboveTarget_.end();
+}
+
+// The item itself ends the command; a member, reached through a link, only stays behind.
+CopyResult Transfer::refuseIntoItself(const Item& item) {
+  static_cast<void>(operation_.ui.ask(L"Directory cannot be copied into itself",
+                                      item.source.shown(), AlertButtons::Ok, AlertColour::Error));
+  return {levels_.empty() ? CopyStatus::Cancelled : CopyStatus::Failed, 0};
+}
+
+CopyResult Transfer::mergeOrMake(const Item& item, const Attempt& attempt, Level& level) {
+  if (!attempt.target) return makeTarget(item, attempt, level);
+  if (!attempt.targetIsDirectory) {
+    if (attempt.allowed == Allowed::No) return {CopyStatus::Exists, EEXIST};
+    return makeTarget(item, attempt, level);
+  }
+  switch (decideMerge(operation_.ui, item.source)) {
+    case MergeDecision::Merge:
+      return openTarget(item, level);
+    case MergeDecision::Cancel:
+      return {CopyStatus::Cancelled, 0};
+    default:
+      return {CopyStatus::Failed, 0};
+  }
+}
+
+CopyResult Transfer::makeTarget(const Item& item, const Attempt& attempt, Level& level) {
+  const Place& target = item.target;
+  const mode_t mode = directoryModeInTheMaking(level.info.st_mode);
+  const auto make = [&](const char* name) {
+    return System::mkdirAt(target.directory, name, mode) == 0 ? 0 : errno;
+  };
+  const bool unnamed = item.method == Method::Copy && item.making == Making::Beside;
+  int error = 0;
+  if (unnamed) {
+    level.replacesFile = attempt.target.has_value();
+    error = makeBeside(target, level.temporaryName, make);
+  } else if (attempt.target) {
+    error = replaceBySteps(target, [&] { return make(target.name); });
+  } else {
+    error = make(target.name);
+  }
+  if (error) return targetFailure(error);
+  level.made = true;
+  level.making = item.method == Method::Copy ? Making::Directly : Making::Beside;
+  const CopyResult result = openTarget(item, level);
+  if (result.status != CopyStatus::Done) {
+    const char* name = unnamed ? level.temporaryName.c_str() : target.name;
+    System::unlinkAt(target.directory, name, AT_REMOVEDIR);
+  }
+  return result;
+}
+
+CopyResult Transfer::openTarget(const Item& item, Level& level) {
+  const char* name = level.temporaryName.empty() ? item.target.name : level.temporaryName.c_str();
+  if (const int error = openTargetDirectory(item.target.directory, name, level.target)) {
+    return targetFailure(error);
+  }
+  struct stat info;
+  if (System::fstat(level.target.get(), &info) < 0) return targetFailure(errno);
+  level.targetId = idOf(info);
+  return {};
+}
+
+void Transfer::openDescriptions(Level& level) {
+  for (size_t i = 0; i < level.names.count() && !level.hasDescriptions; ++i) {
+    const unsigned char type = level.names.type(i);
+    level.hasDescriptions = strcmp(level.names.name(i), DescriptionFileName) == 0 &&
+                            (type == DT_REG || type == DT_UNKNOWN);
+  }
+  if (!level.hasDescriptions) return;
+  const auto presence =
+      level.made ? DescriptionFile::Presence::Absent : DescriptionFile::Presence::Unknown;
+  level.sourceDescriptions =
+      std::make_unique<DescriptionFile>(source_.substr(0, level.sourceLength));
+  level.targetDescriptions = std::make_unique<DescriptionFile>(realTarget(), presence);
+}
+
+void Transfer::push(std::unique_ptr<Level> level) {
+  levels_.push_back(std::move(level));
+  if (levels_.size() <= MostOpenLevels) return;
+  Level& outer = *levels_[levels_.size() - 1 - MostOpenLevels];
+  outer.source.close();
+  outer.target.reset();
+}

@@ -1,0 +1,30 @@
+#include "fileops/folded_name.h"
+
+#include <fcntl.h>
+
+#include "config/options.h"
+#include "foundation/fold.h"
+#include "foundation/string_collections.h"
+#include "foundation/system.h"
+#include "foundation/utf8.h"
+
+bool isInCaseFilter(const Westring& fileSystem) {
+  if (fileSystem.empty()) return false;
+  Estring list = toUtf8(GlobalOptions::CaseFilter);
+  while (!list.empty()) {
+    const Estring field = trim(nextField(list));
+    if (compareNoCase(fromUtf8(field.data()).data(), fileSystem.data()) == 0) return true;
+  }
+  return false;
+}
+
+std::string foldedName(const char* name) {
+  Westring folded = decodeFileName(name);
+  lowerString(folded.data());
+  return toUtf8(folded).data();
+}
+
+bool isDirectoryMember(int directory, const char* name) {
+  struct stat info;
+  return System::statAt(directory, name, &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(info.st_mode);
+}

@@ -1,0 +1,208 @@
+#include "fileops/byte_path.h"
+#include "fileops/delete_tree.h"
+#include "fileops/error_dialog.h"
+#include "fileops/kept_attributes.h"
+#include "fileops/replace_by_steps.h"
+#include "fileops/transfer_level.h"
+
+// A directory whose members are all done: its target gets its name and attributes, the source of a
+// move goes when nothing is left in it.
+
+namespace {
+
+constexpr int ReopenFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+Outcome outcomeOf(ErrorAnswer answer) {
+  return answer == ErrorAnswer::Cancel ? Outcome::Cancelled : Outcome::Failed;
+}
+
+bool isDirectoryWithId(int fd, FileId wanted) {
+  struct stat info;
+  return System::fstat(fd, &info) == 0 && idOf(info) == wanted;
+}
+
+}  // namespace
+
+Outcome Transfer::leaveDirectory() {
+  Level& level = *levels_.back();
+  reopenParent(level);
+  const Outcome outcome = finishDirectory(level);
+  levels_.pop_back();
+  return outcome;
+}
+
+// Only so many levels stay open. The one above is found again through this one, or by its path
+// where a link led here; should it be another one now, nothing more is done in it.
+void Transfer::reopenParent(Level& child) {
+  if (levels_.size() < 2) return;
+  Level& parent = *levels_[levels_.size() - 2];
+  if (!parent.source.isOpen()) {
+    const auto isParent = [&] {
+      return parent.source.isOpen() && isDirectoryWithId(parent.source.fd(), parent.sourceId);
+    };
+    static_cast<void>(parent.source.open(child.source.fd(), "..", FollowLinks::Yes));
+    if (!isParent()) {
+      const std::string path = source_.substr(0, parent.sourceLength);
+      static_cast<void>(parent.source.open(AT_FDCWD, path.c_str(), FollowLinks::Yes));
+    }
+    if (!isParent()) parent.source.close();
+  }
+  if (!parent.target.valid()) {
+    parent.target = Descriptor(System::openAt(child.target.get(), "..", ReopenFlags));
+    if (!isDirectoryWithId(parent.target.get(), parent.targetId)) {
+      const std::string path = target_.substr(0, parent.targetLength);
+      parent.target = Descriptor(System::openAt(AT_FDCWD, path.c_str(), ReopenFlags));
+    }
+    if (!isDirectoryWithId(parent.target.get(), parent.targetId)) parent.target.reset();
+  }
+  if (parent.source.isOpen() && parent.target.valid()) return;
+  parent.left = true;
+  parent.next = parent.names.count();
+}
+
+Transfer::Item Transfer::selfItem(const Level& level) const {
+  Item item;
+  const bool outermost = levels_.size() == 1;
+  item.source = placeOf(source_.c_str());
+  item.target = placeOf(target_.c_str());
+  if (!outermost) {
+    const Level& parent = *levels_[levels_.size() - 2];
+    item.source = {parent.source.fd(), byteName(source_.c_str()), source_.c_str()};
+    item.target = {parent.target.get(), byteName(target_.c_str()), target_.c_str()};
+  }
+  item.sourceDescriptions = level.parentSource;
+  item.targetDescriptions = level.parentTarget;
+  item.method = level.method;
+  return item;
+}
+
+Outcome Transfer::finishDirectory(Level& level) {
+  source_.resize(level.sourceLength);
+  target_.resize(level.targetLength);
+  settleDescriptions(level);
+  const Outcome named = nameDirectory(level);
+  if (named != Outcome::Done) return named;
+  dressDirectory(level);
+  Outcome outcome = level.left ? Outcome::LeftInPlace : Outcome::Done;
+  if (level.method != Method::Copy && !level.left) outcome = removeSource(level);
+  const bool sourceGone = level.method != Method::Copy && outcome == Outcome::Done;
+  describeDirectory(level, sourceGone, selfItem(level));
+  return outcome;
+}
+
+// A merged directory keeps the description it had.
+void Transfer::describeDirectory(const Level& level, bool sourceGone, const Item& self) {
+  const char* sourceName = byteName(self.source.path);
+  const char* targetName = byteName(self.target.path);
+  if (level.made && sourceGone) {
+    moveDescription(self.sourceDescriptions, sourceName, self.targetDescriptions, targetName);
+  } else if (level.made) {
+    copyDescription(self.sourceDescriptions, sourceName, self.targetDescriptions, targetName);
+  } else if (sourceGone && self.sourceDescriptions) {
+    self.sourceDescriptions->erase(sourceName);
+  }
+}
+
+// First the target, so that no line is ever in neither file.
+void Transfer::settleDescriptions(Level& level) {
+  if (!level.sourceDescriptions) return;
+  static_cast<void>(level.targetDescriptions->flush());
+  static_cast<void>(level.sourceDescriptions->flush());
+  if (level.method != Method::Copy && !level.left) carryOrphanLines(level);
+}
+
+// Lines that describe nothing go along, so that the emptied directory can go.
+void Transfer::carryOrphanLines(Level& level) {
+  const std::string lines = level.sourceDescriptions->remaining();
+  if (!lines.empty()) {
+    level.targetDescriptions->append(lines);
+    if (level.targetDescriptions->flush() != 0) return;
+  }
+  level.sourceDescriptions->clear();
+  static_cast<void>(level.sourceDescriptions->flush());
+}
+
+int Transfer::tryName(const Level& level) const {
+  const Place target = selfItem(level).target;
+  const auto rename = [&] {
+    const int renamed = System::renameAtNoReplace(target.directory, level.temporaryName.c_str(),
+                                                  target.directory, target.name);
+    return renamed == 0 ? 0 : errno;
+  };
+  const int error = rename();
+  return error == EEXIST && level.replacesFile ? replaceBySteps(target, rename) : error;
+}
+
+Outcome Transfer::nameDirectory(Level& level) {
+  if (level.temporaryName.empty()) return Outcome::Done;
+  for (;;) {
+    const int error = tryName(level);
+    if (error == 0) {
+      level.temporaryName.clear();
+      return Outcome::Done;
+    }
+    const ErrorAnswer answer = showError(operation_.ui, error, selfItem(level).target.shown());
+    if (answer == ErrorAnswer::Retry) continue;
+    removeUnnamed(level);
+    return outcomeOf(answer);
+  }
+}
+
+// What can't get its name is of no use to anybody; it holds copies only.
+void Transfer::removeUnnamed(const Level& level) {
+  const Place target = selfItem(level).target;
+  removeTreeQuietly({target.directory, level.temporaryName.c_str(), target.path});
+}
+
+void Transfer::dressDirectory(const Level& level) {
+  if (!level.made) return;
+  if (level.method != Method::Copy) {
+    keepOwnership(level.source.fd(), level.target.get(), level.info);
+    static_cast<void>(keepTimes(level.target.get(), level.info));
+  }
+  keepMode(level.target.get(), level.info);
+}
+
+// Never with what is in it: whatever appeared there in the meantime was not copied.
+Outcome Transfer::removeSource(const Level& level) {
+  const Place source = selfItem(level).source;
+  for (;;) {
+    if (System::unlinkAt(source.directory, source.name, AT_REMOVEDIR) == 0) return Outcome::Done;
+    if (errno == ENOTEMPTY || errno == EEXIST) return Outcome::LeftInPlace;
+    const ErrorAnswer answer = showError(operation_.ui, errno, source.shown());
+    if (answer != ErrorAnswer::Retry) return outcomeOf(answer);
+  }
+}
+
+// Where the target of the innermost level lies now, temporary names included.
+std::string Transfer::realTarget() const {
+  const Level& outermost = *levels_.front();
+  std::string path = outermost.temporaryName.empty() ? target_.substr(0, outermost.targetLength)
+                                                     : outermost.temporaryName;
+  for (size_t i = 1; i < levels_.size(); ++i) {
+    const Level& level = *levels_[i];
+    const std::string own = target_.substr(0, level.targetLength);
+    replaceTail(path, path.size(),
+                level.temporaryName.empty() ? byteName(own.c_str()) : level.temporaryName.c_str());
+  }
+  return path;
+}
+
+// After a cancel: what is whole stays, under its name and with its mode.
+void Transfer::unwind() {
+  while (!levels_.empty()) {
+    Level& level = *levels_.back();
+    level.left = true;
+    reopenParent(level);
+    source_.resize(level.sourceLength);
+    target_.resize(level.targetLength);
+    settleDescriptions(level);
+    if (!level.temporaryName.empty() && tryName(level) != 0) {
+      removeUnnamed(level);
+    } else {
+      dressDirectory(level);
+      if (level.made) describeDirectory(level, false, selfItem(level));
+    }
+    levels_.pop_back();
+  }
+}

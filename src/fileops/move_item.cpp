@@ -1,0 +1,115 @@
+#include "fileops/byte_path.h"
+#include "fileops/error_dialog.h"
+#include "fileops/overwrite_question.h"
+#include "fileops/replace_by_steps.h"
+#include "fileops/same_place.h"
+#include "fileops/transfer_level.h"
+#include "foundation/break_state.h"
+
+// One item by renaming, as long as source and target are on one device.
+
+namespace {
+
+int renamePlace(const Place& from, const Place& to) {
+  return System::renameAtNoReplace(from.directory, from.name, to.directory, to.name) == 0 ? 0
+                                                                                          : errno;
+}
+
+// Over what is there. A directory can't be renamed over a file in one step.
+int renameOver(const Place& from, const Place& to) {
+  if (System::renameAt(from.directory, from.name, to.directory, to.name) == 0) return 0;
+  if (errno != ENOTDIR) return errno;
+  return replaceBySteps(to, [&] { return renamePlace(from, to); });
+}
+
+bool lookAt(const Place& place, struct stat& info) {
+  return System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+}  // namespace
+
+Transfer::Verdict Transfer::moveItem(const Item& item) {
+  for (bool replace = false;;) {
+    if (breakRequested()) return decided(Outcome::Cancelled);
+    const int error =
+        replace ? renameOver(item.source, item.target) : renamePlace(item.source, item.target);
+    if (error == 0) {
+      takeDescription(item);
+      return decided(Outcome::Done);
+    }
+    const Verdict verdict = settleRename(item, error, replace);
+    if (verdict.kind != Verdict::Kind::Again) return verdict;
+  }
+}
+
+Transfer::Verdict Transfer::settleRename(const Item& item, int error, bool& replace) {
+  if (error == EXDEV) {
+    Item other = item;
+    other.method = Method::MoveByCopy;
+    return copyItem(other);
+  }
+  if (error == EEXIST) return settleOccupied(item, replace);
+  if (error == EACCES && replace) {
+    const Verdict removed = removeTarget(item);
+    replace = false;
+    return removed;
+  }
+  struct stat source;
+  const bool present = lookAt(item.source, source);
+  if (error == EINVAL && present && S_ISDIR(source.st_mode) &&
+      liesInside(item.source.path, idOf(source), item.target.path)) {
+    const bool ends = refuseIntoItself(item).status == CopyStatus::Cancelled;
+    return decided(ends ? Outcome::Cancelled : Outcome::Failed);
+  }
+  const bool targetMissing = error == ENOENT && present;
+  return settleFailure(item, targetMissing ? targetFailure(error) : sourceFailure(error));
+}
+
+Transfer::Verdict Transfer::settleOccupied(const Item& item, bool& replace) {
+  if (isOtherSpelling(item.source, item.target)) {
+    replace = true;
+    return again();
+  }
+  struct stat source;
+  Attempt attempt;
+  if (!lookAt(item.source, source)) return settleFailure(item, sourceFailure(errno));
+  if (const int error = lookAtTarget(item, attempt)) {
+    return settleFailure(item, {CopyStatus::TargetFailed, error});
+  }
+  if (!attempt.target) return again();  // it went away in the meantime
+  if (isSameFile(item.source, item.target)) return tellSame(item);
+  if (S_ISDIR(source.st_mode) && attempt.targetIsDirectory) {
+    return mergeInto(item, attempt, source);
+  }
+  return decideReplacing(item, replace);
+}
+
+Transfer::Verdict Transfer::tellSame(const Item& item) {
+  const ErrorAnswer answer =
+      showError(operation_.ui, EEXIST, item.source.shown(), item.target.shown());
+  if (answer == ErrorAnswer::Retry) return again();
+  return decided(answer == ErrorAnswer::Cancel ? Outcome::Cancelled : Outcome::Failed);
+}
+
+Transfer::Verdict Transfer::mergeInto(const Item& item, const Attempt& attempt,
+                                      const struct stat& source) {
+  const CopyResult result = enterDirectory(item, attempt, source);
+  if (result.status == CopyStatus::Entered) return entered();
+  Attempt unused;
+  return settleCopy(item, unused, result);
+}
+
+Transfer::Verdict Transfer::decideReplacing(const Item& item, bool& replace) {
+  switch (decideOverwrite(operation_.ui, TransferKind::Move, item.target.shown())) {
+    case OverwriteDecision::Replace:
+      replace = true;
+      return again();
+    case OverwriteDecision::CompareDates:
+      replace = compareAges(item.target, item.source) == TargetAge::Older;
+      return replace ? again() : decided(Outcome::LeftInPlace);
+    case OverwriteDecision::Cancel:
+      return decided(Outcome::Cancelled);
+    default:
+      return decided(Outcome::LeftInPlace);
+  }
+}

@@ -1,0 +1,3 @@
+#include "fileops/operation.h"
+
+OperationAnswers operationAnswers;

@@ -1,0 +1,122 @@
+#include "fileops/remove_directory.h"
+
+#include <cerrno>
+
+#include "config/options.h"
+#include "fileops/byte_path.h"
+#include "fileops/delete_file.h"
+#include "fileops/delete_tree.h"
+#include "fileops/error_dialog.h"
+#include "foundation/names.h"
+#include "foundation/system.h"
+#include "panels/panel_pair.h"
+#include "panels/tree_keeper.h"
+
+namespace {
+
+int removePlace(const Place& directory) {
+  if (System::unlinkAt(directory.directory, directory.name, AT_REMOVEDIR) == 0) return 0;
+  return errno == EEXIST ? ENOTEMPTY : errno;
+}
+
+// Every tree that is loaded loses its node.
+void tellTrees(const Westring& path) {
+  PanelPair& pair = panelPair();
+  TreeKeeper& first = treeKeeperOf(pair.side[0]);
+  TreeKeeper& second = treeKeeperOf(pair.side[1]);
+  first.removed(path);
+  if (&second != &first) second.removed(path);
+}
+
+Outcome tellMissing(RunningOperation& operation, const Place& directory) {
+  static_cast<void>(operation.ui.ask(L"Directory does not exist, cannot delete", directory.shown(),
+                                     AlertButtons::Ok, AlertColour::Error));
+  tellTrees(directory.shown());
+  return Outcome::Failed;
+}
+
+enum class Next { Again, Ended };
+
+Next settleError(RunningOperation& operation, const Place& directory, int error, Outcome& outcome) {
+  const ErrorAnswer answer = showError(operation.ui, error, directory.shown());
+  outcome = answer == ErrorAnswer::Cancel ? Outcome::Cancelled : Outcome::Failed;
+  return answer == ErrorAnswer::Retry ? Next::Again : Next::Ended;
+}
+
+Next settleDenied(RunningOperation& operation, const Place& directory, Outcome& outcome) {
+  switch (askReadOnlyDirectory(operation, directory)) {
+    case ReadOnlyAnswer::ShowError:
+      return settleError(operation, directory, EACCES, outcome);
+    case ReadOnlyAnswer::AskAgain:
+      return Next::Again;
+    case ReadOnlyAnswer::Cancel:
+      outcome = Outcome::Cancelled;
+      return Next::Ended;
+    case ReadOnlyAnswer::GoOn:
+      if (removePlace(directory) == 0) {
+        outcome = Outcome::Done;
+        return Next::Ended;
+      }
+      operationAnswers.readOnly = StandingAnswer::Ask;
+      break;
+    default:
+      break;
+  }
+  outcome = Outcome::LeftInPlace;
+  return Next::Ended;
+}
+
+}  // namespace
+
+Outcome removeEmptyDirectory(RunningOperation& operation, const Place& directory, WhenFull whenFull,
+                             const wchar_t* pattern) {
+  for (;;) {
+    const int error = removePlace(directory);
+    Outcome outcome = Outcome::Done;
+    Next next = Next::Ended;
+    if (error == ENOTDIR) return tellMissing(operation, directory);
+    if (error == ENOTEMPTY) {
+      if (whenFull == WhenFull::Leave) return Outcome::LeftInPlace;
+      return deleteTreeAfterQuestion(operation, directory, pattern);
+    }
+    if (error == EACCES) {
+      next = settleDenied(operation, directory, outcome);
+    } else if (error != 0) {
+      next = settleError(operation, directory, error, outcome);
+    }
+    if (next == Next::Again) continue;
+    if (outcome == Outcome::Done) tellTrees(directory.shown());
+    return outcome;
+  }
+}
+
+Outcome deleteTreeAfterQuestion(RunningOperation& operation, const Place& directory,
+                                const wchar_t* pattern) {
+  const bool asked = (GlobalOptions::Confirmations & ConfirmationOff::DeleteTree) == 0 &&
+                     !operationAnswers.deleteTree;
+  if (asked) {
+    switch (operation.ui.askDeleteTree(directory.shown())) {
+      case TreeAnswer::No:
+        return Outcome::Cancelled;
+      case TreeAnswer::All:
+        operationAnswers.deleteTree = true;
+        break;
+      case TreeAnswer::Yes:
+        break;
+    }
+  }
+  const Outcome outcome = DeleteTree(operation, pattern).run(directory);
+  operation.ui.deletingDone();
+  return outcome;
+}
+
+Outcome removeDirectory(RunningOperation& operation, const Westring& path, const wchar_t* pattern) {
+  if (sameName(path, ParentName)) return Outcome::LeftInPlace;
+  const std::string bytes = bytePath(path);
+  const std::string parent = byteParent(bytes);
+  operation.descriptions.forget(bytes);
+  const Outcome outcome =
+      removeEmptyDirectory(operation, placeOf(bytes.c_str()), WhenFull::Ask, pattern);
+  if (outcome == Outcome::Done) operation.descriptions.of(parent).erase(byteName(bytes.c_str()));
+  return outcome;
+}

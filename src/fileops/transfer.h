@@ -1,0 +1,129 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "fileops/copy_engine.h"
+#include "fileops/directory_names.h"
+#include "fileops/operation.h"
+
+// Copies or moves items, one after the other, with everything in them, asking what has to be asked.
+// A tree is walked with a stack of its own and a bounded number of open directories. Paths are
+// absolute and taken as they are; none may be longer than LongestPath.
+class Transfer {
+ public:
+  Transfer(RunningOperation& operation, TransferKind kind);
+  ~Transfer();
+  Transfer(const Transfer&) = delete;
+  Transfer& operator=(const Transfer&) = delete;
+
+  // `index` of `count` items, from 1. After Done nothing of a moved source is left; otherwise what
+  // is left of it is whole.
+  Outcome run(const std::string& source, const std::string& target, int index, int count);
+
+ private:
+  // How an item, or the members of a directory, go over.
+  enum class Method {
+    Copy,
+    Rename,
+    MoveByCopy  // to another device
+  };
+
+  struct Item {
+    Place source;
+    Place target;
+    DescriptionFile* sourceDescriptions = nullptr;
+    DescriptionFile* targetDescriptions = nullptr;
+    Method method = Method::Copy;
+    unsigned char type = DT_UNKNOWN;
+    Making making = Making::Beside;
+    bool chosen = false;  // by the user, and not found in a directory
+  };
+
+  // What was allowed so far for one item, and by what.
+  enum class Allowed { No, ByDate, ByAnswer };
+  struct Attempt {
+    Allowed allowed = Allowed::No;
+    bool openAnyway = false;
+    bool inPlace = false;
+    std::optional<struct stat> target;  // of the last look, a link itself; empty when there is none
+    bool targetIsDirectory = false;     // also through a link
+  };
+
+  // What an attempt leads to: the item's outcome, one more attempt, or a directory's members first.
+  struct Verdict {
+    enum class Kind { Decided, Again, Entered };
+    Kind kind;
+    Outcome outcome = Outcome::Done;
+  };
+  static Verdict decided(Outcome outcome) { return {Verdict::Kind::Decided, outcome}; }
+  static Verdict again() { return {Verdict::Kind::Again}; }
+  static Verdict entered() { return {Verdict::Kind::Entered}; }
+
+  // A directory whose members are under way.
+  struct Level;
+
+  Verdict begin(const Item& item, int index, int count);
+  Verdict beginMember();
+  Item memberItem(Level& level, size_t index);
+  bool isKeptBack(Level& level, size_t index);
+  TransferKind kindOf(const Item& item) const;
+
+  // copy_item.cpp
+  Verdict copyItem(const Item& item);
+  CopyResult attemptCopy(const Item& item, Attempt& attempt);
+  CopyResult attemptFile(const Item& item, const Attempt& attempt, const struct stat& source);
+  CopyRequest requestFor(const Item& item, const Attempt& attempt) const;
+  static int lookAtSource(const Item& item, struct stat& info);
+  static int lookAtTarget(const Item& item, Attempt& attempt);
+  Verdict settleCopy(const Item& item, Attempt& attempt, CopyResult result);
+  Verdict settleExisting(const Item& item, Attempt& attempt, CopyStatus status);
+  Verdict settleOpenFile(const Item& item, Attempt& attempt);
+  Verdict settleFailure(const Item& item, CopyResult result);
+  Verdict removeTarget(const Item& item);
+  Verdict refuseItself(const Item& item);
+  static void takeDescription(const Item& item);
+
+  // move_item.cpp
+  Verdict moveItem(const Item& item);
+  Verdict settleRename(const Item& item, int error, bool& replace);
+  Verdict settleOccupied(const Item& item, bool& replace);
+  Verdict mergeInto(const Item& item, const Attempt& attempt, const struct stat& source);
+  Verdict decideReplacing(const Item& item, bool& replace);
+  Verdict tellSame(const Item& item);
+
+  // enter_directory.cpp
+  CopyResult enterDirectory(const Item& item, const Attempt& attempt, const struct stat& source);
+  CopyResult mergeOrMake(const Item& item, const Attempt& attempt, Level& level);
+  static CopyResult makeTarget(const Item& item, const Attempt& attempt, Level& level);
+  static CopyResult openTarget(const Item& item, Level& level);
+  bool leadsIntoItself(const Item& item, FileId source);
+  CopyResult refuseIntoItself(const Item& item);
+  void openDescriptions(Level& level);
+  void push(std::unique_ptr<Level> level);
+
+  // leave_directory.cpp
+  Outcome leaveDirectory();
+  Outcome finishDirectory(Level& level);
+  void reopenParent(Level& child);
+  Outcome nameDirectory(Level& level);
+  int tryName(const Level& level) const;
+  void removeUnnamed(const Level& level);
+  static void dressDirectory(const Level& level);
+  static void settleDescriptions(Level& level);
+  static void carryOrphanLines(Level& level);
+  Outcome removeSource(const Level& level);
+  static void describeDirectory(const Level& level, bool sourceGone, const Item& self);
+  Item selfItem(const Level& level) const;
+  std::string realTarget() const;
+  void unwind();
+
+  RunningOperation& operation_;
+  const TransferKind kind_;
+  std::vector<std::unique_ptr<Level>> levels_;
+  std::vector<FileId> aboveTarget_;  // of the item's target
+  std::string source_;  // of the member under way; the paths of all levels are beginnings of it
+  std::string target_;
+};
