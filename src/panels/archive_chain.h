@@ -1,10 +1,18 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
 #include "foundation/entry.h"
 #include "foundation/westring.h"
+
+// What the INFO panel tells about an archive.
+struct ArchiveFacts {
+  uint64_t size = 0;    // sum over all members, bytes
+  uint64_t packed = 0;  // the same as stored
+  Westring type;        // the format's name
+};
 
 // An archive file opened as a directory. Archives nest: each knows the one that holds it.
 class OpenArchive {
@@ -15,6 +23,7 @@ class OpenArchive {
   // caller owns each record.
   virtual int first(const Westring& innerPath, entry*& result) = 0;
   virtual int next(entry*& result) = 0;
+  virtual ArchiveFacts facts() const { return {}; }
   std::unique_ptr<OpenArchive> parent;
 };
 

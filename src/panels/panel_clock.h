@@ -1,6 +1,14 @@
 #pragma once
 
-// The clock stands in the last 6 cells of row 0.
+#include <ctime>
+
+#include "foundation/dos_time.h"
+
+// The clock stands in the last 6 cells of row 0, over the right panel's border.
 inline constexpr int ClockWidth = 6;
-void drawClock();         // nothing unless the Clock option is on
-int msToNextMinute();     // how long until its text changes
+void drawClock();                // nothing unless the Clock option is on
+void drawClock(DosTime moment);  // the same, at a given time
+// Call after the option was switched off: gives its cells back to what stands there.
+void removeClock();
+int msToNextMinute();  // how long until its text changes, at least 1
+int msToNextMinute(const timespec& now);
