@@ -1,0 +1,146 @@
+#include "panels/change_directory.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include "panel_fixture.h"
+#include "panels/directory_reader.h"
+#include "support/as_user.h"
+#include "support/fault_hook.h"
+
+namespace {
+
+class ChangeDirectoryTest : public PanelTest {
+ protected:
+  ChangeDirectoryTest() : panel(left()) { panel.path = dir.wide(); }
+
+  TempDir dir;
+  Panel& panel;
+};
+
+}  // namespace
+
+TEST_F(ChangeDirectoryTest, TakesAbsoluteAndRelativePaths) {
+  dir.makeDir("a");
+  dir.makeDir("a/b");
+  EXPECT_TRUE(changeDirectory(panel, L"a"));
+  EXPECT_EQ(dir.path("a"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, L"b"));
+  EXPECT_EQ(dir.path("a/b"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, dir.wide()));
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, L"/"));
+  EXPECT_EQ("/", bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, UnderstandsTypedForms) {
+  for (const char* sub : {"a", "a/b", "a/b/c"}) dir.makeDir(sub);
+  EXPECT_TRUE(changeDirectory(panel, L"a\\b\\.\\c/"));
+  EXPECT_EQ(dir.path("a/b/c"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, L".."));
+  EXPECT_EQ(dir.path("a/b"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, L"c"));
+  EXPECT_TRUE(changeDirectory(panel, L"..."));
+  EXPECT_EQ(dir.path("a"), bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, AFailureLeavesThePanelAlone) {
+  dir.write("file", "");
+  for (const wchar_t* path : {L"missing", L"file", L"file/x", L"a:b:c", L"/dev/null",
+                              L"/................................................"}) {
+    EXPECT_FALSE(changeDirectory(panel, path)) << bytes(path);
+    EXPECT_EQ(dir.path(), bytes(panel.path));
+  }
+}
+
+TEST_F(ChangeDirectoryTest, NamesThatLookLikePatternsAreNames) {
+  for (const char* name : {"[x]", "a*", "abc", "{a,b}", "README"}) dir.makeDir(name);
+  EXPECT_TRUE(changeDirectory(panel, L"[x]"));
+  EXPECT_EQ(dir.path("[x]"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, L"../{a,b}"));
+  EXPECT_TRUE(changeDirectory(panel, L"../a*"));
+  EXPECT_EQ(dir.path("a*"), bytes(panel.path));
+  EXPECT_FALSE(changeDirectory(panel, L"../readme"));
+}
+
+TEST_F(ChangeDirectoryTest, AStoredPathMayHoldARealNameThatCannotBeTyped) {
+  dir.makeDir("12:30");
+  dir.makeDir("a\\b");
+  EXPECT_TRUE(changeDirectory(panel, dir.wide("12:30")));
+  EXPECT_EQ(dir.path("12:30"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, dir.wide("a\\b")));
+  EXPECT_EQ(dir.path("a\\b"), bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, AnExactPathIsTakenAsItIs) {
+  dir.makeDir("...");
+  EXPECT_TRUE(changeDirectoryExact(panel, dir.wide("...")));
+  EXPECT_EQ(dir.path("..."), bytes(panel.path));
+  EXPECT_TRUE(changeDirectoryExact(panel, dir.wide() + L"/"));
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+  EXPECT_FALSE(changeDirectoryExact(panel, L"..."));
+  EXPECT_FALSE(changeDirectoryExact(panel, L""));
+  EXPECT_TRUE(changeDirectoryExact(panel, L"/"));
+  EXPECT_EQ("/", bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, ATildeIsExpandedWhenNoSuchDirectoryIsThere) {
+  dir.makeDir("home");
+  dir.makeDir("home/sub");
+  setenv("HOME", dir.path("home").c_str(), 1);
+  EXPECT_TRUE(changeDirectory(panel, L"~/sub"));
+  EXPECT_EQ(dir.path("home/sub"), bytes(panel.path));
+  EXPECT_TRUE(changeDirectory(panel, L"~"));
+  EXPECT_EQ(dir.path("home"), bytes(panel.path));
+  dir.makeDir("home/~");
+  EXPECT_TRUE(changeDirectory(panel, L"~"));
+  EXPECT_EQ(dir.path("home/~"), bytes(panel.path));
+  EXPECT_FALSE(changeDirectoryExact(panel, L"~"));
+}
+
+TEST_F(ChangeDirectoryTest, ADirectoryBelowAnUnreadableOneCanBeReached) {
+  dir.openToAll();
+  for (const char* sub : {"a", "a/b"}) dir.makeDir(sub);
+  dir.chmod("a", 0711);
+  EXPECT_EQ(0, runAsUser([this] {
+              EXPECT_TRUE(changeDirectory(panel, L"a/b"));
+              EXPECT_EQ(dir.path("a/b"), bytes(panel.path));
+            }));
+}
+
+TEST_F(ChangeDirectoryTest, OnlyThePartThatDiffersIsTested) {
+  for (const char* sub : {"a", "a/b", "a/b/c"}) dir.makeDir(sub);
+  panel.path = dir.wide("a/b");
+  FaultHook counter;
+  EXPECT_TRUE(changeDirectory(panel, L"c"));
+  EXPECT_EQ(1, counter.calls("stat"));
+  EXPECT_TRUE(changeDirectory(panel, L"..."));
+  EXPECT_EQ(1, counter.calls("stat"));
+}
+
+TEST_F(ChangeDirectoryTest, ATooLongPathIsRefused) {
+  std::wstring path;
+  while (path.size() < MaxPathLength) path += L"/abcdefghi";
+  EXPECT_FALSE(changeDirectoryExact(panel, path.c_str()));
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, GoingToAPathReadsItFromTheTop) {
+  dir.makeDir("a");
+  dir.write("a/x", "");
+  panel.top = 3;
+  panel.cursor = 4;
+  panel.depth = 2;
+  EXPECT_TRUE(goToPath(panel, L"a"));
+  EXPECT_EQ((std::vector<std::string>{"..", "x"}), listed(panel));
+  EXPECT_EQ(0, panel.currentIndex());
+  EXPECT_EQ(-1, panel.depth);
+  EXPECT_FALSE(goToPath(panel, L"nowhere"));
+  EXPECT_EQ(dir.path("a"), bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, AnEmptyPathOfThePanelDoesNotHinderAnAbsoluteOne) {
+  panel.path = L"";
+  EXPECT_TRUE(changeDirectory(panel, dir.wide()));
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+}
