@@ -43,6 +43,9 @@ function(td_test name)
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE ${ARG_DEPENDS} GTest::gtest)
   target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <string> <vector>)
+  set(support ${CMAKE_SOURCE_DIR}/tests/support)
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 120 LABELS "${name};${ARG_LABELS}")
+                       PROPERTIES TIMEOUT 120 LABELS "${name};${ARG_LABELS}"
+                       ENVIRONMENT "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0"
+                       ENVIRONMENT "TSAN_OPTIONS=suppressions=${support}/tsan.supp:print_suppressions=0")
 endfunction()

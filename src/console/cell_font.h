@@ -6,6 +6,9 @@
 #include <unordered_map>
 
 // Deleters for the toolkit's plain C objects.
+struct ScaledFontFree {
+  void operator()(cairo_scaled_font_t* font) const { cairo_scaled_font_destroy(font); }
+};
 struct ObjectUnref {
   void operator()(void* object) const { g_object_unref(object); }
 };
@@ -60,14 +63,23 @@ class CellFont {
 
  private:
   CellGlyph resolve(wchar_t character);
-  void fitGlyph(CellGlyph& glyph, const PangoGlyphString* glyphs);
+  void fitGlyph(CellGlyph& glyph, wchar_t character, const PangoGlyphString* glyphs);
+  void fitSingle(CellGlyph& glyph, const PangoRectangle& ink);
+  void keepMarksInside(PangoGlyphString* glyphs, PangoFont* font) const;
+  void measureFrames();
+  bool drawsFrame(const CellGlyph& glyph, wchar_t character) const;
 
   ObjectPtr<PangoContext> context_;
   ObjectPtr<PangoLayout> layout_;
   std::unique_ptr<PangoFontDescription, FontDescriptionFree> description_;
+  ObjectPtr<PangoFont> font_;
   int cellWidth_ = 1;
   int cellHeight_ = 1;
   int baseline_ = 0;
-  int referenceAdvance_ = 0;  // of the font's own glyphs, Pango units
+  int referenceAdvance_ = 0;  // of the font's own glyphs, Pango units; nothing wider fits a cell
+  // The font stretched so that frames and blocks fill the cell; null when they do without it.
+  std::unique_ptr<cairo_scaled_font_t, ScaledFontFree> frameFont_;
+  double frameX_ = 0;  // where its glyphs stand, as in CellGlyph
+  double frameY_ = 0;
   std::unordered_map<wchar_t, CellGlyph> glyphs_;
 };

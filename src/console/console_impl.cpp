@@ -111,12 +111,20 @@ bool CConsole::Impl::frameElapsed() const {
 }
 
 void CConsole::Impl::changed() {
-  if (batchDepth.load(std::memory_order_relaxed) > 0) return;
+  if (batchDepth.load(std::memory_order_relaxed) == 0) paintWhenDue();
+}
+
+void CConsole::Impl::paintWhenDue() {
   if (frameElapsed()) {
-    paintPending();
-  } else {
-    scheduleFrame();
+    ToolkitLock lock;
+    if (!lock.usable()) return;
+    // Another thread may have painted while this one waited for the lock.
+    if (frameElapsed()) {
+      paintDirty();
+      return;
+    }
   }
+  if (grid.dirty()) scheduleFrame();
 }
 
 void CConsole::Impl::scheduleFrame() {
@@ -130,7 +138,7 @@ void CConsole::Impl::scheduleFrame() {
 int CConsole::Impl::frameOver(void* self) {
   auto* impl = static_cast<Impl*>(self);
   impl->framePlanned_ = false;
-  if (impl->batchDepth.load(std::memory_order_relaxed) == 0) impl->paintPending();
+  impl->changed();
   return FALSE;
 }
 

@@ -50,6 +50,7 @@ struct CConsole::Impl {
   CursorInk cursorInk() const;
   bool frameElapsed() const;
   void paintDirty();  // under the toolkit lock
+  void paintWhenDue();
   void scheduleFrame();
 
   Frame frame_;                        // reused; under the toolkit lock

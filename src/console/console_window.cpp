@@ -13,7 +13,8 @@
 
 namespace {
 const Gdk::EventMask AreaEvents = Gdk::BUTTON_MOTION_MASK | Gdk::BUTTON_PRESS_MASK |
-                            Gdk::BUTTON_RELEASE_MASK | Gdk::KEY_PRESS_MASK | Gdk::KEY_RELEASE_MASK;
+                                  Gdk::BUTTON_RELEASE_MASK | Gdk::KEY_PRESS_MASK |
+                                  Gdk::KEY_RELEASE_MASK;
 constexpr wchar_t LastPlainCharacter = 0xFFFF;
 
 enum Button { Left = 1, Right = 2, Other = 3 };

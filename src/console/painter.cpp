@@ -186,7 +186,7 @@ void Painter::paintAlone(int x, int y, std::span<const Cell> cells) {
     addCellRectangle(column, y, 1);
     cairo_clip(context);
     setColour(foreground(cells[i]));
-    cairo_translate(context, column * cellWidth() + glyph.x, y * cellHeight() + font_.baseline());
+    cairo_translate(context, column * cellWidth(), y * cellHeight() + font_.baseline());
     cairo_scale(context, glyph.squeeze, 1);
     pango_cairo_show_glyph_string(context, glyph.font.get(), glyph.glyphs.get());
     cairo_restore(context);

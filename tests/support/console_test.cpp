@@ -200,3 +200,14 @@ void RealKeysTest::SetUp() {
   ConsoleTest::SetUp();
   ASSERT_TRUE(XKeys::get().waitForFocus(console->windowId())) << "the window has no focus";
 }
+
+int RealKeysTest::waitKey(MouseMessage* mouse, int timeoutMs) {
+  int key = Key::ShiftChanged;
+  waitUntil(
+      [&] {
+        key = getKey(nullptr, mouse, 100);
+        return key != Key::ShiftChanged && key != 0;
+      },
+      timeoutMs);
+  return key == Key::ShiftChanged ? 0 : key;
+}

@@ -52,4 +52,7 @@ class RealKeysTest : public ConsoleTest {
  protected:
   void SetUp() override;
   bool needsOwnDisplay() const override { return true; }
+
+  // The next key but changes of the modifiers, as getKey returns it; 0 when none came.
+  int waitKey(MouseMessage* mouse = nullptr, int timeoutMs = PatienceMs);
 };

@@ -10,7 +10,9 @@ std::vector<std::function<void()>>& endActions() {
 }
 }  // namespace
 
-void atTestEnd(std::function<void()> action) { endActions().push_back(std::move(action)); }
+void atTestEnd(std::function<void()> action) {
+  endActions().push_back(std::move(action));
+}
 
 void runTestEnd() {
   while (!endActions().empty()) {

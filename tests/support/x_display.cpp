@@ -1,5 +1,6 @@
 #include "support/x_display.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -17,6 +18,9 @@ namespace {
   if (getppid() != parent) _exit(1);
   // Signals meant for the test at the terminal aren't for the server.
   setpgid(0, 0);
+  // Display numbers that are taken are tried and reported; nobody wants to read it.
+  const int null = open("/dev/null", O_WRONLY);
+  if (null >= 0) dup2(null, STDERR_FILENO);
   const std::string fd = std::to_string(displayPipe);
   execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", screen.c_str(), "-nolisten",
          "tcp", "-noreset", static_cast<char*>(nullptr));

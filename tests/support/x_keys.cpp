@@ -7,6 +7,7 @@
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "console/console.h"
@@ -102,21 +103,21 @@ void XKeys::keyUp(unsigned long symbol) {
 }
 
 void XKeys::press(unsigned long symbol, const std::vector<unsigned long>& modifiers) {
-  for (const unsigned long modifier : modifiers) keyDown(modifier);
   bool shift = false;
   const KeyCode key = impl_->keyOf(symbol, shift);
+  std::vector<unsigned long> held = modifiers;
+  const bool given = std::find(held.begin(), held.end(), XK_Shift_L) != held.end();
+  if (shift && !given) held.push_back(XK_Shift_L);
+  for (const unsigned long modifier : held) keyDown(modifier);
   impl_->fake(key, true);
   impl_->fake(key, false);
-  for (auto it = modifiers.rbegin(); it != modifiers.rend(); ++it) keyUp(*it);
+  for (auto it = held.rbegin(); it != held.rend(); ++it) keyUp(*it);
 }
 
 void XKeys::type(const std::string& utf8Text) {
   const Westring text = fromUtf8(utf8Text.c_str());
   for (const wchar_t* p = text.data(); *p != 0; ++p) {
-    const KeySym symbol = symbolOf(*p);
-    bool shift = false;
-    impl_->keyOf(symbol, shift);
-    press(symbol, shift ? std::vector<unsigned long>{XK_Shift_L} : std::vector<unsigned long>{});
+    press(symbolOf(*p));
   }
 }
 
@@ -127,6 +128,19 @@ void XKeys::pressDigitKey(int digit, const std::vector<unsigned long>& modifiers
   impl_->fake(key, true);
   impl_->fake(key, false);
   for (auto it = modifiers.rbegin(); it != modifiers.rend(); ++it) keyUp(*it);
+}
+
+void XKeys::mapSecondLayout(unsigned long symbol, unsigned long second) {
+  KeySym upper = NoSymbol, lower = NoSymbol;
+  XConvertCase(symbol, &lower, &upper);
+  KeySym symbols[4] = {lower, upper, second, second};
+  XChangeKeyboardMapping(impl_->display, XKeysymToKeycode(impl_->display, symbol), 4, symbols, 1);
+  impl_->sync();
+}
+
+void XKeys::switchLayout(unsigned group) {
+  XkbLockGroup(impl_->display, XkbUseCoreKbd, group);
+  impl_->sync();
 }
 
 void XKeys::moveTo(int x, int y) {

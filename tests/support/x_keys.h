@@ -12,7 +12,8 @@ class XKeys {
   static XKeys& get();
   ~XKeys();
 
-  // A whole key stroke; `modifiers` are key symbols held meanwhile, pressed in order.
+  // A whole key stroke; `modifiers` are key symbols held meanwhile, pressed in order. Shift is held
+  // too where the layout needs it for the symbol.
   void press(unsigned long symbol, const std::vector<unsigned long>& modifiers = {});
   void keyDown(unsigned long symbol);
   void keyUp(unsigned long symbol);
@@ -21,6 +22,10 @@ class XKeys {
   void type(const std::string& utf8Text);
   // A key of the digit row by its place on the keyboard: 1 to 9, and 0.
   void pressDigitKey(int digit, const std::vector<unsigned long>& modifiers = {});
+
+  // Gives a key a symbol in a second layout, and switches between the first (0) and the second (1).
+  void mapSecondLayout(unsigned long symbol, unsigned long second);
+  void switchLayout(unsigned group);
 
   // Cells of the console. Buttons are those of X: 1 left, 2 middle, 3 right, 4 and 5 the wheel.
   void moveTo(int x, int y);

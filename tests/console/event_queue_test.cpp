@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "console/events.h"
+#include "console/key_codes.h"
+
+namespace {
+TEvent keyEvent(int code) {
+  TEvent event;
+  event.code = code;
+  return event;
+}
+
+TEST(EventQueue, GivesTheEventsInTheOrderTheyCame) {
+  CEventQueue queue;
+  queue.put(keyEvent('a'));
+  queue.put(keyEvent('b'));
+  EXPECT_EQ(queue.eventCount(), 2);
+  EXPECT_EQ(queue.get(0)->code, 'a');
+  EXPECT_EQ(queue.get(WaitForever)->code, 'b');
+  EXPECT_EQ(queue.get(0), nullptr);
+  EXPECT_EQ(queue.eventCount(), 0);
+}
+
+TEST(EventQueue, GivesNothingWhenTheTimeIsOver) {
+  using Clock = std::chrono::steady_clock;
+  CEventQueue queue;
+  const auto start = Clock::now();
+  EXPECT_EQ(queue.get(30), nullptr);
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(30));
+}
+
+void putOne(void* queue) {
+  static_cast<CEventQueue*>(queue)->put(keyEvent('z'));
+}
+
+TEST(EventQueue, WakesAReaderThatWaitsForEver) {
+  CEventQueue queue;
+  ThreadHandle writer = startThread(putOne, &queue);
+  EXPECT_EQ(queue.get(WaitForever)->code, 'z');
+  joinThread(writer);
+}
+
+constexpr int Many = 2000;
+
+void putMany(void* queue) {
+  for (int i = 0; i < Many; ++i) static_cast<CEventQueue*>(queue)->put(keyEvent(i));
+}
+
+TEST(EventQueue, LosesNothingBetweenTwoThreads) {
+  CEventQueue queue;
+  ThreadHandle writer = startThread(putMany, &queue);
+  for (int i = 0; i < Many; ++i) ASSERT_EQ(queue.get(WaitForever)->code, i);
+  joinThread(writer);
+  EXPECT_EQ(queue.eventCount(), 0);
+}
+
+TEST(EventQueue, AbortLookPassesOverTheMouseAndShiftChanges) {
+  CEventQueue queue;
+  TEvent mouse;
+  mouse.kind = EventKind::Release;
+  mouse.code = 1;
+  queue.put(mouse);
+  queue.put(keyEvent(Key::ShiftChanged));
+  queue.put(keyEvent('x'));
+  queue.put(keyEvent('y'));
+  EXPECT_EQ(queue.getKeyOnly()->code, 'x');
+  EXPECT_EQ(queue.eventCount(), 3);
+  EXPECT_EQ(queue.getKeyOnly()->code, 'y');
+  EXPECT_EQ(queue.getKeyOnly(), nullptr);
+  EXPECT_EQ(queue.get(0)->kind, EventKind::Release);
+  EXPECT_EQ(queue.get(0)->code, Key::ShiftChanged);
+}
+}  // namespace
