@@ -78,7 +78,10 @@ void carryOn(Display*, void*) {}
 ToolkitLock::ToolkitLock() {
   gdk_threads_enter();
 }
+
+// The toolkit thread may be asleep: what was asked of the server goes out now.
 ToolkitLock::~ToolkitLock() {
+  if (usable()) gdk_display_flush(gdk_display_get_default());
   gdk_threads_leave();
 }
 

@@ -3,7 +3,8 @@
 #include "console/console.h"
 
 // The toolkit's lock, taken by whoever calls the toolkit off its own thread. Not recursive: the
-// handlers on the toolkit thread run with it held.
+// handlers on the toolkit thread run with it held. Letting go sends what is waiting to the X
+// server.
 class ToolkitLock {
  public:
   ToolkitLock();

@@ -78,7 +78,6 @@ void CConsole::beep() {
   ToolkitLock lock;
   if (!lock.usable()) return;
   gdk_display_beep(gdk_display_get_default());
-  gdk_display_flush(gdk_display_get_default());
 }
 
 void CConsole::setClipboardText(const Westring& text) {

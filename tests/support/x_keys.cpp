@@ -28,8 +28,9 @@ KeySym symbolOf(wchar_t character) {
 
 struct XKeys::Impl {
   Display* display = nullptr;
-  KeyCode spareKey = 0;  // gets the symbols that the layout lacks
-  Window helper = 0;     // owns and receives the clipboard
+  std::vector<KeyCode> spareKeys;  // get the symbols that the layout lacks, each in its turn
+  size_t nextSpare = 0;
+  Window helper = 0;  // owns and receives the clipboard
 
   void sync() const { XSync(display, False); }
 
@@ -38,19 +39,17 @@ struct XKeys::Impl {
     sync();
   }
 
-  KeyCode findSpareKey() const {
+  void findSpareKeys() {
     int first = 0, last = 0, width = 0;
     XDisplayKeycodes(display, &first, &last);
     KeySym* map =
         XGetKeyboardMapping(display, static_cast<KeyCode>(first), last - first + 1, &width);
-    KeyCode found = 0;
-    for (int key = last; key >= first && found == 0; --key) {
+    for (int key = last; key >= first; --key) {
       bool empty = true;
       for (int i = 0; i < width; ++i) empty &= map[(key - first) * width + i] == NoSymbol;
-      if (empty) found = static_cast<KeyCode>(key);
+      if (empty) spareKeys.push_back(static_cast<KeyCode>(key));
     }
     XFree(map);
-    return found;
   }
 
   // The key of a symbol and whether it needs Shift.
@@ -64,10 +63,12 @@ struct XKeys::Impl {
         return known;
       }
     }
+    // The program reads the layout when it meets the key, so a key isn't given another symbol soon.
+    const KeyCode spare = spareKeys.at(nextSpare++ % spareKeys.size());
     KeySym symbols[2] = {symbol, symbol};
-    XChangeKeyboardMapping(display, spareKey, 2, symbols, 1);
+    XChangeKeyboardMapping(display, spare, 2, symbols, 1);
     sync();
-    return spareKey;
+    return spare;
   }
 };
 
@@ -83,7 +84,7 @@ XKeys& XKeys::get() {
 XKeys::XKeys() : impl_(std::make_unique<Impl>()) {
   impl_->display = XOpenDisplay(XDisplay::name().c_str());
   if (!impl_->display) throw std::runtime_error("no X display for the keys");
-  impl_->spareKey = impl_->findSpareKey();
+  impl_->findSpareKeys();
   impl_->helper =
       XCreateSimpleWindow(impl_->display, DefaultRootWindow(impl_->display), 0, 0, 1, 1, 0, 0, 0);
 }
