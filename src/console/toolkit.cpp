@@ -79,9 +79,14 @@ ToolkitLock::ToolkitLock() {
   gdk_threads_enter();
 }
 
-// The toolkit thread may be asleep: what was asked of the server goes out now.
+// The toolkit thread may be asleep on the connection. What was asked of the server goes out now, and
+// events that were read beside an answer would lie unseen until the next one came.
 ToolkitLock::~ToolkitLock() {
-  if (usable()) gdk_display_flush(gdk_display_get_default());
+  if (usable()) {
+    Display* display = gdk_x11_get_default_xdisplay();
+    XFlush(display);
+    if (XEventsQueued(display, QueuedAlready) > 0) g_main_context_wakeup(nullptr);
+  }
   gdk_threads_leave();
 }
 

@@ -206,6 +206,14 @@ TEST_F(RealKeys, AKeyShowsTheCursorAtOnce) {
   EXPECT_TRUE(waitUntil(shown, 250));
 }
 
+TEST_F(RealKeys, KeysThatArriveBesideAnAnswerOfTheServerAreSeen) {
+  for (int i = 0; i < 100; ++i) {
+    XKeys::get().press(XK_F1);
+    console->picture();
+    ASSERT_EQ(waitKey(nullptr, 2000), Key::F1) << i;
+  }
+}
+
 TEST_F(RealKeys, TheTitleReachesTheWindow) {
   console->setTitle(Westring(L"Tandem \x00E4"));
   EXPECT_TRUE(
