@@ -43,6 +43,10 @@ bool canTag(const Panel& panel) {
   return panel.isFiles() && !panel.isTreeStyle();
 }
 
+bool isShownTree(const Panel& panel) {
+  return panel.showing && panel.isFiles() && panel.isTreeStyle();
+}
+
 bool isOnScreen(const Panel& panel, int index) {
   return index >= panel.top && index < panel.top + panel.pageSize;
 }
@@ -102,6 +106,11 @@ void toggleTag(Panel& panel, int index, TagMode mode) {
 }
 
 void selectAll(Panel& panel, TagMode mode, int shiftState) {
+  if (isShownTree(panel)) {
+    if (mode == TagMode::Tag) treeKeeperOf(panel).expandSubtree(panel);
+    if (mode == TagMode::Untag) treeKeeperOf(panel).collapseSubtree(panel);
+    return;
+  }
   if (!panel.showing || !canTag(panel)) return;
   const Directories directories =
       mode == TagMode::Untag ? Directories::Taken : directoriesByKeys(shiftState);
@@ -112,6 +121,11 @@ void selectAll(Panel& panel, TagMode mode, int shiftState) {
 }
 
 void groupSelectDialog(Panel& panel, TagMode mode, int shiftState) {
+  if (isShownTree(panel)) {
+    if (mode == TagMode::Tag) treeKeeperOf(panel).expandNode(panel);
+    if (mode == TagMode::Untag) treeKeeperOf(panel).collapseNode(panel);
+    return;
+  }
   if (!panel.showing || !canTag(panel)) return;
   Directories directories =
       mode == TagMode::Untag ? Directories::Taken : directoriesByKeys(shiftState);

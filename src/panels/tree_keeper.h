@@ -28,7 +28,9 @@ class TreeKeeper {
   virtual void buildView(Panel&) {}
   // Its cursor goes to the line of a directory, if there is one.
   virtual void selectDirectory(Panel&, const Westring&) {}
-  // Everything below its current line.
+  // Its current line opens or closes, alone or with everything below it.
+  virtual void expandNode(Panel&) {}
+  virtual void collapseNode(Panel&) {}
   virtual void expandSubtree(Panel&) {}
   virtual void collapseSubtree(Panel&) {}
 };

@@ -97,6 +97,8 @@ class RecordingKeeper : public TreeKeeper {
   void selectDirectory(Panel&, const Westring& path) override {
     calls.push_back("select " + bytes(path));
   }
+  void expandNode(Panel&) override { calls.push_back("expand node"); }
+  void collapseNode(Panel&) override { calls.push_back("collapse node"); }
   void expandSubtree(Panel&) override { calls.push_back("expand"); }
   void collapseSubtree(Panel&) override { calls.push_back("collapse"); }
 };
@@ -152,6 +154,32 @@ class FakeArchive : public OpenArchive {
   Log* log_;
   std::string prefix_;
   std::vector<std::string> seen_;
+  size_t next_ = 0;
+};
+
+// An archive that is one directory of plain names, however many.
+class FlatArchive : public OpenArchive {
+ public:
+  FlatArchive(const Westring& path, std::vector<std::string> names, uint16_t attributes = 0)
+      : path_(path), names_(std::move(names)), attributes_(attributes) {}
+
+  const Westring& path() const override { return path_; }
+  int first(const Westring&, entry*& result) override {
+    next_ = 0;
+    return next(result);
+  }
+  int next(entry*& result) override {
+    if (next_ >= names_.size()) return Status::NoMoreFiles;
+    result = newEntry(decodeFileName(names_[next_++].c_str()).data());
+    result->size = 1;
+    result->attributes = attributes_;
+    return 0;
+  }
+
+ private:
+  Westring path_;
+  std::vector<std::string> names_;
+  uint16_t attributes_;
   size_t next_ = 0;
 };
 

@@ -48,6 +48,19 @@ TEST_F(PanelWindowsTest, ScrollingGivesTheSamePictureAsARedraw) {
   }
 }
 
+TEST_F(PanelWindowsTest, AScreenTooSmallForPanelsCountsAsTheSmallestThatHoldsThem) {
+  console->setGeometry(60, 10, Estring(), 0);
+  fetchScreenSize();
+  EXPECT_EQ(25, panelPair().screenLines);
+  EXPECT_EQ(80, panelPair().screenColumns);
+  EXPECT_EQ(19, panelPair().panelRows);
+  console->setGeometry(132, 50, Estring(), 0);
+  fetchScreenSize();
+  EXPECT_EQ(44, panelPair().panelRows);
+  EXPECT_EQ(66, panelPair().panelWidth());
+  EXPECT_EQ(44, left().pageSize);
+}
+
 TEST_F(PanelWindowsTest, DownOnTheLastEntryDrawsNothing) {
   cursorEnd(left());
   console->completePainting();

@@ -61,6 +61,21 @@ TEST_F(SelectionTest, InfoAndTreePanelsTagNothing) {
   EXPECT_EQ(0, panel.taggedCount);
 }
 
+TEST_F(SelectionTest, InATreeTheGroupCommandsOpenAndCloseLines) {
+  RecordingKeeper keeper;
+  setTreeKeeper(&keeper);
+  panel.style = PanelStyle::Tree;
+  selectAll(panel, TagMode::Tag, NoShift);
+  selectAll(panel, TagMode::Untag, NoShift);
+  selectAll(panel, TagMode::Flip, NoShift);
+  groupSelectDialog(panel, TagMode::Tag, NoShift);
+  groupSelectDialog(panel, TagMode::Untag, NoShift);
+  EXPECT_EQ((Names{"expand", "collapse", "expand node", "collapse node"}), keeper.calls);
+  panel.showing = false;
+  selectAll(panel, TagMode::Tag, NoShift);
+  EXPECT_EQ(4u, keeper.calls.size());
+}
+
 TEST_F(SelectionTest, AGroupOfAPanelThatIsOffIsIgnored) {
   panel.showing = false;
   selectAll(panel, TagMode::Tag, NoShift);
