@@ -2,6 +2,7 @@
 
 #include "console/console.h"
 #include "console/text_state.h"
+#include "foundation/signals.h"
 
 namespace {
 int shiftState = 0;
@@ -66,6 +67,8 @@ int takeMouse(const TEvent& event, MouseMessage* mouse) {
 int getKey(unsigned char* flag, MouseMessage* mouse, int timeoutMs) {
   if (flag) *flag = 0;
   if (!console) return 0;
+  // Whoever waits is told to give up, up to the main loop, which ends the program.
+  if (endRequested()) return Key::Esc;
   syncCursor();
   TEvent event;
   const uint32_t timeout = timeoutMs < 0 ? WaitForever : static_cast<uint32_t>(timeoutMs);

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "panels/panel_pair.h"
+
+// Fills a panel with `count` made-up files below "..", without touching the disk.
+void fillPanel(Panel& panel, int count);
+// A console with both panels open, each filled with `count` files. False without a display.
+bool openPanels(int argc, char** argv, int count);

@@ -1,0 +1,6 @@
+#include "commander/command_seams.h"
+
+CommandSeams& commandSeams() {
+  static CommandSeams seams;
+  return seams;
+}

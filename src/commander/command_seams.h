@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+
+#include "panels/panel_pair.h"
+
+// What the main loop calls of modules that stand beside it. A module connects itself by filling its
+// place; an empty place makes the key and the menu item do nothing. Application thread.
+struct CommandSeams {
+  std::function<void(int topic)> help;
+  std::function<void(int side, bool mainMenu)> userMenu;
+  std::function<void()> editUserMenu;
+  std::function<void()> editAssociations;
+  std::function<void()> saveConfiguration;
+  std::function<void()> configurationDialog;
+  std::function<void()> coloursDialog;
+  std::function<void()> confirmationsDialog;
+  std::function<void(int side, bool lastResult)> fileFind;
+  std::function<void()> compareDirectories;
+  std::function<void(Panel&)> countDirectorySizes;
+  std::function<void(Panel&)> fileAttributes;
+  std::function<void(Panel&)> fileCase;
+  std::function<void(Panel&)> fileDateTime;
+  std::function<void(Panel&)> makeSymbolicLink;
+  std::function<void(Panel&)> makeObjects;
+  std::function<void(Panel&)> compressIntoArchive;
+  // Extract from or add to an archive: true when an archive was involved and the command is done.
+  std::function<bool(Panel& source, int copyFlags)> archiveCopy;
+  // A chosen path, or "".
+  std::function<Westring()> treeWindow;
+  std::function<Westring()> directoryHistoryWindow;
+  std::function<bool(Panel&)> storedPaths;
+  // A command to put on the line, or "".
+  std::function<Westring()> commandHistoryWindow;
+  // `panel` is the viewer's list, or null.
+  std::function<void(const Westring& file, Panel* panel)> viewFile;
+  std::function<void(const Westring& file)> editFile;
+  // Runs a command with its macros expanded, once per file if they ask for it. `file` is what it is
+  // for;
+  // "" stands for the entry under the cursor.
+  std::function<void(const Westring& text, const Westring& file, int side)> processCommand;
+  // Opens the file under the cursor by an association, as a program or as an archive.
+  std::function<void(Panel&)> openFile;
+  std::function<void(Panel&)> expandTreeNode;
+  std::function<void(Panel&)> collapseTreeNode;
+  std::function<bool(Panel&, const Westring& name, Westring& found)> findInTree;
+};
+
+CommandSeams& commandSeams();
+
+// Calls a seam that may be empty.
+template <class... Parameters, class... Arguments>
+void callSeam(const std::function<void(Parameters...)>& seam, Arguments&&... arguments) {
+  if (seam) seam(std::forward<Arguments>(arguments)...);
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "commander/main_loop.h"
+
+enum class Separate { No, Yes };  // Yes: run beside the program, with the Background prefix
+
+// The Enter command: runs the line, or opens the entry under the cursor when the line is empty.
+void executeLine(MainLoop& loop, Separate separate);
+
+// The built-in cd of a command that matches "cd[\. ]*".
+bool isChangeDirectory(const Westring& command);
+void runChangeDirectory(Panel& panel, const Westring& command);

@@ -1,0 +1,50 @@
+#include "commander/exit_program.h"
+
+#include "commander/command_seams.h"
+#include "commander/temporary_names.h"
+#include "config/colours.h"
+#include "config/options.h"
+#include "console/text_state.h"
+#include "foundation/safe_file.h"
+#include "foundation/utf8.h"
+#include "panels/panel_draw.h"
+#include "panels/panel_window.h"
+#include "ui/alert.h"
+
+bool confirmExit() {
+  if (GlobalOptions::Confirmations & ConfirmationOff::Quit) return true;
+  return alert("Are you sure you want to exit TD/X ?", L"", AlertButtons::OkCancel) == Answer::Yes;
+}
+
+void leavePanels() {
+  constexpr int shellCursor = 15;
+  if (GlobalOptions::AutoSave) callSeam(commandSeams().saveConfiguration);
+  for (int side = 1; side >= 0; --side) {
+    Panel& panel = panelPair().side[side];
+    while (panel.archive) panel.archive = std::move(panel.archive->parent);
+    closePanelWindow(side);
+  }
+  removeTemporaries();
+  setTextAttr(colourOf(Colour::CommandLine));
+  int row = panelPair().screenLines - 2;
+  for (int i = 0; i < 2; ++i) {
+    setTextPos(0, row + i);
+    clearToEndOfLine();
+  }
+  setTextPos(0, row);
+  setCursorShape(shellCursor);
+  Westring noTitle;
+  setWindowTitle(&noTitle);
+  syncCursor();
+}
+
+void writeExitScript(const Westring& script, const Westring& directory) {
+  constexpr mode_t scriptMode = 0660;
+  constexpr int driveLength = 2;  // the record keeps the form of a drive letter and a path
+  Estring first = toUtf8(left(directory, 1));
+  Westring rest = directory.length() > driveLength ? mid(directory, driveLength, 0) : Westring();
+  Estring text = first + ":\r\ncd \"" + toUtf8(rest) + "\"\r\n";
+  SafeFile file;
+  if (file.create(script) != 0) return;
+  if (file.write(text.data(), text.length()) == 0) file.commit(scriptMode);
+}

@@ -1,0 +1,97 @@
+#include "commander/file_dialogs.h"
+
+#include "commander/command_seams.h"
+#include "commander/view_edit.h"
+#include "config/colours.h"
+#include "config/options.h"
+#include "console/key_codes.h"
+#include "foundation/names.h"
+#include "foundation/path_info.h"
+#include "panels/change_directory.h"
+#include "panels/directory_reader.h"
+#include "panels/panel_draw.h"
+#include "ui/alert.h"
+#include "ui/dialog.h"
+
+namespace {
+
+constexpr int FieldX = 1, FieldY = 2;
+
+struct OneFieldLayout {
+  int top;
+  int width;
+  int height;
+  int fieldWidth;
+};
+constexpr OneFieldLayout NamedFile{6, 74, 9, 70};
+constexpr OneFieldLayout Filter{5, 76, 8, 72};
+constexpr int MaxFieldLength = 512;
+
+// True when the user ended the dialog with Enter; `text` is untouched by Esc.
+bool askText(const OneFieldLayout& layout, const char* heading, FieldHistory history,
+             Westring& text) {
+  Westring edited = text;
+  Dialog dialog(-1, layout.top, layout.width, layout.top + layout.height - 1,
+                colourOf(Colour::Messages));
+  dialog.addText(-1, 0, heading);
+  dialog.addString(FieldX, FieldY, Group::New, &edited, layout.fieldWidth, MaxFieldLength, history);
+  if (dialog.run() == Key::Esc) return false;
+  text = edited;
+  return true;
+}
+
+// A typed name as a path of the active panel; false when it can't be one.
+bool askFile(const char* heading, Westring& path) {
+  Panel& panel = panelPair().active();
+  const entry* item = panel.currentEntry();
+  path = item ? item->name() : L"";
+  if (!askText(NamedFile, heading, FieldHistory::ViewFile, path)) return false;
+  if (trim(path).empty()) return false;
+  // A real name is taken as it stands: the rules of typed text would change dots and backslashes.
+  if (item && sameName(path, item->name())) {
+    path = joinPath(shownPath(panel), path);
+    return true;
+  }
+  Westring typed = path;
+  if (canonicalPath(path, &shownPath(panel)) == 0) return true;
+  alert("Invalid path", typed, AlertButtons::Ok, AlertColour::Error);
+  return false;
+}
+
+}  // namespace
+
+void viewNamedFile() {
+  Westring path;
+  if (!askFile("View the file:", path)) return;
+  if (!GlobalOptions::Viewer.empty()) {
+    return callSeam(commandSeams().processCommand, GlobalOptions::Viewer, path,
+                    panelPair().activeSide);
+  }
+  viewFile(path);
+}
+
+void editNamedFile() {
+  Westring path;
+  if (!askFile("Edit the file:", path)) return;
+  if (!GlobalOptions::Editor.empty()) {
+    callSeam(commandSeams().processCommand, GlobalOptions::Editor, path, panelPair().activeSide);
+  } else {
+    editFile(path);
+  }
+  panelRefresh();
+  Panel& panel = panelPair().active();
+  if (!sameName(parentOf(path), shownPath(panel))) return;
+  selectName(panel, lastComponent(path).data());
+  drawPanel(panel);
+}
+
+void setFilterDialog(int side) {
+  Panel& panel = panelPair().side[side];
+  Estring heading;
+  heading.format("Filter for %s panel", side == 0 ? "left" : "right");
+  if (!askText(Filter, heading.data(), FieldHistory::Filter, panel.filter)) return;
+  (side == 0 ? GlobalOptions::LeftFilter : GlobalOptions::RightFilter) = panel.filter;
+  if (panel.isFiles() && panel.isTreeStyle()) panel.rescanTree = true;
+  enterPath(panel, L"", KeepTags::Yes);
+  drawPanel(panel);
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <functional>
+
+#include "panels/panel.h"
+
+void goToRoot();            // inside an archive: to the directory that holds it
+void goToOtherDirectory();  // the active panel to the other one's directory
+void goToPreviousPath();
+void goHome();
+void goToShortcut(int digit);
+void storeShortcut(int digit);
+// Opens the entry under the cursor: enters a directory, hands a file to the module that opens
+// files.
+void enterCurrent(Panel& panel);
+// Goes to what a window of directories gave; nothing for an empty answer or window.
+void goToChoice(const std::function<Westring()>& window);
+
+// Whether the option that turns Ctrl-R into a drive change counts.
+enum class DriveChange { Never, Allowed };
+void reRead(Panel& panel, DriveChange driveChange);

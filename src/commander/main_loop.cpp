@@ -1,0 +1,163 @@
+#include "commander/main_loop.h"
+
+#include "commander/go_commands.h"
+#include "commander/key_bar.h"
+#include "commander/key_commands.h"
+#include "config/colours.h"
+#include "config/options.h"
+#include "console/input.h"
+#include "console/text_state.h"
+#include "foundation/signals.h"
+#include "foundation/text_format.h"
+#include "panels/change_directory.h"
+#include "panels/panel_clock.h"
+#include "panels/panel_draw.h"
+#include "panels/panel_window.h"
+#include "panels/status_line.h"
+
+namespace {
+
+constexpr int CursorShape = 15;  // percent of a cell, as in input fields
+constexpr int ShortPromptLength = 2;
+
+// An active panel that went off hands over to the other one.
+void chooseActiveSide(MainLoop& loop) {
+  PanelPair& pair = panelPair();
+  if (!bothPanelsOff() && !pair.active().showing) {
+    setActiveSide(1 - pair.activeSide);
+    markActivePanel();
+    loop.repaintCursor = true;
+    loop.raise(Redraw::CommandRow);
+  } else if (loop.redraw != Redraw::Nothing) {
+    markActivePanel();
+  }
+}
+
+void forgetNameOffset(Panel& panel) {
+  if (panel.nameOffsetEntry == panel.currentIndex()) return;
+  panel.nameOffset = 0;
+  panel.nameOffsetEntry = panel.currentIndex();
+}
+
+void drawCommandRow(MainLoop& loop) {
+  int row = panelPair().screenLines - 2;
+  loop.prompt = commandPrompt();
+  int room = panelPair().screenColumns - loop.prompt.length();
+  int scroll = loop.line.scrollFor(room);
+  BatchScope batch;
+  setTextAttr(colourOf(Colour::CommandLine));
+  writeWideAt(0, row, loop.prompt.data());
+  const Westring& text = loop.line.text();
+  Westring visible = left(right(text, text.length() - scroll), room);
+  writeWideAt(loop.prompt.length(), row, visible.data());
+  clearToEndOfLine();
+}
+
+void drawBelowPanels(MainLoop& loop) {
+  if (loop.drawnShiftState != lastShiftState()) loop.raise(Redraw::All);
+  if (loop.redraw == Redraw::Nothing) return;
+  drawCommandRow(loop);
+  if (loop.redraw == Redraw::All) {
+    drawKeyBar(lastShiftState());
+    loop.drawnShiftState = lastShiftState();
+    showPathInWindowTitle();
+  }
+  loop.redraw = Redraw::Nothing;
+}
+
+void placeTextCursor(MainLoop& loop) {
+  int room = panelPair().screenColumns - loop.prompt.length();
+  int x = loop.prompt.length() + loop.line.cursor() - loop.line.scrollFor(room);
+  setTextPos(x, panelPair().screenLines - 2);
+}
+
+// Waits for a key; the clock moves on while nothing comes.
+int waitForKey(MainLoop& loop, MouseMessage& mouse) {
+  unsigned char scan = 0;
+  int key = 0;
+  setCursorShape(CursorShape);
+  while (key == 0 && !endRequested()) {
+    key = getKey(&scan, &mouse, GlobalOptions::Clock ? msToNextMinute() : -1);
+    if (key == 0 && scan != 0) {
+      key = mouse.state & ShiftState::Shift ? Key::shifted(scan) : Key::extended(scan);
+    }
+    if (key == 0 && GlobalOptions::Clock) drawClock();
+  }
+  setCursorShape(0);
+  loop.shiftState = mouse.state;
+  return key;
+}
+
+void takeMouse(MainLoop& loop, const MouseMessage& mouse) {
+  int key = 0;
+  switch (handlePanelMouse(mouse, loop.mouse, key)) {
+    case MouseOutcome::Nothing:
+      return;
+    case MouseOutcome::Handled:
+      break;
+    case MouseOutcome::EnterCommand:
+      enterCurrent(panelPair().active());
+      break;
+    case MouseOutcome::OpenMenu:
+      loop.pendingKey = Key::F9;
+      break;
+    case MouseOutcome::RunKey:
+      loop.pendingKey = key;
+      break;
+    case MouseOutcome::EditDirectoryInfo:
+      loop.pendingKey = Key::F4;
+      break;
+  }
+  loop.repaintCursor = true;
+  loop.raise(Redraw::CommandRow);
+}
+
+void oneRound(MainLoop& loop) {
+  PanelPair& pair = panelPair();
+  panelsVisible(true);
+  chooseActiveSide(loop);
+  Panel& panel = pair.active();
+  forgetNameOffset(panel);
+  if (loop.repaintCursor) {
+    BatchScope batch;
+    drawCursor(pair.activeSide, CursorBar::On);
+    drawStatusLine(pair.inactive());
+    loop.repaintCursor = false;
+  }
+  drawBelowPanels(loop);
+  panel.saved = {panel.top, panel.cursor};
+  placeTextCursor(loop);
+
+  MouseMessage mouse;
+  int key = loop.pendingKey;
+  loop.pendingKey = 0;
+  if (key == 0) {
+    key = waitForKey(loop, mouse);
+  } else {
+    loop.shiftState = lastShiftState();
+  }
+  if (key == Key::MouseEvent) return takeMouse(loop, mouse);
+  if (key != 0 && key != Key::ShiftChanged) dispatchKey(loop, key);
+}
+
+}  // namespace
+
+bool bothPanelsOff() {
+  return !panelPair().side[0].showing && !panelPair().side[1].showing;
+}
+
+Westring commandPrompt() {
+  PanelPair& pair = panelPair();
+  Panel& active = pair.active();
+  Panel& shown = active.isFiles() && !active.isTreeStyle() ? active : pair.inactive();
+  Westring path = shownPath(shown);
+  if (!GlobalOptions::PathPrompt) path = left(path, ShortPromptLength);
+  return shortenPath(path, pair.screenColumns / 2 - 1) + L">";
+}
+
+void runMainLoop(MainLoop& loop) {
+  while (!loop.leaving) {
+    if (endRequested()) return;
+    oneRound(loop);
+  }
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "commander/command_line.h"
+#include "panels/panel_mouse.h"
+#include "panels/panel_pair.h"
+
+// How much of the rows below the panels the next round draws anew.
+enum class Redraw : int { Nothing = 0, CommandRow = 1, All = 2 };
+
+// What outlives one round of the main loop and what commands may change. Application thread.
+struct MainLoop {
+  CommandLine line;
+  Redraw redraw = Redraw::All;
+  bool repaintCursor = true;
+  int pendingKey = 0;
+  int shiftState = 0;        // of the last key, as commands look at it
+  int drawnShiftState = -1;  // what the key bar shows
+  PanelMouseState mouse;
+  bool leaving = false;
+  Westring prompt;
+
+  void raise(Redraw level) {
+    if (static_cast<int>(level) > static_cast<int>(redraw)) redraw = level;
+  }
+};
+
+// Rounds until the user leaves.
+void runMainLoop(MainLoop& loop);
+
+// The prompt of the active panel, shortened, with ">".
+Westring commandPrompt();
+bool bothPanelsOff();

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <vector>
+
+// One line of a pull-down menu. No text is a separator; text with code 0 is disabled.
+struct menuItem {
+  const char* text;
+  int quickLetter;  // index in the text
+  int code;
+  wchar_t mark = L' ';
+
+  bool isSeparator() const { return text == nullptr; }
+};
+
+struct Menu {
+  const char* title;  // with its own padding, as drawn when it is chosen
+  int column;
+  char hotLetter;
+  int width;  // of the drop-down's interior
+  std::vector<menuItem> items;
+};
+
+inline constexpr int MenuCount = 5;
+inline constexpr int LeftMenu = 0, FilesMenu = 1, CommandsMenu = 2, OptionsMenu = 3, RightMenu = 4;
+extern const char MenuBarText[];
+
+// The five menus in bar order. Application thread.
+std::vector<Menu>& menus();
+// Sets the marks of the panel menus and of the options by the present state.
+void refreshMenuMarks();

@@ -1,0 +1,170 @@
+#include "commander/program.h"
+
+#include <clocale>
+#include <cstdio>
+#include <memory>
+
+#include "commander/arguments.h"
+#include "commander/exit_program.h"
+#include "commander/main_loop.h"
+#include "commander/view_edit.h"
+#include "config/colours.h"
+#include "config/options.h"
+#include "console/console.h"
+#include "console/key_codes.h"
+#include "console/text_state.h"
+#include "foundation/data_paths.h"
+#include "foundation/locale_settings.h"
+#include "foundation/names.h"
+#include "foundation/path_info.h"
+#include "foundation/signals.h"
+#include "panels/change_directory.h"
+#include "panels/directory_reader.h"
+#include "panels/panel_clock.h"
+#include "panels/panel_draw.h"
+#include "panels/panel_window.h"
+
+namespace {
+
+constexpr int MinColumns = 80;
+constexpr const char* IconFiles[] = {"/usr/share/icons/hicolor/16x16/apps/tandemdeck.png",
+                                     "/usr/share/icons/hicolor/scalable/apps/tandemdeck.svg"};
+
+// The console lives as long as this; other code reaches it by the process-wide pointer.
+class ConsoleOwner {
+ public:
+  ConsoleOwner() : owned_(std::make_unique<CConsole>()) { console = owned_.get(); }
+  ~ConsoleOwner() {
+    console = nullptr;
+    owned_.reset();
+  }
+  ConsoleOwner(const ConsoleOwner&) = delete;
+  ConsoleOwner& operator=(const ConsoleOwner&) = delete;
+
+ private:
+  std::unique_ptr<CConsole> owned_;
+};
+
+// Defaults, and a screen that agrees with them.
+void applyOptions() {
+  using namespace GlobalOptions;
+  constexpr int defaultSpeed = 8, maxSpeed = 1000, maxTab = 8;
+  setDefaultOptions();
+  defaultColours();
+  if (MouSpeed <= 0 || MouSpeed > maxSpeed) MouSpeed = defaultSpeed;
+  if (TabWidth < 1 || TabWidth > maxTab) TabWidth = maxTab;
+  fetchScreenSize();
+  if (panelPair().screenColumns >= MinColumns) return;
+  console->setGeometry(MinColumns, panelPair().screenLines, Estring(), 0);
+  fetchScreenSize();
+}
+
+// The panel's start directory: what was asked for, else the working directory, else the nearest
+// directory above it that there is.
+void chooseStartDirectory(Panel& panel, const Westring& argument, const Westring& configured) {
+  panel.path = currentDir();
+  if (panel.path.empty()) panel.path = L"/";
+  const Westring& wanted = argument.empty() ? configured : argument;
+  if (!wanted.empty() && changeDirectory(panel, wanted)) return;
+  while (!panel.isRoot() && !isDirectoryPath(panel.path)) panel.path = parentOf(panel.path);
+}
+
+struct SideOptions {
+  int sort, style, type;
+  bool showing;
+  const Westring& filter;
+};
+
+void initPanel(int side, const SideOptions& options) {
+  Panel& panel = panelPair().side[side];
+  panel.sort = options.sort;
+  panel.style = static_cast<PanelStyle>(options.style);
+  panel.type = static_cast<PanelType>(options.type);
+  panel.filter = options.filter;
+  panel.showing = true;
+  updatePageSize(panel);
+  readDirectory(panel);
+  panel.lastPath = panel.path;
+  panel.showing = options.showing;
+  if (options.showing) openPanelWindow(side);
+}
+
+void initPanels(const Arguments& arguments) {
+  using namespace GlobalOptions;
+  chooseStartDirectory(panelPair().side[0], arguments.leftDirectory, Left);
+  chooseStartDirectory(panelPair().side[1], arguments.rightDirectory, Right);
+  console->writeTty("\n\n");
+  initPanel(0, {LeftSort, LeftStyle, LeftType, LeftShowing, LeftFilter});
+  initPanel(1, {RightSort, RightStyle, RightType, RightShowing, RightFilter});
+  setActiveSide(StartupSide == 'R' ? 1 : 0);
+  setWorkingDirectory(panelPair().active());
+  setWindowTitle(nullptr);
+  markActivePanel();
+  drawClock();
+}
+
+void runAlone(const Arguments& arguments) {
+  constexpr int shellCursor = 15;
+  if (!arguments.fileToView.empty()) setCursorShape(0);
+  if (!arguments.fileToView.empty()) viewFile(arguments.fileToView);
+  if (!arguments.fileToEdit.empty()) editFile(arguments.fileToEdit);
+  setTextPos(0, panelPair().screenLines - 1);
+  setCursorShape(shellCursor);
+}
+
+void runPanels(const Arguments& arguments) {
+  initPanels(arguments);
+  MainLoop loop;
+  runMainLoop(loop);
+  Westring directory = physicalDirectory(panelPair().active());
+  leavePanels();
+  if (!arguments.exitScript.empty()) writeExitScript(arguments.exitScript, directory);
+}
+
+// A wrong command line says so and ends the program.
+int refuse(const Arguments& arguments) {
+  puts(arguments.message.c_str());
+  return arguments.exitStatus;
+}
+
+bool refused(const Arguments& arguments) {
+  return arguments.outcome == Arguments::Outcome::Exit;
+}
+
+// A request to end wakes the wait for a key.
+void wakeConsole() {
+  TEvent event;
+  event.code = Key::ShiftChanged;
+  if (console) console->events().put(event);
+}
+
+}  // namespace
+
+int runProgram(int argc, char** argv) {
+  setlocale(LC_ALL, "");
+  installSignals();
+  setProgramPath(programPathOf(argc, argv));
+  bool display = initToolkit(&argc, &argv);
+  if (!display) {
+    Arguments arguments = parseArguments(argc, argv);
+    if (refused(arguments)) return refuse(arguments);
+    fputs("td: cannot open the X display\n", stderr);
+    return 1;
+  }
+  ConsoleOwner owner;
+  EndWatcher endWatcher(wakeConsole);
+  console->setIconList({std::begin(IconFiles), std::end(IconFiles)});
+  fetchScreenSize();
+  Arguments arguments = parseArguments(argc, argv);
+  if (refused(arguments)) return refuse(arguments);
+  setConfigurationFile(arguments.configurationFile);
+  applyOptions();
+  readLocaleSettings(GlobalOptions::CodePage);
+  console->setCodePage(GlobalOptions::CodePage);
+  if (!arguments.fileToView.empty() || !arguments.fileToEdit.empty()) {
+    runAlone(arguments);
+    return 0;
+  }
+  runPanels(arguments);
+  return 0;
+}

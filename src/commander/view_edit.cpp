@@ -1,0 +1,77 @@
+#include "commander/view_edit.h"
+
+#include "commander/association_set.h"
+#include "commander/command_seams.h"
+#include "config/options.h"
+#include "foundation/names.h"
+#include "panels/change_directory.h"
+#include "panels/directory_reader.h"
+#include "panels/panel_draw.h"
+
+namespace {
+
+constexpr wchar_t DirectoryNote[] = L"dirinfo";
+
+bool bothOff() {
+  return !panelPair().side[0].showing && !panelPair().side[1].showing;
+}
+
+// The associated program comes first, but only for the plain key.
+Westring commandFor(AssociationSet& set, const wchar_t* name, Program program,
+                    const Westring& first, const Westring& second) {
+  if (program == Program::Second) return second;
+  const Westring* associated = set.findByName(name);
+  return associated ? *associated : first;
+}
+
+void runProgram(const Westring& command) {
+  callSeam(commandSeams().processCommand, command, Westring(), panelPair().activeSide);
+}
+
+// The note of the directory that an INFO panel tells about.
+void editDirectoryNote(Panel& infoPanel) {
+  Westring note = joinPath(shownPath(panelPair().other(infoPanel)), DirectoryNote);
+  callSeam(commandSeams().editFile, note);
+  drawPanel(infoPanel);
+}
+
+}  // namespace
+
+void viewCommand(Program program) {
+  Panel& panel = panelPair().active();
+  entry* item = panel.currentEntry();
+  if (bothOff() || !panel.isFiles() || !item) return;
+  if (item->isDirectory()) return callSeam(commandSeams().countDirectorySizes, panel);
+  Westring name = item->name();
+  Westring command = commandFor(associationSets().viewers, name.data(), program,
+                                GlobalOptions::Viewer, GlobalOptions::Viewer2);
+  setWindowTitle(&name);
+  if (command.empty()) {
+    callSeam(commandSeams().viewFile, joinPath(shownPath(panel), name), &panel);
+  } else {
+    runProgram(command);
+  }
+}
+
+void editCommand(Program program) {
+  Panel& panel = panelPair().active();
+  if (!bothOff() && !panel.isFiles()) return editDirectoryNote(panel);
+  entry* item = panel.currentEntry();
+  if (bothOff() || !item || item->isDirectory()) return;
+  Westring name = item->name();
+  Westring command = commandFor(associationSets().editors, name.data(), program,
+                                GlobalOptions::Editor, GlobalOptions::Editor2);
+  setWindowTitle(&name);
+  if (!command.empty()) return runProgram(command);
+  if (!commandSeams().editFile) return;
+  commandSeams().editFile(joinPath(shownPath(panel), name));
+  panelRefresh();
+}
+
+void viewFile(const Westring& path) {
+  callSeam(commandSeams().viewFile, path, static_cast<Panel*>(nullptr));
+}
+
+void editFile(const Westring& path) {
+  callSeam(commandSeams().editFile, path);
+}

@@ -1,0 +1,192 @@
+#include "commander/menu_bar.h"
+
+#include "commander/command_seams.h"
+#include "commander/menu_codes.h"
+#include "commander/menu_items.h"
+#include "config/colours.h"
+#include "console/key_codes.h"
+#include "support/console_test.h"
+
+namespace {
+
+class MenuBarTest : public ConsoleTest {
+ protected:
+  int runKeys(std::initializer_list<int> codes, int side = 0, MenuStart start = MenuStart::Fresh) {
+    for (int code : codes) queueKey(code);
+    return pullDownMenu(side, start);
+  }
+
+  // What the screen shows when the bar waits for its next key: the bar is left by a timer of
+  // events, so the picture is taken by the help seam, which F1 calls.
+  std::string screenAfter(std::initializer_list<int> codes, int side = 0) {
+    std::string picture;
+    commandSeams().help = [&](int) { picture = screenText(); };
+    for (int code : codes) queueKey(code);
+    queueKey(Key::F1);
+    queueKey(Key::F10);
+    pullDownMenu(side, MenuStart::Fresh);
+    commandSeams().help = nullptr;
+    return picture;
+  }
+};
+
+TEST_F(MenuBarTest, TheClosedBarLooksAsDrawn) {
+  expectGoldenText("menu_closed", screenAfter({}));
+}
+
+TEST_F(MenuBarTest, TheLeftMenuLooksAsDrawn) {
+  expectGoldenText("menu_left", screenAfter({Key::Enter}));
+}
+
+TEST_F(MenuBarTest, TheFilesMenuLooksAsDrawn) {
+  expectGoldenText("menu_files", screenAfter({'f'}));
+}
+
+TEST_F(MenuBarTest, TheCommandsMenuLooksAsDrawn) {
+  expectGoldenText("menu_commands", screenAfter({'c'}));
+}
+
+TEST_F(MenuBarTest, TheOptionsMenuLooksAsDrawn) {
+  expectGoldenText("menu_options", screenAfter({'o'}));
+}
+
+TEST_F(MenuBarTest, TheRightMenuLooksAsDrawn) {
+  expectGoldenText("menu_right", screenAfter({Key::Enter}, 1));
+}
+
+TEST_F(MenuBarTest, EscapeLeavesAClosedBarAndClosesAnOpenOne) {
+  EXPECT_EQ(runKeys({Key::Esc}), 0);
+  EXPECT_EQ(runKeys({Key::Enter, Key::Esc, Key::Esc}), 0);
+  EXPECT_EQ(screenText().find_first_not_of(" \n"), std::string::npos);
+}
+
+TEST_F(MenuBarTest, EnterOpensAndThenReturnsTheItemsCode) {
+  EXPECT_EQ(runKeys({Key::Enter, Key::Enter}), MenuCode::LeftBrief);
+  EXPECT_EQ(runKeys({Key::Enter, Key::Enter}, 1), MenuCode::RightBrief);
+}
+
+TEST_F(MenuBarTest, DownOpensAndStepsOverSeparators) {
+  EXPECT_EQ(runKeys({Key::Down, Key::Down, Key::Enter}), MenuCode::LeftFull);
+  EXPECT_EQ(runKeys({'o', Key::Down, Key::Down, Key::Down, Key::Enter}), MenuCode::Hidden);
+}
+
+TEST_F(MenuBarTest, UpWrapsToTheLastItemAndDownBack) {
+  EXPECT_EQ(runKeys({Key::Down, Key::Up, Key::Enter}), Key::AltF1);
+  EXPECT_EQ(runKeys({Key::Down, Key::Up, Key::Down, Key::Enter}), MenuCode::LeftBrief);
+}
+
+TEST_F(MenuBarTest, HomeAndEndGoToTheFirstAndTheLastItem) {
+  EXPECT_EQ(runKeys({'f', Key::End, Key::Enter}), Key::F10);
+  EXPECT_EQ(runKeys({'f', Key::End, Key::Home, Key::Enter}), Key::ShiftF1);
+}
+
+TEST_F(MenuBarTest, LeftAndRightWrapAroundTheBarAndKeepItOpen) {
+  EXPECT_EQ(runKeys({Key::Left, Key::Enter, Key::Enter}), MenuCode::RightBrief);
+  EXPECT_EQ(runKeys({Key::Enter, Key::Right, Key::Enter}), Key::ShiftF1);
+  EXPECT_EQ(runKeys({Key::Right, Key::Enter, Key::Enter}, 1), MenuCode::LeftBrief);
+}
+
+TEST_F(MenuBarTest, EveryQuickLetterReturnsItsItem) {
+  for (int index = 0; index < MenuCount; ++index) {
+    const Menu menu = menus()[index];
+    for (const menuItem& item : menu.items) {
+      if (item.isSeparator()) continue;
+      char letter = item.text[item.quickLetter];
+      // A letter that two items share chooses the first.
+      const menuItem* first = nullptr;
+      for (const menuItem& other : menu.items) {
+        if (!first && !other.isSeparator() &&
+            tolower(other.text[other.quickLetter]) == tolower(letter)) {
+          first = &other;
+        }
+      }
+      int side = index == RightMenu ? 1 : 0;
+      EXPECT_EQ(runKeys({menu.hotLetter, letter}, side), first->code) << item.text;
+    }
+  }
+}
+
+TEST_F(MenuBarTest, AltLettersCountAsLetters) {
+  constexpr int altF = 0x10021;
+  EXPECT_EQ(runKeys({altF, 'q'}), Key::F10);
+}
+
+TEST_F(MenuBarTest, ReopeningReturnsToTheLastPlace) {
+  EXPECT_EQ(runKeys({'o', 't'}), MenuCode::TagDirectories);
+  EXPECT_EQ(runKeys({Key::Enter}, 0, MenuStart::Reopen), MenuCode::TagDirectories);
+}
+
+TEST_F(MenuBarTest, ADisabledItemCannotBeChosen) {
+  menuItem& item = menus()[FilesMenu].items[0];
+  int code = item.code;
+  item.code = 0;
+  EXPECT_EQ(runKeys({'f', Key::Enter}), 0);
+  EXPECT_EQ(runKeys({'f', 'l', Key::F10}), 0);
+  item.code = code;
+}
+
+TEST_F(MenuBarTest, F10LeavesFromAnywhere) {
+  EXPECT_EQ(runKeys({Key::F10}), 0);
+  EXPECT_EQ(runKeys({'c', Key::F10}), 0);
+}
+
+TEST_F(MenuBarTest, F1AsksForHelpOnThisMenuAndTheRightOneSharesTheLeftOnesTopic) {
+  std::vector<int> topics;
+  commandSeams().help = [&](int topic) { topics.push_back(topic); };
+  runKeys({Key::F1, Key::Right, Key::F1, Key::Left, Key::Left, Key::F1, Key::F10});
+  commandSeams().help = nullptr;
+  EXPECT_EQ(topics, (std::vector<int>{100, 101, 100}));
+}
+
+TEST_F(MenuBarTest, APressOnATitleSelectsItAndASecondOneOpensAndCloses) {
+  queueMouse(EventKind::Press, 12, 0);
+  queueKey(Key::Enter);
+  queueKey(Key::Enter);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), Key::ShiftF1);
+  queueMouse(EventKind::Press, 4, 0);
+  queueKey(Key::Enter);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), MenuCode::LeftBrief);
+  queueMouse(EventKind::Press, 4, 0);
+  queueMouse(EventKind::Press, 4, 0);
+  queueKey(Key::Esc);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+}
+
+TEST_F(MenuBarTest, AnItemIsReturnedOnReleaseOverIt) {
+  queueKey('f');
+  queueMouse(EventKind::Press, 15, 4);
+  queueMouse(EventKind::Release, 15, 4);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), Key::F3);
+}
+
+TEST_F(MenuBarTest, AReleaseWithoutItsPressChoosesNothing) {
+  queueKey('f');
+  queueMouse(EventKind::Release, 15, 4);
+  queueKey(Key::F10);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+}
+
+TEST_F(MenuBarTest, AClickElsewhereClosesAndThenLeaves) {
+  queueKey('f');
+  queueMouse(EventKind::Press, 70, 20);
+  queueMouse(EventKind::Press, 70, 20);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+}
+
+TEST_F(MenuBarTest, QuickLettersShowInTheirColourOnTheRowsBackground) {
+  commandSeams().help = [&](int) {
+    // "Brief" is chosen: its row has the highlight's background.
+    EXPECT_EQ(attrAt(4, 2), (0x0F & 0xF0) | 0x0E);
+    EXPECT_EQ(attrAt(5, 2), 0x0F);
+    EXPECT_EQ(attrAt(4, 3), (0x3F & 0xF0) | 0x0E);
+    EXPECT_EQ(attrAt(5, 3), 0x3F);
+    EXPECT_EQ(attrAt(5, 10), 0x30);
+  };
+  queueKey(Key::Enter);
+  queueKey(Key::F1);
+  queueKey(Key::F10);
+  pullDownMenu(0, MenuStart::Fresh);
+  commandSeams().help = nullptr;
+}
+
+}  // namespace

@@ -1,0 +1,102 @@
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <csignal>
+
+#include "config/options.h"
+#include "console/console.h"
+#include "e2e/program_test.h"
+
+namespace {
+
+class StartAndExit : public ProgramTest {};
+
+TEST_F(StartAndExit, EscapeAtTheQuestionStays) {
+  start();
+  press(XK_F10);
+  expectText("Are you sure you want to exit TD/X ?");
+  press(XK_Escape);
+  expectNoText("Are you sure");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartAndExit, TheLetterYLeaves) {
+  start();
+  press(XK_F10);
+  expectText("Are you sure you want to exit TD/X ?");
+  type("y");
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(StartAndExit, ClosingTheWindowAsksLikeF10) {
+  start();
+  keys().closeWindow(console->windowId());
+  expectText("Are you sure you want to exit TD/X ?");
+  press(XK_Return);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(StartAndExit, AnUnknownOptionEndsWithStatusOne) {
+  EXPECT_EQ(runToEnd({"-q"}), 1);
+}
+
+TEST_F(StartAndExit, EditWithoutAFileEndsWithStatusOne) {
+  EXPECT_EQ(runToEnd({"-e"}), 1);
+}
+
+TEST_F(StartAndExit, ADirectoryAsArgumentIsIgnored) {
+  start({right().path()});
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartAndExit, AMissingStartDirectoryLeavesTheWorkingDirectory) {
+  ASSERT_EQ(chdir(right().path().c_str()), 0);
+  right().write("from-here", "");
+  start({"-l", "/nowhere/at/all"});
+  expectSoon("the working directory on the left",
+             [this] { return row(0, 2, 40).find("from-here") != std::string::npos; });
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartAndExit, TheExitScriptKeepsTheFormOfADriveAndAPath) {
+  start({"-x", home().path("leave.bat")});
+  EXPECT_EQ(quit(), 0);
+  EXPECT_EQ(home().read("leave.bat"), "/:\r\ncd \"" + left().path().substr(2) + "\"\r\n");
+}
+
+TEST_F(StartAndExit, ATerminateSignalEndsWithoutAQuestionAlsoInsideADialog) {
+  start();
+  press(XK_F7);
+  expectText("Create the directory");
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(StartAndExit, HoldingAltShowsItsKeyBarWithoutAnotherKey) {
+  start();
+  keys().keyDown(XK_Alt_L);
+  expectText("8Histry");
+  keys().keyUp(XK_Alt_L);
+  expectText("10Quit");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartAndExit, LinesAndColumnsGrowAndShrink) {
+  start();
+  press(XK_F9, {XK_Alt_L});
+  expectSoon("50 lines", [] { return console->rows() == 50; });
+  press(XK_F9, {XK_Shift_L, XK_Alt_L});
+  expectSoon("132 columns", [] { return console->columns() == 132; });
+  expectText("10Quit");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartAndExit, TheWindowTitleShowsTheActivePath) {
+  start();
+  expectSoon("the path in the title", [this] {
+    return keys().windowTitle(console->windowId()).find(left().path()) != std::string::npos;
+  });
+  EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
