@@ -5,14 +5,14 @@
 enum class KeepTags { No, Yes };
 inline constexpr int KeepPosition = -1;
 
-// Validates a path, which may be relative, and makes it the panel's; opens and closes archives on the
-// way. False leaves the panel alone. Reads nothing.
+// Validates a path, which may be relative, and makes it the panel's; opens and closes archives on
+// the way. False leaves the panel alone. Reads nothing.
 bool changeDirectory(Panel& panel, const Westring& path);
 // The same for a path made by the program of real names: not canonicalised.
 bool changeDirectoryExact(Panel& panel, const Westring& path);
 
-// Opens a file of the panel as an archive; enterPath with the same name then shows its root. False when
-// it is none.
+// Opens a file of the panel as an archive; enterPath with the same name then shows its root. False
+// when it is none.
 bool attachArchive(Panel& panel, const wchar_t* name);
 
 // Moves up one level, reads, and restores the position.
@@ -25,8 +25,8 @@ void enterPath(Panel& panel, const wchar_t* name, KeepTags keepTags = KeepTags::
 
 // Reads in place a path that changeDirectory or the caller has set, from the top.
 void enterNewPath(Panel& panel);
-// A complete move to a typed or stored place: changeDirectory, position and stack reset, read. False
-// leaves the panel alone.
+// A complete move to a typed or stored place: changeDirectory, position and stack reset, read.
+// False leaves the panel alone.
 bool goToPath(Panel& panel, const Westring& path);
 
 // The path as shown: of the directory, or inside an archive.

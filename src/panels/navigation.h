@@ -2,8 +2,8 @@
 
 #include "panels/panel.h"
 
-// Moves the cursor by `delta` entries and scrolls, drawing only what changed. The caller takes the bar
-// off before and puts it back after.
+// Moves the cursor by `delta` entries and scrolls, drawing only what changed. The caller takes the
+// bar off before and puts it back after.
 void moveCursor(Panel& panel, int delta);
 void cursorHome(Panel& panel);
 void cursorEnd(Panel& panel);
@@ -14,7 +14,8 @@ void cursorColumnLeft(Panel& panel);     // in multi-column styles
 void cursorColumnRight(Panel& panel);
 // To the next (+1) or previous (-1) tagged entry.
 void cursorToTagged(Panel& panel, int direction);
-// Scrolls the current entry's name by one character, to the right (+1) or back (-1), and repaints the bar.
+// Scrolls the current entry's name by one character, to the right (+1) or back (-1), and repaints
+// the bar.
 void scrollName(Panel& panel, int step);
 // Ends the scrolling of a name that the cursor has left.
 void resetNameScroll(Panel& panel);

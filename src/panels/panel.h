@@ -96,18 +96,18 @@ struct PanelContents {
   static constexpr int StoredPositions = 50;
   static constexpr int RestoredPositions = 20;
 
-  Westring path;      // inside an archive: the archive file's path followed by the path inside it
-  Westring lastPath;  // the path of the previous read
+  Westring path;        // inside an archive: the archive file's path followed by the path inside it
+  Westring lastPath;    // the path of the previous read
   PanelPosition saved;  // copied on every round of the main loop
   Westring previousPath;  // the directory left last
   PanelPosition previous;
   int cursor = 0;  // row inside the visible page
   int top = 0;     // index of the first visible entry
   bool showing = true;
-  bool needsRead = false;  // a read was postponed
-  bool needsDraw = false;  // a draw was postponed
-  bool keptOff = false;    // was off already when the panels were taken off together
-  bool infoWasOff = false; // the panel was off when INFO turned it on
+  bool needsRead = false;   // a read was postponed
+  bool needsDraw = false;   // a draw was postponed
+  bool keptOff = false;     // was off already when the panels were taken off together
+  bool infoWasOff = false;  // the panel was off when INFO turned it on
   PanelPosition positionStack[StoredPositions];
   int depth = -1;  // top of positionStack; -1 when empty, never below, at most 32767
   EntryList entries;
@@ -123,8 +123,8 @@ struct PanelContents {
   TreeKeeper* tree = nullptr;  // not owned; null while no tree is loaded
   bool rescanTree = false;
   std::unique_ptr<OpenArchive> archive;  // innermost open archive
-  int nameOffset = 0;        // characters by which a long name is scrolled
-  int nameOffsetEntry = -1;  // the entry it applies to
+  int nameOffset = 0;                    // characters by which a long name is scrolled
+  int nameOffsetEntry = -1;              // the entry it applies to
   int infoRows = 0;
   // The names of all subdirectories of the directory, listed or not.
   std::unique_ptr<NameCollection> subdirectories = std::make_unique<NameCollection>();

@@ -3,9 +3,9 @@
 #include "console/events.h"
 #include "panels/panel.h"
 
-// One step of the quick search by a key: a character extends the text, any other key steps to the next
-// match in `direction`. With StickyAlt the search holds the keyboard until it ends. Returns the key that
-// the main loop must handle, or 0.
+// One step of the quick search by a key: a character extends the text, any other key steps to the
+// next match in `direction`. With StickyAlt the search holds the keyboard until it ends. Returns
+// the key that the main loop must handle, or 0.
 int quickSearchStep(Panel& panel, int key, int direction = 1);
 // The same; `mouse` receives the message when the key that ended the search is Key::MouseEvent.
 int quickSearchStep(Panel& panel, int key, int direction, MouseMessage& mouse);

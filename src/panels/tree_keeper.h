@@ -8,8 +8,8 @@
 
 struct Panel;
 
-// What the panels and the file operations tell the persistent directory tree. The base does nothing:
-// it stands in until a tree is connected.
+// What the panels and the file operations tell the persistent directory tree. The base does
+// nothing: it stands in until a tree is connected.
 class TreeKeeper {
  public:
   virtual ~TreeKeeper() = default;
