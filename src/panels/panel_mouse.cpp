@@ -134,6 +134,7 @@ bool scrollOnce(Panel& panel, int step, MouseKind kind, PanelMouseState& state) 
 void autoScroll(int step, MouseKind kind, PanelMouseState& state) {
   Panel& panel = panelPair().active();
   if (!hasList(panel) || panel.count() == 0) return;
+  state.scrollKind = kind;
   do {
     const int top = panel.top;
     if (!scrollOnce(panel, step, kind, state)) return;
@@ -195,7 +196,7 @@ MouseOutcome release(const MouseMessage& event, PanelMouseState& state) {
   if (state.dragSide < 0) return MouseOutcome::Nothing;
   const int step = scrollDirection(event.y);
   if (buttonOf(event.kind) != state.dragButton) {
-    if (step != 0) autoScroll(step, event.kind, state);
+    if (step != 0) autoScroll(step, state.scrollKind, state);
     return MouseOutcome::Handled;
   }
   if (isFileRow(event.y)) dragOnPanel(event, state);
@@ -208,7 +209,7 @@ MouseOutcome pressToScroll(const MouseMessage& event, PanelMouseState& state) {
   if (!pair.side[sideAt(event.x)].showing) return MouseOutcome::Nothing;
   state.dragSide = pair.activeSide;
   state.dragButton = buttonOf(event.kind);
-  state.lastTagged = pair.side[pair.activeSide].currentIndex();
+  state.lastTagged = -1;
   autoScroll(scrollDirection(event.y), event.kind, state);
   return MouseOutcome::Handled;
 }

@@ -16,6 +16,7 @@ struct PanelMouseState {
   int pressedKey = 0;    // function key under the press on the key bar
   int dragSide = -1;     // the panel where the press began, -1 while no button is down
   MouseButton dragButton = MouseButton::Left;
+  MouseKind scrollKind = MouseKind::LeftPress;  // what began the scrolling under way
 };
 
 // Handles one event; for RunKey `key` receives the key code. Scrolling beyond the page goes on

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <string>
+
+#include "commander/association_set.h"
+#include "config/colours.h"
+#include "config/options.h"
+#include "foundation/fold.h"
+#include "foundation/locale_settings.h"
+#include "foundation/utf8.h"
+#include "panels/panel_draw.h"
+#include "panels/panel_window.h"
+#include "support/console_test.h"
+#include "support/exact_text.h"
+#include "support/temp_dir.h"
+
+// Both panels on the real screen, their listings made by hand.
+class DrawnPanelsTest : public ConsoleTest {
+ protected:
+  static constexpr uint16_t SomeDate = (29 << 9) | (7 << 5) | 4;  // 2009-07-04
+  static constexpr uint16_t SomeTime = (13 << 11) | (5 << 5);     // 13:05
+
+  void SetUp() override {
+    ConsoleTest::SetUp();
+    startAfresh();
+  }
+  void TearDown() override {
+    ConsoleTest::TearDown();
+    startAfresh();
+  }
+
+  Panel& left() { return panelPair().side[0]; }
+  Panel& right() { return panelPair().side[1]; }
+
+  void setScreen(int columns, int rows) {
+    console->setGeometry(columns, rows, Estring(), 0);
+    fetchScreenSize();
+  }
+  void open() {
+    openPanelWindow(0);
+    openPanelWindow(1);
+    drawCursor(panelPair().activeSide, CursorBar::On);
+  }
+
+  entry& addFile(Panel& panel, const std::string& name, uint64_t size = 0) {
+    EntryPtr item(newEntry(decodeFileName(name.c_str()).data()));
+    item->size = size;
+    item->date = SomeDate;
+    item->time = SomeTime;
+    item->mode = 0644;
+    item->sortGroup = SortGroup::File;
+    entry& result = *item;
+    panel.entries.add(std::move(item));
+    return result;
+  }
+  entry& addDirectory(Panel& panel, const std::string& name) {
+    entry& result = addFile(panel, name);
+    result.attributes = Attribute::Directory;
+    result.mode = 0755;
+    result.sortGroup = name == ".." ? SortGroup::Parent : SortGroup::Directory;
+    return result;
+  }
+  // f000, f001 and so on, each of its number in bytes.
+  void addNumbered(Panel& panel, int count) {
+    for (int i = 0; i < count; ++i) {
+      char name[16];
+      snprintf(name, sizeof name, "f%03d", i);
+      addFile(panel, name, static_cast<uint64_t>(i));
+    }
+  }
+  static void tag(Panel& panel, int index) {
+    panel.entries[index]->tagged = 1;
+    ++panel.taggedCount;
+    panel.taggedSize += static_cast<int64_t>(panel.entries[index]->size);
+  }
+
+  // The rows of the left or right panel's window alone.
+  std::string panelText(int side) const {
+    const PanelPair& pair = panelPair();
+    std::string result;
+    for (int y = 0; y < pair.panelRows + 4; ++y) {
+      result += rowText(side * pair.panelWidth(), y, pair.panelWidth()) + "\n";
+    }
+    return result;
+  }
+  std::string statusText(int side) const {
+    const PanelPair& pair = panelPair();
+    return rowText(side * pair.panelWidth() + 1, pair.panelRows + 2, pair.panelWidth() - 2);
+  }
+
+ private:
+  static void startAfresh() {
+    panelPair().side[1].window.reset();
+    panelPair().side[0].window.reset();
+    panelPair() = PanelPair();
+    GlobalOptions::setDefaultOptions();
+    localeSettings = LocaleSettings();
+    associationSets().fileColours.clear();
+    associationSets().directoryColours.clear();
+    buildCaseTables();
+    for (Panel& panel : panelPair().side) panel.path = L"/home/me";
+    if (console) fetchScreenSize();
+  }
+};
