@@ -245,7 +245,6 @@ void MenuBar::takeMouse(const MouseMessage& mouse) {
   int title = titleAt(mouse.x, mouse.y);
   switch (mouse.kind) {
     case MouseKind::LeftPress:
-    case MouseKind::LeftDoubleClick:
     case MouseKind::RightPress:
       pressedItem_ = item >= 0;
       if (item >= 0) return selectItem(item);
@@ -261,6 +260,7 @@ void MenuBar::takeMouse(const MouseMessage& mouse) {
       if (pressedItem_ && item >= 0 && item == place.item) enter();
       pressedItem_ = false;
       return;
+    case MouseKind::LeftDoubleClick:  // its second press came as a press before it
     case MouseKind::Wheel:
       return;
   }
