@@ -4,6 +4,13 @@
 
 #include "panels/panel_pair.h"
 
+// What the user chose in the window of the command history.
+struct HistoryChoice {
+  enum class Action { Nothing, PutOnLine, Run, RunSeparately };
+  Action action = Action::Nothing;
+  Westring command;
+};
+
 // What the main loop calls of modules that stand beside it. A module connects itself by filling its
 // place; an empty place makes the key and the menu item do nothing. Application thread.
 struct CommandSeams {
@@ -11,6 +18,8 @@ struct CommandSeams {
   std::function<void(int side, bool mainMenu)> userMenu;
   std::function<void()> editUserMenu;
   std::function<void()> editAssociations;
+  // Overwrites the options with what the configuration file says.
+  std::function<void()> loadConfiguration;
   std::function<void()> saveConfiguration;
   std::function<void()> configurationDialog;
   std::function<void()> coloursDialog;
@@ -30,19 +39,17 @@ struct CommandSeams {
   std::function<Westring()> treeWindow;
   std::function<Westring()> directoryHistoryWindow;
   std::function<bool(Panel&)> storedPaths;
-  // A command to put on the line, or "".
-  std::function<Westring()> commandHistoryWindow;
+  std::function<HistoryChoice()> commandHistoryWindow;
+  // Takes one file out of the panel's archive; the path of a temporary file, or "" after a failure.
+  std::function<Westring(Panel&, const Westring& name)> extractFile;
   // `panel` is the viewer's list, or null.
   std::function<void(const Westring& file, Panel* panel)> viewFile;
   std::function<void(const Westring& file)> editFile;
   // Runs a command with its macros expanded, once per file if they ask for it. `file` is what it is
-  // for;
-  // "" stands for the entry under the cursor.
+  // for; "" stands for the entry under the cursor.
   std::function<void(const Westring& text, const Westring& file, int side)> processCommand;
   // Opens the file under the cursor by an association, as a program or as an archive.
   std::function<void(Panel&)> openFile;
-  std::function<void(Panel&)> expandTreeNode;
-  std::function<void(Panel&)> collapseTreeNode;
   std::function<bool(Panel&, const Westring& name, Westring& found)> findInTree;
 };
 

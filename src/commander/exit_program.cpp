@@ -5,6 +5,7 @@
 #include "config/colours.h"
 #include "config/options.h"
 #include "console/text_state.h"
+#include "fileops/new_file_mode.h"
 #include "foundation/safe_file.h"
 #include "foundation/utf8.h"
 #include "panels/panel_draw.h"
@@ -39,12 +40,12 @@ void leavePanels() {
 }
 
 void writeExitScript(const Westring& script, const Westring& directory) {
-  constexpr mode_t scriptMode = 0660;
-  constexpr int driveLength = 2;  // the record keeps the form of a drive letter and a path
+  constexpr mode_t scriptMode = 0660;  // before the umask
+  constexpr int driveLength = 2;       // the record keeps the form of a drive letter and a path
   Estring first = toUtf8(left(directory, 1));
   Westring rest = directory.length() > driveLength ? mid(directory, driveLength, 0) : Westring();
   Estring text = first + ":\r\ncd \"" + toUtf8(rest) + "\"\r\n";
   SafeFile file;
   if (file.create(script) != 0) return;
-  if (file.write(text.data(), text.length()) == 0) file.commit(scriptMode);
+  if (file.write(text.data(), text.length()) == 0) file.commit(scriptMode & ~fileModeMask());
 }

@@ -5,8 +5,10 @@
 #include <memory>
 
 #include "commander/arguments.h"
+#include "commander/command_seams.h"
 #include "commander/exit_program.h"
 #include "commander/main_loop.h"
+#include "commander/screen_size.h"
 #include "commander/view_edit.h"
 #include "config/colours.h"
 #include "config/options.h"
@@ -26,7 +28,6 @@
 
 namespace {
 
-constexpr int MinColumns = 80;
 constexpr const char* IconFiles[] = {"/usr/share/icons/hicolor/16x16/apps/tandemdeck.png",
                                      "/usr/share/icons/hicolor/scalable/apps/tandemdeck.svg"};
 
@@ -51,12 +52,10 @@ void applyOptions() {
   constexpr int defaultSpeed = 8, maxSpeed = 1000, maxTab = 8;
   setDefaultOptions();
   defaultColours();
+  callSeam(commandSeams().loadConfiguration);
   if (MouSpeed <= 0 || MouSpeed > maxSpeed) MouSpeed = defaultSpeed;
   if (TabWidth < 1 || TabWidth > maxTab) TabWidth = maxTab;
-  fetchScreenSize();
-  if (panelPair().screenColumns >= MinColumns) return;
-  console->setGeometry(MinColumns, panelPair().screenLines, Estring(), 0);
-  fetchScreenSize();
+  applyScreenOptions();
 }
 
 // The panel's start directory: what was asked for, else the working directory, else the nearest
@@ -112,13 +111,19 @@ void runAlone(const Arguments& arguments) {
   setCursorShape(shellCursor);
 }
 
+// The panels change the working directory, so a relative name is one of where td was started.
+Westring fromHere(const Westring& name) {
+  return name.empty() || name[0] == L'/' ? name : joinPath(currentDir(), name);
+}
+
 void runPanels(const Arguments& arguments) {
+  Westring exitScript = fromHere(arguments.exitScript);
   initPanels(arguments);
   MainLoop loop;
   runMainLoop(loop);
   Westring directory = physicalDirectory(panelPair().active());
   leavePanels();
-  if (!arguments.exitScript.empty()) writeExitScript(arguments.exitScript, directory);
+  if (!exitScript.empty()) writeExitScript(exitScript, directory);
 }
 
 // A wrong command line says so and ends the program.

@@ -11,6 +11,9 @@ namespace {
 
 constexpr int FewLines = 25, ManyLines = 50;
 constexpr int FewColumns = 80, ManyColumns = 132;
+// What a new console has.
+constexpr char FirstFamily[] = "DejaVu Sans Mono";
+constexpr int FirstFontSize = 12;
 
 void closeWindows(bool (&open)[2]) {
   for (int side = 1; side >= 0; --side) {
@@ -26,6 +29,11 @@ void openWindows(const bool (&open)[2]) {
   drawClock();
 }
 
+bool wantsOtherFont() {
+  const Estring& family = GlobalOptions::FontFamily;
+  return (!family.empty() && family != FirstFamily) || GlobalOptions::FontSize != FirstFontSize;
+}
+
 void resize(int columns, int lines) {
   bool open[2];
   closeWindows(open);
@@ -34,6 +42,28 @@ void resize(int columns, int lines) {
 }
 
 }  // namespace
+
+int wantedLines() {
+  int lines = GlobalOptions::Lines;
+  if (lines == 0) return 0;
+  return lines < FewLines || lines > CConsole::MaxRows ? FewLines : lines;
+}
+
+int wantedColumns() {
+  int columns = GlobalOptions::Columns;
+  return columns == 0 ? 0 : std::clamp(columns, FewColumns, CConsole::MaxColumns);
+}
+
+void applyScreenOptions() {
+  GridSize size = console->getSize();
+  int columns = wantedColumns() == 0 ? std::max(size.columns, FewColumns) : wantedColumns();
+  int lines = wantedLines() == 0 ? std::max(size.rows, FewLines) : wantedLines();
+  bool differs = columns != size.columns || lines != size.rows || wantsOtherFont();
+  if (differs) {
+    console->setGeometry(columns, lines, GlobalOptions::FontFamily, GlobalOptions::FontSize);
+  }
+  fetchScreenSize();
+}
 
 int nextLines(int lines, int configured) {
   if (lines == FewLines)
@@ -50,11 +80,11 @@ int nextColumns(int columns, int configured) {
 }
 
 void changeLines() {
-  resize(panelPair().screenColumns, nextLines(panelPair().screenLines, GlobalOptions::Lines));
+  resize(panelPair().screenColumns, nextLines(panelPair().screenLines, wantedLines()));
 }
 
 void changeColumns() {
-  resize(nextColumns(panelPair().screenColumns, GlobalOptions::Columns), panelPair().screenLines);
+  resize(nextColumns(panelPair().screenColumns, wantedColumns()), panelPair().screenLines);
 }
 
 void reopenPanels() {
