@@ -6,6 +6,7 @@
 #include "commander/macro_panels.h"
 #include "commander/shell_quote.h"
 #include "config/options.h"
+#include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/wild_match.h"
 #include "panels/change_directory.h"
@@ -25,15 +26,27 @@ int commandSide() {
   return lists ? pair.activeSide : 1 - pair.activeSide;
 }
 
-// The directory that the text names, in the ways a user may have meant it.
-bool tryDirectory(Panel& panel, const Westring& text, Westring& path) {
-  path = text;
-  if (canonicalPath(path, &shownPath(panel)) != 0) return false;
-  return goToPath(panel, path);
+bool tryTyped(Panel& panel, const Westring& text) {
+  Westring path = text;
+  return canonicalPath(path, &shownPath(panel)) == 0 && goToPath(panel, path);
 }
 
-Westring directoryArgument(const Westring& command) {
-  Westring argument = ltrim(mid(command, CdLength, 0));
+// A real name that the rules of typed text would change, such as one with a colon.
+bool tryName(Panel& panel, const Westring& name) {
+  return !name.empty() && goToPath(panel, joinPath(shownPath(panel), name));
+}
+
+// The directory that the argument names, in the ways a user may have meant it. Names that were put
+// on the line are quoted as for a shell.
+bool goToArgument(Panel& panel, const Westring& argument, const Westring& typed) {
+  if (tryTyped(panel, argument)) return true;
+  Westring word = unquoteShellWord(typed);
+  return tryTyped(panel, word) || tryTyped(panel, expandPathVariables(word)) ||
+         tryName(panel, word);
+}
+
+Westring directoryArgument(const Westring& typed) {
+  Westring argument = typed;
   argument.replaceAll(L"\\", L"/");
   argument.replaceAll(L"\"", L"");
   return argument;
@@ -51,17 +64,13 @@ bool isChangeDirectory(const Westring& command) {
 }
 
 void runChangeDirectory(Panel& panel, const Westring& command) {
-  Westring argument = directoryArgument(command);
-  // Names that were put on the line are quoted as for a shell.
-  Westring shellReading = unquoteShellWord(ltrim(mid(command, CdLength, 0)));
-  Westring path = argument;
-  bool valid = canonicalPath(path, &shownPath(panel)) == 0;
-  Westring shown = valid ? path : argument;
+  Westring typed = ltrim(mid(command, CdLength, 0));
+  Westring argument = directoryArgument(typed);
+  Westring shown = argument;
+  bool valid = canonicalPath(shown, &shownPath(panel)) == 0;
+  if (!valid) shown = argument;
+  if (goToArgument(panel, argument, typed)) return showGone(panel);
   Westring found;
-  if (tryDirectory(panel, argument, path) || tryDirectory(panel, shellReading, path) ||
-      tryDirectory(panel, expandPathVariables(shellReading), path)) {
-    return showGone(panel);
-  }
   if (commandSeams().findInTree && commandSeams().findInTree(panel, argument, found) &&
       goToPath(panel, found)) {
     return showGone(panel);
@@ -70,10 +79,11 @@ void runChangeDirectory(Panel& panel, const Westring& command) {
 }
 
 void executeLine(MainLoop& loop, Separate separate) {
-  Westring line = trim(loop.line.text());
   if (loop.line.empty()) return enterCurrent(panelPair().active());
-  if (line.empty()) return loop.line.clear();
+  Westring line = loop.line.text();
   if (separate == Separate::Yes) line = GlobalOptions::Background + L" " + line;
+  line = trim(line);
+  if (line.empty()) return loop.line.clear();
   int side = commandSide();
   Panel& panel = panelPair().side[side];
   if (!isChangeDirectory(line)) {

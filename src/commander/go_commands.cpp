@@ -8,6 +8,7 @@
 #include "panels/change_directory.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_draw.h"
+#include "panels/tree_line.h"
 #include "ui/alert.h"
 
 namespace {
@@ -22,6 +23,28 @@ void goExactly(Panel& panel, const Westring& path, PanelPosition position) {
   panel.depth = -1;
   enterPath(panel, L"", KeepTags::No, position.top, position.cursor);
   drawPanel(panel);
+}
+
+void enterName(Panel& panel, const Westring& name) {
+  enterPath(panel, name.data());
+  drawPanel(panel);
+}
+
+// A line of a tree shows its directory in the other panel.
+void showBeside(Panel& tree, const entry& line) {
+  goExactly(panelPair().other(tree), treeLines().fullPath(line), {});
+}
+
+// The archive may have changed on the disk; one that is none any more is left for its directory.
+void reopenArchive(Panel& panel) {
+  Westring file = panel.archive->path();
+  takeInnermost(panel.archive);
+  std::unique_ptr<OpenArchive> again = openArchive(file, panel.archive.get());
+  if (again) {
+    attachInnermost(panel.archive, std::move(again));
+  } else {
+    panel.path = parentOf(file);
+  }
 }
 
 }  // namespace
@@ -60,16 +83,32 @@ void goToShortcut(int digit) {
 }
 
 void storeShortcut(int digit) {
-  GlobalOptions::directoryShortcuts[digit] = active().path;
+  GlobalOptions::directoryShortcuts[digit] = currentDirectoryOf(active());
+}
+
+Westring currentDirectoryOf(const Panel& panel) {
+  const entry* line = panel.isFiles() && panel.isTreeStyle() ? panel.currentEntry() : nullptr;
+  return line ? treeLines().fullPath(*line) : shownPath(panel);
 }
 
 void enterCurrent(Panel& panel) {
   const entry* item = panel.currentEntry();
   if (!item || !panel.showing || !panel.isFiles()) return;
   if (!item->isDirectory()) return callSeam(commandSeams().openFile, panel);
+  if (panel.isTreeStyle()) return showBeside(panel, *item);
+  enterName(panel, item->name());
+}
+
+void enterAsDirectory(Panel& panel) {
+  const entry* item = panel.currentEntry();
+  if (!item || !panel.showing || !panel.isFiles()) return;
+  if (item->isDirectory()) return enterCurrent(panel);
   Westring name = item->name();
-  enterPath(panel, name.data());
-  drawPanel(panel);
+  if (attachArchive(panel, name.data())) enterName(panel, name);
+}
+
+void goUp(Panel& panel) {
+  enterName(panel, ParentName);
 }
 
 void goToChoice(const std::function<Westring()>& window) {
@@ -80,6 +119,7 @@ void goToChoice(const std::function<Westring()>& window) {
 
 void reRead(Panel& panel, DriveChange driveChange) {
   if (driveChange == DriveChange::Allowed && GlobalOptions::CtrlRDriveChng) return;
+  if (panel.archive) reopenArchive(panel);
   if (panel.isFiles() && panel.isTreeStyle()) panel.rescanTree = true;
   enterPath(panel, L"", KeepTags::Yes);
   drawPanel(panel);

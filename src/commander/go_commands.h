@@ -13,6 +13,11 @@ void storeShortcut(int digit);
 // Opens the entry under the cursor: enters a directory, hands a file to the module that opens
 // files.
 void enterCurrent(Panel& panel);
+// Enters the entry under the cursor as a directory or as an archive, whatever else it may be.
+void enterAsDirectory(Panel& panel);
+void goUp(Panel& panel);
+// The directory of the panel; in a tree the one of the current line.
+Westring currentDirectoryOf(const Panel& panel);
 // Goes to what a window of directories gave; nothing for an empty answer or window.
 void goToChoice(const std::function<Westring()>& window);
 

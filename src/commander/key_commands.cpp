@@ -64,6 +64,10 @@ void tagAndStep() {
   moveCursor(panel, 1);
 }
 
+bool hasColumns() {
+  return active().isFiles() && isMultiColumn(active());
+}
+
 bool takeRowKey(MainLoop& loop, int key) {
   loop.raise(Redraw::CommandRow);
   return takeLineKey(loop, key);
@@ -91,11 +95,11 @@ bool takeListKey(MainLoop& loop, int key) {
       if (!off) moveInList(cursorPageDown);
       break;
     case Key::Left:
-      if (off || !isMultiColumn(active())) return takeRowKey(loop, Key::AltLeft);
+      if (off || !hasColumns()) return takeRowKey(loop, Key::AltLeft);
       moveInList(cursorColumnLeft);
       break;
     case Key::Right:
-      if (off || !isMultiColumn(active())) return takeRowKey(loop, Key::AltRight);
+      if (off || !hasColumns()) return takeRowKey(loop, Key::AltRight);
       moveInList(cursorColumnRight);
       break;
     case Key::Insert:
@@ -111,14 +115,7 @@ bool takeListKey(MainLoop& loop, int key) {
 // ---- selection and quick search
 
 void groupSelect(const MainLoop& loop, TagMode mode) {
-  Panel& panel = active();
-  if (!listsFiles()) return;
-  if (panel.isTreeStyle()) {
-    return callSeam(
-        mode == TagMode::Tag ? commandSeams().expandTreeNode : commandSeams().collapseTreeNode,
-        panel);
-  }
-  groupSelectDialog(panel, mode, loop.shiftState);
+  if (listsFiles()) groupSelectDialog(active(), mode, loop.shiftState);
 }
 
 void selectEvery(const MainLoop& loop, TagMode mode) {
@@ -127,7 +124,7 @@ void selectEvery(const MainLoop& loop, TagMode mode) {
 
 void searchStep(MainLoop& loop, int key, int direction) {
   if (bothPanelsOff()) return;
-  loop.pendingKey = quickSearchStep(active(), key, direction);
+  loop.pendingKey = quickSearchStep(active(), key, direction, loop.pendingMouse);
 }
 
 void stepOrTagged(MainLoop& loop, int key, int direction) {
@@ -268,7 +265,7 @@ bool takeFileKey(MainLoop&, int key) {
       callSeam(seams.compareDirectories);
       return true;
     case Key::ctrl('q'):
-      callSeam(seams.countDirectorySizes, panel);
+      if (listsFiles() && panel.count() > 0) callSeam(seams.countDirectorySizes, panel);
       return true;
     default:
       return false;
@@ -277,26 +274,26 @@ bool takeFileKey(MainLoop&, int key) {
 
 // ---- where the panels are and how they look
 
-void sortCommand(const MainLoop& loop, int side, int code) {
-  if (!shiftHeld(loop)) setSort(panelPair().side[side], code);
+void sortSide(int side, int code) {
+  setSort(panelPair().side[side], code);
 }
 
-void reverseSort(const MainLoop& loop, int side) {
-  sortCommand(loop, side, reversedSort(panelPair().side[side].sort));
+void reverseSort(int side) {
+  sortSide(side, reversedSort(panelPair().side[side].sort));
 }
 
-bool takeSortKey(MainLoop& loop, int key) {
+// With Shift held the keys are unassigned; a menu letter typed with Shift still counts.
+bool takeSortKey(const MainLoop& loop, int key) {
   int side = panelPair().activeSide;
-  if (key >= Key::CtrlF3 && key <= Key::CtrlF7) {
-    sortCommand(loop, side, key - Key::CtrlF3);
-  } else if (key == Key::CtrlF8) {
-    reverseSort(loop, side);
+  if (key >= Key::CtrlF3 && key <= Key::CtrlF8) {
+    if (shiftHeld(loop)) return true;
+    key == Key::CtrlF8 ? reverseSort(side) : sortSide(side, key - Key::CtrlF3);
   } else if (key >= MenuCode::LeftName && key <= MenuCode::LeftUnsorted) {
-    sortCommand(loop, 0, key - MenuCode::LeftName);
+    sortSide(0, key - MenuCode::LeftName);
   } else if (key >= MenuCode::RightName && key <= MenuCode::RightUnsorted) {
-    sortCommand(loop, 1, key - MenuCode::RightName);
+    sortSide(1, key - MenuCode::RightName);
   } else if (key == MenuCode::LeftReverse || key == MenuCode::RightReverse) {
-    reverseSort(loop, key == MenuCode::RightReverse);
+    reverseSort(key == MenuCode::RightReverse);
   } else {
     return false;
   }
@@ -419,15 +416,25 @@ bool takePanelKey(MainLoop& loop, int key) {
   }
 }
 
-bool isCtrlDigit(int key) {
-  constexpr int digitBits = 0x3F;
-  return (key & ~(digitBits | Key::ShiftedKey)) == Key::CtrlDigit;
+// The digit of a Ctrl+digit code, which holds its value or its character; -1 for other codes.
+int ctrlDigit(int key) {
+  int value = (key & ~Key::ShiftedKey) - Key::CtrlDigit;
+  if (value >= '0' && value <= '9') value -= '0';
+  return value >= 0 && value < GlobalOptions::ShortcutCount ? value : -1;
+}
+
+bool isDirectoryHistoryKey(const MainLoop& loop, int key) {
+  if (key == Key::ShiftAltF8) return true;
+  return key == Key::AltBackslash && loop.shiftState & ShiftState::Alt;
 }
 
 bool takeGoKey(MainLoop& loop, int key) {
-  if (isCtrlDigit(key)) {
-    int digit = key & 0x0F;
+  if (int digit = ctrlDigit(key); digit >= 0) {
     key& Key::ShiftedKey ? storeShortcut(digit) : goToShortcut(digit);
+    return true;
+  }
+  if (isDirectoryHistoryKey(loop, key)) {
+    goToChoice(commandSeams().directoryHistoryWindow);
     return true;
   }
   constexpr int shiftedBackslash = 0x2001C;
@@ -445,17 +452,13 @@ bool takeGoKey(MainLoop& loop, int key) {
       goHome();
       return true;
     case Key::CtrlPageUp:
-      if (listsFiles()) enterPath(active(), ParentName);
+      goUp(active());
       return true;
     case Key::CtrlPageDown:
-      if (!bothPanelsOff()) enterCurrent(active());
+      if (!bothPanelsOff()) enterAsDirectory(active());
       return true;
     case Key::AltF10:
       goToChoice(commandSeams().treeWindow);
-      return true;
-    case Key::AltBackslash:
-    case Key::ShiftAltF8:
-      goToChoice(commandSeams().directoryHistoryWindow);
       return true;
     case Key::AltF5:
       if (commandSeams().storedPaths) commandSeams().storedPaths(active());
@@ -511,13 +514,18 @@ bool takeOptionKey(MainLoop& loop, int key) {
 }
 
 void takeMenu(MainLoop& loop, MenuStart start) {
-  loop.pendingKey = pullDownMenu(panelPair().activeSide, start);
+  int code = pullDownMenu(panelPair().activeSide, start);
+  // Its item has the code of a key that counts only while Alt is held.
+  loop.pendingKey = code == Key::AltBackslash ? Key::ShiftAltF8 : code;
 }
 
 void takeHistoryWindow(MainLoop& loop) {
   if (!commandSeams().commandHistoryWindow) return;
-  Westring chosen = commandSeams().commandHistoryWindow();
-  if (!chosen.empty()) loop.line.setText(chosen);
+  HistoryChoice choice = commandSeams().commandHistoryWindow();
+  if (choice.action == HistoryChoice::Action::Nothing) return;
+  loop.line.setText(choice.command);
+  if (choice.action == HistoryChoice::Action::Run) executeLine(loop, Separate::No);
+  if (choice.action == HistoryChoice::Action::RunSeparately) executeLine(loop, Separate::Yes);
 }
 
 bool takeProgramKey(MainLoop& loop, int key) {

@@ -1,5 +1,6 @@
 #include "commander/line_keys.h"
 
+#include "commander/go_commands.h"
 #include "commander/shell_quote.h"
 #include "config/options.h"
 #include "console/clipboard.h"
@@ -39,7 +40,9 @@ bool namesNothing() {
 
 void insertFullPath(MainLoop& loop, bool toClipboard) {
   if (namesNothing()) return;
-  Westring path = joinPath(shownPath(active()), active().currentEntry()->name());
+  Westring path = active().isTreeStyle()
+                      ? currentDirectoryOf(active())
+                      : joinPath(shownPath(active()), active().currentEntry()->name());
   if (toClipboard) {
     clipboardSetText(path);
   } else {

@@ -1,6 +1,7 @@
 #include "commander/macro_panels.h"
 
 #include "commander/ask_text.h"
+#include "commander/command_seams.h"
 #include "commander/temporary_names.h"
 #include "panels/change_directory.h"
 #include "panels/panel_pair.h"
@@ -23,8 +24,11 @@ class PanelMacros : public MacroContext {
   entry* entryAt(MacroPanel which, int index) override { return panel(which).entries[index]; }
   bool inArchive(MacroPanel which) override { return panel(which).archive != nullptr; }
 
-  // Nothing can be taken out of an archive until an archive reader is connected.
-  std::optional<Westring> extract(MacroPanel, const Westring&) override { return std::nullopt; }
+  std::optional<Westring> extract(MacroPanel which, const Westring& name) override {
+    if (!commandSeams().extractFile) return std::nullopt;
+    Westring path = commandSeams().extractFile(panel(which), name);
+    return path.empty() ? std::nullopt : std::optional<Westring>(path);
+  }
 
   std::optional<Westring> ask(const Westring& title) override { return askText(title); }
 

@@ -61,6 +61,7 @@ void drawBelowPanels(MainLoop& loop) {
     drawKeyBar(lastShiftState());
     loop.drawnShiftState = lastShiftState();
     showPathInWindowTitle();
+    drawClock();
   }
   loop.redraw = Redraw::Nothing;
 }
@@ -134,6 +135,7 @@ void oneRound(MainLoop& loop) {
   if (key == 0) {
     key = waitForKey(loop, mouse);
   } else {
+    mouse = loop.pendingMouse;
     loop.shiftState = lastShiftState();
   }
   if (key == Key::MouseEvent) return takeMouse(loop, mouse);

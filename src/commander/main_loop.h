@@ -13,8 +13,9 @@ struct MainLoop {
   Redraw redraw = Redraw::All;
   bool repaintCursor = true;
   int pendingKey = 0;
-  int shiftState = 0;        // of the last key, as commands look at it
-  int drawnShiftState = -1;  // what the key bar shows
+  MouseMessage pendingMouse;  // what came with a pendingKey of Key::MouseEvent
+  int shiftState = 0;         // of the last key, as commands look at it
+  int drawnShiftState = -1;   // what the key bar shows
   PanelMouseState mouse;
   bool leaving = false;
   Westring prompt;

@@ -48,6 +48,7 @@ void toggleFullScreen() {
 void toggleClock() {
   flip(GlobalOptions::Clock);
   redrawPanels();  // the titles make room, or take it back
+  GlobalOptions::Clock ? drawClock() : removeClock();
 }
 
 void toggleTagDirectories() {

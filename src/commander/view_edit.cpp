@@ -24,8 +24,21 @@ Westring commandFor(AssociationSet& set, const wchar_t* name, Program program,
   return associated ? *associated : first;
 }
 
-void runProgram(const Westring& command) {
-  callSeam(commandSeams().processCommand, command, Westring(), panelPair().activeSide);
+// `file` "" is the entry under the cursor.
+void runProgram(const Westring& command, const Westring& file) {
+  callSeam(commandSeams().processCommand, command, file, panelPair().activeSide);
+}
+
+// Takes the entry's file out of an archive; elsewhere it stands where it is. False when it could
+// not be taken out.
+bool fetchFile(Panel& panel, const Westring& name, Westring& path) {
+  if (!panel.archive) {
+    path = joinPath(shownPath(panel), name);
+    return true;
+  }
+  if (!commandSeams().extractFile) return false;
+  path = commandSeams().extractFile(panel, name);
+  return !path.empty();
 }
 
 // The note of the directory that an INFO panel tells about.
@@ -45,12 +58,11 @@ void viewCommand(Program program) {
   Westring name = item->name();
   Westring command = commandFor(associationSets().viewers, name.data(), program,
                                 GlobalOptions::Viewer, GlobalOptions::Viewer2);
+  Westring path;
+  if (!fetchFile(panel, name, path)) return;
   setWindowTitle(&name);
-  if (command.empty()) {
-    callSeam(commandSeams().viewFile, joinPath(shownPath(panel), name), &panel);
-  } else {
-    runProgram(command);
-  }
+  if (!command.empty()) return runProgram(command, panel.archive ? path : Westring());
+  callSeam(commandSeams().viewFile, path, &panel);
 }
 
 void editCommand(Program program) {
@@ -61,10 +73,12 @@ void editCommand(Program program) {
   Westring name = item->name();
   Westring command = commandFor(associationSets().editors, name.data(), program,
                                 GlobalOptions::Editor, GlobalOptions::Editor2);
+  Westring path;
+  if (!fetchFile(panel, name, path)) return;
   setWindowTitle(&name);
-  if (!command.empty()) return runProgram(command);
+  if (!command.empty()) return runProgram(command, panel.archive ? path : Westring());
   if (!commandSeams().editFile) return;
-  commandSeams().editFile(joinPath(shownPath(panel), name));
+  commandSeams().editFile(path);
   panelRefresh();
 }
 
