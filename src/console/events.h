@@ -20,7 +20,7 @@ struct TEvent {
   EventKind kind = EventKind::Key;
   int code = 0;    // key code; button 1, 2 (right) or 3 (other); wheel +1 up, -1 down
   int state = 0;   // ShiftState bits
-  int hwCode = 0;  // hardware key code
+  int hwCode = 0;  // hardware key code; 0 for typed text and the close button
   int x = 0;
   int y = 0;
 };

@@ -7,15 +7,14 @@
 namespace {
 int shiftState = 0;
 
-constexpr int FirstDigitKey = 10;  // hardware codes of the digit row: 1 to 9, then 0
-constexpr int LastDigitKey = 19;
 constexpr int LeftButton = 1;
 constexpr int RightButton = 2;
 
 int keyCodeOf(const TEvent& event) {
-  if ((event.state & ShiftState::Ctrl) == 0) return event.code;
-  if (event.hwCode < FirstDigitKey || event.hwCode > LastDigitKey) return event.code;
-  const int digit = event.hwCode == LastDigitKey ? 0 : event.hwCode - FirstDigitKey + 1;
+  const bool ctrl = (event.state & ShiftState::Ctrl) != 0;
+  if (!ctrl || !HardwareKey::isDigit(event.hwCode)) return event.code;
+  const bool zero = event.hwCode == HardwareKey::LastDigit;
+  const int digit = zero ? 0 : event.hwCode - HardwareKey::FirstDigit + 1;
   const int shifted = (event.state & ShiftState::Shift) != 0 ? Key::ShiftedKey : 0;
   return (Key::CtrlDigit + digit) | shifted;
 }

@@ -69,6 +69,15 @@ constexpr int ctrl(char letter) {
 
 }  // namespace Key
 
+// Hardware key codes that mean the same in every layout.
+namespace HardwareKey {
+inline constexpr int FirstDigit = 10;  // of the digit row: 1 to 9, and then 0
+inline constexpr int LastDigit = 19;
+constexpr bool isDigit(int hwCode) {
+  return hwCode >= FirstDigit && hwCode <= LastDigit;
+}
+}  // namespace HardwareKey
+
 namespace ShiftState {
 inline constexpr int Shift = 1;
 inline constexpr int Ctrl = 4;

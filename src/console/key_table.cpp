@@ -145,9 +145,6 @@ constexpr Twin Twins[] = {
     {GDK_Meta_R, GDK_Alt_R},
 };
 
-constexpr int FirstDigitKey = 10;  // hardware codes of the digit row, 1 to 9 and then 0
-constexpr int LastDigitKey = 19;
-
 unsigned twinOf(unsigned symbol) {
   for (const Twin& twin : Twins) {
     if (twin.symbol == symbol) return twin.twin;
@@ -215,7 +212,7 @@ KeyResult translateKey(const KeyInput& input) {
   if (code == 0 && input.baseSymbol != 0 && (state & (Alt | Ctrl)) != 0) {
     code = codeOf(lowered(input.baseSymbol), state);
   }
-  if ((state & Ctrl) != 0 && input.hwCode >= FirstDigitKey && input.hwCode <= LastDigitKey) {
+  if ((state & Ctrl) != 0 && HardwareKey::isDigit(input.hwCode)) {
     code = static_cast<int>(input.symbol);
   }
   if (code == 0) return {KeyAction::InputMethod, 0, state};

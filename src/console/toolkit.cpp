@@ -79,8 +79,8 @@ ToolkitLock::ToolkitLock() {
   gdk_threads_enter();
 }
 
-// The toolkit thread may be asleep on the connection. What was asked of the server goes out now, and
-// events that were read beside an answer would lie unseen until the next one came.
+// The toolkit thread may be asleep on the connection. What was asked of the server goes out now,
+// and events that were read beside an answer would lie unseen until the next one came.
 ToolkitLock::~ToolkitLock() {
   if (usable()) {
     Display* display = gdk_x11_get_default_xdisplay();

@@ -311,7 +311,10 @@ TEST_F(Painting, SavesThePictureAsPng) {
   EXPECT_EQ(console->savePicture(directory.path("none/screen.png").c_str()), ENOENT);
 }
 
-TEST_F(Painting, TheWindowShowsThePicture) {
+// On a server of its own, where no other window lies above.
+using PaintingOnScreen = RealKeysTest;
+
+TEST_F(PaintingOnScreen, TheWindowShowsThePicture) {
   console->writeWide(3, 3, L"on the screen", 0x4F);
   console->writeWide(60, 24, L"\x2554\x2550\x2557", 0x1B);
   const Picture picture = console->picture();
@@ -323,7 +326,7 @@ TEST_F(Painting, TheWindowShowsThePicture) {
   EXPECT_EQ(height, picture.height);
 }
 
-TEST_F(Painting, TheWindowFollowsTheGeometry) {
+TEST_F(PaintingOnScreen, TheWindowFollowsTheGeometry) {
   console->setGeometry(100, 30, Estring(""), 9);
   int width = 0, height = 0;
   EXPECT_TRUE(waitUntil([&] {

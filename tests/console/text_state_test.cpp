@@ -102,6 +102,11 @@ TEST_F(KeyBar, StandsOnTheLastRowInTenFields) {
             "n......nn......nn......nn......nn......nn......nn......nn......nn......nnn......");
 }
 
+TEST_F(KeyBar, LooksAsDrawnOnPaper) {
+  drawKeyBarLine(Labels);
+  expectGolden("key_bar");
+}
+
 TEST_F(KeyBar, LeavesNoCellOpenOnAWideScreen) {
   console->setGeometry(132, 25, Estring(""), 0);
   drawKeyBarLine(Labels);

@@ -11,6 +11,7 @@
 #include <stdexcept>
 
 #include "console/console.h"
+#include "console/key_codes.h"
 #include "foundation/utf8.h"
 #include "support/test_end.h"
 #include "support/wait_until.h"
@@ -123,8 +124,8 @@ void XKeys::type(const std::string& utf8Text) {
 }
 
 void XKeys::pressDigitKey(int digit, const std::vector<unsigned long>& modifiers) {
-  constexpr int FirstDigitKey = 10, ZeroKey = 19;
-  const auto key = static_cast<KeyCode>(digit == 0 ? ZeroKey : FirstDigitKey + digit - 1);
+  const auto key = static_cast<KeyCode>(digit == 0 ? HardwareKey::LastDigit
+                                                   : HardwareKey::FirstDigit + digit - 1);
   for (const unsigned long modifier : modifiers) keyDown(modifier);
   impl_->fake(key, true);
   impl_->fake(key, false);
