@@ -13,7 +13,6 @@ namespace {
 
 constexpr wchar_t SearchLabel[] = L"Search: ";
 constexpr int TaggedMargin = 2;
-constexpr unsigned char BackgroundBits = 0xF0, ForegroundBits = 0x0F;
 
 CellString plainLine(const Westring& text, Colour colour) {
   return CellString(text.data(), colourOf(colour));
@@ -43,9 +42,8 @@ CellString entryLine(Panel& panel, const entry& item, int width) {
   if (panel.style != PanelStyle::Full) {
     return entryRow(panel, item, PanelStyle::Full, attr, noOffset);
   }
-  const auto arrow = static_cast<unsigned char>((colourOf(Colour::Tagged) & ForegroundBits) |
-                                                (attr & BackgroundBits));
-  return fitName(nameWithTarget(panel, item, attr, arrow), width, attr, noOffset);
+  return fitName(nameWithTarget(panel, item, attr, colourOf(Colour::Tagged)), width, attr,
+                 noOffset);
 }
 
 CellString statusLine(Panel& panel, int width) {

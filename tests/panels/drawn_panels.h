@@ -7,6 +7,7 @@
 #include "config/options.h"
 #include "foundation/fold.h"
 #include "foundation/locale_settings.h"
+#include "foundation/names.h"
 #include "foundation/utf8.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_window.h"
@@ -68,6 +69,16 @@ class DrawnPanelsTest : public ConsoleTest {
       addFile(panel, name, static_cast<uint64_t>(i));
     }
   }
+  // A link whose target is known without a disk.
+  entry& addLink(Panel& panel, const std::string& name, const wchar_t* target) {
+    entry& item = addFile(panel, name);
+    item.attributes |= Attribute::Link;
+    auto known = std::make_unique<TLinkTargetCacheEntry>();
+    known->path = joinPath(panel.path, item.name());
+    known->target = target;
+    panel.linkTargets.insert(known.release());
+    return item;
+  }
   static void tag(Panel& panel, int index) {
     panel.entries[index]->tagged = 1;
     ++panel.taggedCount;
@@ -82,6 +93,30 @@ class DrawnPanelsTest : public ConsoleTest {
       result += rowText(side * pair.panelWidth(), y, pair.panelWidth()) + "\n";
     }
     return result;
+  }
+  // The colours of the same rows, one letter a cell: those of the entries' rows and the titles.
+  std::string panelColours(int side) const {
+    const PanelPair& pair = panelPair();
+    std::string result;
+    for (int y = 0; y < pair.panelRows + 4; ++y) {
+      for (int x = 0; x < pair.panelWidth(); ++x) {
+        result += colourLetter(attrAt(side * pair.panelWidth() + x, y));
+      }
+      result += "\n";
+    }
+    return result;
+  }
+  static char colourLetter(int attr) {
+    if (attr == colourOf(Colour::Panel)) return '.';
+    if (attr == colourOf(Colour::Highlight)) return 'H';
+    if (attr == colourOf(Colour::Tagged)) return 't';
+    if (attr == colourOf(Colour::HighlightTagged)) return 'T';
+    if (attr == colourOf(Colour::Directories)) return 'd';
+    if (attr == colourOf(Colour::DirectoryHigh)) return 'D';
+    // A line between columns or a link's mark on the bar.
+    if ((attr & 0xF0) == (colourOf(Colour::Highlight) & 0xF0)) return 'h';
+    if ((attr & 0xF0) == (colourOf(Colour::DirectoryHigh) & 0xF0)) return 'g';
+    return '?';
   }
   std::string statusText(int side) const {
     const PanelPair& pair = panelPair();
