@@ -10,7 +10,7 @@ struct PanelColumn {
   ColumnKind kind;
   int minimum;  // cells
   int maximum;
-  int width;    // current
+  int width;  // current
 };
 
 // The columns of a list style laid out in `interior` cells, one cell between columns. Empty for the

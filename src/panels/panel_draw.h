@@ -6,11 +6,11 @@
 enum class CursorBar { Off, On };
 inline constexpr int NaturalColour = 0;
 
-// Full redraw with page size, frame, rows, status line and title. Postponed (needsDraw) while the panel
-// has no window or a hidden one.
+// Full redraw with page size, frame, rows, status line and title. Postponed (needsDraw) while the
+// panel has no window or a hidden one.
 void drawPanel(Panel& panel);
-// One row of the entry at `index` at its place in the page, in `colour` or its natural colour. Scrolls
-// the name by `nameOffset`, which is lowered to what the name needs.
+// One row of the entry at `index` at its place in the page, in `colour` or its natural colour.
+// Scrolls the name by `nameOffset`, which is lowered to what the name needs.
 void drawEntry(Panel& panel, int index, int colour, int& nameOffset);
 void drawEntry(Panel& panel, int index);  // natural colour, no offset
 // Repaints the current entry of a side in the bar's or its natural colours, and the status line.

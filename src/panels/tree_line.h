@@ -18,6 +18,6 @@ void setTreeLines(const TreeLines* lines);
 
 // Cells that a tree line's branches take: two for each level.
 int treePrefixWidth(const entry& item);
-// The branches ahead of a line's name. `item.level` is its depth; bit k of `item.size` tells that the
-// branch at depth k+1 goes on below this line.
+// The branches ahead of a line's name. `item.level` is its depth; bit k of `item.size` tells that
+// the branch at depth k+1 goes on below this line.
 CellString treePrefix(const entry& item, unsigned char attr);
