@@ -215,12 +215,23 @@ void XKeys::closeWindow(unsigned long window) {
 }
 
 std::vector<unsigned> XKeys::windowPixels(unsigned long window, int& width, int& height) {
-  XWindowAttributes attributes;
-  if (!XGetWindowAttributes(impl_->display, window, &attributes)) return {};
+  // The window must not change its size between the two questions.
+  XGrabServer(impl_->display);
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(impl_->display, window, &attributes);
   width = attributes.width;
   height = attributes.height;
-  XImage* image = XGetImage(impl_->display, window, 0, 0, static_cast<unsigned>(width),
-                            static_cast<unsigned>(height), AllPlanes, ZPixmap);
+  const bool onScreen = attributes.map_state == IsViewable && attributes.x >= 0 &&
+                        attributes.y >= 0 &&
+                        attributes.x + width <= WidthOfScreen(attributes.screen) &&
+                        attributes.y + height <= HeightOfScreen(attributes.screen);
+  XImage* image = nullptr;
+  if (onScreen) {
+    image = XGetImage(impl_->display, window, 0, 0, static_cast<unsigned>(width),
+                      static_cast<unsigned>(height), AllPlanes, ZPixmap);
+  }
+  XUngrabServer(impl_->display);
+  impl_->sync();
   if (!image) return {};
   std::vector<unsigned> pixels;
   for (int y = 0; y < height; ++y) {
