@@ -1,0 +1,62 @@
+#include "commander/main_loop_test.h"
+
+void SeamLog::connect() {
+  CommandSeams& seams = commandSeams();
+  auto plain = [this](const char* name) { return [this, name] { note(name); }; };
+  auto ofPanel = [this](const char* name) {
+    return [this, name](Panel& panel) { note(std::string(name) + " " + currentName(panel)); };
+  };
+  seams.help = [this](int topic) { note("help " + std::to_string(topic)); };
+  seams.userMenu = [this](int side, bool mainMenu) {
+    note("user menu " + std::to_string(side) + (mainMenu ? " main" : " here"));
+  };
+  seams.editUserMenu = plain("edit user menu");
+  seams.editAssociations = plain("edit associations");
+  seams.saveConfiguration = plain("save");
+  seams.configurationDialog = plain("configuration");
+  seams.coloursDialog = plain("colours");
+  seams.confirmationsDialog = plain("confirmations");
+  seams.fileFind = [this](int side, bool lastResult) {
+    note("find " + std::to_string(side) + (lastResult ? " last" : " new"));
+  };
+  seams.compareDirectories = plain("compare");
+  seams.countDirectorySizes = ofPanel("count");
+  seams.fileAttributes = ofPanel("attributes");
+  seams.fileCase = ofPanel("case");
+  seams.fileDateTime = ofPanel("date");
+  seams.makeSymbolicLink = ofPanel("link");
+  seams.makeObjects = ofPanel("objects");
+  seams.compressIntoArchive = ofPanel("compress");
+  seams.archiveCopy = [this](Panel& panel, int flags) {
+    note("archive copy " + currentName(panel) + " " + std::to_string(flags));
+    return true;
+  };
+  seams.treeWindow = [this] {
+    note("tree");
+    return directory;
+  };
+  seams.directoryHistoryWindow = [this] {
+    note("directory history");
+    return directory;
+  };
+  seams.storedPaths = [this](Panel&) {
+    note("stored paths");
+    return false;
+  };
+  seams.commandHistoryWindow = [this] {
+    note("history");
+    return historyChoice;
+  };
+  seams.extractFile = [this](Panel&, const Westring& name) {
+    note("extract " + bytes(name));
+    return extracted;
+  };
+  seams.viewFile = [this](const Westring& file, Panel* panel) {
+    note("view " + bytes(file) + (panel ? " of a list" : ""));
+  };
+  seams.editFile = [this](const Westring& file) { note("edit " + bytes(file)); };
+  seams.processCommand = [this](const Westring& text, const Westring& file, int side) {
+    note("run " + bytes(text) + " [" + bytes(file) + "] " + std::to_string(side));
+  };
+  seams.openFile = ofPanel("open");
+}
