@@ -1,6 +1,7 @@
 #include "panels/panel_mouse.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "config/options.h"
 #include "console/input.h"
@@ -108,14 +109,27 @@ void tagOnTo(Panel& panel, int index, PanelMouseState& state) {
   state.lastTagged = index;
 }
 
-void waitForNextPass(bool scrolled) {
-  int rest = scrolled ? GlobalOptions::ScrollDelay : 0;
-  if (GlobalOptions::ScrollDelay <= 0) rest = ShortestPassMs;
-  if (rest > 0) console->completePainting();
-  while (rest > 0 && !keyPending()) {
-    sleepMs(static_cast<uint32_t>(std::min(rest, LookMs)));
-    rest -= LookMs;
+// How long a pass lasts before the next one may begin.
+std::chrono::milliseconds passTime(bool scrolled) {
+  const int delay = GlobalOptions::ScrollDelay;
+  if (delay <= 0) return std::chrono::milliseconds(ShortestPassMs);
+  return std::chrono::milliseconds(scrolled ? delay : 0);
+}
+
+bool somethingCame() {
+  return keyPending() || displayLost();
+}
+
+// False when an event came before the time did.
+bool waitForPass(std::chrono::steady_clock::time_point due) {
+  using namespace std::chrono;
+  for (bool complete = false; steady_clock::now() < due; complete = true) {
+    if (somethingCame()) return false;
+    if (!complete) console->completePainting();
+    const auto rest = duration_cast<milliseconds>(due - steady_clock::now()).count() + 1;
+    sleepMs(static_cast<uint32_t>(std::clamp<long long>(rest, 0, LookMs)));
   }
+  return true;
 }
 
 // One step; false at the end of the list.
@@ -135,11 +149,13 @@ void autoScroll(int step, MouseKind kind, PanelMouseState& state) {
   Panel& panel = panelPair().active();
   if (!hasList(panel) || panel.count() == 0) return;
   state.scrollKind = kind;
-  do {
+  // The pointer's small movements in the row come here again and again: they don't make it faster.
+  while (waitForPass(state.nextPass)) {
     const int top = panel.top;
     if (!scrollOnce(panel, step, kind, state)) return;
-    waitForNextPass(panel.top != top);
-  } while (!keyPending());
+    state.nextPass = std::chrono::steady_clock::now() + passTime(panel.top != top);
+    if (somethingCame()) return;
+  }
 }
 
 void activate(int side, PanelMouseState& state) {
@@ -210,6 +226,7 @@ MouseOutcome pressToScroll(const MouseMessage& event, PanelMouseState& state) {
   state.dragSide = pair.activeSide;
   state.dragButton = buttonOf(event.kind);
   state.lastTagged = -1;
+  state.nextPass = {};
   autoScroll(scrollDirection(event.y), event.kind, state);
   return MouseOutcome::Handled;
 }
@@ -234,7 +251,10 @@ MouseOutcome drag(const MouseMessage& event, PanelMouseState& state) {
     state.dragSide = -1;
     return MouseOutcome::Nothing;
   }
-  if (isFileRow(event.y)) return dragOnPanel(event, state);
+  if (isFileRow(event.y)) {
+    state.nextPass = {};
+    return dragOnPanel(event, state);
+  }
   const int step = scrollDirection(event.y);
   if (step == 0) return MouseOutcome::Nothing;
   autoScroll(step, event.kind, state);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "console/events.h"
 #include "panels/panel_pair.h"
 
@@ -16,7 +18,8 @@ struct PanelMouseState {
   int pressedKey = 0;    // function key under the press on the key bar
   int dragSide = -1;     // the panel where the press began, -1 while no button is down
   MouseButton dragButton = MouseButton::Left;
-  MouseKind scrollKind = MouseKind::LeftPress;  // what began the scrolling under way
+  MouseKind scrollKind = MouseKind::LeftPress;     // what began the scrolling under way
+  std::chrono::steady_clock::time_point nextPass;  // when it may take its next step
 };
 
 // Handles one event; for RunKey `key` receives the key code. Scrolling beyond the page goes on

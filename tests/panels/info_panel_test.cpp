@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <random>
 #include <regex>
 
 #include "drawn_panels.h"
@@ -450,6 +451,29 @@ TEST(VolumeFacts, TheMountNumberLeadsToTheFileSystem) {
   EXPECT_EQ(findMount(table, 37).fileSystem, "");
   EXPECT_EQ(findMount(table, 99).fileSystem, "");
   EXPECT_EQ(findMount("", 22).fileSystem, "");
+}
+
+TEST(SystemTables, CutOrDamagedTheyStayHarmless) {
+  const std::string memory = "MemTotal:       16314632 kB\nMemAvailable:    9000001 kB\n";
+  const std::string mounts =
+      "22 1 8:1 / / rw shared:1 - ext4 /dev/sda1 rw\n36 35 0:9 / /x rw - a b\n";
+  const std::string note = "one\ttwo\r\n\xE2\x94\x80 \xF0\x9F\x98\x80\n\n\tend";
+  for (size_t length = 0; length <= memory.size(); ++length) {
+    const auto facts = parseMemoryTable(memory.substr(0, length));
+    if (facts) EXPECT_EQ(facts->total, 16314632ULL * 1024);
+  }
+  for (size_t length = 0; length < mounts.size(); ++length) {
+    const std::string kind = findMount(mounts.substr(0, length), 22).fileSystem;
+    EXPECT_EQ(std::string("ext4").substr(0, kind.size()), kind);
+  }
+  std::mt19937 random(4711);
+  for (int round = 0; round < 2000; ++round) {
+    std::string text = round % 3 == 0 ? memory : round % 3 == 1 ? mounts : note;
+    text[random() % text.size()] = static_cast<char>(random());
+    parseMemoryTable(text);
+    findMount(text, 22);
+    for (const Westring& line : noteLines(text, 35, 5)) EXPECT_LE(line.length(), 35);
+  }
 }
 
 TEST(VolumeFacts, ADeviceIsFoundByTheLinksToIt) {

@@ -609,15 +609,59 @@ TEST_F(PanelMouseTest, AKeyEndsScrollingAndIsNotLost) {
 }
 
 TEST_F(PanelMouseTest, ScrollingGoesOnWhileThePointerMovesInItsRow) {
-  openFull();
+  addNumbered(left(), 30);
+  open();
   queueMouse(EventKind::Press, 3, 21);
   queueMouse(EventKind::Drag, 4, 21);
-  queueMouse(EventKind::Drag, 4, 10);
   next();
+  EXPECT_EQ(left().currentIndex(), 1);
   next();
-  EXPECT_EQ(left().currentIndex(), 2);
+  EXPECT_EQ(left().currentIndex(), 29);
+}
+
+TEST_F(PanelMouseTest, ScrollingEndsWhenThePointerLeavesTheRow) {
+  openFull();
+  queueMouse(EventKind::Press, 3, 21);
+  queueMouse(EventKind::Drag, 3, 10);
+  next();
+  EXPECT_EQ(left().currentIndex(), 1);
   next();
   EXPECT_EQ(left().currentIndex(), 9);
+  EXPECT_FALSE(keyPending());
+}
+
+TEST_F(PanelMouseTest, MovementsInTheRowDoNotMakeScrollingFaster) {
+  GlobalOptions::ScrollDelay = 600000;
+  openFull();
+  left().cursor = 18;
+  queueMouse(EventKind::Press, 3, 21);
+  for (int i = 0; i < 50; ++i) queueMouse(EventKind::Drag, 3 + i % 5, 21);
+  queueMouse(EventKind::Release, 3, 21);
+  while (keyPending()) next();
+  EXPECT_EQ(left().top, 1);
+}
+
+TEST_F(PanelMouseTest, APointerThatComesBackToTheRowScrollsAtOnce) {
+  GlobalOptions::ScrollDelay = 600000;
+  openFull();
+  left().cursor = 18;
+  queueMouse(EventKind::Press, 3, 21);
+  for (int y : {19, 21, 19}) queueMouse(EventKind::Drag, 3, y);
+  while (keyPending()) next();
+  EXPECT_EQ(left().top, 2);
+}
+
+TEST_F(PanelMouseTest, ANewPressScrollsAtOnce) {
+  GlobalOptions::ScrollDelay = 600000;
+  openFull();
+  left().cursor = 18;
+  for (int i = 1; i <= 3; ++i) {
+    queueMouse(EventKind::Press, 3, 21);
+    queueMouse(EventKind::Release, 3, 21);
+    next();
+    EXPECT_EQ(left().top, i);
+    next();
+  }
 }
 
 TEST_F(PanelMouseTest, TheOtherButtonDoesNotEndScrolling) {
