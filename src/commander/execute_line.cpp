@@ -26,23 +26,29 @@ int commandSide() {
   return lists ? pair.activeSide : 1 - pair.activeSide;
 }
 
+bool tryPath(Panel& panel, const Westring& path) {
+  if (!changeDirectoryExact(panel, path)) return false;
+  enterNewPath(panel);
+  return true;
+}
+
 bool tryTyped(Panel& panel, const Westring& text) {
   Westring path = text;
-  return canonicalPath(path, &shownPath(panel)) == 0 && goToPath(panel, path);
+  return canonicalPath(path, &shownPath(panel)) == 0 && tryPath(panel, path);
 }
 
 // A real name that the rules of typed text would change, such as one with a colon.
 bool tryName(Panel& panel, const Westring& name) {
-  return !name.empty() && goToPath(panel, joinPath(shownPath(panel), name));
+  return !name.empty() && tryPath(panel, joinPath(shownPath(panel), name));
 }
 
 // The directory that the argument names, in the ways a user may have meant it. Names that were put
-// on the line are quoted as for a shell.
+// on the line are quoted as for a shell, and a name that is there comes before any variable.
 bool goToArgument(Panel& panel, const Westring& argument, const Westring& typed) {
   if (tryTyped(panel, argument)) return true;
   Westring word = unquoteShellWord(typed);
-  return tryTyped(panel, word) || tryTyped(panel, expandPathVariables(word)) ||
-         tryName(panel, word);
+  return tryTyped(panel, word) || tryName(panel, word) ||
+         tryTyped(panel, expandPathVariables(word));
 }
 
 Westring directoryArgument(const Westring& typed) {

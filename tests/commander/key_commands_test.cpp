@@ -3,7 +3,7 @@
 #include "commander/association_set.h"
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
-#include "commander/menu_items.h"
+#include "commander/seam_log.h"
 #include "fileops/commands.h"
 
 namespace {

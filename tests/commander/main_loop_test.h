@@ -101,20 +101,3 @@ class MainLoopTest : public PanelScreenTest {
   TempDir leftDir, rightDir;
   MainLoop loop;
 };
-
-// What connected modules were asked for, in order.
-class SeamLog {
- public:
-  void connect();  // fills every place of commandSeams
-  std::vector<std::string> take() { return std::exchange(calls_, {}); }
-  std::string last() { return calls_.empty() ? "" : calls_.back(); }
-  // What the windows of other modules answer.
-  HistoryChoice historyChoice;
-  Westring directory;
-  Westring extracted;
-
- private:
-  void note(const std::string& call) { calls_.push_back(call); }
-
-  std::vector<std::string> calls_;
-};

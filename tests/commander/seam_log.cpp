@@ -1,4 +1,6 @@
-#include "commander/main_loop_test.h"
+#include "commander/seam_log.h"
+
+#include "panels/panel_fixture.h"
 
 void SeamLog::connect() {
   CommandSeams& seams = commandSeams();

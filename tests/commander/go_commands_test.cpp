@@ -1,0 +1,355 @@
+// Keys and the cd of a typed line that take a panel to another directory.
+
+#include <cstdlib>
+
+#include "commander/environment.h"
+#include "commander/main_loop_test.h"
+#include "commander/menu_codes.h"
+#include "panels/tree_line.h"
+
+namespace {
+
+constexpr int Shift = ShiftState::Shift, Ctrl = ShiftState::Ctrl;
+constexpr int CtrlBackslash = 28, CtrlShiftBackslash = 0x2001C, CtrlUnderscore = 31;
+
+class GoCommands : public MainLoopTest {
+ protected:
+  void SetUp() override {
+    MainLoopTest::SetUp();
+    leftDir.makeDir("sub");
+    leftDir.makeDir("sub/deep");
+    leftDir.write("sub/deep/bottom", "");
+    leftDir.write("file", "");
+    openPanels();
+  }
+  std::string place() { return bytes(panelPair().active().path); }
+  std::string in(const std::string& name) const { return leftDir.path(name); }
+  void goTo(const std::string& name) { goToPath(left(), leftDir.wide(name)); }
+
+  void execute(const std::string& text) {
+    loop.line.clear();
+    type(text);
+    press(Key::Enter);
+  }
+};
+
+// ---- keys
+
+TEST_F(GoCommands, EnterGoesDownAndBackToTheSamePlace) {
+  cursorTo("sub");
+  press(Key::Enter);
+  EXPECT_EQ(place(), in("sub"));
+  cursorTo("..");
+  press(Key::Enter);
+  EXPECT_EQ(place(), leftDir.path());
+  EXPECT_EQ(currentName(left()), "sub");
+}
+
+TEST_F(GoCommands, CtrlPageUpGoesUpAndDrawsWhatIsThere) {
+  goTo("sub/deep");
+  press(Key::CtrlPageUp);
+  EXPECT_EQ(place(), in("sub"));
+  EXPECT_EQ(currentName(left()), "deep");
+  EXPECT_EQ(rowText(1, 2, 4), "deep");
+  EXPECT_FALSE(shows("bottom"));
+}
+
+TEST_F(GoCommands, CtrlPageDownEntersDirectoriesAndArchivesAndNothingElse) {
+  std::vector<std::string> opened;
+  commandSeams().openFile = [&](Panel& panel) { opened.push_back(currentName(panel)); };
+  cursorTo("file");
+  press(Key::CtrlPageDown);
+  EXPECT_EQ(place(), leftDir.path());
+  cursorTo("sub");
+  press(Key::CtrlPageDown);
+  EXPECT_EQ(place(), in("sub"));
+  enterArchive();
+  press(Key::CtrlPageUp);
+  EXPECT_EQ(place(), leftDir.path());
+  EXPECT_EQ(currentName(left()), "pack.zip");
+  press(Key::CtrlPageDown);
+  EXPECT_EQ(place(), in("pack.zip"));
+  EXPECT_TRUE(opened.empty());
+}
+
+TEST_F(GoCommands, CtrlBackslashGoesToTheRoot) {
+  goTo("sub");
+  left().depth = 4;
+  press(CtrlBackslash, Ctrl);
+  EXPECT_EQ(place(), "/");
+  EXPECT_EQ(left().currentIndex(), 0);
+  EXPECT_EQ(left().depth, -1);
+}
+
+TEST_F(GoCommands, CtrlBackslashAtTheRootChangesNothing) {
+  press(CtrlBackslash, Ctrl);
+  press(Key::Down);
+  const int index = left().currentIndex();
+  press(CtrlBackslash, Ctrl);
+  EXPECT_EQ(left().currentIndex(), index);
+}
+
+TEST_F(GoCommands, CtrlBackslashInAnArchiveLeavesItForItsDirectory) {
+  enterArchive();
+  press(CtrlBackslash, Ctrl);
+  EXPECT_EQ(place(), leftDir.path());
+  EXPECT_EQ(left().archive, nullptr);
+  EXPECT_EQ(currentName(left()), "pack.zip");
+}
+
+TEST_F(GoCommands, CtrlShiftBackslashGoesToTheOtherPanelsDirectory) {
+  press(CtrlShiftBackslash, Ctrl | Shift);
+  EXPECT_EQ(place(), rightDir.path());
+  goTo("");
+  press(CtrlBackslash, Ctrl | Shift);
+  EXPECT_EQ(place(), rightDir.path());
+}
+
+TEST_F(GoCommands, CtrlUnderscoreGoesBackAndForth) {
+  goTo("sub");
+  goTo("sub/deep");
+  press(CtrlUnderscore, Ctrl);
+  EXPECT_EQ(place(), in("sub"));
+  press(CtrlUnderscore, Ctrl);
+  EXPECT_EQ(place(), in("sub/deep"));
+}
+
+TEST_F(GoCommands, CtrlUnderscoreWithNowhereToGoBackDoesNothing) {
+  left().previousPath = L"";
+  press(CtrlUnderscore, Ctrl);
+  EXPECT_EQ(place(), leftDir.path());
+  left().previousPath = L"/no/such/place";
+  press(CtrlUnderscore, Ctrl);
+  EXPECT_EQ(place(), leftDir.path());
+}
+
+TEST_F(GoCommands, AltHomeGoesHome) {
+  const char* before = getenv("HOME");
+  const std::string home = before ? before : "";
+  setenv("HOME", rightDir.path().c_str(), 1);
+  press(Key::AltHome);
+  EXPECT_EQ(place(), rightDir.path());
+  before ? setenv("HOME", home.c_str(), 1) : unsetenv("HOME");
+}
+
+TEST_F(GoCommands, EnterOnATreeLineShowsItsDirectoryInTheOtherPanel) {
+  class Lines : public TreeLines {
+   public:
+    explicit Lines(Westring path) : path_(std::move(path)) {}
+    Westring fullPath(const entry&) const override { return path_; }
+
+   private:
+    Westring path_;
+  } lines(leftDir.wide("sub"));
+  setTreeLines(&lines);
+  left().style = PanelStyle::Tree;
+  left().top = left().cursor = 0;
+  left().entries.clear();
+  left().entries.add(makeEntry(L"sub", 0, SortGroup::Directory));
+  press(Key::Enter);
+  EXPECT_EQ(bytes(right().path), in("sub"));
+  EXPECT_EQ(bytes(left().path), leftDir.path());
+  // The other keys mean the line's directory as well.
+  press(Key::ctrl('f'), Ctrl);
+  EXPECT_EQ(line(), in("sub"));
+  press(0x60003, Ctrl | Shift);
+  EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[3]), in("sub"));
+  press(0x40003, Ctrl);
+  EXPECT_EQ(bytes(right().path), in("sub"));
+  setTreeLines(nullptr);
+}
+
+// ---- shortcuts
+
+TEST_F(GoCommands, ShortcutsAreStoredAndFollowed) {
+  for (int digit = 0; digit <= 9; ++digit) {
+    goTo("sub");
+    press(0x60000 + digit, Ctrl | Shift);
+    EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[digit]), in("sub"));
+    goTo("");
+    left().depth = 2;
+    press(0x40000 + digit, Ctrl);
+    EXPECT_EQ(place(), in("sub")) << digit;
+    EXPECT_EQ(left().depth, -1);
+    EXPECT_EQ(left().currentIndex(), 0);
+  }
+}
+
+TEST_F(GoCommands, KeypadDigitsAreShortcutsToo) {
+  goTo("sub");
+  press(0x60035, Ctrl | Shift);
+  goTo("");
+  press(0x40035, Ctrl);
+  EXPECT_EQ(place(), in("sub"));
+  EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[5]), in("sub"));
+}
+
+TEST_F(GoCommands, ShortcutsExpandTildeAndVariables) {
+  sessionEnvironment().set("TD_TEST_PLACE", in("sub").c_str());
+  GlobalOptions::directoryShortcuts[1] = L"$TD_TEST_PLACE/deep";
+  press(0x40001, Ctrl);
+  EXPECT_EQ(place(), in("sub/deep"));
+  sessionEnvironment().set("TD_TEST_PLACE", "");
+  sessionEnvironment().set("HOME", rightDir.path().c_str());
+  GlobalOptions::directoryShortcuts[2] = L"~";
+  press(0x40002, Ctrl);
+  EXPECT_EQ(place(), rightDir.path());
+  sessionEnvironment().set("HOME", "");
+}
+
+TEST_F(GoCommands, ABadShortcutSaysSo) {
+  GlobalOptions::directoryShortcuts[7] = L"/no/such/place";
+  const std::string box = dialogScreen("Invalid Directory", [&] { press(0x40007, Ctrl); });
+  EXPECT_NE(box.find("/no/such/place"), std::string::npos);
+  EXPECT_EQ(place(), leftDir.path());
+}
+
+TEST_F(GoCommands, AnUnsetShortcutGoesNowhere) {
+  press(0x40008, Ctrl);
+  EXPECT_EQ(place(), leftDir.path());
+}
+
+// ---- cd
+
+TEST_F(GoCommands, CdTakesEveryFormThatPeopleType) {
+  leftDir.makeDir("with blank");
+  leftDir.makeDir("back\\slash");
+  leftDir.makeDir("a:colon");
+  leftDir.makeDir("quo\"te");
+  leftDir.makeDir("-dash");
+  leftDir.makeDir("$dollar");
+  sessionEnvironment().set("TD_TEST_PLACE", in("sub").c_str());
+  sessionEnvironment().set("HOME", rightDir.path().c_str());
+  const struct {
+    const char* typed;
+    std::string result;
+  } rows[] = {
+      {"cd sub", in("sub")},
+      {"CD sub", in("sub")},
+      {"  cd   sub  ", in("sub")},
+      {"cd sub/", in("sub")},
+      {"cd sub/deep", in("sub/deep")},
+      {"cd sub\\deep", in("sub/deep")},
+      {"cd ./sub", in("sub")},
+      {"cd sub/../sub", in("sub")},
+      {"cd \"sub\"", in("sub")},
+      {"cd 'sub'", in("sub")},
+      {"cd with blank", in("with blank")},
+      {"cd \"with blank\"", in("with blank")},
+      {"cd with\\ blank", in("with blank")},
+      {"cd 'with blank'", in("with blank")},
+      {"cd back\\\\slash", in("back\\slash")},
+      {"cd a:colon", in("a:colon")},
+      {"cd quo\\\"te", in("quo\"te")},
+      {"cd ./-dash", in("-dash")},
+      {"cd -dash", in("-dash")},
+      {"cd \\$dollar", in("$dollar")},
+      {"cd $TD_TEST_PLACE", in("sub")},
+      {"cd $TD_TEST_PLACE/deep", in("sub/deep")},
+      {"cd ~", rightDir.path()},
+      {"cd /", "/"},
+      {"cd\\", "/"},
+      {"cd ..", std::filesystem::path(leftDir.path()).parent_path().string()},
+      {"cd..", std::filesystem::path(leftDir.path()).parent_path().string()},
+      {"cd.", leftDir.path()},
+      {"cd /dev", "/dev"},
+  };
+  for (const auto& row : rows) {
+    goTo("");
+    execute(row.typed);
+    EXPECT_EQ(place(), row.result) << row.typed;
+    EXPECT_EQ(line(), "") << row.typed;
+  }
+  sessionEnvironment().set("TD_TEST_PLACE", "");
+  sessionEnvironment().set("HOME", "");
+}
+
+TEST_F(GoCommands, ANamePutOnTheLineByItsKeyIsFoundByCd) {
+  for (const std::string name :
+       {"plain", "two words", "tab\there", "semi;colon", "back\\slash", "quo'te", "dou\"ble",
+        "$HOME", "~", "!x", "-rf", "#hash", "a:b", "\xFFraw", "世界"}) {
+    leftDir.makeDir(name);
+    goTo("");
+    cursorTo(name);
+    loop.line.clear();
+    press(Key::CtrlEnter);
+    const Westring quoted = loop.line.text();
+    loop.line.setText(L"cd " + quoted);
+    press(Key::Enter);
+    EXPECT_EQ(place(), in(name));
+  }
+}
+
+TEST_F(GoCommands, CdResetsPositionAndType) {
+  left().depth = 3;
+  press(Key::Down);
+  execute("cd sub");
+  EXPECT_EQ(left().currentIndex(), 0);
+  EXPECT_EQ(left().depth, -1);
+  EXPECT_TRUE(left().isFiles());
+}
+
+TEST_F(GoCommands, CdWorksOnTheOtherPanelBesideInfoAndTrees) {
+  press(MenuCode::LeftInfo);
+  execute("cd /dev");
+  EXPECT_EQ(bytes(right().path), "/dev");
+  press(MenuCode::LeftTree);
+  execute("cd /proc");
+  EXPECT_EQ(bytes(right().path), "/proc");
+  EXPECT_EQ(bytes(left().path), leftDir.path());
+}
+
+TEST_F(GoCommands, CdToNowhereShowsThePathAndStays) {
+  const std::string box = dialogScreen("Invalid directory", [&] { execute("cd nowhere"); });
+  EXPECT_NE(box.find(leftDir.path() + "/nowhere"), std::string::npos);
+  EXPECT_EQ(place(), leftDir.path());
+  dialogScreen("Invalid directory", [&] { execute("cd file"); });
+  EXPECT_EQ(line(), "");
+}
+
+TEST_F(GoCommands, CdToWhatIsNoPathSaysInvalidPath) {
+  dialogScreen("Invalid path", [&] { execute("cd no:path"); });
+  EXPECT_EQ(place(), leftDir.path());
+}
+
+TEST_F(GoCommands, CdAsksTheTreeForAName) {
+  commandSeams().findInTree = [&](Panel&, const Westring& name, Westring& found) {
+    if (bytes(name) != "deep") return false;
+    found = leftDir.wide("sub/deep");
+    return true;
+  };
+  execute("cd deep");
+  EXPECT_EQ(place(), in("sub/deep"));
+}
+
+TEST_F(GoCommands, CdGoesIntoTheHistoryAndAnUnconnectedShellKeepsTheLine) {
+  execute("cd sub");
+  EXPECT_EQ(stored(commandHistory()), std::vector<std::string>{"cd sub"});
+  execute("make all");
+  EXPECT_EQ(line(), "make all");
+  EXPECT_EQ(commandHistory().count(), 1);
+  execute("cd");  // alone it belongs to the shell
+  EXPECT_EQ(line(), "cd");
+}
+
+TEST_F(GoCommands, AConnectedShellGetsTheLine) {
+  std::vector<std::string> run;
+  commandSeams().processCommand = [&](const Westring& text, const Westring&, int side) {
+    run.push_back(bytes(text) + " " + std::to_string(side));
+  };
+  execute("  make all ");
+  EXPECT_EQ(line(), "");
+  GlobalOptions::Background = L"nohup";
+  type("make");
+  press(Key::AltEnter, ShiftState::Alt);
+  GlobalOptions::Background = L"";
+  type("cd sub");
+  press(Key::AltEnter, ShiftState::Alt);
+  EXPECT_EQ(run, (std::vector<std::string>{"make all 0", "nohup make 0"}));
+  EXPECT_EQ(place(), in("sub"));
+  execute("   ");
+  EXPECT_EQ(line(), "");
+  EXPECT_EQ(run.size(), 2u);
+}
+
+}  // namespace
