@@ -38,6 +38,7 @@ class ConsoleOwner {
   ~ConsoleOwner() {
     console = nullptr;
     owned_.reset();
+    endToolkit();
   }
   ConsoleOwner(const ConsoleOwner&) = delete;
   ConsoleOwner& operator=(const ConsoleOwner&) = delete;
