@@ -1,5 +1,7 @@
 #include "panels/panel_mouse.h"
 
+#include <thread>
+
 #include "console/key_codes.h"
 #include "console/text_state.h"
 #include "drawn_panels.h"
@@ -747,19 +749,12 @@ TEST_F(PanelMouseTest, ADelayEndsAsSoonAsAnEventComes) {
   GlobalOptions::ScrollDelay = 600000;
   openFull();
   left().cursor = 18;
-  const ThreadHandle beside = startThread(
-      [](void*) {
-        waitUntil([] { return panelPair().side[0].top > 0; });
-        TEvent event;
-        event.kind = EventKind::Release;
-        event.code = Left;
-        event.y = 21;
-        console->events().put(event);
-      },
-      nullptr);
+  std::thread beside([this] {
+    waitUntil([this] { return rowText(1, 1, 4) == "f001"; });
+    queueMouse(EventKind::Release, 3, 21);
+  });
   press(3, 21);
-  ThreadHandle joined = beside;
-  joinThread(joined);
+  beside.join();
   EXPECT_EQ(left().top, 1);
   next();
 }
