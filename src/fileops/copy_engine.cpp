@@ -15,6 +15,11 @@ bool isSharedDevice(mode_t mode) {
   return S_ISCHR(mode) || S_ISBLK(mode);
 }
 
+// The number of a file that went is soon given to another one, which may be of another kind.
+bool isSameThing(const struct stat& a, const struct stat& b) {
+  return idOf(a) == idOf(b) && (a.st_mode & S_IFMT) == (b.st_mode & S_IFMT);
+}
+
 class FileCopy {
  public:
   FileCopy(RunningOperation& operation, const CopyRequest& request)
@@ -58,9 +63,8 @@ CopyResult FileCopy::openSource() {
   }
   if (!source_.valid()) return sourceFailure(errno);
   if (System::fstat(source_.get(), &info_) < 0) return sourceFailure(errno);
-  const bool expected = request_.looked
-                            ? idOf(*request_.looked) == idOf(info_) && !S_ISDIR(info_.st_mode)
-                            : S_ISREG(info_.st_mode);
+  const bool expected =
+      request_.looked ? isSameThing(*request_.looked, info_) : S_ISREG(info_.st_mode);
   return expected ? CopyResult{} : sourceFailure(ESTALE);
 }
 
@@ -123,7 +127,9 @@ CopyResult FileCopy::fill(int to, Waits targetWaits) {
 CopyResult FileCopy::finish(PartialFile& target) {
   const bool move = request_.kind == TransferKind::Move;
   if (move) keepOwnership(source_.get(), target.fd(), after_);
-  if (const int error = keepTimes(target.fd(), after_)) return targetFailure(error);
+  // Only its owner may set the time of a file that was written into.
+  const int timeError = keepTimes(target.fd(), after_);
+  if (timeError && !(timeError == EPERM && target.isInPlace())) return targetFailure(timeError);
   keepMode(target.fd(), after_);
   const off_t copied = move ? System::seek(target.fd(), 0, SEEK_CUR) : 0;
   const auto replace = replaces() ? PartialFile::Replace::Yes : PartialFile::Replace::No;

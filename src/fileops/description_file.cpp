@@ -127,14 +127,14 @@ void DescriptionFile::clear() {
   late_.clear();
 }
 
-bool DescriptionFile::changed() const {
-  return cleared_ || !pending_.empty() || !late_.empty() || !appended_.empty();
+bool DescriptionFile::hasUnwritten() const {
+  return cleared_ || !pending_.empty() || !appended_.empty();
 }
 
 void DescriptionFile::settleLateErasures() {
   std::vector<std::pair<DescriptionFile*, std::string>> waiting;
   for (auto& [target, name] : late_) {
-    if (target->changed()) {
+    if (target->hasUnwritten()) {
       waiting.emplace_back(target, name);
     } else if (!target->failed()) {
       erase(name.c_str());
@@ -166,7 +166,7 @@ std::string DescriptionFile::composed() {
 
 int DescriptionFile::flush() {
   settleLateErasures();
-  if (!cleared_ && pending_.empty() && appended_.empty()) return 0;
+  if (!hasUnwritten()) return 0;
   reloadIfChanged();
   int error = EACCES;
   if (state_ != State::Unusable) {

@@ -37,8 +37,8 @@ class DescriptionFile {
   void append(const std::string& lines);
   void clear();  // every line goes at the next flush
 
-  int flush();  // 0 or errno, also when there was nothing to do
-  bool changed() const;
+  int flush();                // 0 or errno, also when there was nothing to do
+  bool hasUnwritten() const;  // lines to write or to take out now
   bool failed() const { return failed_; }
   const std::string& directory() const { return directory_; }
   void setDirectory(std::string directory) { directory_ = std::move(directory); }

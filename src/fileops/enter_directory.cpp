@@ -4,7 +4,8 @@
 #include "fileops/byte_path.h"
 #include "fileops/kept_attributes.h"
 #include "fileops/overwrite_question.h"
-#include "fileops/replace_by_steps.h"
+#include "fileops/partial_file.h"
+#include "fileops/rename_over_file.h"
 #include "fileops/same_place.h"
 #include "fileops/transfer_level.h"
 #include "foundation/names.h"
@@ -27,6 +28,15 @@ int openTargetDirectory(int directory, const char* name, Descriptor& result) {
     result = Descriptor(System::openAt(directory, name, O_PATH | DirectoryFlags));
   }
   return result.valid() ? 0 : errno;
+}
+
+template <class Make>
+int makeInPlaceOfFile(const Place& file, Make make) {
+  std::string name;
+  if (const int error = makeBeside(file, name, make)) return error;
+  const int error = renameDirectoryOverFile({file.directory, name.c_str(), file.path}, file);
+  if (error) System::unlinkAt(file.directory, name.c_str(), AT_REMOVEDIR);
+  return error;
 }
 
 }  // namespace
@@ -104,7 +114,7 @@ CopyResult Transfer::makeTarget(const Item& item, const Attempt& attempt, Level&
     level.replacesFile = attempt.target.has_value();
     error = makeBeside(target, level.temporaryName, make);
   } else if (attempt.target) {
-    error = replaceBySteps(target, [&] { return make(target.name); });
+    error = makeInPlaceOfFile(target, make);
   } else {
     error = make(target.name);
   }

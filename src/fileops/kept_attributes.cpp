@@ -1,5 +1,6 @@
 #include "fileops/kept_attributes.h"
 
+#include <cerrno>
 #include <cstring>
 #include <string>
 
@@ -23,11 +24,13 @@ bool sameWords(DosTime a, DosTime b) {
   return a.date == b.date && a.time == b.time;
 }
 
-bool isOutsideWords(time_t t) {
+// At the ends of what the words can hold they repeat and tell nothing.
+struct timespec copiedTimeAtTheEnds(struct timespec source) {
   struct tm local {};
-  if (!localtime_r(&t, &local)) return true;
+  if (!localtime_r(&source.tv_sec, &local)) return source;
   const int year = local.tm_year + TmYearBase;
-  return year < FirstYear || year > LastYear;
+  if (year < FirstYear || year > LastYear) return source;
+  return {source.tv_sec - (local.tm_sec & 1), 0};
 }
 
 void copyExtendedAttributes(int from, int to) {
@@ -47,17 +50,16 @@ void copyExtendedAttributes(int from, int to) {
 
 struct timespec copiedTime(struct timespec source) {
   const DosTime words = timeToDos(source.tv_sec);
-  // The first second of its pair has another word before it; only the clamped ends repeat further.
+  // The first of the two seconds of a word has another word before it, the second one the same.
   if (!sameWords(words, timeToDos(source.tv_sec - 1))) return {source.tv_sec, 0};
-  if (sameWords(words, timeToDos(source.tv_sec - 2)) || isOutsideWords(source.tv_sec))
-    return source;
+  if (sameWords(words, timeToDos(source.tv_sec - 2))) return copiedTimeAtTheEnds(source);
   return {source.tv_sec - 1, 0};
 }
 
 int keepTimes(int fd, const struct stat& source) {
   const struct timespec time = copiedTime(source.st_mtim);
   const struct timespec times[2] = {time, time};
-  return System::futimens(fd, times);
+  return System::futimens(fd, times) == 0 ? 0 : errno;
 }
 
 mode_t keptMode(const struct stat& source, uid_t owner, gid_t group) {

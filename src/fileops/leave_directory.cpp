@@ -2,7 +2,7 @@
 #include "fileops/delete_tree.h"
 #include "fileops/error_dialog.h"
 #include "fileops/kept_attributes.h"
-#include "fileops/replace_by_steps.h"
+#include "fileops/rename_over_file.h"
 #include "fileops/transfer_level.h"
 
 // A directory whose members are all done: its target gets its name and attributes, the source of a
@@ -124,13 +124,11 @@ void Transfer::carryOrphanLines(Level& level) {
 
 int Transfer::tryName(const Level& level) const {
   const Place target = selfItem(level).target;
-  const auto rename = [&] {
-    const int renamed = System::renameAtNoReplace(target.directory, level.temporaryName.c_str(),
-                                                  target.directory, target.name);
-    return renamed == 0 ? 0 : errno;
-  };
-  const int error = rename();
-  return error == EEXIST && level.replacesFile ? replaceBySteps(target, rename) : error;
+  const Place unnamed = {target.directory, level.temporaryName.c_str(), target.path};
+  const int renamed =
+      System::renameAtNoReplace(unnamed.directory, unnamed.name, target.directory, target.name);
+  if (renamed == 0) return 0;
+  return errno == EEXIST && level.replacesFile ? renameDirectoryOverFile(unnamed, target) : errno;
 }
 
 Outcome Transfer::nameDirectory(Level& level) {

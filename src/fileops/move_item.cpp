@@ -1,7 +1,7 @@
 #include "fileops/byte_path.h"
 #include "fileops/error_dialog.h"
 #include "fileops/overwrite_question.h"
-#include "fileops/replace_by_steps.h"
+#include "fileops/rename_over_file.h"
 #include "fileops/same_place.h"
 #include "fileops/transfer_level.h"
 #include "foundation/break_state.h"
@@ -19,7 +19,7 @@ int renamePlace(const Place& from, const Place& to) {
 int renameOver(const Place& from, const Place& to) {
   if (System::renameAt(from.directory, from.name, to.directory, to.name) == 0) return 0;
   if (errno != ENOTDIR) return errno;
-  return replaceBySteps(to, [&] { return renamePlace(from, to); });
+  return renameDirectoryOverFile(from, to);
 }
 
 bool lookAt(const Place& place, struct stat& info) {

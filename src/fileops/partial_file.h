@@ -27,6 +27,7 @@ class PartialFile {
   int openInPlace(const Place& target, FileId looked);
 
   int fd() const { return fd_.get(); }
+  bool isInPlace() const { return way_ == Way::InPlace; }
   // Closes it and gives it its name. Replacing flushes first, so that the name never stands for
   // less than the old or the new file. 0 or errno.
   int commit(Replace replace);

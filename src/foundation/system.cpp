@@ -177,6 +177,12 @@ int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, cons
   return renameAt(fromDirectory, from, toDirectory, to);
 }
 
+int renameExchange(int fromDirectory, const char* from, int toDirectory, const char* to) {
+  return guarded("renameExchange", from, [&] {
+    return ::renameat2(fromDirectory, from, toDirectory, to, RENAME_EXCHANGE);
+  });
+}
+
 int symlink(const char* target, const char* path) {
   return guarded("symlink", path, [&] { return ::symlink(target, path); });
 }

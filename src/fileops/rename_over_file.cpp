@@ -1,0 +1,47 @@
+#include "fileops/rename_over_file.h"
+
+#include "fileops/partial_file.h"
+
+namespace {
+
+int renamePlace(const Place& from, const Place& to) {
+  const int result = System::renameAtNoReplace(from.directory, from.name, to.directory, to.name);
+  return result == 0 ? 0 : errno;
+}
+
+bool isNotOffered(int error) {
+  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
+}
+
+int exchange(const Place& a, const Place& b) {
+  return System::renameExchange(a.directory, a.name, b.directory, b.name) == 0 ? 0 : errno;
+}
+
+int replaceInSteps(const Place& directory, const Place& file) {
+  std::string name;
+  Place aside = file;
+  int error = makeBeside(file, name, [&](const char* candidate) {
+    aside.name = candidate;
+    return renamePlace(file, aside);
+  });
+  if (error) return error;
+  error = renamePlace(directory, file);
+  if (error) {
+    static_cast<void>(renamePlace(aside, file));
+  } else {
+    System::unlinkAt(aside.directory, aside.name, 0);
+  }
+  return error;
+}
+
+}  // namespace
+
+int renameDirectoryOverFile(const Place& directory, const Place& file) {
+  int error = exchange(directory, file);
+  if (isNotOffered(error)) return replaceInSteps(directory, file);
+  if (error) return error;
+  if (System::unlinkAt(directory.directory, directory.name, 0) == 0) return 0;
+  error = errno;
+  static_cast<void>(exchange(directory, file));
+  return error;
+}
