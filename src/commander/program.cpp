@@ -94,7 +94,12 @@ void initPanels(const Arguments& arguments) {
   chooseStartDirectory(panelPair().side[0], arguments.leftDirectory, Left);
   chooseStartDirectory(panelPair().side[1], arguments.rightDirectory, Right);
   console->writeTty("\n\n");
+  Panel& left = panelPair().side[0];
+  Panel& right = panelPair().side[1];
+  Westring wanted = left.path;
   initPanel(0, {LeftSort, LeftStyle, LeftType, LeftShowing, LeftFilter});
+  // Where the left panel could not stay, the right one needs no message of its own.
+  if (sameName(right.path, wanted)) right.path = left.path;
   initPanel(1, {RightSort, RightStyle, RightType, RightShowing, RightFilter});
   setActiveSide(StartupSide == 'R' ? 1 : 0);
   setWorkingDirectory(panelPair().active());

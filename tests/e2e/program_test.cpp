@@ -37,8 +37,13 @@ void ProgramTest::launch(std::vector<std::string> arguments) {
 void ProgramTest::start(const std::vector<std::string>& moreArguments) {
   std::vector<std::string> arguments{"-l", left_.path(), "-r", right_.path()};
   arguments.insert(arguments.end(), moreArguments.begin(), moreArguments.end());
+  startPlain(arguments);
+}
+
+void ProgramTest::startPlain(const std::vector<std::string>& arguments, FirstScreen first) {
   launch(arguments);
-  ASSERT_TRUE(waitUntil([this] { return console && shows("10Quit"); })) << "no first screen";
+  const std::string text = first == FirstScreen::Panels ? "10Quit" : "OK";
+  ASSERT_TRUE(waitUntil([&] { return console && shows(text); })) << "no first screen";
   ASSERT_TRUE(keys().waitForFocus(console->windowId()));
 }
 

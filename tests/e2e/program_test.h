@@ -21,6 +21,10 @@ class ProgramTest : public testing::Test {
 
   // Starts td with the panels in left() and right() and waits for its first complete screen.
   void start(const std::vector<std::string>& moreArguments = {});
+  // The same with just these arguments.
+  enum class FirstScreen { Panels, Box };  // a message may come before the panels
+  void startPlain(const std::vector<std::string>& arguments,
+                  FirstScreen first = FirstScreen::Panels);
   // Starts td with just these arguments and waits for its end; the exit status.
   int runToEnd(const std::vector<std::string>& arguments);
   // F10 and Enter; the exit status.

@@ -1,0 +1,180 @@
+// Ends that nobody asked for at the keyboard: signals, and a display that goes away.
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include "commander/program.h"
+#include "console/console.h"
+#include "console/key_codes.h"
+#include "e2e/program_test.h"
+#include "foundation/utf8.h"
+#include "support/x_display.h"
+
+namespace {
+
+class Signals : public ProgramTest {
+ protected:
+  // Copies a pipe into which nobody writes: that lasts until it is broken off.
+  void startEndlessCopy() {
+    ASSERT_EQ(mkfifo(left().path("pipe").c_str(), 0600), 0);
+    right().write("kept", "old");
+    start();
+    moveTo("pipe");
+    press(XK_F5);
+    expectText("Copy \"pipe\" to");
+    press(XK_Return);
+    expectSoon("a copy in the making", [this] { return right().names().size() > 1; });
+  }
+};
+
+TEST_F(Signals, EachRequestEndsWithoutAQuestion) {
+  start();
+  kill(getpid(), SIGHUP);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(Signals, InterruptInsideAMenu) {
+  start();
+  press(XK_F9);
+  expectText("Commands    Options");
+  press(XK_Return);
+  expectText("Brief-Wide");
+  kill(getpid(), SIGINT);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(Signals, TerminateInsideAQuickSearch) {
+  left().write("abc", "");
+  start();
+  press(XK_a, {XK_Alt_L});
+  expectText("Search: a");
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(Signals, TerminateInsideTheExitQuestion) {
+  start();
+  press(XK_F10);
+  expectText("Are you sure");
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(Signals, TerminateDuringACopyLeavesNoPartOfIt) {
+  startEndlessCopy();
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+  EXPECT_EQ(right().names(), std::vector<std::string>{"kept"});
+}
+
+TEST_F(Signals, TheExitScriptIsWrittenAlsoAfterARequestToEnd) {
+  start({"-x", home().path("leave.bat")});
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+  EXPECT_TRUE(home().exists("leave.bat"));
+}
+
+// ---- the display goes away: each in a process of its own, which starts anew from main
+
+constexpr char LostMessage[] = "^td: the connection to the X display is lost\n$";
+
+class DisplayDeathTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    setenv("HOME", home_.path().c_str(), 1);
+    setenv("LC_ALL", "C.UTF-8", 1);
+    // The process that loses its display starts anew, with other directories unless it is told.
+    if (const char* known = getenv("TD_TEST_PLACE")) {
+      place_ = known;
+    } else {
+      setenv("TD_TEST_PLACE", own_.path().c_str(), 1);
+      place_ = own_.path();
+      own_.makeDir("left");
+      own_.makeDir("right");
+      ASSERT_EQ(mkfifo(own_.path("left/pipe").c_str(), 0600), 0);
+    }
+  }
+  void TearDown() override { unsetenv("TD_TEST_PLACE"); }
+
+  static std::string screen() {
+    Westring text;
+    for (const Cell& cell : console->getCells(0, 0, console->columns(), console->rows())) {
+      text += cell.ch == 0 ? L' ' : cell.ch;
+    }
+    return toUtf8(text).data();
+  }
+  static void waitFor(const std::string& text) {
+    if (!waitUntil([&] { return console && screen().find(text) != std::string::npos; })) _exit(7);
+  }
+  static void key(int code) {
+    TEvent event;
+    event.code = code;
+    console->events().put(event);
+  }
+
+  // Runs td on a server of its own, brings it to where the display is to go, and takes it away.
+  // Doesn't return.
+  void loseDisplay(const std::function<void()>& prepare) {
+    XServer server;
+    setenv("DISPLAY", server.name().c_str(), 1);
+    std::thread program([this] {
+      std::string left = place_ + "/left", right = place_ + "/right";
+      char name[] = "td", l[] = "-l", r[] = "-r";
+      char* arguments[] = {name, l, left.data(), r, right.data(), nullptr};
+      _exit(10 + runProgram(5, arguments));
+    });
+    waitFor("10Quit");
+    prepare();
+    server.kill();
+    program.join();
+    abort();
+  }
+
+  TempDir home_, own_;
+  std::string place_;
+};
+
+TEST_F(DisplayDeathTest, AtThePromptEndsWithOneLineAndStatusOne) {
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EXIT(loseDisplay([] {}), testing::ExitedWithCode(1), LostMessage);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST_F(DisplayDeathTest, InsideADialogEndsTheSame) {
+  EXPECT_EXIT(loseDisplay([] {
+                key(Key::F7);
+                waitFor("Create the directory");
+              }),
+              testing::ExitedWithCode(1), LostMessage);
+}
+
+TEST_F(DisplayDeathTest, InsideAMenuEndsTheSame) {
+  EXPECT_EXIT(loseDisplay([] {
+                key(Key::F9);
+                waitFor("Commands    Options");
+                key(Key::Enter);
+                waitFor("Brief-Wide");
+              }),
+              testing::ExitedWithCode(1), LostMessage);
+}
+
+TEST_F(DisplayDeathTest, DuringACopyLeavesNoPartOfIt) {
+  EXPECT_EXIT(loseDisplay([this] {
+                key(Key::End);
+                key(Key::F5);
+                waitFor("Copy \"pipe\" to");
+                key(Key::Enter);
+                if (!waitUntil([this] { return !std::filesystem::is_empty(place_ + "/right"); })) {
+                  _exit(8);
+                }
+              }),
+              testing::ExitedWithCode(1), LostMessage);
+  EXPECT_TRUE(std::filesystem::is_empty(place_ + "/right"));
+}
+
+}  // namespace

@@ -1,0 +1,205 @@
+// Starting where something is missing, and options that the configuration sets.
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "commander/command_seams.h"
+#include "config/options.h"
+#include "console/console.h"
+#include "e2e/program_test.h"
+#include "foundation/utf8.h"
+#include "support/as_user.h"
+
+namespace {
+
+class StartEdge : public ProgramTest {
+ protected:
+  void TearDown() override {
+    ProgramTest::TearDown();
+    commandSeams() = CommandSeams{};
+  }
+  // What the configuration file would say.
+  void configure(std::function<void()> set) { commandSeams().loadConfiguration = std::move(set); }
+  bool promptIs(const std::string& path) {
+    return row(0, 23, static_cast<int>(path.size()) + 1) == path + ">";
+  }
+  void expectPrompt(const std::string& path) {
+    expectSoon("the prompt " + path, [&] { return promptIs(path); });
+  }
+};
+
+// ---- places
+
+TEST_F(StartEdge, WithoutHomeTheUsersDirectoryIsHome) {
+  unsetenv("HOME");
+  ASSERT_EQ(chdir(right().path().c_str()), 0);
+  start();
+  press(XK_Home, {XK_Alt_L});
+  expectSoon("another directory", [this] { return !promptIs(left().path()); });
+  EXPECT_FALSE(right().exists(".tdx"));
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, FromAVanishedDirectoryThePanelsStartAtTheRoot) {
+  right().makeDir("gone");
+  ASSERT_EQ(chdir(right().path("gone").c_str()), 0);
+  ASSERT_EQ(rmdir(right().path("gone").c_str()), 0);
+  startPlain({});
+  expectPrompt("/");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AnUnreadableStartDirectoryLeadsUpWithOneBox) {
+  left().openToAll();
+  right().openToAll();
+  home().openToAll();
+  left().makeDir("closed");
+  left().chmod("closed", 0111);
+  const int status = runAsUser([this] {
+    EXPECT_EQ(chdir(left().path("closed").c_str()), 0);
+    startPlain({}, FirstScreen::Box);
+    expectText(left().path("closed"));
+    press(XK_Return);
+    expectText("10Quit");
+    expectPrompt(left().path());
+    press(XK_Tab);
+    expectPrompt(left().path());
+    EXPECT_EQ(quit(), 0);
+  });
+  left().chmod("closed", 0755);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(StartEdge, RelativeStartDirectoriesBelongToTheWorkingDirectory) {
+  left().makeDir("one");
+  left().makeDir("two");
+  ASSERT_EQ(chdir(left().path().c_str()), 0);
+  startPlain({"-l", "one", "-R", "./two/"});
+  expectPrompt(left().path("one"));
+  press(XK_Tab);
+  expectPrompt(left().path("two"));
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AMissingValueOfLLeavesTheWorkingDirectory) {
+  ASSERT_EQ(chdir(left().path().c_str()), 0);
+  startPlain({"-r", right().path(), "-l"});
+  expectPrompt(left().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, ARelativeExitScriptStandsWhereTheProgramWasStarted) {
+  ASSERT_EQ(chdir(home().path().c_str()), 0);
+  start({"-x", "leave.bat"});
+  EXPECT_EQ(quit(), 0);
+  EXPECT_TRUE(home().exists("leave.bat"));
+  EXPECT_FALSE(left().exists("leave.bat"));
+}
+
+TEST_F(StartEdge, TheExitScriptOfTheRootHasAnEmptyPath) {
+  startPlain({"-l", "/", "-x", home().path("leave.bat")});
+  EXPECT_EQ(quit(), 0);
+  EXPECT_EQ(home().read("leave.bat"), "/:\r\ncd \"\"\r\n");
+}
+
+TEST_F(StartEdge, AnExitScriptThatCannotBeWrittenIsLeftOutSilently) {
+  start({"-x", "/proc/no/such/place"});
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AnExitScriptNeverWritesThroughALink) {
+  home().write("precious", "text");
+  home().link("precious", "leave.bat");
+  start({"-x", home().path("leave.bat")});
+  EXPECT_EQ(quit(), 0);
+  EXPECT_EQ(home().read("precious"), "text");
+}
+
+// ---- a file alone
+
+TEST_F(StartEdge, ViewAndEditRunAloneTheViewerFirst) {
+  std::vector<std::string> calls;
+  commandSeams().viewFile = [&](const Westring& file, Panel* panel) {
+    calls.push_back("view " + std::string(toUtf8(file).data()) + (panel ? " list" : ""));
+  };
+  commandSeams().editFile = [&](const Westring& file) {
+    calls.push_back("edit " + std::string(toUtf8(file).data()));
+  };
+  EXPECT_EQ(runToEnd({"-e", "/etc/passwd", "-v", "/etc/group"}), 0);
+  EXPECT_EQ(calls, (std::vector<std::string>{"view /etc/group", "edit /etc/passwd"}));
+}
+
+// ---- options
+
+TEST_F(StartEdge, AConfiguredWidthOf60IsWidenedTo80) {
+  configure([] { GlobalOptions::Columns = 60; });
+  start();
+  EXPECT_EQ(console->columns(), 80);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AConfiguredSizeIsTheFirstScreens) {
+  configure([] {
+    GlobalOptions::Columns = 132;
+    GlobalOptions::Lines = 50;
+  });
+  start();
+  EXPECT_EQ(console->columns(), 132);
+  EXPECT_EQ(console->rows(), 50);
+  EXPECT_EQ(row(49).substr(0, 5), "1Help");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, PanelsStartAsConfigured) {
+  left().write("b.one", "");
+  left().write("a.two", "");
+  configure([] {
+    using namespace GlobalOptions;
+    LeftSort = 5;
+    LeftStyle = 0;
+    LeftFilter = L"*.one";
+    RightType = 1;
+    StartupSide = 'R';
+    Clock = true;
+  });
+  start();
+  expectText("b.one");
+  EXPECT_FALSE(shows("a.two"));
+  expectText("INFO");
+  expectSoon("the clock", [this] { return row(76, 0, 1) == ":"; });
+  expectPrompt(left().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, PanelsThatWereOffStayOff) {
+  configure([this] {
+    GlobalOptions::LeftShowing = false;
+    GlobalOptions::Right = fromUtf8(right().path().c_str());
+  });
+  startPlain({});
+  expectPrompt(right().path());
+  EXPECT_EQ(row(0, 5, 40), std::string(40, ' '));
+  press(XK_F1, {XK_Control_L});
+  expectSoon("the left panel", [this] { return row(0, 5, 40) != std::string(40, ' '); });
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, TheDirectoryOnTheCommandLineGoesBeforeTheConfiguredOne) {
+  configure([this] { GlobalOptions::Left = fromUtf8(right().path().c_str()); });
+  start();
+  expectPrompt(left().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AutoSaveSavesAtTheEndWhileThePanelsStillStand) {
+  std::vector<bool> showing;
+  commandSeams().saveConfiguration = [&] { showing.push_back(panelPair().side[0].showing); };
+  configure([] { GlobalOptions::AutoSave = true; });
+  start();
+  EXPECT_EQ(quit(), 0);
+  EXPECT_EQ(showing, std::vector<bool>{true});
+}
+
+}  // namespace
