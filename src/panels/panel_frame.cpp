@@ -29,6 +29,13 @@ class FrameLine {
       if (x + 2 < static_cast<int>(cells_.size()) - 1) at(x) = boundary;
     }
   }
+  void overlay(const FrameTitle& title) {
+    const int end = std::min(title.lineEnd, static_cast<int>(cells_.size()) - 1);
+    cells_[end].ch = 0;
+    for (int i = 0; i < title.text.length() && title.x + i < end; ++i) {
+      cells_[title.x + i] = Cell{title.text[i], title.attr};
+    }
+  }
   void write(const Win& window, int screenRow) {
     console->writeCellString(window.left(), screenRow, cells_.data());
   }
@@ -79,12 +86,13 @@ void drawSides(const Win& window) {
 
 }  // namespace
 
-void drawTopBorder(Panel& panel) {
+void drawTopBorder(Panel& panel, const FrameTitle& title) {
   const Win& window = *panel.window;
   FrameLine line(outerWidth(window), TopLeft, DoubleLine, TopRight);
   if (panel.isFiles()) {
     line.mark(separatorPositions(layoutColumns(panel.style, window.innerWidth())), TopBoundary);
   }
+  line.overlay(title);
   line.write(window, window.top());
 }
 

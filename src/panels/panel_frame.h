@@ -8,5 +8,12 @@
 void drawPanelFrame(Panel& panel, const RowLayout& layout);
 // The same around an INFO panel: no columns, no line ahead of a status line.
 void drawPlainFrame(Panel& panel);
-// The top border alone, as the title is drawn over it.
-void drawTopBorder(Panel& panel);
+// A title in the top border, cells counted from the window's left edge.
+struct FrameTitle {
+  Westring text;
+  int x;
+  unsigned char attr;
+  int lineEnd;  // the border ends here: what stands behind it is somebody else's
+};
+// Border and title as one line, so that a line that is the same costs no painting.
+void drawTopBorder(Panel& panel, const FrameTitle& title);

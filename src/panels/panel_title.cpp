@@ -44,14 +44,12 @@ unsigned char titleColour(const Panel& panel, bool active) {
 
 void drawTitle(Panel& panel, bool active) {
   if (!isDrawable(panel)) return;
-  BatchScope batch;
-  drawTopBorder(panel);
   const Westring text = titleText(panel);
   const int width = panelPair().panelWidth();
-  const int end = clockStandsOver(panel) ? width - ClockWidth : width - 1;
+  const bool clock = clockStandsOver(panel);
+  const int end = clock ? width - ClockWidth : width - 1;
   const int x = std::max(1, std::min(width / 2 - (text.length() + 1) / 2, end - text.length()));
-  console->writeWide(panel.window->left() + x, panel.window->top(), text.data(),
-                     titleColour(panel, active));
+  drawTopBorder(panel, {text, x, titleColour(panel, active), clock ? end : width});
   if (panelPair().sideOf(panel) == 1) drawClock();
 }
 
