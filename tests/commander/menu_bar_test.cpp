@@ -152,6 +152,17 @@ TEST_F(MenuBarTest, APressOnATitleSelectsItAndASecondOneOpensAndCloses) {
   EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
 }
 
+TEST_F(MenuBarTest, ADoubleClickOnATitleIsTwoPressesAndNoThird) {
+  queueMouse(EventKind::Press, 12, 0);
+  queueMouse(EventKind::Release, 12, 0);
+  queueMouse(EventKind::Press, 12, 0);
+  queueMouse(EventKind::DoubleClick, 12, 0);
+  queueMouse(EventKind::Release, 12, 0);
+  queueKey(Key::End);
+  queueKey(Key::Enter);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), Key::F10);
+}
+
 TEST_F(MenuBarTest, AnItemIsReturnedOnReleaseOverIt) {
   queueKey('f');
   queueMouse(EventKind::Press, 15, 4);
