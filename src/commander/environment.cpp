@@ -45,7 +45,7 @@ void Environment::put(const char* name, const char* value) {
   auto pair = std::make_unique<KeyedValue>();
   pair->name = name;
   pair->value = value;
-  if (insert(pair.get()) == 0) pair.release();
+  if (insert(pair.get()) == 0) static_cast<void>(pair.release());  // the collection owns it
 }
 
 void Environment::flatten(Environment& target) {

@@ -18,8 +18,7 @@ Panel& active() {
 }
 
 void goExactly(Panel& panel, const Westring& path, PanelPosition position) {
-  Westring target = path;
-  if (target.empty() || !changeDirectoryExact(panel, target)) return;
+  if (path.empty() || !changeDirectoryExact(panel, path)) return;
   panel.depth = -1;
   enterPath(panel, L"", KeepTags::No, position.top, position.cursor);
   drawPanel(panel);

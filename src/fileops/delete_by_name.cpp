@@ -59,7 +59,7 @@ Westring askPath(const Panel& panel) {
                    std::max(FieldLength, text.length()), FieldHistory::None);
   dialog.addOkCancel(-1, ButtonRow, Group::New);
   while (dialog.run() == Key::Enter) {
-    const Westring path = pathOf(text, context);
+    Westring path = pathOf(text, context);
     if (!path.empty()) return path;
   }
   return Westring();

@@ -25,7 +25,7 @@ bool isNameMask(const Westring& destination, const Westring& source) {
 
 Westring targetName(const Westring& source, const Westring& destination) {
   const bool hadSlash = endsInSlash(destination);
-  const Westring path = withoutSlash(destination);
+  Westring path = withoutSlash(destination);
   const Westring name = lastComponent(source);
   const Westring last = lastComponent(path);
   if (isNameMask(destination, source)) {

@@ -36,7 +36,8 @@ int rename(const char* from, const char* to);
 int renameNoReplace(const char* from, const char* to);  // EEXIST when `to` exists, also as a link
 int renameAt(int fromDirectory, const char* from, int toDirectory, const char* to);
 int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, const char* to);
-// Both must exist; each gets the other's name in one step. EINVAL or ENOSYS where that isn't offered.
+// Both must exist; each gets the other's name in one step. EINVAL or ENOSYS where that isn't
+// offered.
 int renameExchange(int fromDirectory, const char* from, int toDirectory, const char* to);
 int symlink(const char* target, const char* path);
 int symlinkAt(const char* target, int directory, const char* name);

@@ -78,7 +78,7 @@ ThreadHandle startThread(void (*function)(void*), void* argument) {
   auto start = std::make_unique<ThreadStart>(ThreadStart{function, argument});
   ThreadHandle handle;
   handle.running = pthread_create(&handle.id, nullptr, runThread, start.get()) == 0;
-  if (handle.running) start.release();
+  if (handle.running) static_cast<void>(start.release());  // the thread frees it
   return handle;
 }
 

@@ -1,0 +1,18 @@
+#!/bin/sh
+# Installs a build into a directory of its own and looks for everything that belongs to it.
+# usage: install_test.sh BUILD
+set -eu
+place=$(mktemp -d)
+trap 'rm -rf "$place"' EXIT
+cmake --install "$1" --prefix "$place" >/dev/null
+
+for file in bin/td share/applications/tandemdeck.desktop share/tandemdeck/README.md \
+  share/icons/hicolor/16x16/apps/tandemdeck.png share/icons/hicolor/scalable/apps/tandemdeck.svg \
+  share/doc/tandemdeck/README.md share/doc/tandemdeck/CHANGELOG.md \
+  share/doc/tandemdeck/docs/architecture.md; do
+  [ -s "$place/$file" ] || { echo "not installed: $file"; exit 1; }
+done
+# An unknown option tells how td is used, whether there is a display or not.
+status=0
+env -u DISPLAY "$place/bin/td" -q >"$place/usage" || status=$?
+[ "$status" = 1 ] && grep -q "Usage:" "$place/usage" || { echo "td doesn't run from there"; exit 1; }
