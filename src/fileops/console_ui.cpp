@@ -2,6 +2,9 @@
 
 #include "console/input.h"
 #include "fileops/tree_question.h"
+#include "foundation/utf8.h"
+#include "panels/panel_pair.h"
+#include "panels/tree_keeper.h"
 
 namespace {
 
@@ -69,4 +72,13 @@ void ConsoleUi::deleting(const char* path, DeleteWindowUse window) {
 
 void ConsoleUi::deletingDone() {
   deleteWindow_.close();
+}
+
+void ConsoleUi::directoryGone(const char* path) {
+  const Westring gone = decodeFileName(path);
+  PanelPair& pair = panelPair();
+  TreeKeeper& first = treeKeeperOf(pair.side[0]);
+  TreeKeeper& second = treeKeeperOf(pair.side[1]);
+  first.removed(gone);
+  if (&second != &first) second.removed(gone);
 }

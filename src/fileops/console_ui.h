@@ -25,6 +25,7 @@ class ConsoleUi : public OperationUi {
   void working() override;
   void deleting(const char* path, DeleteWindowUse window) override;
   void deletingDone() override;
+  void directoryGone(const char* path) override;  // tells the trees of both panels
 
  private:
   std::unique_ptr<CopyProgress> progress_;

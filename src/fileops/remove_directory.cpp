@@ -9,8 +9,6 @@
 #include "fileops/error_dialog.h"
 #include "foundation/names.h"
 #include "foundation/system.h"
-#include "panels/panel_pair.h"
-#include "panels/tree_keeper.h"
 
 namespace {
 
@@ -19,19 +17,10 @@ int removePlace(const Place& directory) {
   return errno == EEXIST ? ENOTEMPTY : errno;
 }
 
-// Every tree that is loaded loses its node.
-void tellTrees(const Westring& path) {
-  PanelPair& pair = panelPair();
-  TreeKeeper& first = treeKeeperOf(pair.side[0]);
-  TreeKeeper& second = treeKeeperOf(pair.side[1]);
-  first.removed(path);
-  if (&second != &first) second.removed(path);
-}
-
 Outcome tellMissing(RunningOperation& operation, const Place& directory) {
   static_cast<void>(operation.ui.ask(L"Directory does not exist, cannot delete", directory.shown(),
                                      AlertButtons::Ok, AlertColour::Error));
-  tellTrees(directory.shown());
+  operation.ui.directoryGone(directory.path);
   return Outcome::Failed;
 }
 
@@ -85,7 +74,7 @@ Outcome removeEmptyDirectory(RunningOperation& operation, const Place& directory
       next = settleError(operation, directory, error, outcome);
     }
     if (next == Next::Again) continue;
-    if (outcome == Outcome::Done) tellTrees(directory.shown());
+    if (outcome == Outcome::Done) operation.ui.directoryGone(directory.path);
     return outcome;
   }
 }

@@ -15,4 +15,5 @@ class SilentUi : public OperationUi {
   void working() override {}
   void deleting(const char*, DeleteWindowUse) override {}
   void deletingDone() override {}
+  void directoryGone(const char*) override {}
 };

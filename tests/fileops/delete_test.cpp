@@ -1,7 +1,6 @@
 #include <sys/resource.h>
 
 #include "fileops/fileops_test.h"
-#include "panels/tree_keeper.h"
 #include "support/fault_hook.h"
 
 namespace {
@@ -27,14 +26,6 @@ class Delete : public FileOpsTest {
     }
     dir.chmod("locked", 0555);
   }
-};
-
-class RecordingKeeper : public TreeKeeper {
- public:
-  RecordingKeeper() { setTreeKeeper(this); }
-  ~RecordingKeeper() override { setTreeKeeper(nullptr); }
-  void removed(const Westring& path) override { gone.push_back(toUtf8(path).data()); }
-  Texts gone;
 };
 
 constexpr char FileQuestion[] = "File is Read Only, Delete anyway?";
@@ -162,10 +153,9 @@ TEST_F(Delete, AnotherErrorIsToldAndRetryGoesRoundAgain) {
 }
 
 TEST_F(Delete, AnEmptyDirectoryGoesWithoutAQuestionAndTheTreesAreTold) {
-  RecordingKeeper keeper;
   dir.makeDir("empty");
   EXPECT_EQ(removeDir("empty"), Outcome::Done);
-  EXPECT_EQ(keeper.gone, Texts{dir.path("empty")});
+  EXPECT_EQ(ui.gone, Texts{dir.path("empty")});
 }
 
 TEST_F(Delete, TheParentIsNeverRemoved) {
@@ -178,12 +168,11 @@ TEST_F(Delete, AFullDirectoryIsAskedAboutAndRefusalEndsTheCommand) {
   ui.treeAnswers = {TreeAnswer::No, TreeAnswer::Yes};
   EXPECT_EQ(removeDir("tree"), Outcome::Cancelled);
   EXPECT_TRUE(dir.exists("tree/sub/deep/c.txt"));
-  RecordingKeeper keeper;
   EXPECT_EQ(removeDir("tree"), Outcome::Done);
   EXPECT_EQ(ui.treeQuestions, Texts(2, dir.path("tree")));
   EXPECT_FALSE(dir.exists("tree"));
-  EXPECT_EQ(keeper.gone.size(), 4U);
-  EXPECT_EQ(keeper.gone.back(), dir.path("tree"));
+  EXPECT_EQ(ui.gone.size(), 4U);
+  EXPECT_EQ(ui.gone.back(), dir.path("tree"));
   EXPECT_EQ(ui.windowsClosed, 1);
 }
 

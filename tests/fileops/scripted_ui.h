@@ -34,6 +34,7 @@ class ScriptedUi : public OperationUi {
   std::vector<std::string> counted;  // "index/count"
   std::vector<std::string> deleted;
   std::vector<DeleteWindowUse> deleteUses;
+  std::vector<std::string> gone;
   int windowsClosed = 0;
   int looks = 0;
   int workings = 0;
@@ -84,4 +85,5 @@ class ScriptedUi : public OperationUi {
     deleteUses.push_back(window);
   }
   void deletingDone() override { ++windowsClosed; }
+  void directoryGone(const char* path) override { gone.push_back(path); }
 };
