@@ -71,6 +71,33 @@ TEST_F(CopyFile, WhereTheKernelCantMoveBlocksTheyGoThroughTheBuffer) {
   }
 }
 
+TEST_F(CopyFile, ButNoRoomIsFinal) {
+  dir.write("from/large", std::string(3 << 20, 'x'));
+  for (const int error : {ENOSPC, EDQUOT}) {
+    const FaultHook faults("copyRange", error);
+    ui.answers = {Answer::Skip};
+    EXPECT_EQ(copy("from/large", "to/large"), Outcome::Failed);
+    EXPECT_EQ(faults.calls("read"), 0);
+    EXPECT_FALSE(dir.exists("to/large"));
+  }
+  EXPECT_EQ(ui.questions[0].text, "No room for");
+}
+
+TEST_F(CopyFile, WhenTheKernelDeliversNothingAPlainReadHasTheLastWord) {
+  const std::string content(3 << 20, 'x');
+  dir.write("from/large", content);
+  ASSERT_EQ(truncate(dir.path("from/large").c_str(), 4 << 20), 0);
+  // The file shrinks behind the first pieces; the kernel then moves nothing, and neither does a
+  // read.
+  ui.onLook = [&] {
+    if (ui.looks != 1) return;
+    ASSERT_EQ(truncate(dir.path("from/large").c_str(), 2 << 20), 0);
+  };
+  const FaultHook calls;
+  EXPECT_EQ(copy("from/large", "to/large"), Outcome::Done);
+  EXPECT_GE(calls.calls("read"), 1);
+}
+
 TEST_F(CopyFile, APseudoFileIsReadToItsEnd) {
   RunningOperation operation(ui);
   EXPECT_EQ(
