@@ -43,6 +43,9 @@ void CopyProgress::working() {
 
 void CopyProgress::complete() {
   if (itemPending_) drawItem();
+  if (!window_) return;
+  MutexLock guard(drawing_);
+  repaint();
 }
 
 bool CopyProgress::frameHasPassed() {
@@ -98,12 +101,16 @@ void CopyProgress::threadEntry(void* self) {
 void CopyProgress::repaintLoop() {
   while (stop_.wait(RepaintMs) != 0) {
     MutexLock guard(drawing_);
-    if (paused_ || !record_.dirty.exchange(false, std::memory_order_relaxed)) continue;
-    BatchScope batch;
-    drawBar(record_.done.load(std::memory_order_relaxed),
-            record_.total.load(std::memory_order_relaxed));
-    drawStatistics();
+    if (!paused_) repaint();
   }
+}
+
+void CopyProgress::repaint() {
+  if (!record_.dirty.exchange(false, std::memory_order_relaxed)) return;
+  BatchScope batch;
+  drawBar(record_.done.load(std::memory_order_relaxed),
+          record_.total.load(std::memory_order_relaxed));
+  drawStatistics();
 }
 
 void CopyProgress::drawBar(int64_t done, int64_t total) {

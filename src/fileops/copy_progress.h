@@ -21,7 +21,7 @@ class CopyProgress {
   void showItem(TransferKind kind, const char* source, const char* target, int index, int count);
   void showItemsDone(int index, int count);
   void working();   // shows an item that was held back, once its frame has passed
-  void complete();  // shows it at once
+  void complete();  // brings everything up to date at once
   // Afterwards the thread draws nothing until `resume`; it isn't drawing now either.
   void pause();
   void resume();
@@ -32,6 +32,7 @@ class CopyProgress {
  private:
   static void threadEntry(void* self);
   void repaintLoop();
+  void repaint();  // bar and statistics, when there is something new
   bool frameHasPassed();
   void drawItem();
   void fitWindow(int innerWidth);

@@ -383,15 +383,20 @@ TEST_F(CopyCommandTest, AMoveToAnotherDeviceKnowsHowMuchThereIs) {
     GTEST_SKIP() << "there is only one file system";
   }
   dir.makeDir("left/tree");
-  file("left/tree/half", std::string(500000, 'x'));
-  file("left/tree/other", std::string(500000, 'x'));
-  dir.makeDir("left/second");
-  file("left/single", std::string(1000000, 'x'));
-  writeFile(pattern + "/single", "in the way");
+  for (const char* name : {"tree", "tree/a", "tree/b", "tree/c"}) {
+    if (std::string(name) == "tree") {
+      std::filesystem::create_directory(pattern + "/tree");
+    } else {
+      file(std::string("left/") + name, std::string(100000, 'x'));
+      writeFile(pattern + "/" + name, "in the way");
+    }
+  }
   show("tree");
-  for (const char* name : {"tree", "second", "single"}) tag(name);
-  copyTo(pattern, {{"██████████████████░", {Key::Esc}}}, Move);
-  EXPECT_FALSE(dir.exists("left/tree"));
-  EXPECT_TRUE(dir.exists("left/single"));
+  // A third of the bytes at the second question.
+  copyTo(pattern + "/",
+         {{"File already exists, Overwrite?", {Answer::Yes}},
+          {"████████████░░░░░░░░░░░░░", {Key::Esc}}},
+         Move);
+  EXPECT_TRUE(dir.exists("left/tree"));
   std::filesystem::remove_all(pattern);
 }

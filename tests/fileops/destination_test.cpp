@@ -70,11 +70,12 @@ TEST_F(DestinationTest, TheRealDirectoryStaysWhenOnlyTheNameIsChanged) {
 }
 
 TEST_F(DestinationTest, ATildeIsTheHomeDirectoryUnlessSuchAFileExists) {
-  setenv("HOME", "/home/somebody", 1);
+  sessionEnvironment().set("HOME", "/home/somebody");
   EXPECT_EQ(resolve("~/x"), "/home/somebody/x");
   dir.makeDir("~");
   dir.write("~/x", "");
   EXPECT_EQ(resolve("~/x"), dir.path("~/x"));
+  sessionEnvironment().set("HOME", nullptr);
 }
 
 TEST_F(DestinationTest, AVariableIsReplacedOnlyWhenItIsSet) {
