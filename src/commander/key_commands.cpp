@@ -194,6 +194,7 @@ void copyUnderName(int flags) {
   if (listsRealFiles()) copyCommand(active(), flags | CopyFlag::BareName);
 }
 
+// NOLINTNEXTLINE(readability-function-size): one call a key, read as a table
 bool takeFileKey(MainLoop&, int key) {
   CommandSeams& seams = commandSeams();
   Panel& panel = active();

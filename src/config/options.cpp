@@ -78,6 +78,7 @@ bool ViewerWrap = true;
 bool WaitDOS = false;
 Westring directoryShortcuts[ShortcutCount];
 
+// NOLINTNEXTLINE(readability-function-size): a table
 void setDefaultOptions() {
   AutoIndent = false;
   AutoSave = false;
