@@ -83,6 +83,11 @@ class Macros : public ::testing::Test {
     if (result == MacroResult::OncePerTagged) return "1 " + shown;
     return shown;
   }
+  Westring expanded(const wchar_t* text, const wchar_t* file) {
+    Westring line(text);
+    EXPECT_NE(expandCommand(line, file, context, MacroMode::Command), MacroResult::Failed);
+    return line;
+  }
   std::string program(const wchar_t* text, const wchar_t* file) {
     return expand(text, file, MacroMode::Program);
   }
@@ -93,13 +98,14 @@ class Macros : public ::testing::Test {
   FakeContext context;
 };
 
+struct Row {
+  const wchar_t* text;
+  const char* result;
+};
+
 }  // namespace
 
 TEST_F(Macros, EachLetterHasItsMeaning) {
-  struct Row {
-    const wchar_t* text;
-    const char* result;
-  };
   const Row rows[] = {
       {L"a !f b", "a /this\\ dir/a\\ b.txt b"},
       {L"!F", "/other/far.c"},
@@ -132,10 +138,49 @@ TEST_F(Macros, EachLetterHasItsMeaning) {
   }
 }
 
+TEST_F(Macros, EachLetterMeansTheSameToAProgramButListsAreTheFile) {
+  context.panels[0].add(L"tagged", true);
+  context.panels[1].add(L"tagged", true);
+  const Row rows[] = {
+      {L"less !f", "less /this\\ dir/a\\ b.txt"},
+      {L"less !F", "less /other/far.c"},
+      {L"less !p", "less /this\\ dir"},
+      {L"less !P", "less /other"},
+      {L"less !s", "less /this\\ dir/"},
+      {L"less !S", "less /other/"},
+      {L"less !n", "less "},
+      {L"less !t", "1 less a\\ b.txt"},
+      {L"less !tx", "1 less a\\ b"},
+      {L"less !x", "less a\\ b"},
+      {L"less !!", "less !"},
+      {L"less !", "less a\\ b.txt"},
+      {L"less !q", "less a\\ b.txtq"},
+      {L"less !i", "less an answer"},
+      {L"less !@", "less /tmp/TD\\#1.0"},
+      {L"less !l", "less a\\ b.txt"},
+      {L"less !L", "less "},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(program(row.text, L"a b.txt"), row.result) << toUtf8(row.text).data();
+  }
+  EXPECT_EQ(context.panels[0].entries[0]->tagged, 1);
+  EXPECT_EQ(context.panels[1].entries[0]->tagged, 1);
+}
+
 TEST_F(Macros, NeighboursMakeASingleWord) {
   EXPECT_EQ(expand(L"!s!t", L"a b"), "1 /this\\ dir/a\\ b");
   EXPECT_EQ(expand(L"!S!x.o", L"a b.c"), "/other/a\\ b.o");
   EXPECT_EQ(expand(L"!p!!", L"a"), "/this\\ dir!");
+  EXPECT_EQ(expand(L"!p!s!x!n!t", L"-a b"), "1 /this\\ dir/this\\ dir/-a\\ b-a\\ b");
+  EXPECT_EQ(expand(L"!x!i!x", L"a;b"), "a\\;ban answera\\;b");
+  EXPECT_EQ(outputOfShell(L"printf '<%s>' " + expanded(L"!S!t!s!x", L"a \n$b.c")),
+            "</other/a \n$b.c/this dir/a \n$b>");
+}
+
+TEST_F(Macros, AListBehindAnotherMacroIsAWordOfItsOwn) {
+  context.panels[0].add(L"a b", true);
+  context.panels[0].add(L"c", true);
+  EXPECT_EQ(expand(L"mv !P!l!S"), "mv /other a\\ b c/other/");
 }
 
 TEST_F(Macros, WithoutAFileTheCurrentEntryIsMeant) {
@@ -172,8 +217,31 @@ TEST_F(Macros, OnlyTheProgramModeAddsTheFile) {
 
 TEST_F(Macros, TheLeadCharacterIsAnOption) {
   GlobalOptions::CmdChar = '#';
-  EXPECT_EQ(expand(L"less # !f ##", L"a"), "less a !f #");
+  const Row rows[] = {
+      {L"#f #F", "/this\\ dir/a\\ b.txt /other/far.c"},
+      {L"#p #P #s #S", "/this\\ dir /other /this\\ dir/ /other/"},
+      {L"#n#x.bak", "a\\ b.bak"},
+      {L"#t", "1 a\\ b.txt"},
+      {L"#tx", "1 a\\ b"},
+      {L"#l#L", "a\\ b.txt"},
+      {L"#i\"Title\"", "an answer"},
+      {L"#@", "/tmp/TD\\#1.0"},
+      {L"##", "#"},
+      {L"less # !f !! !", "less a\\ b.txt !f !! !"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(expand(row.text, L"a b.txt"), row.result) << toUtf8(row.text).data();
+  }
   EXPECT_EQ(program(L"less !", L"a"), "less ! a");
+  EXPECT_EQ(dry(L"less #f !t ##t", L"a"), "less #f !t ##t");
+  EXPECT_EQ(dry(L"less #t", L"a"), "1 less #t");
+  GlobalOptions::CmdChar = '!';
+}
+
+TEST_F(Macros, AnEmptiedLeadCharacterStandsForItsDefault) {
+  GlobalOptions::CmdChar = 0;
+  EXPECT_EQ(expand(L"less !x", L"a.c"), "less a");
+  EXPECT_EQ(program(L"less", L"a"), "less a");
   GlobalOptions::CmdChar = '!';
 }
 
@@ -331,6 +399,21 @@ TEST_F(Macros, WhatDoesNotFitStaysTaggedForTheNextRun) {
   }
   EXPECT_GE(runs, 200 * 54 / 1000);
   for (const EntryPtr& item : context.panels[0].entries) EXPECT_EQ(item->wasTagged, 1);
+}
+
+TEST_F(Macros, TheOtherPanelsListCountsItsPathsToTheLimit) {
+  context.panels[1].path = Westring(L"/") + Westring(L'd', 98);
+  for (int i = 0; i < 20; ++i) context.panels[1].add(std::wstring(99, L'n').c_str(), true);
+  // " /ddd.../nnn..." takes 200 characters, and "rm " stands ahead of the first one.
+  EXPECT_EQ(expand(L"rm !L").size(), 3u + 4 * 200);
+  int left = 0;
+  for (const EntryPtr& item : context.panels[1].entries) left += item->tagged;
+  EXPECT_EQ(left, 16);
+}
+
+TEST_F(Macros, QuotingCountsToTheLimit) {
+  for (int i = 0; i < 20; ++i) context.panels[0].add(std::wstring(99, L'$').c_str(), true);
+  EXPECT_EQ(expand(L"rm !l").size(), 3u + 5 * 199);
 }
 
 TEST_F(Macros, TheListFillsTheLineToItsLimitExactly) {
