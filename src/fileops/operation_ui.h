@@ -33,6 +33,7 @@ class OperationUi {
 
   virtual void deleting(const char* path, DeleteWindowUse window) = 0;
   virtual void deletingDone() = 0;
-  // A directory is gone, or was found not to be there; whoever keeps a tree of directories drops it.
+  // A directory is gone, or was found not to be there; whoever keeps a tree of directories drops
+  // it.
   virtual void directoryGone(const char* path) = 0;
 };
