@@ -37,10 +37,13 @@ class Copier {
     // Small files are quicker through the buffer, and pseudo files have no size.
     kernel_ = job.expected > static_cast<off_t>(RunningOperation::BufferSize) &&
               job.sourceWaits == Waits::No && job.targetWaits == Waits::No;
+    holes_ = kernel_ && job.stored < job.expected;
   }
 
   CopyResult run() {
     for (;;) {
+      if (holes_ && copied_ == dataEnd_) skipHole();
+      if (result_.status != CopyStatus::Done) return result_;
       const Step step = kernel_ ? moveInKernel() : moveThroughBuffer();
       if (result_.status != CopyStatus::Done) return result_;
       if (operation_.cancelled()) return {CopyStatus::Cancelled, 0};
@@ -50,6 +53,10 @@ class Copier {
   }
 
  private:
+  void skipHole();
+  off_t endInHole();
+  bool goTo(off_t position);
+  size_t nextPiece() const;
   Step moveInKernel();
   Step moveThroughBuffer();
   Step readFailed(int error);
@@ -68,15 +75,53 @@ class Copier {
   RunningOperation& operation_;
   const BlockCopy& job_;
   bool kernel_;
+  bool holes_;
+  off_t dataEnd_ = 0;  // of the stored bytes that are being copied, in a file with holes
   size_t piece_ = FirstPiece;
   off_t copied_ = 0;
   int readErrors_ = 0;
   CopyResult result_;
 };
 
+bool Copier::goTo(off_t position) {
+  return System::seek(job_.from, position, SEEK_SET) == position &&
+         System::seek(job_.to, position, SEEK_SET) == position;
+}
+
+// The end of a file that has nothing stored any more; the target gets the same size. -1: not so.
+off_t Copier::endInHole() {
+  const off_t size = System::seek(job_.from, 0, SEEK_END);
+  return size >= copied_ && System::truncate(job_.to, size) == 0 ? size : -1;
+}
+
+// Holes stay holes: a disk image of a terabyte may hold a few bytes. Where the file system doesn't
+// tell them they are copied as the zeros they read as.
+void Copier::skipHole() {
+  off_t data = System::seek(job_.from, copied_, SEEK_DATA);
+  off_t end = -1;
+  if (data >= 0) {
+    end = System::seek(job_.from, data, SEEK_HOLE);
+  } else if (errno == ENXIO) {
+    data = endInHole();
+  }
+  holes_ = end > data;
+  data = std::max(data, copied_);
+  if (!goTo(data)) {
+    result_ = {CopyStatus::SourceFailed, errno};
+    return;
+  }
+  operation_.progress.advance(data - copied_);
+  copied_ = data;
+  dataEnd_ = end;
+}
+
+size_t Copier::nextPiece() const {
+  return holes_ ? std::min(piece_, static_cast<size_t>(dataEnd_ - copied_)) : piece_;
+}
+
 Step Copier::moveInKernel() {
   const double before = secondsNow();
-  const ssize_t got = System::copyRange(job_.from, job_.to, piece_);
+  const ssize_t got = System::copyRange(job_.from, job_.to, nextPiece());
   if (got < 0 && isNotOffered(errno)) return Step::UsePlainReads;
   if (got < 0 && errno == EIO) return readFailed(EIO);
   if (got < 0) return fail(CopyStatus::TargetFailed, errno);
@@ -95,7 +140,8 @@ Step Copier::moveThroughBuffer() {
     result_ = waitReady(operation_, job_.from, POLLIN);
     if (result_.status != CopyStatus::Done) return Step::End;
   }
-  const ssize_t got = System::read(job_.from, operation_.buffer(), RunningOperation::BufferSize);
+  const size_t piece = std::min(nextPiece(), RunningOperation::BufferSize);
+  const ssize_t got = System::read(job_.from, operation_.buffer(), piece);
   if (got < 0 && errno == EAGAIN && job_.sourceWaits == Waits::Yes) return Step::Retry;
   if (got < 0) return readFailed(errno);
   if (got == 0) {

@@ -14,6 +14,7 @@ struct BlockCopy {
   int to = -1;
   const Place* source = nullptr;  // for the box after a third read error in a row
   off_t expected = 0;             // bytes that the source had when it was opened
+  off_t stored = 0;               // bytes that they take on the disk; less where there are holes
   Waits sourceWaits = Waits::No;
   Waits targetWaits = Waits::No;
 };

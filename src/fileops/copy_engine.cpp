@@ -10,6 +10,7 @@
 namespace {
 
 constexpr uint32_t LookMs = 50;
+constexpr off_t BlockSize = 512;  // the unit of st_blocks
 
 bool isSharedDevice(mode_t mode) {
   return S_ISCHR(mode) || S_ISBLK(mode);
@@ -117,6 +118,7 @@ CopyResult FileCopy::fill(int to, Waits targetWaits) {
   job.to = to;
   job.source = &request_.source;
   job.expected = S_ISREG(info_.st_mode) ? info_.st_size : 0;
+  job.stored = info_.st_blocks * BlockSize;
   job.sourceWaits = S_ISREG(info_.st_mode) ? Waits::No : Waits::Yes;
   job.targetWaits = targetWaits;
   const CopyResult result = copyBlocks(operation_, job);

@@ -318,7 +318,7 @@ TEST_F(CopyCommandTest, TheOtherQuestionsLookAsTheyShould) {
   copyTo(dir.path("missing/x"), {{"File not found", {Key::Enter}, "file_not_found"}});
 }
 
-TEST_F(CopyCommandTest, HundredThousandTaggedFilesTakeTimeInProportion) {
+TEST_F(CopyCommandTest, ManyTaggedFilesTakeTimeInProportion) {
   const auto seconds = [&](int count) {
     TempDir many;
     many.makeDir("from");

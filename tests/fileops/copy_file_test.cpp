@@ -71,6 +71,61 @@ TEST_F(CopyFile, WhereTheKernelCantMoveBlocksTheyGoThroughTheBuffer) {
   }
 }
 
+TEST_F(CopyFile, HolesStayHoles) {
+  constexpr off_t Size = off_t{1} << 40;
+  const std::string source = dir.path("from/holes");
+  writeFile(source, "");
+  const int fd = ::open(source.c_str(), O_WRONLY | O_CLOEXEC);
+  const std::pair<off_t, std::string> pieces[] = {
+      {1 << 20, "early"}, {off_t{1} << 30, std::string(3 << 20, 'm')}, {Size - (1 << 20), "late"}};
+  for (const auto& [place, text] : pieces) {
+    ASSERT_EQ(pwrite(fd, text.data(), text.size(), place), static_cast<ssize_t>(text.size()));
+  }
+  ASSERT_EQ(ftruncate(fd, Size), 0);
+  ::close(fd);
+  const FaultHook notOffered("copyRange", EXDEV);
+  for (const char* target : {"to/byBuffer", "to/byKernel"}) {
+    if (std::string(target) == "to/byKernel") System::setHook(nullptr, nullptr);
+    EXPECT_EQ(copy("from/holes", target), Outcome::Done);
+    const struct stat copied = statusOf(dir.path(target));
+    EXPECT_EQ(copied.st_size, Size);
+    EXPECT_LT(copied.st_blocks, 16 << 11) << "16 MiB at most";
+    EXPECT_EQ(moved, Size);
+    const int back = ::open(dir.path(target).c_str(), O_RDONLY | O_CLOEXEC);
+    for (const auto& [place, text] : pieces) {
+      std::string read(text.size() + 1, 'x');
+      EXPECT_EQ(pread(back, read.data(), read.size(), place), static_cast<ssize_t>(read.size()));
+      EXPECT_TRUE(read == text + std::string(1, 0)) << place;
+    }
+    ::close(back);
+  }
+}
+
+TEST_F(CopyFile, AFileOfHolesAloneIsCopied) {
+  writeFile(dir.path("from/empty"), "");
+  ASSERT_EQ(truncate(dir.path("from/empty").c_str(), 10 << 20), 0);
+  EXPECT_EQ(copy("from/empty", "to/empty"), Outcome::Done);
+  EXPECT_EQ(statusOf(dir.path("to/empty")).st_size, 10 << 20);
+  EXPECT_EQ(statusOf(dir.path("to/empty")).st_blocks, 0);
+}
+
+TEST_F(CopyFile, WhereHolesAreNotToldTheyAreCopiedAsZeros) {
+  writeFile(dir.path("from/holes"), "text");
+  ASSERT_EQ(truncate(dir.path("from/holes").c_str(), 3 << 20), 0);
+  struct NoHoles {
+    int left = 1;
+    static int onCall(const char* call, const char*, void* context) {
+      auto* self = static_cast<NoHoles*>(context);
+      return std::string(call) == "seek" && self->left-- > 0 ? EINVAL : 0;
+    }
+  };
+  NoHoles once;
+  System::setHook(NoHoles::onCall, &once);
+  EXPECT_EQ(copy("from/holes", "to/holes"), Outcome::Done);
+  System::setHook(nullptr, nullptr);
+  EXPECT_TRUE(dir.read("to/holes") == dir.read("from/holes"));
+}
+
 TEST_F(CopyFile, ButNoRoomIsFinal) {
   dir.write("from/large", std::string(3 << 20, 'x'));
   for (const int error : {ENOSPC, EDQUOT}) {
