@@ -71,7 +71,7 @@ TEST_F(DeleteCommandTest, TheQuestionsHaveTheirColours) {
   EXPECT_NE(messages, errors);
   std::vector<int> seen;
   const auto corner = [&] { return attrAt(40, rowWith("You ")); };
-  play({{"You have selected", {}}}, [&] {
+  {
     Beside user([&] {
       waitToShow("You have selected");
       seen.push_back(corner());
@@ -81,7 +81,7 @@ TEST_F(DeleteCommandTest, TheQuestionsHaveTheirColours) {
       queueKey(Key::Esc);
     });
     deleteCommand(left());
-  });
+  }
   EXPECT_EQ(seen, (std::vector<int>{messages, errors}));
 }
 

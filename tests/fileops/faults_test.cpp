@@ -40,6 +40,8 @@ struct Scenario {
   OverwriteMode mode;
   const char* source;
   const char* target;
+
+  friend void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
 };
 
 // Thousands of small directories are made; in memory, where the system has such a place, that is
