@@ -34,7 +34,7 @@ endfunction()
 # td_test(NAME DEPENDS ...): one test program of every *_test.cpp below tests/NAME; each test is a
 # process of its own.
 function(td_test name)
-  cmake_parse_arguments(ARG "" "" "DEPENDS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT sources)
     return()
@@ -55,6 +55,5 @@ function(td_test name)
     set(environment "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0")
   endif()
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 120 LABELS "${name};${ARG_LABELS}"
-                       ENVIRONMENT "${environment}")
+                       PROPERTIES TIMEOUT 120 LABELS ${name} ENVIRONMENT ${environment})
 endfunction()
