@@ -114,6 +114,7 @@ Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyR
     case CopyStatus::PassedOver:
       return decided(item.method == Method::Copy ? Outcome::Done : Outcome::LeftInPlace);
     case CopyStatus::LeftInPlace:
+      if (tookPlaceOfOld(attempt)) dropOldDescription(item);
       copyDescription(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
                       byteName(item.target.path));
       return decided(Outcome::LeftInPlace);
@@ -132,9 +133,20 @@ Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyR
     case CopyStatus::TargetFailed:
       return settleFailure(item, result);
     default:
+      if (tookPlaceOfOld(attempt)) dropOldDescription(item);
       takeDescription(item);
       return decided(Outcome::Done);
   }
+}
+
+// What was deleted on the user's word takes its description along; where "All" was in force from
+// the start only the content is another one.
+bool Transfer::tookPlaceOfOld(const Attempt& attempt) {
+  return attempt.allowed == Allowed::ByAnswer && !attempt.inPlace;
+}
+
+void Transfer::dropOldDescription(const Item& item) {
+  if (item.targetDescriptions) item.targetDescriptions->erase(byteName(item.target.path));
 }
 
 void Transfer::takeDescription(const Item& item) {

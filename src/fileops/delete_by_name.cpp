@@ -46,7 +46,13 @@ Westring pathOf(const Westring& text, const DestinationContext& context) {
   return found.path;
 }
 
-// Asks until the text names something that is there; "" on Esc.
+// A real name may consist of blanks.
+bool namesNothing(const Westring& text, const DestinationContext& context) {
+  return text.empty() || (trim(text).empty() && !sameName(text, context.proposed));
+}
+
+// Asks until the text names something that is there; "" on Esc and on an empty field, which would
+// name the panel's own directory.
 Westring askPath(const Panel& panel) {
   DestinationContext context;
   context.base = panel.path;
@@ -58,7 +64,7 @@ Westring askPath(const Panel& panel) {
   dialog.addString(Left, FieldRow, Group::New, &text, FieldWidth,
                    std::max(FieldLength, text.length()), FieldHistory::None);
   dialog.addOkCancel(-1, ButtonRow, Group::New);
-  while (dialog.run() == Key::Enter) {
+  while (dialog.run() == Key::Enter && !namesNothing(text, context)) {
     Westring path = pathOf(text, context);
     if (!path.empty()) return path;
   }

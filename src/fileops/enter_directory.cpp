@@ -109,9 +109,9 @@ CopyResult Transfer::makeTarget(const Item& item, const Attempt& attempt, Level&
     return System::mkdirAt(target.directory, name, mode) == 0 ? 0 : errno;
   };
   const bool unnamed = item.method == Method::Copy && item.making == Making::Beside;
+  level.replacesFile = attempt.target.has_value();
   int error = 0;
   if (unnamed) {
-    level.replacesFile = attempt.target.has_value();
     error = makeBeside(target, level.temporaryName, make);
   } else if (attempt.target) {
     error = makeInPlaceOfFile(target, make);

@@ -94,6 +94,7 @@ Outcome Transfer::finishDirectory(Level& level) {
 void Transfer::describeDirectory(const Level& level, bool sourceGone, const Item& self) {
   const char* sourceName = byteName(self.source.path);
   const char* targetName = byteName(self.target.path);
+  if (level.replacesFile) dropOldDescription(self);
   if (level.made && sourceGone) {
     moveDescription(self.sourceDescriptions, sourceName, self.targetDescriptions, targetName);
   } else if (level.made) {

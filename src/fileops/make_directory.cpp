@@ -38,6 +38,12 @@ Westring askName() {
   return dialog.run() == Key::Enter ? trim(text) : Westring();
 }
 
+// A slash at the end makes no other directory.
+Westring withoutSlashes(Westring text) {
+  while (text.length() > 1 && text[text.length() - 1] == L'/') text = dropRight(text, 1);
+  return text;
+}
+
 Westring parentDirectory(const Panel& panel) {
   if (panel.type == PanelType::Info) return panelOpposite(panel).path;
   if (panel.isTreeStyle()) return selectedTreePath(panel);
@@ -74,7 +80,7 @@ void makeDirectoryCommand(int side) {
   if (text.empty()) return;
   const Westring parent = parentDirectory(panel);
   if (parent.empty() && text[0] != L'/') return;
-  const Westring path = text[0] == L'/' ? text : joinPath(parent, text);
+  const Westring path = withoutSlashes(text[0] == L'/' ? text : joinPath(parent, text));
   ConsoleUi ui;
   if (!make(ui, path, text)) return;
   tellTree(panel, path);

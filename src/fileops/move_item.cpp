@@ -34,6 +34,7 @@ Transfer::Verdict Transfer::moveItem(const Item& item) {
     const int error =
         replace ? renameOver(item.source, item.target) : renamePlace(item.source, item.target);
     if (error == 0) {
+      if (replace) dropOldDescription(item);
       takeDescription(item);
       return decided(Outcome::Done);
     }

@@ -6,6 +6,7 @@
 #include "fileops/byte_path.h"
 #include "fileops/delete_file.h"
 #include "fileops/delete_tree.h"
+#include "fileops/directory_names.h"
 #include "fileops/error_dialog.h"
 #include "foundation/names.h"
 #include "foundation/system.h"
@@ -15,6 +16,21 @@ namespace {
 int removePlace(const Place& directory) {
   if (System::unlinkAt(directory.directory, directory.name, AT_REMOVEDIR) == 0) return 0;
   return errno == EEXIST ? ENOTEMPTY : errno;
+}
+
+bool holdsNames(const Place& place) {
+  OpenDirectory directory;
+  DirectoryNames names;
+  if (directory.open(place.directory, place.name, FollowLinks::No) != 0) return false;
+  static_cast<void>(names.read(directory));
+  return names.count() > 0;
+}
+
+// A full directory is one to ask about, also where the system had another reason to refuse it.
+int removeOrFindFull(const Place& directory) {
+  const int error = removePlace(directory);
+  const bool known = error == 0 || error == ENOENT || error == ENOTDIR || error == ENOTEMPTY;
+  return !known && holdsNames(directory) ? ENOTEMPTY : error;
 }
 
 Outcome tellMissing(RunningOperation& operation, const Place& directory) {
@@ -60,7 +76,8 @@ Next settleDenied(RunningOperation& operation, const Place& directory, Outcome& 
 Outcome removeEmptyDirectory(RunningOperation& operation, const Place& directory, WhenFull whenFull,
                              const wchar_t* pattern) {
   for (;;) {
-    const int error = removePlace(directory);
+    const int error =
+        whenFull == WhenFull::Ask ? removeOrFindFull(directory) : removePlace(directory);
     Outcome outcome = Outcome::Done;
     Next next = Next::Ended;
     if (error == ENOTDIR) return tellMissing(operation, directory);

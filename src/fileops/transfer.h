@@ -85,6 +85,8 @@ class Transfer {
   Verdict removeTarget(const Item& item);
   Verdict refuseItself(const Item& item);
   static void takeDescription(const Item& item);
+  static bool tookPlaceOfOld(const Attempt& attempt);
+  static void dropOldDescription(const Item& item);
 
   // move_item.cpp
   Verdict moveItem(const Item& item);

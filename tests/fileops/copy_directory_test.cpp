@@ -147,6 +147,14 @@ TEST_F(CopyDirectory, AFileInTheWayOfADirectoryIsAskedAbout) {
   expectCopied("to/src");
 }
 
+TEST_F(CopyDirectory, TheFileInTheWayTakesItsDescriptionAlong) {
+  dir.write("to/src", "a file");
+  dir.write("to/descript.ion", "src about the file\r\nother stays\r\n");
+  ui.answers = {Answer::Yes};
+  EXPECT_EQ(copy("src", "to/src"), Outcome::Done);
+  EXPECT_EQ(dir.read("to/descript.ion"), "other stays\r\n");
+}
+
 TEST_F(CopyDirectory, AFileInTheWayLivesUntilTheDirectoryIsWhole) {
   dir.write("to/src", "a file");
   operationAnswers.overwrite = OverwriteMode::All;

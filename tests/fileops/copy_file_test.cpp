@@ -719,6 +719,26 @@ TEST_F(CopyFile, TheDescriptionGoesAlong) {
   EXPECT_EQ(dir.read("from/descript.ion"), "a about a\r\n\"b c\" about b\r\n");
 }
 
+TEST_F(CopyFile, WhatIsReplacedOnTheUsersWordTakesItsDescriptionAlong) {
+  makeOldTarget();
+  const std::string lines = "a about the old a\r\nother stays\r\n";
+  dir.write("to/descript.ion", lines);
+  ui.answers = {Answer::Skip, Answer::Yes};
+  EXPECT_EQ(copy("from/a", "to/a"), Outcome::LeftInPlace);
+  EXPECT_EQ(dir.read("to/descript.ion"), lines);
+  EXPECT_EQ(copy("from/a", "to/a"), Outcome::Done);
+  EXPECT_EQ(dir.read("to/descript.ion"), "other stays\r\n");
+}
+
+TEST_F(CopyFile, WithAllInForceOnlyTheContentIsAnotherOne) {
+  makeOldTarget();
+  dir.write("to/descript.ion", "a about a\r\n");
+  operationAnswers.overwrite = OverwriteMode::All;
+  EXPECT_EQ(copy("from/a", "to/a"), Outcome::Done);
+  EXPECT_EQ(dir.read("to/a"), dir.read("from/a"));
+  EXPECT_EQ(dir.read("to/descript.ion"), "a about a\r\n");
+}
+
 TEST_F(CopyFile, EachItemIsShownWithItsPlace) {
   EXPECT_EQ(copy("from/a", "to/a", 2, 5), Outcome::Done);
   EXPECT_EQ(ui.shown, Texts{"Copy " + dir.path("from/a") + "|" + dir.path("to/a") + "|2/5"});

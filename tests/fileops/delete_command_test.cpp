@@ -289,3 +289,20 @@ TEST_F(DeleteCommandTest, ByNameOnTwoDotsStartsEmpty) {
   show("..");
   byName({{"Delete the file:", {Key::Esc}, "by_name_empty"}});
 }
+
+TEST_F(DeleteCommandTest, ByNameWithNothingTypedNeverMeansThePanelsOwnDirectory) {
+  GlobalOptions::Confirmations =
+      ConfirmationOff::Delete | ConfirmationOff::DeleteTree | ConfirmationOff::TypedYes;
+  show("..");
+  for (const char* typed : {"", "  "}) byName({{"Delete the file:", {Key::Enter}, "", typed}});
+  EXPECT_TRUE(dir.exists("left"));
+}
+
+TEST_F(DeleteCommandTest, ByNameTakesANameOfBlanks) {
+  GlobalOptions::Confirmations = ConfirmationOff::Delete;
+  file("left/  ");
+  show("  ");
+  byName({{"Delete the file:", {Key::Enter}}});
+  EXPECT_FALSE(dir.exists("left/  "));
+  EXPECT_TRUE(dir.exists("left"));
+}

@@ -308,6 +308,27 @@ TEST_F(Delete, AnUnreadableDirectoryGoesWhenItIsEmptyAndIsToldOtherwise) {
             0);
 }
 
+TEST_F(Delete, AFullDirectoryIsAskedAboutAlsoWhereItMayNotGoItself) {
+  dir.openToAll();
+  dir.makeDir("locked");
+  dir.makeDir("locked/d");
+  dir.write("locked/d/x", "x");
+  ASSERT_EQ(chmod(dir.path("locked/d").c_str(), 0777), 0);
+  dir.chmod("locked", 0555);
+  EXPECT_EQ(runAsUser([&] {
+              ui.treeAnswers = {TreeAnswer::No, TreeAnswer::Yes};
+              EXPECT_EQ(removeDir("locked/d"), Outcome::Cancelled);
+              EXPECT_TRUE(dir.exists("locked/d/x"));
+              ui.answers = {Answer::Skip};
+              EXPECT_NE(removeDir("locked/d"), Outcome::Done);
+              EXPECT_FALSE(dir.exists("locked/d/x"));
+              EXPECT_TRUE(dir.exists("locked/d"));
+              EXPECT_EQ(ui.treeQuestions.size(), 2U);
+              EXPECT_EQ(asked(), Texts{"Access Denied"});
+            }),
+            0);
+}
+
 TEST_F(Delete, AReadOnlyDirectoryIsAskedAboutAndNoneAsksAgain) {
   dir.openToAll();
   dir.makeDir("locked");

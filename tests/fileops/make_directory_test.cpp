@@ -55,6 +55,16 @@ TEST_F(MakeDirectoryTest, RefusedWhereSomethingStandsTellsWhatItIs) {
   make({name("n"), {"Access Denied", {Key::Esc}}});
 }
 
+TEST_F(MakeDirectoryTest, ASlashAtTheEndMakesNoOtherDirectory) {
+  file("left/a");
+  show("a");
+  TreeLog log;
+  make({name("new//")});
+  EXPECT_TRUE(dir.exists("left/new"));
+  EXPECT_EQ(currentName(left()), "new");
+  EXPECT_EQ(log.calls, (Texts{"made " + dir.path("left/new"), "save"}));
+}
+
 TEST_F(MakeDirectoryTest, AnAbsoluteTextStandsForItself) {
   file("left/a");
   show("a");

@@ -240,6 +240,18 @@ TEST_F(Move, DescriptionsMoveWithTheirFiles) {
   EXPECT_EQ(dir.read("src/descript.ion"), "other stays\r\nnew about sub\r\n");
 }
 
+TEST_F(Move, WhatIsReplacedTakesItsDescriptionAlong) {
+  dir.write("to/a", "old");
+  dir.write("to/src", "a file");
+  dir.write("to/descript.ion", "a about the old a\r\nsrc about the file\r\nother stays\r\n");
+  ui.answers = {Answer::Skip, Answer::Yes, Answer::Yes};
+  EXPECT_EQ(move("src/a", "to/a"), Outcome::LeftInPlace);
+  EXPECT_EQ(dir.read("to/descript.ion").substr(0, 17), "a about the old a");
+  EXPECT_EQ(move("src/a", "to/a"), Outcome::Done);
+  EXPECT_EQ(move("src", "to/src"), Outcome::Done);
+  EXPECT_EQ(dir.read("to/descript.ion"), "other stays\r\n");
+}
+
 TEST_F(Move, ManyFilesOfOneCommandAllKeepTheirDescriptions) {
   RunningOperation operation(ui);
   Transfer transfer(operation, TransferKind::Move);
