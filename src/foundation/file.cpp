@@ -252,7 +252,7 @@ int File::seekBy(int64_t delta) {
 
 int64_t File::fileSize() const {
   struct stat info;
-  return System::fstat(fd_, &info) == 0 ? info.st_size : 0;
+  return fd_ != 0 && System::fstat(fd_, &info) == 0 ? info.st_size : 0;
 }
 
 int File::truncate(int64_t length) {

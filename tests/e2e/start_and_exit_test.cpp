@@ -2,12 +2,20 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <csignal>
+#include <cstdlib>
 
 #include "config/options.h"
 #include "console/console.h"
 #include "e2e/program_test.h"
 
 namespace {
+
+constexpr char UsageLines[] =
+    "Usage:\ttd [ini_file] [-v|-e file_name] [-l|-r directory]\n"
+    "\t-v: invoke internal viewer\n"
+    "\t-e: invoke internal editor\n"
+    "\t-l: specify left panel's directory\n"
+    "\t-r: specify right panel's directory\n";
 
 class StartAndExit : public ProgramTest {};
 
@@ -36,12 +44,38 @@ TEST_F(StartAndExit, ClosingTheWindowAsksLikeF10) {
   EXPECT_EQ(waitForEnd(), 0);
 }
 
-TEST_F(StartAndExit, AnUnknownOptionEndsWithStatusOne) {
-  EXPECT_EQ(runToEnd({"-q"}), 1);
+TEST_F(StartAndExit, AnUnknownOptionShowsTheUsageAndEndsWithStatusOne) {
+  testing::internal::CaptureStdout();
+  const int status = runToEnd({"-q"});
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), UsageLines);
+  EXPECT_EQ(status, 1);
 }
 
-TEST_F(StartAndExit, EditWithoutAFileEndsWithStatusOne) {
-  EXPECT_EQ(runToEnd({"-e"}), 1);
+TEST_F(StartAndExit, EditWithoutAFileSaysSoAndEndsWithStatusOne) {
+  testing::internal::CaptureStdout();
+  const int status = runToEnd({"-e"});
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "No file specified\n");
+  EXPECT_EQ(status, 1);
+}
+
+TEST_F(StartAndExit, WithoutADisplayOneLineTellsSoWithStatusOne) {
+  unsetenv("DISPLAY");
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  const int status = runToEnd({"-l", left().path()});
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "td: cannot open the X display\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(status, 1);
+}
+
+TEST_F(StartAndExit, AWrongCommandLineIsToldWithoutADisplayToo) {
+  unsetenv("DISPLAY");
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  const int status = runToEnd({"\\q"});
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), UsageLines);
+  EXPECT_EQ(status, 1);
 }
 
 TEST_F(StartAndExit, ADirectoryAsArgumentIsIgnored) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -375,6 +376,32 @@ TEST_F(FileTest, ReadLineEndsAtAZeroByte) {
   EXPECT_STREQ(buffer, "cd");
 }
 
+TEST_F(FileTest, ALineThatAnErrorCutsIsGivenBeforeTheErrorIsTold) {
+  const std::string text = pattern(4096) + "rest\n";
+  dir.write("file", text);
+  file.open(dir.wide("file"), OpenFlag::Read);
+  {
+    const FaultHook hook(2, EIO);  // the buffer's second filling
+    EXPECT_EQ(file.readLine(buffer, sizeof buffer), 0);
+    EXPECT_TRUE(hook.hit());
+    EXPECT_EQ(std::string(buffer), text.substr(0, 4096));
+  }
+  {
+    const FaultHook hook("read", EIO);
+    EXPECT_EQ(file.readLine(buffer, sizeof buffer), EIO);
+    EXPECT_STREQ(buffer, "");
+  }
+}
+
+TEST_F(FileTest, ALineOfLineEndsOnlyIsEmpty) {
+  dir.write("file", "a\r\r\r\n\nb\r");
+  file.open(dir.wide("file"), OpenFlag::Read);
+  for (const char* line : {"a", "", "b"}) {
+    EXPECT_EQ(file.readLine(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, line);
+  }
+}
+
 TEST_F(FileTest, ReadLineNeverWritesBeyondItsBuffer) {
   dir.write("file", "abc");
   file.open(dir.wide("file"), OpenFlag::Read);
@@ -391,10 +418,10 @@ TEST_F(FileTest, ReadLineNeverWritesBeyondItsBuffer) {
 TEST_F(FileTest, TextModeWritesEachLineFeedWithACarriageReturn) {
   file.open(dir.wide("file"), Rewrite | OpenFlag::Text);
   EXPECT_EQ(file.writeText("a\nb\n\nc"), 0);
-  EXPECT_EQ(file.writeLine("d"), 0);
+  EXPECT_EQ(file.writeLine("d\nd"), 0);
   EXPECT_EQ(file.write("e\n", 2), 0);
   file.close();
-  EXPECT_EQ(dir.read("file"), "a\r\nb\r\n\r\ncd\r\ne\n");
+  EXPECT_EQ(dir.read("file"), "a\r\nb\r\n\r\ncd\r\nd\r\ne\n");
 }
 
 TEST_F(FileTest, OutsideTextModeATextStaysAsItIs) {
@@ -434,16 +461,40 @@ TEST_F(FileTest, TheTimeIsSetAfterWhatWaitsIsWritten) {
   EXPECT_EQ(file.fileSize(), 4);
 }
 
+TEST_F(FileTest, SettingTheTimeOfWritingMakesTheTimeOfReadingNow) {
+  dir.write("file", "text");
+  const timespec old[2] = {{1000000000, 0}, {1000000000, 0}};
+  utimensat(AT_FDCWD, dir.path("file").c_str(), old, 0);
+  ASSERT_EQ(file.open(dir.wide("file"), ReadWrite), 0);
+  const time_t before = time(nullptr);
+  EXPECT_EQ(file.setTime(timeToDos(1100000000)), 0);
+  file.close();
+  struct stat info;
+  ASSERT_EQ(stat(dir.path("file").c_str(), &info), 0);
+  EXPECT_EQ(info.st_mtime, 1100000000);
+  EXPECT_GE(info.st_atime, before - 1);  // the clock of files may lag by a tick
+}
+
 TEST_F(FileTest, AFileThatIsntOpenRefusesEverything) {
   DosTime words;
+  EXPECT_EQ(file.truncate(0), EBADF);
+  EXPECT_EQ(file.setTime(words), EBADF);
   EXPECT_EQ(file.read(buffer, 1, &got), EBADF);
   EXPECT_EQ(got, 0u);
   EXPECT_EQ(file.write("x", 1), EBADF);
   EXPECT_EQ(file.seek(0), EBADF);
-  EXPECT_EQ(file.truncate(0), EBADF);
   EXPECT_EQ(file.getTime(words), EBADF);
   EXPECT_EQ(file.readLine(buffer, 10), EBADF);
   EXPECT_EQ(file.close(), 0);
+}
+
+TEST_F(FileTest, AFileThatIsntOpenHasNoSizeWhateverStandardInputIs) {
+  dir.write("input", "text");
+  EXPECT_EQ(runInChild([&] {
+              ASSERT_EQ(dup2(::open(dir.path("input").c_str(), O_RDONLY), STDIN_FILENO), 0);
+              EXPECT_EQ(file.fileSize(), 0);
+            }),
+            0);
 }
 
 TEST_F(FileTest, EveryFailedCallOfAWriteIsReported) {

@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 #include "support/as_user.h"
 #include "support/fault_hook.h"
 #include "support/temp_dir.h"
+#include "support/wait_until.h"
 
 namespace {
 
@@ -186,6 +188,23 @@ TEST_F(PathInfoTest, DiskSpaceIsInBytes) {
   EXPECT_LE(free, total);
   EXPECT_EQ(total % unit, 0u);
   EXPECT_EQ(diskSpace(dir.wide("missing"), total, free, unit), ENOENT);
+}
+
+TEST_F(PathInfoTest, FreeSpaceIsWhatAnOrdinaryUserMayFill) {
+  uint64_t total = 0;
+  uint64_t free = 0;
+  uint64_t unit = 0;
+  struct statfs before;
+  struct statfs after;
+  // Others may write to the same disk meanwhile: what counts is a look during which it stood still.
+  ASSERT_TRUE(waitUntil([&] {
+    return statfs(dir.path().c_str(), &before) == 0 &&
+           diskSpace(dir.wide(), total, free, unit) == 0 &&
+           statfs(dir.path().c_str(), &after) == 0 && before.f_bavail == after.f_bavail;
+  }));
+  EXPECT_EQ(unit, static_cast<uint64_t>(before.f_frsize ? before.f_frsize : before.f_bsize));
+  EXPECT_EQ(total, before.f_blocks * unit);
+  EXPECT_EQ(free, before.f_bavail * unit);
 }
 
 TEST(ErrorText, IsTheSystemsTextWithItsNumber) {

@@ -9,6 +9,7 @@
 #include "foundation/status.h"
 #include "foundation/system.h"
 #include "support/temp_dir.h"
+#include "support/wait_until.h"
 
 namespace {
 
@@ -104,6 +105,28 @@ TEST_F(ReadAheadFileTest, AShortBlockFetchesNothing) {
   openWith(Block + 1);
   file.byteAt(Block);
   EXPECT_EQ(file.prefetchPosition(), -1);
+}
+
+TEST_F(ReadAheadFileTest, ABlockFetchedAheadIsNotReadAgain) {
+  openWith(8 * Block);
+  ReadHook hook;
+  file.byteAt(3 * Block);
+  ASSERT_TRUE(waitUntil([&] { return hook.reads == 2; }));
+  EXPECT_EQ(file.prefetchPosition(), 4 * Block);  // and by now it has arrived
+  hook.error = EIO;
+  for (int64_t i = 4 * Block; i < 5 * Block; ++i) ASSERT_EQ(file.byteAt(i), byteOf(i));
+  EXPECT_EQ(file.status(), 0);
+}
+
+TEST_F(ReadAheadFileTest, AShortBlockFetchedAheadOfAGrowingFileIsReadAnew) {
+  openWith(Block + 10, Growing::Yes);
+  const ReadHook hook;
+  file.byteAt(0);
+  ASSERT_TRUE(waitUntil([&] { return hook.reads >= 2; }));
+  EXPECT_EQ(file.prefetchPosition(), Block);
+  dir.write("file", content(Block + 100));
+  EXPECT_EQ(file.byteAt(Block + 99), byteOf(Block + 99));
+  EXPECT_EQ(file.size(), Block + 100);
 }
 
 TEST_F(ReadAheadFileTest, KeepsTheFourBlocksUsedLast) {
