@@ -129,6 +129,7 @@ void searchStep(MainLoop& loop, int key, int direction) {
 
 void stepOrTagged(MainLoop& loop, int key, int direction) {
   Panel& panel = active();
+  drawCursor(panelPair().activeSide, CursorBar::Off);
   if (!panel.quickSearch.empty()) return searchStep(loop, key, direction);
   cursorToTagged(panel, direction);
 }

@@ -86,7 +86,8 @@ void drawCursor(int side, CursorBar bar) {
     const bool barred = bar == CursorBar::On && side == pair.activeSide;
     const int index = panel.currentIndex();
     int noOffset = 0;
-    int& offset = panel.nameOffsetEntry == index ? panel.nameOffset : noOffset;
+    // Only under the bar: the cursor may leave the entry next.
+    int& offset = barred && panel.nameOffsetEntry == index ? panel.nameOffset : noOffset;
     drawEntry(panel, index, barred ? barColour(*item) : NaturalColour, offset);
   }
   drawStatusLine(panel);
