@@ -26,13 +26,14 @@ int buttonOf(unsigned gdkButton) {
   return gdkButton == GdkRight ? Right : Other;
 }
 
-// The symbol of the key in the first layout without modifiers, so that Alt and Ctrl keys work while
-// another script is switched on.
+// The symbol of the key in the first layout, so that Alt and Ctrl keys work while another script is
+// switched on. Shift still chooses between the key's two characters, other modifiers count for
+// nothing.
 unsigned baseSymbolOf(const GdkEventKey* event) {
   guint symbol = 0;
   gdk_keymap_translate_keyboard_state(gdk_keymap_get_default(), event->hardware_keycode,
-                                      static_cast<GdkModifierType>(0), 0, &symbol, nullptr, nullptr,
-                                      nullptr);
+                                      static_cast<GdkModifierType>(event->state & GDK_SHIFT_MASK),
+                                      0, &symbol, nullptr, nullptr, nullptr);
   return symbol;
 }
 

@@ -57,6 +57,8 @@ TEST_F(MenuBarTest, TheRightMenuLooksAsDrawn) {
 TEST_F(MenuBarTest, EscapeLeavesAClosedBarAndClosesAnOpenOne) {
   EXPECT_EQ(runKeys({Key::Esc}), 0);
   EXPECT_EQ(runKeys({Key::Enter, Key::Esc, Key::Esc}), 0);
+  EXPECT_EQ(console->eventCount(), 0);
+  EXPECT_EQ(runKeys({Key::Enter, Key::Esc, Key::Enter, Key::Enter}), MenuCode::LeftBrief);
   EXPECT_EQ(screenText().find_first_not_of(" \n"), std::string::npos);
 }
 
@@ -73,6 +75,26 @@ TEST_F(MenuBarTest, DownOpensAndStepsOverSeparators) {
 TEST_F(MenuBarTest, UpWrapsToTheLastItemAndDownBack) {
   EXPECT_EQ(runKeys({Key::Down, Key::Up, Key::Enter}), Key::AltF1);
   EXPECT_EQ(runKeys({Key::Down, Key::Up, Key::Down, Key::Enter}), MenuCode::LeftBrief);
+}
+
+TEST_F(MenuBarTest, OnAClosedBarUpHomeAndEndDoNothing) {
+  EXPECT_EQ(runKeys({Key::Up, Key::End, Key::Home, Key::Up, Key::Enter, Key::Enter}),
+            MenuCode::LeftBrief);
+  EXPECT_EQ(runKeys({Key::End, Key::Enter, Key::Enter}), MenuCode::LeftBrief);
+  EXPECT_EQ(runKeys({Key::Down, Key::Enter}), MenuCode::LeftBrief);
+}
+
+TEST_F(MenuBarTest, KeysOfNoUseHereChangeNothing) {
+  const std::string closed = screenAfter({}), open = screenAfter({Key::Enter});
+  const std::initializer_list<int> useless = {
+      Key::F5,       Key::ctrl('o'), Key::Insert,   Key::Tab,
+      Key::ShiftF10, Key::Backspace, Key::GrayPlus, ' ',
+      'z',           0xE4,           0x444,         Key::CtrlF1};
+  EXPECT_TRUE(screenAfter(useless) == closed);
+  std::vector<int> keys{Key::Enter};
+  keys.insert(keys.end(), useless);
+  for (int code : keys) queueKey(code);
+  EXPECT_TRUE(screenAfter({}) == open);
 }
 
 TEST_F(MenuBarTest, HomeAndEndGoToTheFirstAndTheLastItem) {
@@ -182,6 +204,39 @@ TEST_F(MenuBarTest, AClickElsewhereClosesAndThenLeaves) {
   queueMouse(EventKind::Press, 70, 20);
   queueMouse(EventKind::Press, 70, 20);
   EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+}
+
+TEST_F(MenuBarTest, EachPartHasItsColour) {
+  commandSeams().help = [&](int) {
+    for (int x : {0, 10, 79}) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::MenuBar)) << x;
+    for (int x : {2, 9}) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::MenuHighlight)) << x;
+    // Frame, a chosen and a plain item to their last cell, and the separator with its mark.
+    EXPECT_EQ(attrAt(2, 1), colourOf(Colour::Menu));
+    EXPECT_EQ(attrAt(24, 21), colourOf(Colour::Menu));
+    for (int x : {3, 23}) EXPECT_EQ(attrAt(x, 2), colourOf(Colour::MenuHighlight)) << x;
+    for (int x : {3, 23}) EXPECT_EQ(attrAt(x, 3), colourOf(Colour::Menu)) << x;
+    for (int x : {3, 4, 23}) EXPECT_EQ(attrAt(x, 10), colourOf(Colour::MenuBar)) << x;
+  };
+  runKeys({Key::Enter, Key::F1, Key::F10});
+  commandSeams().help = nullptr;
+}
+
+TEST_F(MenuBarTest, ADisabledItemHasItsForegroundOnTheRowsBackground) {
+  menuItem& first = menus()[FilesMenu].items[0];
+  menuItem& second = menus()[FilesMenu].items[1];
+  const int codes[] = {first.code, second.code};
+  first.code = second.code = 0;
+  const int foreground = colourOf(Colour::DisabledMenu) & 0x0F;
+  commandSeams().help = [&](int) {
+    for (int x : {12, 17}) {
+      EXPECT_EQ(attrAt(x, 2), (colourOf(Colour::MenuHighlight) & 0xF0) | foreground) << x;
+      EXPECT_EQ(attrAt(x, 3), (colourOf(Colour::Menu) & 0xF0) | foreground) << x;
+    }
+  };
+  runKeys({'f', Key::F1, Key::F10});
+  commandSeams().help = nullptr;
+  first.code = codes[0];
+  second.code = codes[1];
 }
 
 TEST_F(MenuBarTest, QuickLettersShowInTheirColourOnTheRowsBackground) {

@@ -146,6 +146,14 @@ TEST_F(RealKeys, AltLettersWorkWhileAnotherScriptIsOn) {
   XKeys::get().switchLayout(0);
 }
 
+TEST_F(RealKeys, OnAnotherScriptShiftStillChoosesTheCharacterOfTheKey) {
+  XKeys::get().mapKey(XK_w, {XK_w, XK_dollar, XK_Cyrillic_a, XK_Cyrillic_A});
+  XKeys::get().switchLayout(1);
+  XKeys::get().press(XK_w, {XK_Alt_L, XK_Shift_L});
+  XKeys::get().switchLayout(0);
+  EXPECT_EQ(waitKey(), 0x3007B);
+}
+
 TEST_F(RealKeys, TheReleaseOfALetterQueuesNothing) {
   XKeys::get().press(XK_a);
   XKeys::get().press(XK_F1);

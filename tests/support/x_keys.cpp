@@ -135,8 +135,12 @@ void XKeys::pressDigitKey(int digit, const std::vector<unsigned long>& modifiers
 void XKeys::mapSecondLayout(unsigned long symbol, unsigned long second) {
   KeySym upper = NoSymbol, lower = NoSymbol;
   XConvertCase(symbol, &lower, &upper);
-  KeySym symbols[4] = {lower, upper, second, second};
-  XChangeKeyboardMapping(impl_->display, XKeysymToKeycode(impl_->display, symbol), 4, symbols, 1);
+  mapKey(symbol, {lower, upper, second, second});
+}
+
+void XKeys::mapKey(unsigned long symbol, std::array<unsigned long, 4> symbols) {
+  XChangeKeyboardMapping(impl_->display, XKeysymToKeycode(impl_->display, symbol),
+                         static_cast<int>(symbols.size()), symbols.data(), 1);
   impl_->sync();
 }
 

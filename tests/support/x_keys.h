@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,6 +26,8 @@ class XKeys {
 
   // Gives a key a symbol in a second layout, and switches between the first (0) and the second (1).
   void mapSecondLayout(unsigned long symbol, unsigned long second);
+  // The key of `symbol` gets other ones: plain and with Shift, in the first layout and the second.
+  void mapKey(unsigned long symbol, std::array<unsigned long, 4> symbols);
   void switchLayout(unsigned group);
 
   // Cells of the console. Buttons are those of X: 1 left, 2 middle, 3 right, 4 and 5 the wheel.
