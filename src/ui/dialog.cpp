@@ -1,5 +1,7 @@
 #include "ui/dialog.h"
 
+#include <utility>
+
 #include "config/colours.h"
 #include "console/input.h"
 #include "console/text_state.h"
@@ -10,6 +12,8 @@ namespace {
 
 constexpr int ByteKeys = 256;
 constexpr unsigned char FieldSlot = 1, FocusSlot = 2;
+
+Dialog* running = nullptr;  // the innermost dialog that runs; application thread only
 
 bool isExtended(int key) {
   return (key & Key::ExtendedKey) != 0 && (key & Key::WideCharacter) == 0;
@@ -67,7 +71,8 @@ bool Dialog::canChangeFocus(int, int&) {
 
 int Dialog::run() {
   exitCode_ = 0;
-  leftDown_ = leftDownOutside_ = rightDown_ = false;
+  Dialog* const outer = std::exchange(running, this);
+  forgetButtons();
   setCursorShape(0);
   if (elements_.empty()) addExitKey(Key::Esc);
   for (bool ended = false; !ended;) {
@@ -83,7 +88,13 @@ int Dialog::run() {
     dispatch(message);
     ended = exitCode_ != 0;
   }
+  running = outer;
+  if (outer) outer->forgetButtons();
   return exitCode_;
+}
+
+void Dialog::forgetButtons() {
+  leftDown_ = leftDownOutside_ = rightDown_ = false;
 }
 
 void Dialog::settleFocus() {

@@ -167,6 +167,7 @@ class Dialog : public Win {
  private:
   void readMessage(Message& message);
   void dispatch(const Message& message);
+  void forgetButtons();  // releases whose presses went elsewhere don't count
   void settleFocus();
   int enterCode() const;
   void takeKey(int key);

@@ -503,6 +503,22 @@ TEST_F(StringFieldTest, ADoubleClickInTheHistoryTakesTheEntry) {
   EXPECT_STREQ(dialog.text.data(), L"first");
 }
 
+TEST_F(StringFieldTest, TheReleaseOfADoubleClickInTheHistoryPressesNothingBehindIt) {
+  addField(FieldHistory::Filter, L"first");
+  addField(FieldHistory::Filter, L"second");
+  FieldDialog dialog(L"x", -1, FieldWidth, FieldHistory::Filter);
+  dialog.addButton(FieldX, FieldY + 10, Group::New, Key::Enter, "OK");
+  dialog.addButton(FieldX, FieldY + 2, Group::Same, 'g', "Behind the list");
+  const int fieldX = dialog.originX() + FieldX, fieldY = dialog.originY() + FieldY;
+  queueClick(fieldX + FieldWidth, fieldY);
+  queueClick(fieldX + 4, fieldY + 2);
+  queueMouse(EventKind::Press, fieldX + 4, fieldY + 2);
+  queueMouse(EventKind::DoubleClick, fieldX + 4, fieldY + 2);
+  queueMouse(EventKind::Release, fieldX + 4, fieldY + 2);
+  EXPECT_EQ(dialog.runQueued(), Key::Enter);  // by the right click that ends it
+  EXPECT_STREQ(dialog.text.data(), L"first");
+}
+
 TEST_F(StringFieldTest, AnEntryLongerThanTheFieldMayHoldIsCut) {
   addField(FieldHistory::Filter, L"0123456789");
   FieldDialog dialog(L"x", 5, FieldWidth, FieldHistory::Filter);
