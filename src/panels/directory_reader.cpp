@@ -182,7 +182,7 @@ void restoreTags(Panel& panel, EntryStore& kept) {
     item->tagged = old->tagged;
     if (!item->tagged) continue;
     ++panel.taggedCount;
-    panel.taggedSize += static_cast<int64_t>(item->size);
+    panel.addTagged(item->size);
   }
 }
 

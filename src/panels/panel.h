@@ -143,6 +143,10 @@ struct Panel : PanelContents {
     return index >= 0 && index < entries.count() ? entries[index] : nullptr;
   }
   bool isFiles() const { return type == PanelType::Files; }
+  // Adds a size, or a negative one, to the sum of the tagged; wraps where a sum can't be held.
+  void addTagged(uint64_t size) {
+    taggedSize = static_cast<int64_t>(static_cast<uint64_t>(taggedSize) + size);
+  }
   bool isTreeStyle() const { return style == PanelStyle::Tree || style == PanelStyle::DialogTree; }
   bool isRoot() const { return path.data()[0] == L'/' && path.data()[1] == 0; }
 };

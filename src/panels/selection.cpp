@@ -92,9 +92,8 @@ bool changeTag(Panel& panel, entry& item, TagMode mode) {
   const bool tag = mode == TagMode::Flip ? !item.tagged : mode == TagMode::Tag;
   if (tag == (item.tagged != 0)) return false;
   item.tagged = tag;
-  const auto size = static_cast<int64_t>(item.size);
   panel.taggedCount += tag ? 1 : -1;
-  panel.taggedSize += tag ? size : -size;
+  panel.addTagged(tag ? item.size : -item.size);
   return true;
 }
 

@@ -145,4 +145,14 @@ TEST_F(SelectionTest, SizesBeyondHalfTheRangeDoNotBreakTheSum) {
   toggleTag(panel, 2, TagMode::Untag);
   toggleTag(panel, 3, TagMode::Untag);
   EXPECT_EQ(0, panel.taggedSize);
+  for (int index : {2, 3}) {
+    panel.entries[index]->size = uint64_t{1} << 63;
+    toggleTag(panel, index, TagMode::Tag);
+    toggleTag(panel, index, TagMode::Untag);
+  }
+  for (int index : {2, 3}) {
+    panel.entries[index]->size = uint64_t{5} << 60;
+    toggleTag(panel, index, TagMode::Tag);
+  }
+  EXPECT_EQ(uint64_t{10} << 60, static_cast<uint64_t>(panel.taggedSize));
 }
