@@ -114,6 +114,14 @@ TEST_F(GoCommands, CtrlUnderscoreGoesBackAndForth) {
   EXPECT_EQ(place(), in("sub/deep"));
 }
 
+TEST_F(GoCommands, CtrlUnderscoreFindsTheCursorWhereItWas) {
+  leftDir.write("last", "");
+  press(Key::ctrl('r'));
+  screenAfter({Key::End, CtrlBackslash, CtrlUnderscore});
+  EXPECT_EQ(place(), leftDir.path());
+  EXPECT_EQ(currentName(left()), "last");
+}
+
 TEST_F(GoCommands, CtrlUnderscoreWithNowhereToGoBackDoesNothing) {
   left().previousPath = L"";
   press(CtrlUnderscore, Ctrl);

@@ -82,6 +82,25 @@ TEST_F(ScreenLayout, TheTextCursorStandsOnTheLine) {
   EXPECT_EQ(textState.textX, loop.prompt.length() + 2);
 }
 
+TEST_F(ScreenLayout, TheCursorShowsWhileAKeyIsWaitedForAndNotInACommand) {
+  int inCommand = -1;
+  bool shown = false;
+  commandSeams().help = [&](int) {
+    inCommand = console->cursorSize();
+    loop.leaving = true;
+  };
+  console->setCursorSize(0);
+  {
+    Beside user([&] {
+      shown = waitUntil([] { return console->cursorSize() > 0; });
+      queueKey(Key::F1);
+    });
+    runMainLoop(loop);
+  }
+  EXPECT_TRUE(shown);
+  EXPECT_EQ(inCommand, 0);
+}
+
 TEST_F(ScreenLayout, AShorterLineLeavesNothingBehind) {
   for (char c : std::string("abcdef")) queueKey(c);
   queueKey(Key::Esc);

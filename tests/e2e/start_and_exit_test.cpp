@@ -44,6 +44,18 @@ TEST_F(StartAndExit, ClosingTheWindowAsksLikeF10) {
   EXPECT_EQ(waitForEnd(), 0);
 }
 
+TEST_F(StartAndExit, ClosingTheWindowIsJustAKeyToADialog) {
+  start();
+  press(XK_F7);
+  expectText("Create the directory");
+  keys().closeWindow(console->windowId());
+  type("made");
+  press(XK_Return);
+  expectSoon("the directory", [this] { return left().exists("made"); });
+  EXPECT_FALSE(shows("Are you sure"));
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(StartAndExit, AnUnknownOptionShowsTheUsageAndEndsWithStatusOne) {
   testing::internal::CaptureStdout();
   const int status = runToEnd({"-q"});

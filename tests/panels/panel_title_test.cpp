@@ -150,6 +150,16 @@ TEST_F(PanelTitleTest, TheWindowTitleIsTheActivePathInFiftyColumns) {
   EXPECT_EQ(shown.substr(shown.size() - 50), shortened);
 }
 
+TEST_F(PanelTitleTest, TheWindowTitleIsPlainOrOfATextOrEmpty) {
+  setWindowTitle(nullptr);
+  EXPECT_EQ(console->title(), "Tandem Deck V" TD_VERSION);
+  const Westring name = L"letter.txt", nothing;
+  setWindowTitle(&name);
+  EXPECT_EQ(console->title(), "TD/X: letter.txt");
+  setWindowTitle(&nothing);
+  EXPECT_EQ(console->title(), "");
+}
+
 TEST_F(PanelTitleTest, TheTitleOfTheInactivePanelIsNotTheWindows) {
   show(L"/home/me");
   right().path = L"/elsewhere";
