@@ -152,6 +152,30 @@ TEST_F(StartEdge, AConfiguredSizeIsTheFirstScreens) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(StartEdge, NumbersOutOfRangeGoBackToTheirDefaults) {
+  configure([] {
+    GlobalOptions::MouSpeed = 1001;
+    GlobalOptions::TabWidth = 9;
+    GlobalOptions::Lines = 251;
+  });
+  start();
+  EXPECT_EQ(GlobalOptions::MouSpeed, 8);
+  EXPECT_EQ(GlobalOptions::TabWidth, 8);
+  EXPECT_EQ(console->rows(), 25);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, NumbersAtTheEndsOfTheirRangeStay) {
+  configure([] {
+    GlobalOptions::MouSpeed = 1000;
+    GlobalOptions::TabWidth = 1;
+  });
+  start();
+  EXPECT_EQ(GlobalOptions::MouSpeed, 1000);
+  EXPECT_EQ(GlobalOptions::TabWidth, 1);
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(StartEdge, PanelsStartAsConfigured) {
   left().write("b.one", "");
   left().write("a.two", "");
