@@ -79,6 +79,22 @@ TEST(CodePageTable, MapsByteForByte) {
   EXPECT_EQ(latin[0xE4], 0xE4);
 }
 
+TEST(CodePageTable, LeadsFromTheFirstPageToTheSecond) {
+  // Both pages hold the same 256 characters in another order.
+  constexpr int Ebcdic = 500;
+  constexpr int Latin1 = 819;
+  CodePageTable table(Ebcdic, Latin1);
+  EXPECT_EQ(table[0], 0);
+  EXPECT_EQ(table[0x81], 'a');
+  EXPECT_EQ(table[0xF9], '9');
+  EXPECT_EQ(table[0xFF], 0x9F);
+  CodePageTable back(Latin1, Ebcdic);
+  for (int i = 0; i < 256; ++i) EXPECT_EQ(back[table[i]], i);
+  Estring text("\xC8\x85\x93\x93\x96");
+  translateInPlace(text, Ebcdic, Latin1);
+  EXPECT_EQ(exact(text), "Hello");
+}
+
 TEST(CodePageTable, AMissingPageLeavesEveryByteAsItIs) {
   CodePageTable table(MissingPage, 850);
   for (int i = 0; i < 256; ++i) EXPECT_EQ(table[i], i);

@@ -84,6 +84,17 @@ TEST_F(FileTest, AppendingWithCreateKeepsWhatIsThere) {
   EXPECT_EQ(dir.read("file"), "first\nsecond\n");
 }
 
+TEST_F(FileTest, AppendingToAPipeNeedsNoEnd) {
+  ASSERT_EQ(mkfifo(dir.path("pipe").c_str(), 0600), 0);
+  const int reader = ::open(dir.path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_EQ(file.open(dir.wide("pipe"), OpenFlag::Write | OpenFlag::Append), 0);
+  file.writeText("text");
+  EXPECT_EQ(file.close(), 0);
+  EXPECT_EQ(::read(reader, buffer, sizeof buffer), 4);
+  EXPECT_STREQ(buffer, "text");
+  ::close(reader);
+}
+
 TEST_F(FileTest, OpeningAgainClosesTheFileBefore) {
   ASSERT_EQ(file.open(dir.wide("one"), Rewrite), 0);
   file.writeText("text");
@@ -107,7 +118,12 @@ TEST_F(FileTest, DescriptorZeroIsNeverUsedForAFile) {
               ::close(STDIN_FILENO);
               EXPECT_EQ(file.open(dir.wide("file"), OpenFlag::Read), 0);
               EXPECT_GT(file.descriptor(), STDERR_FILENO);
+              EXPECT_EQ(fcntl(file.descriptor(), F_GETFD), FD_CLOEXEC);
               EXPECT_EQ(readSome(10), "text");
+              File kept;
+              EXPECT_EQ(kept.open(dir.wide("file"), OpenFlag::Read | OpenFlag::KeepOnExec), 0);
+              EXPECT_GT(kept.descriptor(), STDERR_FILENO);
+              EXPECT_EQ(fcntl(kept.descriptor(), F_GETFD), 0);
             }),
             0);
 }

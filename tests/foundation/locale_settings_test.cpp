@@ -32,6 +32,8 @@ TEST(LocaleSettings, TheDateFormatGivesOrderAndSeparator) {
                       {"%Y-%m-%d", DateOrder::YearMonthDay, L'-', L"%02d-%02d-%02d"},
                       {"%-d.%-m.%Y", DateOrder::DayMonthYear, L'.', L"%02d.%02d.%02d"},
                       {"%_d/%0m/%y", DateOrder::DayMonthYear, L'/', L"%02d/%02d/%02d"},
+                      {"%-d. %-m. %Y", DateOrder::DayMonthYear, L'.', L"%02d.%02d.%02d"},
+                      {"%D/%M-%Y", DateOrder::DayMonthYear, L'/', L"%02d/%02d/%02d"},
                       {"%d-%m-%y", DateOrder::DayMonthYear, L'-', L"%02d-%02d-%02d"},
                       {"%d%m%y", DateOrder::DayMonthYear, L'-', L"%02d-%02d-%02d"},
                       {"%F", DateOrder::YearMonthDay, L'-', L"%02d-%02d-%02d"},

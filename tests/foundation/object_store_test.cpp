@@ -168,6 +168,22 @@ TEST(ObjectStore, NullElementsAreHeldAndFreed) {
   EXPECT_EQ(*store.next(), 1);
 }
 
+TEST(ObjectStore, TheHookIsToldThePlaceOfWhatEnds) {
+  struct PlaceStore : ObjectStore {
+    ~PlaceStore() override { clear(); }
+    void freeEntry(void*, int index) override { places.emplace_back(index, current()); }
+    std::vector<std::pair<int, int>> places;  // told, and the cursor
+  };
+  PlaceStore store;
+  int item = 0;
+  for (int i = 0; i < 4; ++i) store.add(&item);
+  store.at(2);
+  store.remove();
+  store.clear();
+  using Places = std::vector<std::pair<int, int>>;
+  EXPECT_EQ(store.places, (Places{{2, 2}, {0, 0}, {1, 1}, {2, 2}}));
+}
+
 TEST(ObjectStore, TheDestructorDisposesOfAll) {
   Numbers freed;
   {

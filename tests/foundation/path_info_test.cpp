@@ -126,9 +126,12 @@ TEST_F(PathInfoTest, ChangesReportTheirErrors) {
 }
 
 TEST_F(PathInfoTest, ANewDirectoryIsOpenToAllButForTheMask) {
-  const mode_t mask = umask(027);
+  const mode_t mask = umask(0);
+  EXPECT_EQ(makeDir(dir.wide("open")), 0);
+  umask(027);
   EXPECT_EQ(makeDir(dir.wide("sub")), 0);
   umask(mask);
+  EXPECT_EQ(dir.mode("open"), 0777u);
   EXPECT_EQ(dir.mode("sub"), 0750u);
 }
 
@@ -267,6 +270,20 @@ TEST_F(PathInfoTest, OnePathBecomesAnEntry) {
   EXPECT_EQ(entryOfPath(dir.wide("missing"), error), nullptr);
   EXPECT_EQ(error, ENOENT);
   EXPECT_TRUE(entryOfPath(L"/", error)->isDirectory());
+}
+
+TEST(FillEntry, ForgetsACountedTotal) {
+  const EntryPtr item(newEntry(L"sub"));
+  item->size = 5000;
+  item->total = 5000;
+  item->level = 1;
+  struct stat info {};
+  info.st_mode = S_IFDIR | 0755;
+  info.st_size = 4096;
+  fillEntry(item.get(), info);
+  EXPECT_EQ(item->size, 0u);
+  EXPECT_EQ(item->total, -1);
+  EXPECT_EQ(item->level, 0);
 }
 
 TEST(FillEntry, KeepsOwnersAbove65535Whole) {

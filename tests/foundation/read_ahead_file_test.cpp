@@ -194,6 +194,10 @@ TEST_F(ReadAheadFileTest, ReadNextGoesOnBehindWhatItGave) {
   EXPECT_EQ(file.readAt(5, buffer, 1), 0);
   EXPECT_EQ(static_cast<unsigned char>(buffer[0]), byteOf(5));
   EXPECT_EQ(file.readAt(-1, buffer, 1), EINVAL);
+  ASSERT_EQ(file.open(dir.wide("file"), Growing::No), 0);
+  EXPECT_EQ(file.linePos(), 0);
+  EXPECT_EQ(file.readNext(buffer, 1), 0);
+  EXPECT_EQ(static_cast<unsigned char>(buffer[0]), byteOf(0));
 }
 
 TEST_F(ReadAheadFileTest, ReadLineNextDropsTheLinesEnd) {

@@ -63,6 +63,16 @@ TEST(SortedCollection, ADuplicateLandsBeforeTheOneThatWasHit) {
   EXPECT_EQ(items.peek(0)->serial, 2);
 }
 
+TEST(SortedCollection, TheLowerMiddleIsLookedAtFirst) {
+  ItemCollection items;
+  items.duplicates = true;
+  for (int serial = 0; serial < 4; ++serial) items.put(7, serial);
+  long index = -1;
+  int key = 7;
+  EXPECT_EQ(items.search(&key, index), 0);
+  EXPECT_EQ(index, 1);
+}
+
 TEST(SortedCollection, AbsentKeysAtTheEndsGiveZeroAndCount) {
   ItemCollection items;
   long index = 77;

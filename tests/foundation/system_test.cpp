@@ -82,6 +82,26 @@ TEST(System, RenameWithoutReplacingLooksFirstWhereTheFileSystemCant) {
   EXPECT_EQ(hook.calls("renameAt"), 1);
 }
 
+TEST(System, RenameWithoutReplacingNeverGuesses) {
+  // Where the look before the rename fails, nobody knows what is there.
+  const TempDir dir;
+  dir.write("from", "new");
+  dir.write("to", "old");
+  System::setHook(
+      [](const char* call, const char*, void*) {
+        const std::string name = call;
+        return name == "renameNoReplace" ? ENOSYS : name == "statAt" ? EIO : 0;
+      },
+      nullptr);
+  const int result = System::renameNoReplace(dir.path("from").c_str(), dir.path("to").c_str());
+  const int error = errno;
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(error, EIO);
+  EXPECT_EQ(dir.read("from"), "new");
+  EXPECT_EQ(dir.read("to"), "old");
+}
+
 TEST(System, TheEndOfADirectoryIsNoError) {
   const TempDir dir;
   DIR* directory = System::openDirectory(dir.path().c_str());
