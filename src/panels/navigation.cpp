@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "panels/panel_columns.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_pair.h"
 
@@ -91,7 +92,7 @@ void cursorPageDown(Panel& panel) {
 }
 
 bool isMultiColumn(const Panel& panel) {
-  return panel.style == PanelStyle::Brief || panel.style == PanelStyle::BriefWide;
+  return pageColumns(panel.style) > 1;
 }
 
 void cursorColumnLeft(Panel& panel) {

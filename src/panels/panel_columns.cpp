@@ -50,6 +50,11 @@ int shareOut(std::vector<PanelColumn>& columns, int rest, int interior) {
 
 }  // namespace
 
+int pageColumns(PanelStyle style) {
+  if (style == PanelStyle::Brief) return 3;
+  return style == PanelStyle::BriefWide ? 2 : 1;
+}
+
 std::vector<PanelColumn> layoutColumns(PanelStyle style, int interior) {
   std::vector<PanelColumn> columns = narrowestColumns(style);
   if (columns.empty()) return columns;
@@ -79,9 +84,7 @@ std::vector<int> separatorPositions(const std::vector<PanelColumn>& columns) {
 
 CellPlace placeInPage(PanelStyle style, int indexInPage, int panelRows, int interior) {
   CellPlace place;
-  if (style == PanelStyle::Brief || style == PanelStyle::BriefWide) {
-    place.column = indexInPage / panelRows;
-  }
+  if (pageColumns(style) > 1) place.column = indexInPage / panelRows;
   place.row = indexInPage - place.column * panelRows;
   if (place.column > 0) place.x = columnStart(layoutColumns(style, interior), place.column);
   return place;

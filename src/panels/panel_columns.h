@@ -13,6 +13,8 @@ struct PanelColumn {
   int width;  // current
 };
 
+// How many lists of names stand side by side in a style: 1 to 3.
+int pageColumns(PanelStyle style);
 // The columns of a list style laid out in `interior` cells, one cell between columns. Empty for the
 // tree styles.
 std::vector<PanelColumn> layoutColumns(PanelStyle style, int interior);

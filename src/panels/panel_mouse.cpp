@@ -8,13 +8,13 @@
 #include "console/text_state.h"
 #include "foundation/threads.h"
 #include "panels/navigation.h"
+#include "panels/panel_columns.h"
 #include "panels/panel_draw.h"
 #include "panels/selection.h"
 
 namespace {
 
 constexpr int WheelSteps = 3;
-constexpr int BriefColumns = 3;
 constexpr int FirstFileRow = 1;
 constexpr int RowsBelowFiles = 3;   // separator, status line, bottom border
 constexpr int ShortestPassMs = 16;  // no use in scrolling faster than the screen is painted
@@ -60,7 +60,7 @@ int pageColumn(const Panel& panel, int x) {
   const int width = panelPair().panelWidth();
   if (panel.style == PanelStyle::BriefWide) return x >= width / 2 ? 1 : 0;
   if (panel.style != PanelStyle::Brief) return 0;
-  const int column = BriefColumns * (x - 1) / (width - 2);
+  const int column = pageColumns(panel.style) * (x - 1) / (width - 2);
   return x == width - 1 ? column - 1 : column;  // the right border belongs to the last column
 }
 

@@ -4,6 +4,7 @@
 
 #include "config/options.h"
 #include "console/console.h"
+#include "panels/panel_columns.h"
 
 namespace {
 
@@ -11,8 +12,6 @@ constexpr int MinLines = 25;
 constexpr int MinColumns = 80;
 constexpr int RowsBesideFullPanels = 6;  // frames, separator, status line, command line, key bar
 constexpr int RowsBelowHalfPanels = 2;   // command line and key bar
-constexpr int BriefColumns = 3;
-constexpr int BriefWideColumns = 2;
 
 }  // namespace
 
@@ -39,10 +38,7 @@ void fetchScreenSize() {
 }
 
 int pageSizeFor(PanelStyle style, int panelRows) {
-  int columns = 1;
-  if (style == PanelStyle::Brief) columns = BriefColumns;
-  if (style == PanelStyle::BriefWide) columns = BriefWideColumns;
-  return std::max(columns * panelRows, 1);
+  return std::max(pageColumns(style) * panelRows, 1);
 }
 
 void updatePageSize(Panel& panel) {

@@ -161,7 +161,7 @@ CellString pageRow(Panel& panel, const RowLayout& layout, int row, int panelRows
   }
   const unsigned char plain = colourOf(Colour::Panel);
   CellString cells = CellString::withRoom(layout.interior + 1, plain);
-  for (int column = 0; column < layout.pageColumns(); ++column) {
+  for (int column = 0; column < pageColumns(layout.style); ++column) {
     if (column > 0) {
       const Cell line = separatorCell(plain);
       cells.append(line.ch, line.attr);

@@ -8,10 +8,7 @@ struct RowLayout {
   RowLayout(PanelStyle listStyle, int interiorWidth)
       : style(listStyle), interior(interiorWidth), columns(layoutColumns(style, interior)) {}
 
-  bool isMultiColumn() const {
-    return style == PanelStyle::Brief || style == PanelStyle::BriefWide;
-  }
-  int pageColumns() const { return isMultiColumn() ? static_cast<int>(columns.size()) : 1; }
+  bool isMultiColumn() const { return pageColumns(style) > 1; }
 
   PanelStyle style;
   int interior;
