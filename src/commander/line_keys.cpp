@@ -29,8 +29,13 @@ void clearLine(MainLoop& loop) {
   loop.repaintCursor = true;
 }
 
+// A name that macros must leave as it is when the line runs.
+void insertQuoted(MainLoop& loop, const Westring& quoted) {
+  loop.line.insert(doubleLeadChar(quoted));
+}
+
 void insertPanelPath(MainLoop& loop, int side) {
-  loop.line.insert(quoteForShell(addSlash(shownPath(panelPair().side[side]))));
+  insertQuoted(loop, quoteForShell(addSlash(shownPath(panelPair().side[side]))));
 }
 
 // Nothing to name: no list, or no files in it.
@@ -46,7 +51,7 @@ void insertFullPath(MainLoop& loop, bool toClipboard) {
   if (toClipboard) {
     clipboardSetText(path);
   } else {
-    loop.line.insert(quoteForShell(path));
+    insertQuoted(loop, quoteForShell(path));
   }
 }
 
@@ -60,7 +65,7 @@ void insertName(MainLoop& loop, bool toClipboard) {
   if (toClipboard) {
     clipboardSetText(name);
   } else {
-    loop.line.insert(quoteNameForShell(name));
+    insertQuoted(loop, quoteNameForShell(name));
   }
 }
 

@@ -288,6 +288,33 @@ TEST_F(GoCommands, ANamePutOnTheLineByItsKeyIsFoundByCd) {
   }
 }
 
+TEST_F(GoCommands, ANameOnTheLineIsNoMacroWhereverTheCursorIs) {
+  for (const std::string name : {"!", "!x", "a!b", "a!!b", "end!", "!i", "two !t"}) {
+    leftDir.makeDir(name);
+    goTo("");
+    cursorTo(name);
+    loop.line.clear();
+    press(Key::CtrlEnter);
+    const Westring quoted = loop.line.text();
+    press(Key::Home);
+    loop.line.setText(L"cd " + quoted);
+    press(Key::Enter);
+    EXPECT_EQ(place(), in(name));
+  }
+}
+
+TEST_F(GoCommands, APathOnTheLineIsNoMacro) {
+  leftDir.makeDir("wow!x");
+  goTo("wow!x");
+  loop.line.clear();
+  press(27, ShiftState::Ctrl);
+  const Westring inserted = loop.line.text();
+  goTo("");
+  loop.line.setText(L"cd " + inserted);
+  press(Key::Enter);
+  EXPECT_EQ(place(), in("wow!x"));
+}
+
 TEST_F(GoCommands, CdResetsPositionAndType) {
   left().depth = 3;
   press(Key::Down);
