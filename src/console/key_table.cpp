@@ -173,8 +173,13 @@ unsigned lowered(unsigned symbol) {
   return symbol >= 'A' && symbol <= 'Z' ? symbol - 'A' + 'a' : symbol;
 }
 
-// The row of the symbol, else that of its twin; Shift counts for nothing with Backspace, and a Tab
-// with Shift is a Back Tab whatever it is called.
+bool isKeypadOperator(unsigned symbol) {
+  return symbol == GDK_KP_Add || symbol == GDK_KP_Subtract || symbol == GDK_KP_Multiply;
+}
+
+// The row of the symbol, else that of its twin; Shift counts for nothing with Backspace and with
+// the keypad's operators, whose commands look at it themselves, and a Tab with Shift is a Back Tab
+// whatever it is called.
 int codeOf(unsigned symbol, int state) {
   if (const int code = lookUpKey(symbol, state)) return code;
   const unsigned twin = twinOf(symbol);
@@ -182,7 +187,7 @@ int codeOf(unsigned symbol, int state) {
     if (const int code = lookUpKey(twin, state)) return code;
   }
   if (state != Shift) return 0;
-  if (twin == GDK_BackSpace) return lookUpKey(GDK_BackSpace, None);
+  if (twin == GDK_BackSpace || isKeypadOperator(twin)) return lookUpKey(twin, None);
   if (twin == GDK_Tab) return lookUpKey(GDK_ISO_Left_Tab, Shift);
   return 0;
 }

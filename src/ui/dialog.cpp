@@ -166,9 +166,15 @@ void Dialog::takeKey(int key) {
       moveInGroup(1);
       break;
     default:
-      activateByKey(key);
+      if (!activateByKey(key)) offerAsCharacter(key);
       break;
   }
+}
+
+// A keypad operator that the dialog has no use for is a character of the text being typed.
+void Dialog::offerAsCharacter(int key) {
+  constexpr int character = 0xFF;
+  if ((key & Key::GrayKey) != 0) offerTo(focus_, {MessageKind::Key, key & character, 0, 0});
 }
 
 bool Dialog::activateByKey(int key) {

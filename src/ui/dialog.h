@@ -172,6 +172,7 @@ class Dialog : public Win {
   int enterCode() const;
   void takeKey(int key);
   bool activateByKey(int key);
+  void offerAsCharacter(int key);
   void offerMouse(const Message& message);
   bool offerTo(int index, const Message& message);
   void trackOutsideClick(const Message& message);

@@ -202,6 +202,13 @@ TEST(KeyTranslation, TheKeypadWithoutNumLockIsItsGrayTwin) {
   EXPECT_EQ(translateKey(press(XK_KP_Home, Ctrl)).code, 0x40037) << "a digit with Ctrl";
 }
 
+TEST(KeyTranslation, TheKeypadsOperatorsKeepTheirCodesWhileShiftIsHeld) {
+  EXPECT_EQ(translateKey(press(XK_KP_Add, Shift)).code, 0x40002B);
+  EXPECT_EQ(translateKey(press(XK_KP_Subtract, Shift)).code, 0x40002D);
+  EXPECT_EQ(translateKey(press(XK_KP_Multiply, Shift)).code, 0x40002A);
+  EXPECT_EQ(translateKey(press(XK_KP_Multiply, Shift)).state, Shift);
+}
+
 TEST(KeyTranslation, BackspaceAndTabKnowShift) {
   EXPECT_EQ(translateKey(press(XK_BackSpace, Shift)).code, 0x10101);
   EXPECT_EQ(translateKey(press(XK_Tab, Shift)).code, 0x3000F);

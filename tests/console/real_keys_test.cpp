@@ -32,6 +32,8 @@ TEST_F(RealKeys, ASampleOfEachStateArrivesAsItsCode) {
       {"keypad minus", XK_KP_Subtract, none, Key::GrayMinus},
       {"keypad star", XK_KP_Multiply, none, Key::GrayStar},
       {"keypad Enter", XK_KP_Enter, none, Key::Enter},
+      {"Shift-keypad star", XK_KP_Multiply, shift, Key::GrayStar},
+      {"Shift-keypad plus", XK_KP_Add, shift, Key::GrayPlus},
       {"keypad Home", XK_KP_Home, none, Key::Home},
       {"keypad Delete", XK_KP_Delete, none, Key::Delete},
       {"Alt-F7", XK_F7, alt, Key::AltF7},

@@ -277,6 +277,10 @@ TEST_F(StringFieldTest, OtherKeysGoOnToTheDialog) {
   }
 }
 
+TEST_F(StringFieldTest, TheKeypadsOperatorsAreTextUnlessTheDialogClaimsThem) {
+  EXPECT_EQ(edited(L"old", {Key::GrayStar, Key::GrayPlus, Key::GrayMinus, 'c'}), L"*+-c");
+}
+
 TEST_F(StringFieldTest, ShiftedCursorKeysSelect) {
   FieldDialog dialog(L"one two");
   dialog.runKeys({Key::Home, Key::ShiftRight, Key::ShiftRight});
