@@ -68,7 +68,9 @@ TEST_F(ConfigLines, HeadersAreMatchedExactly) {
 }
 
 TEST_F(ConfigLines, AnUnknownArchiversHeaderIsDropped) {
-  parseConfigLine("[Archiver:FOO]", section_);
+  for (const char* header : {"[Archiver:FOO]", "[ARCHIVER:zip]", "[archiver x: y"}) {
+    EXPECT_EQ(parseConfigLine(header, section_), ConfigLine::Taken);
+  }
   EXPECT_EQ(section_, ConfigSection::GeneralOptions);
   EXPECT_EQ(content(associationSets().associations), "");
 }

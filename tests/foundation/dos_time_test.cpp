@@ -156,6 +156,7 @@ TEST(DosTime, AFlagOfTheOtherSeasonMovesNothing) {
 TEST(DosTime, WordsThatAreNoDateBecomeANearOne) {
   const Zone zone("UTC0");
   EXPECT_TRUE(same(timeToDos(dosToTime({0, 0})), words(1980, 1, 1, 0, 0, 0)));
+  EXPECT_TRUE(same(timeToDos(dosToTime(words(2000, 0, 0, 1, 0, 0))), words(2000, 1, 1, 1, 0, 0)));
   EXPECT_TRUE(
       same(timeToDos(dosToTime(words(2000, 15, 31, 31, 63, 62))), words(2000, 12, 31, 23, 59, 58)));
 }

@@ -126,6 +126,9 @@ TEST(WildMatch, ASetHasRanges) {
               {"[a-cx-z]", "y", true},
               {"[a-cx-z]", "m", false},
               {"[a-c-e]", "e", true},
+              {"[a-c^-e]", "c", true},
+              {"[c-a-d]", "d", true},
+              {"[c-a-d]", "b", false},
               {"[!--]", "#", true}});
 }
 
