@@ -59,6 +59,9 @@ TEST(Arguments, OptionsMayBeginWithABackslashAndIgnoreCase) {
   EXPECT_EQ(text(parse({"\\l", "dir"}).leftDirectory), "dir");
   EXPECT_EQ(text(parse({"-R", "dir"}).rightDirectory), "dir");
   EXPECT_EQ(text(parse({"\\E", "file"}).fileToEdit), "file");
+  EXPECT_EQ(text(parse({"-V", "file"}).fileToView), "file");
+  EXPECT_EQ(text(parse({"-L", "dir"}).leftDirectory), "dir");
+  EXPECT_EQ(text(parse({"\\X", "script"}).exitScript), "script");
 }
 
 TEST(Arguments, OnlyTheSecondCharacterCounts) {
