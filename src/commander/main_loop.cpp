@@ -13,6 +13,7 @@
 #include "panels/panel_clock.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_window.h"
+#include "panels/quick_search.h"
 #include "panels/status_line.h"
 
 namespace {
@@ -158,6 +159,7 @@ Westring commandPrompt() {
 }
 
 void runMainLoop(MainLoop& loop) {
+  whenShiftChangesInSearch(drawKeyBar);
   while (!loop.leaving) {
     if (endRequested()) return;
     oneRound(loop);

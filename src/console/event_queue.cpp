@@ -1,6 +1,17 @@
 #include "console/events.h"
 #include "console/key_codes.h"
 
+namespace {
+// The close button of the window comes as F10 without a key behind it.
+bool isCloseButton(const TEvent& event) {
+  return event.code == Key::F10 && event.hwCode == 0;
+}
+
+bool answersAbortLook(const TEvent& event) {
+  return event.kind == EventKind::Key && event.code != Key::ShiftChanged && !isCloseButton(event);
+}
+}  // namespace
+
 void CEventQueue::put(const TEvent& event) {
   {
     MutexLock guard(lock_);
@@ -27,8 +38,7 @@ std::unique_ptr<TEvent> CEventQueue::getKeyOnly() {
   if (eventCount() == 0) return nullptr;
   MutexLock guard(lock_);
   for (int i = 0; i < count(); ++i) {
-    const TEvent* event = at(i);
-    if (event->kind != EventKind::Key || event->code == Key::ShiftChanged) continue;
+    if (!answersAbortLook(*at(i))) continue;
     std::unique_ptr<TEvent> taken(detach());
     queued_.store(count(), std::memory_order_relaxed);
     return taken;

@@ -50,8 +50,8 @@ class CEventQueue : public TObjectStore<TEvent> {
   ~CEventQueue() override { clear(); }
   void put(const TEvent& event);
   std::unique_ptr<TEvent> get(uint32_t timeoutMs);  // null on time-out
-  // Takes the first event away if it may serve as an answer to a look for an abort: a shift change
-  // or a mouse event stays in the queue's order and isn't looked at. Null when there is none.
+  // Takes the first key away, as the answer to a look for an abort: shift changes, mouse events and
+  // the window's close button stay in the queue's order and aren't looked at. Null without a key.
   std::unique_ptr<TEvent> getKeyOnly();
   int eventCount() const { return queued_.load(std::memory_order_relaxed); }
 

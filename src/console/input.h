@@ -9,7 +9,8 @@ int getKey(unsigned char* flag, MouseMessage* mouse, int timeoutMs = -1);
 
 bool keyPending();
 // How long operations look for an abort: takes one key away without waiting; true when it was Esc.
-// Any other key is lost. Mouse events and shift changes stay queued and don't use up a look.
+// Any other key is lost. Mouse events, shift changes and the window's close button stay queued and
+// don't use up a look.
 bool escapePressed();
 // The modifiers of the last modifier or table key; typed text doesn't change it.
 int lastShiftState();

@@ -22,6 +22,8 @@ constexpr int SearchCursorShape = 15;  // percent of the cell
 constexpr int FirstCharacter = 32;
 constexpr int LastCharacter = 65534;
 
+void (*showShiftState)(int shiftState) = nullptr;
+
 bool isSearchCharacter(int key) {
   return key >= FirstCharacter && key <= LastCharacter;
 }
@@ -94,6 +96,7 @@ int readSearchKey(Panel& panel, MouseMessage& mouse) {
   int key;
   do {
     key = getKey(nullptr, &mouse);
+    if (key == Key::ShiftChanged && showShiftState) showShiftState(lastShiftState());
   } while (meansNothing(key, mouse));
   return key;
 }
@@ -147,6 +150,10 @@ int findByPrefix(const Panel& panel, const Westring& text, int from, int directi
     if (beginsWith(panel.entries[index]->name(), text.data(), length)) return index;
   }
   return -1;
+}
+
+void whenShiftChangesInSearch(void (*show)(int shiftState)) {
+  showShiftState = show;
 }
 
 int quickSearchStep(Panel& panel, int key, int direction) {

@@ -9,6 +9,8 @@
 int quickSearchStep(Panel& panel, int key, int direction = 1);
 // The same; `mouse` receives the message when the key that ended the search is Key::MouseEvent.
 int quickSearchStep(Panel& panel, int key, int direction, MouseMessage& mouse);
+// Who wants to show the modifiers that are held while the search has the keyboard; null for nobody.
+void whenShiftChangesInSearch(void (*show)(int shiftState));
 // Lengthens the text as far as all matches agree.
 void completeSearch(Panel& panel);
 void removeLastSearchCharacter(Panel& panel);

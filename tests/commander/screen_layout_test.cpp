@@ -132,6 +132,25 @@ TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiers) {
   }
 }
 
+TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiersInAQuickSearchToo) {
+  constexpr int altF = 0x10021;
+  bool alt = false, plain = false;
+  commandSeams().help = [&](int) { loop.leaving = true; };
+  {
+    Beside user([&] {
+      queueKey(Key::ShiftChanged, ShiftState::Alt);
+      queueKey(altF, ShiftState::Alt);
+      alt = waitToShow("Search: f") && waitToShow("8Histry");
+      queueKey(Key::ShiftChanged, 0);
+      plain = waitToShow("8Delete") && shows("Search: f");
+      queueKey(Key::F1);
+    });
+    runMainLoop(loop);
+  }
+  EXPECT_TRUE(alt);
+  EXPECT_TRUE(plain);
+}
+
 // ---- clock
 
 TEST_F(ScreenLayout, TheClockStandsInTheTopRightCornerWhileItIsOn) {

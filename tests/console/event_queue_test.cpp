@@ -72,4 +72,15 @@ TEST(EventQueue, AbortLookPassesOverTheMouseAndShiftChanges) {
   EXPECT_EQ(queue.get(0)->kind, EventKind::Release);
   EXPECT_EQ(queue.get(0)->code, Key::ShiftChanged);
 }
+
+TEST(EventQueue, AbortLookLeavesTheCloseButtonForLater) {
+  CEventQueue queue;
+  queue.put(keyEvent(Key::F10));
+  TEvent pressed = keyEvent(Key::F10);
+  pressed.hwCode = 76;
+  queue.put(pressed);
+  EXPECT_EQ(queue.getKeyOnly()->hwCode, 76) << "a pressed F10 is a key like any other";
+  EXPECT_EQ(queue.getKeyOnly(), nullptr);
+  EXPECT_EQ(queue.get(0)->code, Key::F10);
+}
 }  // namespace
