@@ -111,6 +111,19 @@ TEST_F(DirectoryReaderTest, ALinkToAFileShowsItsTargetsSize) {
   EXPECT_FALSE(entryNamed(panel, "link")->isDirectory());
 }
 
+TEST_F(DirectoryReaderTest, EveryReadForgetsTheLinkTargets) {
+  dir.write("a", "");
+  dir.write("b", "");
+  dir.link("a", "link");
+  read();
+  EXPECT_EQ("a", bytes(panel.linkTargets.targetOf(dir.wide("link"))));
+  unlink(dir.path("link").c_str());
+  dir.link("b", "link");
+  EXPECT_EQ("a", bytes(panel.linkTargets.targetOf(dir.wide("link"))));
+  read();
+  EXPECT_EQ("b", bytes(panel.linkTargets.targetOf(dir.wide("link"))));
+}
+
 TEST_F(DirectoryReaderTest, HostileNamesAreListedAndComeBackAsTheirBytes) {
   const Names hostile = {"\xFF\xFE",  "new\nline",    "-rf",       " ",
                          "tab\tname", "caf\xC3\xA9",  "\xC0\xAF",  std::string(255, 'n'),
@@ -251,6 +264,15 @@ TEST_F(DirectoryReaderTest, AVanishedNameLeavesTheCursorOnItsRowWithinTheList) {
   read();
   EXPECT_EQ(panel.count() - 1, panel.currentIndex());
   EXPECT_EQ("f19", currentName(panel));
+}
+
+TEST_F(DirectoryReaderTest, WithoutANameUnderTheCursorTheListStartsAtItsTop) {
+  for (int i = 0; i < 30; ++i) dir.write("f" + decimal(i, 2), "");
+  panel.top = 3;
+  panel.cursor = 4;
+  read();
+  EXPECT_EQ(0, panel.top);
+  EXPECT_EQ(0, panel.cursor);
 }
 
 TEST_F(DirectoryReaderTest, SelectNameMovesTheTopToShowTheName) {
@@ -562,6 +584,23 @@ TEST_F(DirectoryReaderTest, ADirectoryThatTheArchiveDoesNotHoldStopsWithoutAList
   panel.path = dir.wide("x.zip/gone");
   EXPECT_EQ((Names{}), read());
   EXPECT_EQ(0, panel.readError);
+}
+
+TEST_F(DirectoryReaderTest, AnArchiveThatMayNotBeReadIsLeftForItsFile) {
+  class Locked : public FakeArchive {
+   public:
+    using FakeArchive::FakeArchive;
+    int first(const Westring&, entry*&) override { return EACCES; }
+  };
+  dir.write("a", "");
+  dir.write("x.zip", "");
+  FakeArchive::Log log;
+  panel.archive = std::make_unique<Locked>(dir.wide("x.zip"), Names{}, &log);
+  panel.path = dir.wide("x.zip");
+  EXPECT_EQ((Names{"..", "a", "x.zip"}), read());
+  EXPECT_EQ("x.zip", currentName(panel));
+  EXPECT_EQ((FakeArchive::Log{"close " + dir.path("x.zip")}), log);
+  EXPECT_EQ(nullptr, panel.archive);
 }
 
 TEST_F(DirectoryReaderTest, AListedNameOfTwentyCharactersCostsAtMost200Bytes) {

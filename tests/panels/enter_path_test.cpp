@@ -61,6 +61,14 @@ TEST_F(EnterPathTest, UpFromWhereNoPositionIsStoredFindsTheName) {
   enter(L"..");
   EXPECT_EQ("d104", currentName(panel));
   EXPECT_EQ(0, panel.top);
+  for (const auto& [name, top] : {std::pair{"d108", 0}, std::pair{"d109", 1}}) {
+    panel.path = dir.wide(name);
+    start();
+    enter(L"..");
+    EXPECT_EQ(name, currentName(panel));
+    EXPECT_EQ(top, panel.top);
+    EXPECT_EQ(9, panel.cursor);
+  }
 }
 
 TEST_F(EnterPathTest, AStoredPositionThatShowsAnotherNameGivesWayToASearch) {
@@ -234,6 +242,9 @@ TEST_F(EnterPathTest, AGivenPositionReplacesWhatTheReadLeft) {
   enterPath(panel, L"", KeepTags::No, 5, 3);
   EXPECT_EQ(5, panel.top);
   EXPECT_EQ(3, panel.cursor);
+  enterPath(panel, L"", KeepTags::No, 0, 7);
+  EXPECT_EQ(0, panel.top);
+  EXPECT_EQ(7, panel.cursor);
 }
 
 TEST_F(EnterPathTest, TheQuickSearchEnds) {
@@ -282,6 +293,19 @@ TEST_F(EnterPathTest, AVanishedDirectoryThatIsShownLeadsUpToWhatExists) {
   EXPECT_EQ((Names{".."}), listed(panel));
   enter(L"..");
   EXPECT_EQ(dir.path("stay"), bytes(panel.path));
+}
+
+TEST_F(EnterPathTest, AnArchiveThatWentWithItsDirectoryLeadsUpToWhatExists) {
+  dir.makeDir("sub");
+  dir.write("sub/x.zip", "");
+  panel.path = dir.wide("sub/x.zip");
+  panel.archive = std::make_unique<FakeArchive>(panel.path, Names{"a"}, nullptr);
+  start();
+  unlink(dir.path("sub/x.zip").c_str());
+  rmdir(dir.path("sub").c_str());
+  enter(L"..");
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+  EXPECT_EQ(nullptr, panel.archive);
 }
 
 TEST_F(EnterPathTest, APanelThatIsOffForgetsTheListOfTheDirectoryItLeft) {

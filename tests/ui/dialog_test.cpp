@@ -250,6 +250,22 @@ TEST_F(DialogTest, TabGoesToTheNextGroupAndToItsLastFocus) {
   EXPECT_EQ(dialog.focus(), 2);
 }
 
+TEST_F(DialogTest, TabToAGroupWhoseLastFocusIsDisabledGoesOnInItsDirection) {
+  for (const auto& [key, reached] :
+       {std::pair{int{Key::Tab}, 3}, std::pair{int{Key::ShiftTab}, 1}}) {
+    TestDialog dialog;
+    addProbe(dialog, Group::New);
+    addProbe(dialog, Group::New);
+    Probe* last = addProbe(dialog, Group::Same);
+    addProbe(dialog, Group::Same);
+    dialog.runKeys({Key::Tab, Key::Right, Key::Tab});
+    ASSERT_EQ(dialog.focus(), 0);
+    last->enabled = false;
+    dialog.runKeys({key});
+    EXPECT_EQ(dialog.focus(), reached);
+  }
+}
+
 TEST_F(DialogTest, TabToAHeadWithATabStopTakesTheElementReached) {
   TestDialog dialog;
   addProbe(dialog, Group::New);

@@ -340,6 +340,15 @@ TEST_F(ListBoxTest, AListThatShrinksBelowTheSelectionSelectsItsLastEntry) {
   EXPECT_EQ(dialog.itemOn(dialog.cursorRow()), 2);
 }
 
+TEST_F(ListBoxTest, AListThatShrinksOnThePageIsRepaintedWhole) {
+  ListDialog dialog(20, 6, 1);
+  dialog.items.clear();
+  for (int i = 0; i < 3; ++i) dialog.append(i);
+  dialog.sendMessage(0, {MessageKind::ListLength, 3, 0, 0});
+  EXPECT_EQ(dialog.selected, 1);
+  for (int row = 0; row < 6; ++row) EXPECT_EQ(dialog.itemOn(row), row < 3 ? row : -1) << row;
+}
+
 TEST_F(ListBoxTest, NewEntriesBelowThePageRepaintTheCursorOnly) {
   ListDialog dialog(6, 6);
   console->fillCell(dialog.screenX(), dialog.screenY(3), ListWidth, Cell{L'?', 7});
