@@ -82,6 +82,26 @@ TEST_F(PanelKeys, InsertTagsAndSteps) {
   EXPECT_EQ(currentName(left()), "second");
 }
 
+TEST_F(PanelKeys, InsertOnTheParentEntryOnlySteps) {
+  press(Key::Home);
+  press(Key::Insert);
+  EXPECT_EQ(left().taggedCount, 0);
+  EXPECT_EQ(currentName(left()), "dir");
+}
+
+TEST_F(PanelKeys, ShiftWithGreyStarInvertsDirectoriesToo) {
+  press(Key::GrayStar, Shift);
+  EXPECT_EQ(taggedNames(left()), (std::vector<std::string>{"dir", "file.txt", "second"}));
+  press(Key::GrayStar, Shift);
+  EXPECT_EQ(left().taggedCount, 0);
+}
+
+TEST_F(PanelKeys, ShiftWithGreyPlusAsksForDirectoriesToo) {
+  EXPECT_NE(dialogScreen("Select the files", [&] { press(Key::GrayPlus, Shift); })
+                .find("Select the files/directories"),
+            std::string::npos);
+}
+
 // ---- quick search
 
 TEST_F(PanelKeys, AnAltLetterStartsTheQuickSearch) {

@@ -96,6 +96,24 @@ TEST_F(ScreenTruth, AStepOfTheSearchTakesTheBarAlong) {
 // Whoever uses the program without a plan.
 class ScreenTruthWalk : public ScreenTruth, public testing::WithParamInterface<unsigned> {
  protected:
+  // The cursor stands in the list and, where that shows, on the page; the counters of tags are
+  // those of the list.
+  static void expectSound(const Panel& panel) {
+    int tags = 0;
+    int64_t size = 0;
+    for (const entry* item : panel.entries) {
+      if (!item->tagged) continue;
+      ++tags;
+      size += static_cast<int64_t>(item->size);
+    }
+    EXPECT_EQ(panel.taggedCount, tags);
+    EXPECT_EQ(panel.taggedSize, size);
+    EXPECT_GE(panel.top, 0);
+    EXPECT_GE(panel.cursor, 0);
+    if (!panel.showing || !panel.isFiles()) return;  // comes into the list when it is read
+    EXPECT_LT(panel.cursor, panel.pageSize);
+    EXPECT_LT(panel.currentIndex(), std::max(panel.count(), 1));
+  }
   // What lies above the test's directories is not the same on each machine.
   bool wouldLeave() const {
     const Panel& panel = panelPair().active();
@@ -141,8 +159,10 @@ TEST_P(ScreenTruthWalk, AnyKeysAndClicksLeaveATrueScreen) {
       done += text;
     }
     const std::string wrong = differences();
-    ASSERT_EQ(wrong, "") << "step " << step << " after"
-                         << done.substr(done.size() - std::min<size_t>(done.size(), 80));
+    for (const Panel& panel : panelPair().side) expectSound(panel);
+    ASSERT_EQ(HasFailure() ? "unsound" : wrong, "")
+        << "step " << step << " after"
+        << done.substr(done.size() - std::min<size_t>(done.size(), 80));
   }
 }
 
