@@ -16,11 +16,6 @@ bool isSharedDevice(mode_t mode) {
   return S_ISCHR(mode) || S_ISBLK(mode);
 }
 
-// The number of a file that went is soon given to another one, which may be of another kind.
-bool isSameThing(const struct stat& a, const struct stat& b) {
-  return idOf(a) == idOf(b) && (a.st_mode & S_IFMT) == (b.st_mode & S_IFMT);
-}
-
 class FileCopy {
  public:
   FileCopy(RunningOperation& operation, const CopyRequest& request)
@@ -142,11 +137,14 @@ CopyResult FileCopy::finish(PartialFile& target) {
   return removeMovedSource(operation_, request_);
 }
 
-// What was added or changed while the file was read is only in the source.
+// What was added or changed since the file was opened is only in the source, and so is a file that
+// was saved anew under its name. A name that can't be looked at can't be removed, which is told
+// there.
 bool FileCopy::sourceStoodStill(off_t copied) const {
-  return S_ISREG(after_.st_mode) && after_.st_size == copied &&
-         after_.st_mtim.tv_sec == info_.st_mtim.tv_sec &&
-         after_.st_mtim.tv_nsec == info_.st_mtim.tv_nsec;
+  const Place& place = request_.source;
+  struct stat now;
+  if (System::statAt(place.directory, place.name, &now, AT_SYMLINK_NOFOLLOW) < 0) now = after_;
+  return S_ISREG(now.st_mode) && now.st_size == copied && isUnchanged(info_, now);
 }
 
 // A FIFO that nobody reads yet can't be opened without waiting for ever.
@@ -173,11 +171,21 @@ CopyResult FileCopy::copyToDevice(mode_t mode) {
   if (!isSharedDevice(mode)) keepMode(device.get(), after_);
   if (const int error = device.close()) return targetFailure(error);
   if (request_.kind == TransferKind::Copy) return {};
+  if (!sourceStoodStill(info_.st_size)) return {CopyStatus::LeftInPlace, 0};
   source_.reset();
   return removeMovedSource(operation_, request_);
 }
 
 }  // namespace
+
+bool isSameThing(const struct stat& before, const struct stat& now) {
+  return idOf(before) == idOf(now) && (before.st_mode & S_IFMT) == (now.st_mode & S_IFMT);
+}
+
+bool isUnchanged(const struct stat& before, const struct stat& now) {
+  return isSameThing(before, now) && before.st_mtim.tv_sec == now.st_mtim.tv_sec &&
+         before.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
+}
 
 bool isSpecialFile(mode_t mode) {
   return S_ISFIFO(mode) || S_ISSOCK(mode) || S_ISCHR(mode) || S_ISBLK(mode);

@@ -39,6 +39,11 @@ CopyResult copyNode(RunningOperation& operation, const CopyRequest& request);
 
 bool isSpecialFile(mode_t mode);  // FIFO, socket, character or block device
 
+// The number of a file that went is soon given to another one, which may be of another kind.
+bool isSameThing(const struct stat& before, const struct stat& now);
+// The same thing with the same time.
+bool isUnchanged(const struct stat& before, const struct stat& now);
+
 // For a move whose target is whole: takes the source away. When the user cancels here, a target
 // that took nobody's place is taken back.
 CopyResult removeMovedSource(RunningOperation& operation, const CopyRequest& request);

@@ -55,6 +55,16 @@ int makeInPlaceOf(const CopyRequest& request, Make make) {
   return error;
 }
 
+// Something else may stand under the name by now.
+bool isStillThere(const CopyRequest& request) {
+  const Place& place = request.source;
+  const struct stat& looked = *request.looked;
+  struct stat now;
+  if (System::statAt(place.directory, place.name, &now, AT_SYMLINK_NOFOLLOW) < 0) return true;
+  // What goes through a FIFO or device changes its time, and nothing of it.
+  return S_ISLNK(looked.st_mode) ? isUnchanged(looked, now) : isSameThing(looked, now);
+}
+
 template <class Make>
 CopyResult makeAnew(RunningOperation& operation, const CopyRequest& request, Make make) {
   const Place& target = request.target;
@@ -69,7 +79,9 @@ CopyResult makeAnew(RunningOperation& operation, const CopyRequest& request, Mak
   }
   if (error) return targetFailure(error);
   operation.progress.advance(0);
-  return request.kind == TransferKind::Copy ? CopyResult{} : removeMovedSource(operation, request);
+  if (request.kind == TransferKind::Copy) return {};
+  if (!isStillThere(request)) return {CopyStatus::LeftInPlace, 0};
+  return removeMovedSource(operation, request);
 }
 
 }  // namespace

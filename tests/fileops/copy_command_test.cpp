@@ -297,6 +297,15 @@ TEST_F(CopyCommandTest, TheDestinationIsRemembered) {
   EXPECT_EQ(bytes(*store.peek(store.count() - 1)), dir.path("right/a"));
 }
 
+TEST_F(CopyCommandTest, TheFieldHolds512Characters) {
+  file("left/a");
+  show("a");
+  copyWith({{"Copy \"a\" to", {Key::Enter}, "", std::string(600, 'x')},
+            {"Name too long", {Key::Enter}}});
+  FnStringStore& store = *fieldHistory(FieldHistory::Destination);
+  EXPECT_EQ(bytes(*store.peek(store.count() - 1)), std::string(512, 'x'));
+}
+
 TEST_F(CopyCommandTest, TheProgressWindowShowsWhatIsCopied) {
   for (const char* name : {"left/a", "left/b"}) file(name, std::string(1000, 'x'));
   file("right/b");

@@ -129,6 +129,51 @@ TEST_F(CrossDevice, ACloseErrorKeepsTheSource) {
   expectNoLeftovers();
 }
 
+TEST_F(CrossDevice, AFileThatIsSavedAnewUnderItsNameIsKept) {
+  ui.onLook = [&] {
+    dir.write("src/saved", "content!!");  // as long as the old one
+    rename(dir.path("src/saved").c_str(), dir.path("src/a").c_str());
+  };
+  EXPECT_EQ(moveOver("src/a", "to/a"), Outcome::LeftInPlace);
+  EXPECT_EQ(dir.read("src/a"), "content!!");
+  EXPECT_EQ(dir.read("to/a"), "content a");
+}
+
+TEST_F(CrossDevice, WhatIsAddedWhileTheTargetIsFlushedIsKept) {
+  struct Append {
+    static int onCall(const char* call, const char*, void* context) {
+      if (std::string(call) == "sync") {
+        static_cast<TempDir*>(context)->write("src/a", "content a and something more");
+      }
+      return 0;
+    }
+  };
+  dir.write("to/a", "old");
+  operationAnswers.overwrite = OverwriteMode::All;
+  const OtherDevice other(Append::onCall, &dir);
+  EXPECT_EQ(move("src/a", "to/a"), Outcome::LeftInPlace);
+  EXPECT_EQ(dir.read("src/a"), "content a and something more");
+}
+
+TEST_F(CrossDevice, WhatTakesThePlaceOfALinkOrFifoIsKept) {
+  struct Swap {
+    static int onCall(const char* call, const char* path, void* context) {
+      if (std::string(call) != "symlinkAt" && std::string(call) != "mknodAt") return 0;
+      auto* dir = static_cast<TempDir*>(context);
+      const std::string name = std::string("src/") + path;
+      std::filesystem::remove(dir->path(name));
+      dir->write(name, "precious");
+      return 0;
+    }
+  };
+  dir.link("nowhere", "src/door");
+  ASSERT_EQ(mkfifo(dir.path("src/pipe").c_str(), 0640), 0);
+  const OtherDevice other(Swap::onCall, &dir);
+  EXPECT_EQ(move("src", "to/tree"), Outcome::LeftInPlace);
+  for (const char* name : {"src/door", "src/pipe"}) EXPECT_EQ(dir.read(name), "precious") << name;
+  EXPECT_FALSE(dir.exists("src/a"));
+}
+
 TEST_F(CrossDevice, ASourceThatChangesWhileItIsReadIsKept) {
   ui.onLook = [&] { dir.write("src/a", "content a and something more"); };
   EXPECT_EQ(moveOver("src/a", "to/a"), Outcome::LeftInPlace);

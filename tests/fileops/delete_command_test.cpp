@@ -266,6 +266,15 @@ TEST_F(DeleteCommandTest, ByNameStartsWithTheCursorsNameAndReturnsAfterAMistake)
   EXPECT_TRUE(dir.exists("left/b"));
 }
 
+TEST_F(DeleteCommandTest, ByNameTakesNoForAnAnswer) {
+  file("left/a");
+  show("a");
+  for (const int key : {Key::Esc, Key::F10}) {
+    byName({{"Delete the file:", {Key::Enter}}, {Wish, {key}}});
+    EXPECT_TRUE(dir.exists("left/a"));
+  }
+}
+
 TEST_F(DeleteCommandTest, ByNameTakesALinkToADirectoryAsALink) {
   makeTree();
   dir.link("../outside", "left/door");
