@@ -1,5 +1,6 @@
 #include "commander/environment.h"
 #include "fileops/command_test.h"
+#include "fileops/confirmations.h"
 #include "fileops/delete_questions.h"
 
 namespace {
@@ -314,4 +315,15 @@ TEST_F(DeleteCommandTest, ByNameTakesANameOfBlanks) {
   byName({{"Delete the file:", {Key::Enter}}});
   EXPECT_FALSE(dir.exists("left/  "));
   EXPECT_TRUE(dir.exists("left"));
+}
+
+TEST(ConfirmationsTest, EachBitHasItsTextInTheOrderOfTheBits) {
+  const Texts texts = {"Delete File/Empty Directory", "Delete Tagged Files",
+                       "Delete Non-empty Directory", "Quit TD/X",
+                       "\"YES\" prompt for Non-Empty Directory"};
+  ASSERT_EQ(std::size(Confirmations), texts.size());
+  for (size_t i = 0; i < texts.size(); ++i) {
+    EXPECT_EQ(Confirmations[i].text, texts[i]);
+    EXPECT_EQ(Confirmations[i].bit, 1 << i);
+  }
 }
