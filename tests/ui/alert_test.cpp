@@ -147,6 +147,15 @@ TEST_F(AlertTest, ATextOf200CharactersWrapsAtSpacesWithinTheScreen) {
   }
 }
 
+TEST_F(AlertTest, APathStaysWholeUpToEightColumnsLessThanTheScreen) {
+  const Westring start = L"/start/";
+  const Westring whole = start + Westring(L'x', 72 - start.length());
+  EXPECT_STREQ(AlertLayout(L"Hi", whole, AlertButtons::Ok, 80).caption.data(), whole.data());
+  const AlertLayout longer(L"Hi", whole + L"x", AlertButtons::Ok, 80);
+  EXPECT_EQ(longer.caption.length(), 72);
+  EXPECT_EQ(longer.width, 72);
+}
+
 TEST_F(AlertTest, ALongPathIsShortened) {
   Westring path = L"/start";
   for (int i = 0; i < 30; ++i) path += L"/component";

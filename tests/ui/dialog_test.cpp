@@ -529,6 +529,14 @@ TEST_F(DialogTest, ClosingRestoresTheScreenAndHidesTheCursor) {
   EXPECT_EQ(console->cursorSize(), 0);
 }
 
+TEST_F(DialogTest, TheCommandLinesCursorIsHiddenBehindADialog) {
+  TestDialog dialog;
+  dialog.addButton(1, 1, Group::New, 'g', "Go");
+  setCursorShape(15);
+  dialog.runQueued();
+  EXPECT_EQ(console->cursorSize(), 0);
+}
+
 TEST_F(DialogTest, TheAttributesCanBeChanged) {
   TestDialog dialog;
   dialog.setAttr(0, 0x1E);
