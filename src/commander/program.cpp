@@ -20,6 +20,7 @@
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/signals.h"
+#include "foundation/system.h"
 #include "panels/change_directory.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_clock.h"
@@ -152,6 +153,7 @@ void wakeConsole() {
 }  // namespace
 
 int runProgram(int argc, char** argv) {
+  fillStandardStreams();
   setlocale(LC_ALL, "");
   installSignals();
   setProgramPath(programPathOf(argc, argv));

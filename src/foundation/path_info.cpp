@@ -192,6 +192,7 @@ void fillEntry(entry* item, const struct stat& info) {
   item->date = words.date;
   item->attributes = directory ? Attribute::Directory : 0;
   if (isHiddenName(item->name())) item->attributes |= Attribute::Hidden;
+  if (!(info.st_mode & S_IWUSR)) item->attributes |= Attribute::ReadOnly;
 }
 
 EntryPtr entryOfPath(const Westring& path, int& error) {

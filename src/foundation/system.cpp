@@ -41,8 +41,7 @@ auto guarded(const char* name, const char* path, Call call) -> decltype(call()) 
   return repeated(call);
 }
 
-// A process that was started with a standard stream closed would get its number for a file, and
-// whatever is printed would end up in that file.
+// Whatever is printed would end up in a file that got the number of a closed standard stream.
 int aboveStandardStreams(int fd, int flags) {
   if (fd < 0 || fd >= FirstFreeDescriptor) return fd;
   const int command = flags & O_CLOEXEC ? F_DUPFD_CLOEXEC : F_DUPFD;
@@ -59,6 +58,12 @@ bool lacksNoReplace(int error) {
 }
 
 }  // namespace
+
+void fillStandardStreams() {
+  int fd = 0;
+  while (fd >= 0 && fd < FirstFreeDescriptor) fd = ::open("/dev/null", O_RDWR);
+  if (fd >= FirstFreeDescriptor) ::close(fd);
+}
 
 namespace System {
 

@@ -71,6 +71,10 @@ void setHook(Hook hook, void* context);
 
 }  // namespace System
 
+// Opens /dev/null in place of each standard stream that the program was started without, so that
+// libraries get no socket or file of theirs under such a number. Once, before any thread.
+void fillStandardStreams();
+
 // Closes a descriptor at the end of the scope unless it was released.
 class Descriptor {
  public:

@@ -286,6 +286,17 @@ TEST(FillEntry, ForgetsACountedTotal) {
   EXPECT_EQ(item->level, 0);
 }
 
+TEST(FillEntry, WhatItsOwnerMayNotWriteIsReadOnly) {
+  const EntryPtr item(newEntry(L".name"));
+  struct stat info {};
+  info.st_mode = S_IFREG | 0466;
+  fillEntry(item.get(), info);
+  EXPECT_EQ(item->attributes, Attribute::Hidden | Attribute::ReadOnly);
+  info.st_mode = S_IFDIR | 0755;
+  fillEntry(item.get(), info);
+  EXPECT_EQ(item->attributes, Attribute::Hidden | Attribute::Directory);
+}
+
 TEST(FillEntry, KeepsOwnersAbove65535Whole) {
   const EntryPtr item(newEntry(L"name"));
   item->tagged = 1;

@@ -53,6 +53,27 @@ TEST(System, AnOpenedFileNeverTakesTheNumberOfAStandardStream) {
             0);
 }
 
+TEST(System, ClosedStandardStreamsAreFilledAndOpenOnesStay) {
+  EXPECT_EQ(runInChild([] {
+              int ends[2];
+              ASSERT_EQ(pipe(ends), 0);
+              dup2(ends[1], STDOUT_FILENO);
+              ::close(STDIN_FILENO);
+              ::close(STDERR_FILENO);
+              fillStandardStreams();
+              struct stat input, errors, null;
+              EXPECT_EQ(::stat("/dev/null", &null), 0);
+              EXPECT_EQ(::fstat(STDIN_FILENO, &input), 0);
+              EXPECT_EQ(::fstat(STDERR_FILENO, &errors), 0);
+              EXPECT_EQ(input.st_rdev, null.st_rdev);
+              EXPECT_EQ(errors.st_rdev, null.st_rdev);
+              EXPECT_EQ(::write(STDOUT_FILENO, "x", 1), 1);
+              char c = 0;
+              EXPECT_EQ(::read(ends[0], &c, 1), 1);
+            }),
+            0);
+}
+
 TEST(System, RenameWithoutReplacingKeepsWhatIsThere) {
   const TempDir dir;
   dir.write("from", "new");
