@@ -52,6 +52,7 @@ void CConsole::Impl::stop() {
   whenDisplayLost(nullptr, nullptr);
   {
     ToolkitLock lock;
+    if (!lock.usable()) restForEver();
     Gtk::Main::quit();
   }
   joinThread(guiThread);
@@ -75,8 +76,12 @@ void CConsole::Impl::runToolkit() {
   ThreadHandle blinkThread = startThread(blinkEntry, this);
   {
     ToolkitLock lock;
-    g_idle_add_full(G_PRIORITY_HIGH, loopStarted, this, nullptr);
-    Gtk::Main::run();
+    if (lock.usable()) {
+      g_idle_add_full(G_PRIORITY_HIGH, loopStarted, this, nullptr);
+      Gtk::Main::run();
+    } else {
+      loopRunning_.post();
+    }
   }
   blinkStop.post();
   joinThread(blinkThread);

@@ -22,9 +22,10 @@ constexpr char LostMessage[] = "td: the connection to the X display is lost\n";
 
 // A lock of our own in place of GLib's, so that the thread sanitizer sees who holds it.
 struct Lock {
-  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-  std::atomic<pthread_t> owner{};
-  std::atomic<bool> held{false};
+  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;  // guards the fields, held for moments only
+  pthread_cond_t changed = PTHREAD_COND_INITIALIZER;
+  bool held = false;
+  pthread_t owner{};
 };
 Lock lock;
 
@@ -39,14 +40,36 @@ EventSem& atRest() {
   return event;
 }
 
-void enterLock() {
+enum class OnLoss { WaitOn, GiveUp };
+
+// Once the display has gone, a thread of the toolkit may be stuck in a call with the lock held.
+bool take(OnLoss onLoss) {
   pthread_mutex_lock(&lock.mutex);
-  lock.owner = pthread_self();
-  lock.held = true;
+  const auto givesUp = [onLoss] { return onLoss == OnLoss::GiveUp && displayLost(); };
+  while (lock.held && !givesUp()) pthread_cond_wait(&lock.changed, &lock.mutex);
+  const bool taken = !givesUp();
+  if (taken) {
+    lock.held = true;
+    lock.owner = pthread_self();
+  }
+  pthread_mutex_unlock(&lock.mutex);
+  return taken;
+}
+
+void enterLock() {
+  take(OnLoss::WaitOn);
 }
 
 void leaveLock() {
-  lock.held = false;
+  pthread_mutex_lock(&lock.mutex);
+  if (pthread_equal(lock.owner, pthread_self())) lock.held = false;
+  pthread_cond_broadcast(&lock.changed);
+  pthread_mutex_unlock(&lock.mutex);
+}
+
+void wakeWaiters() {
+  pthread_mutex_lock(&lock.mutex);
+  pthread_cond_broadcast(&lock.changed);
   pthread_mutex_unlock(&lock.mutex);
 }
 
@@ -67,27 +90,27 @@ int onConnectionLost(Display*) {
     startThread(endProcess, nullptr);
     if (auto notify = lostNotify.load()) notify(lostArgument.load());
   }
+  wakeWaiters();
   if (pthread_equal(pthread_self(), applicationThread)) return 0;
-  if (lock.held && pthread_equal(lock.owner, pthread_self())) leaveLock();
+  leaveLock();
   for (;;) pause();
 }
 
 void carryOn(Display*, void*) {}
 }  // namespace
 
-ToolkitLock::ToolkitLock() {
-  gdk_threads_enter();
-}
+ToolkitLock::ToolkitLock() : taken_(take(OnLoss::GiveUp)) {}
 
 // The toolkit thread may be asleep on the connection. What was asked of the server goes out now,
 // and events that were read beside an answer would lie unseen until the next one came.
 ToolkitLock::~ToolkitLock() {
+  if (!taken_) return;
   if (usable()) {
     Display* display = gdk_x11_get_default_xdisplay();
     XFlush(display);
     if (XEventsQueued(display, QueuedAlready) > 0) g_main_context_wakeup(nullptr);
   }
-  gdk_threads_leave();
+  leaveLock();
 }
 
 bool displayLost() {

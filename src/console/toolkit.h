@@ -13,7 +13,10 @@ class ToolkitLock {
   ToolkitLock& operator=(const ToolkitLock&) = delete;
 
   // False once the display has gone: no call of the toolkit may follow.
-  bool usable() const { return !displayLost(); }
+  bool usable() const { return taken_ && !displayLost(); }
+
+ private:
+  bool taken_;  // false when the display was lost before the lock was free
 };
 
 // Called once, from the thread that notices that the display has gone.

@@ -1,13 +1,20 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
+#include <thread>
 
 #include "console/console.h"
 #include "console/input.h"
 #include "console/key_codes.h"
+#include "console/toolkit.h"
 #include "foundation/break_state.h"
+#include "support/wait_until.h"
 #include "support/x_display.h"
+
+// The X headers' macros would break the toolkit's, so they come last.
+#include <X11/Xlib.h>
 
 // The beginning and the end of the toolkit: each in a process of its own, which starts anew from
 // main.
@@ -138,6 +145,31 @@ TEST_F(ToolkitDeathTest, ALostDisplayDoesNotKeepTheConsoleFromEnding) {
         leave(8);
       },
       testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
+}
+
+TEST_F(ToolkitDeathTest, AThreadStuckWithTheLockDoesNotHoldUpTheEnd) {
+  EXPECT_EXIT(
+      {
+        XServer server;
+        useServer(server);
+        if (!begin()) leave(9);
+        CConsole screen;
+        std::atomic<bool> stuck{false};
+        std::thread([&stuck] {
+          ToolkitLock lock;
+          stuck = true;
+          for (;;) pause();
+        }).detach();
+        if (!waitUntil([&stuck] { return stuck.load(); })) leave(8);
+        std::thread([] {
+          sleep(1);
+          XSetIOErrorHandler(nullptr)(nullptr);
+        }).detach();
+        screen.setTitle("waits for the lock");
+        fputs(displayLost() ? "went on\n" : "wrong\n", stderr);
+        leave(1);
+      },
+      testing::ExitedWithCode(1), "^went on\n$");
 }
 
 TEST_F(ToolkitDeathTest, AProgramThatNeverRestsIsEndedAfterAWhile) {

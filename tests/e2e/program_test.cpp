@@ -124,11 +124,13 @@ void ProgramTest::expectCursorOn(const std::string& name) {
 
 void ProgramTest::moveTo(const std::string& name) {
   press(XK_Home);
-  constexpr int MostSteps = 100;
-  for (int i = 0; i < MostSteps && entryUnderBar() != name; ++i) {
-    std::string before = entryUnderBar();
+  expectCursorOn("..");
+  // A key is pressed only when the one before has been seen, or the bar would run past the name.
+  while (entryUnderBar() != name) {
+    const std::string before = entryUnderBar();
     press(XK_Down);
-    waitUntil([&] { return entryUnderBar() != before; }, 1000);
+    const auto moved = [&] { return !entryUnderBar().empty() && entryUnderBar() != before; };
+    if (!waitUntil(moved)) break;
   }
   expectCursorOn(name);
 }
