@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <thread>
 
 #include "console/console.h"
@@ -41,6 +42,16 @@ void useServer(const XServer& server) {
   _exit(status);
 }
 
+// Runs `body` with a console on a server of its own; it ends the process.
+[[noreturn]] void onServer(const std::function<void(XServer&, CConsole&)>& body) {
+  XServer server;
+  useServer(server);
+  if (!begin()) leave(9);
+  CConsole screen;
+  body(server, screen);
+  leave(8);
+}
+
 using ToolkitDeathTest = Toolkit;
 
 TEST_F(ToolkitDeathTest, WithoutADisplayItTellsSoAndLeavesTheEndToTheProgram) {
@@ -72,63 +83,49 @@ TEST_F(ToolkitDeathTest, AConsoleMayEndRightAfterItsBeginning) {
 }
 
 TEST_F(ToolkitDeathTest, ALostDisplayEndsAProgramThatWaitsForAKey) {
-  EXPECT_EXIT(
-      {
-        XServer server;
-        useServer(server);
-        if (!begin()) leave(9);
-        CConsole screen;
-        screen.writeWide(0, 0, L"text", 7);
-        screen.completePainting();
-        server.kill();
-        for (;;) getKey(nullptr, nullptr);
-      },
-      testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
+  EXPECT_EXIT(onServer([](XServer& server, CConsole& screen) {
+                screen.writeWide(0, 0, L"text", 7);
+                screen.completePainting();
+                server.kill();
+                for (;;) getKey(nullptr, nullptr);
+              }),
+              testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
 }
 
 TEST_F(ToolkitDeathTest, ALostDisplayAnswersEscAndLetsAnOperationEnd) {
-  EXPECT_EXIT(
-      {
-        XServer server;
-        useServer(server);
-        if (!begin()) leave(9);
-        CConsole screen;
-        BreakScope operation;
-        server.kill();
-        while (!breakRequested()) {
-        }
-        const bool asked = getKey(nullptr, nullptr) == Key::Esc && escapePressed();
-        // The screen is gone, but what the operation draws meanwhile does no harm.
-        screen.writeWide(0, 0, L"ending", 7);
-        screen.setGeometry(90, 30, Estring("DejaVu Sans"), 11);
-        screen.setTitle("gone");
-        screen.scrollUp(0, 0, 80, 25, 1, 7);
-        screen.setClipboardText(Westring(L"x"));
-        screen.beep();
-        const bool empty = screen.getClipboardText().empty() && screen.picture().width == 0;
-        fputs(asked && empty && displayLost() ? "brought to its end\n" : "wrong\n", stderr);
-        for (;;) getKey(nullptr, nullptr);
-      },
-      testing::ExitedWithCode(1),
-      "^brought to its end\ntd: the connection to the X display is lost\n$");
+  EXPECT_EXIT(onServer([](XServer& server, CConsole& screen) {
+                BreakScope operation;
+                server.kill();
+                while (!breakRequested()) {
+                }
+                const bool asked = getKey(nullptr, nullptr) == Key::Esc && escapePressed();
+                // The screen is gone, but what the operation draws meanwhile does no harm.
+                screen.writeWide(0, 0, L"ending", 7);
+                screen.setGeometry(90, 30, Estring("DejaVu Sans"), 11);
+                screen.setTitle("gone");
+                screen.scrollUp(0, 0, 80, 25, 1, 7);
+                screen.setClipboardText(Westring(L"x"));
+                screen.beep();
+                const bool empty = screen.getClipboardText().empty() && screen.picture().width == 0;
+                fputs(asked && empty && displayLost() ? "brought to its end\n" : "wrong\n", stderr);
+                for (;;) getKey(nullptr, nullptr);
+              }),
+              testing::ExitedWithCode(1),
+              "^brought to its end\ntd: the connection to the X display is lost\n$");
 }
 
 TEST_F(ToolkitDeathTest, ALostDisplayIsNoticedWhilePainting) {
-  EXPECT_EXIT(
-      {
-        XServer server;
-        useServer(server);
-        if (!begin()) leave(9);
-        CConsole screen;
-        server.kill();
-        for (int i = 0; !displayLost(); ++i) {
-          screen.fillBlank(0, 0, 80, 25, static_cast<unsigned char>(i));
-          screen.completePainting();
-        }
-        fputs("noticed\n", stderr);
-        for (;;) getKey(nullptr, nullptr);
-      },
-      testing::ExitedWithCode(1), "^noticed\ntd: the connection to the X display is lost\n$");
+  EXPECT_EXIT(onServer([](XServer& server, CConsole& screen) {
+                server.kill();
+                for (int i = 0; !displayLost(); ++i) {
+                  screen.fillBlank(0, 0, 80, 25, static_cast<unsigned char>(i));
+                  screen.completePainting();
+                }
+                fputs("noticed\n", stderr);
+                for (;;) getKey(nullptr, nullptr);
+              }),
+              testing::ExitedWithCode(1),
+              "^noticed\ntd: the connection to the X display is lost\n$");
 }
 
 TEST_F(ToolkitDeathTest, ALostDisplayDoesNotKeepTheConsoleFromEnding) {
@@ -148,40 +145,31 @@ TEST_F(ToolkitDeathTest, ALostDisplayDoesNotKeepTheConsoleFromEnding) {
 }
 
 TEST_F(ToolkitDeathTest, AThreadStuckWithTheLockDoesNotHoldUpTheEnd) {
-  EXPECT_EXIT(
-      {
-        XServer server;
-        useServer(server);
-        if (!begin()) leave(9);
-        CConsole screen;
-        std::atomic<bool> stuck{false};
-        std::thread([&stuck] {
-          ToolkitLock lock;
-          stuck = true;
-          for (;;) pause();
-        }).detach();
-        if (!waitUntil([&stuck] { return stuck.load(); })) leave(8);
-        std::thread([] {
-          sleep(1);
-          XSetIOErrorHandler(nullptr)(nullptr);
-        }).detach();
-        screen.setTitle("waits for the lock");
-        fputs(displayLost() ? "went on\n" : "wrong\n", stderr);
-        leave(1);
-      },
-      testing::ExitedWithCode(1), "^went on\n$");
+  EXPECT_EXIT(onServer([](XServer&, CConsole& screen) {
+                std::atomic<bool> stuck{false};
+                std::thread([&stuck] {
+                  ToolkitLock lock;
+                  stuck = true;
+                  for (;;) pause();
+                }).detach();
+                if (!waitUntil([&stuck] { return stuck.load(); })) leave(8);
+                // By then the console waits for the lock.
+                std::thread([] {
+                  sleep(1);
+                  XSetIOErrorHandler(nullptr)(nullptr);
+                }).detach();
+                screen.setTitle("waits for the lock");
+                fputs(displayLost() ? "went on\n" : "wrong\n", stderr);
+                leave(1);
+              }),
+              testing::ExitedWithCode(1), "^went on\n$");
 }
 
 TEST_F(ToolkitDeathTest, AProgramThatNeverRestsIsEndedAfterAWhile) {
-  EXPECT_EXIT(
-      {
-        XServer server;
-        useServer(server);
-        if (!begin()) leave(9);
-        CConsole screen;
-        server.kill();
-        for (;;) pause();
-      },
-      testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
+  EXPECT_EXIT(onServer([](XServer& server, CConsole&) {
+                server.kill();
+                for (;;) pause();
+              }),
+              testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
 }
 }  // namespace
