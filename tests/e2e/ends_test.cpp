@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 
 #include "commander/program.h"
 #include "console/console.h"
@@ -87,18 +88,18 @@ class DisplayDeathTest : public testing::Test {
  protected:
   void SetUp() override {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    setenv("HOME", home_.path().c_str(), 1);
-    setenv("LC_ALL", "C.UTF-8", 1);
-    // The process that loses its display starts anew, with other directories unless it is told.
+    // The process that loses its display starts anew, and works where the first one tells it.
     if (const char* known = getenv("TD_TEST_PLACE")) {
       place_ = known;
-    } else {
-      setenv("TD_TEST_PLACE", own_.path().c_str(), 1);
-      place_ = own_.path();
-      own_.makeDir("left");
-      own_.makeDir("right");
-      ASSERT_EQ(mkfifo(own_.path("left/pipe").c_str(), 0600), 0);
+      return;
     }
+    own_ = std::make_unique<TempDir>();
+    place_ = own_->path();
+    for (const char* directory : {"home", "left", "right"}) own_->makeDir(directory);
+    ASSERT_EQ(mkfifo(own_->path("left/pipe").c_str(), 0600), 0);
+    setenv("TD_TEST_PLACE", place_.c_str(), 1);
+    setenv("HOME", own_->path("home").c_str(), 1);
+    setenv("LC_ALL", "C.UTF-8", 1);
   }
   void TearDown() override { unsetenv("TD_TEST_PLACE"); }
 
@@ -143,7 +144,7 @@ class DisplayDeathTest : public testing::Test {
     EXPECT_LT(std::filesystem::file_time_type::clock::now() - lost, std::chrono::seconds(4));
   }
 
-  TempDir home_, own_;
+  std::unique_ptr<TempDir> own_;
   std::string place_;
 };
 
