@@ -90,8 +90,10 @@ int onConnectionLost(Display*) {
     startThread(endProcess, nullptr);
     if (auto notify = lostNotify.load()) notify(lostArgument.load());
   }
-  wakeWaiters();
-  if (pthread_equal(pthread_self(), applicationThread)) return 0;
+  if (pthread_equal(pthread_self(), applicationThread)) {
+    wakeWaiters();
+    return 0;
+  }
   leaveLock();
   for (;;) pause();
 }

@@ -14,17 +14,6 @@ namespace {
 
 constexpr wchar_t Home[] = L"~";
 
-bool endsInSlash(const Westring& text) {
-  const int length = text.length();
-  return length > 0 && text[length - 1] == L'/';
-}
-
-Westring withoutSlashes(const Westring& path) {
-  Westring result = path;
-  while (result.length() > 1 && endsInSlash(result)) result = dropRight(result, 1);
-  return result;
-}
-
 Westring absolute(const Westring& path, const Westring& base) {
   return path[0] == L'/' ? path : joinPath(base, path);
 }

@@ -38,12 +38,6 @@ Westring askName() {
   return dialog.run() == Key::Enter ? trim(text) : Westring();
 }
 
-// A slash at the end makes no other directory.
-Westring withoutSlashes(Westring text) {
-  while (text.length() > 1 && text[text.length() - 1] == L'/') text = dropRight(text, 1);
-  return text;
-}
-
 Westring parentDirectory(const Panel& panel) {
   if (panel.type == PanelType::Info) return panelOpposite(panel).path;
   if (panel.isTreeStyle()) return selectedTreePath(panel);

@@ -43,10 +43,19 @@ Westring stripSlash(const Westring& path) {
   return left(path, StringPieces::hasSlashToStrip(path, length) ? length - 1 : length);
 }
 
-Westring addSlash(const Westring& path) {
+bool endsInSlash(const Westring& path) {
+  const int length = path.length();
+  return length > 0 && path[length - 1] == L'/';
+}
+
+Westring withoutSlashes(const Westring& path) {
   int length = path.length();
-  if (length == 0 || path[length - 1] == L'/') return path;
-  return path + L"/";
+  while (length > 1 && path[length - 1] == L'/') --length;
+  return left(path, length);
+}
+
+Westring addSlash(const Westring& path) {
+  return path.empty() || endsInSlash(path) ? path : path + L"/";
 }
 
 Westring applyRenameMask(const wchar_t* source, const wchar_t* mask) {

@@ -9,7 +9,9 @@ Westring dirPart(const Westring& path);
 Westring namePart(const Westring& path);
 // "/" becomes "", while "//" and "///" stay; callers that can hold the root test for it.
 Westring stripSlash(const Westring& path);
-Westring addSlash(const Westring& path);  // "" stays ""
+bool endsInSlash(const Westring& path);
+Westring withoutSlashes(const Westring& path);  // at the end; the root stays what it is
+Westring addSlash(const Westring& path);        // "" stays ""
 
 // The target name that `mask` makes of `source`.
 Westring applyRenameMask(const wchar_t* source, const wchar_t* mask);

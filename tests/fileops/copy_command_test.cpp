@@ -385,27 +385,19 @@ TEST_F(CopyCommandTest, TheCursorsStayOnTheirNamesInBothPanels) {
 }
 
 TEST_F(CopyCommandTest, AMoveToAnotherDeviceKnowsHowMuchThereIs) {
-  std::string pattern = "/dev/shm/td-test-XXXXXX";
-  struct stat there {};
-  if (stat("/dev/shm", &there) != 0 || there.st_dev == statusOf(dir.path()).st_dev ||
-      !mkdtemp(pattern.data())) {
-    GTEST_SKIP() << "there is only one file system";
-  }
+  const auto other = onAnotherFileSystem(dir.path());
+  if (!other) GTEST_SKIP() << "there is only one file system";
   dir.makeDir("left/tree");
-  for (const char* name : {"tree", "tree/a", "tree/b", "tree/c"}) {
-    if (std::string(name) == "tree") {
-      std::filesystem::create_directory(pattern + "/tree");
-    } else {
-      file(std::string("left/") + name, std::string(100000, 'x'));
-      writeFile(pattern + "/" + name, "in the way");
-    }
+  other->makeDir("tree");
+  for (const char* name : {"tree/a", "tree/b", "tree/c"}) {
+    file(std::string("left/") + name, std::string(100000, 'x'));
+    other->write(name, "in the way");
   }
   show("tree");
   // A third of the bytes at the second question.
-  copyTo(pattern + "/",
+  copyTo(other->path() + "/",
          {{"File already exists, Overwrite?", {Answer::Yes}},
           {"████████████░░░░░░░░░░░░░", {Key::Esc}}},
          Move);
   EXPECT_TRUE(dir.exists("left/tree"));
-  std::filesystem::remove_all(pattern);
 }

@@ -252,22 +252,17 @@ TEST_F(CrossDevice, AllWithAnUnreadableSourceTouchesNeitherSide) {
 }
 
 TEST_F(CrossDevice, WorksBetweenTwoRealFileSystems) {
-  std::string pattern = "/dev/shm/td-test-XXXXXX";
-  struct stat here {};
-  struct stat there {};
-  if (stat(dir.path().c_str(), &here) != 0 || stat("/dev/shm", &there) != 0 ||
-      here.st_dev == there.st_dev || !mkdtemp(pattern.data())) {
-    GTEST_SKIP() << "there is only one file system";
-  }
+  const auto other = onAnotherFileSystem(dir.path());
+  if (!other) GTEST_SKIP() << "there is only one file system";
+  const std::string tree = other->path("tree");
   dir.write("src/large", std::string(3 << 20, 'x'));
   const auto before = snapshot(dir.path("src"));
   RunningOperation operation(ui);
-  EXPECT_EQ(Transfer(operation, TransferKind::Move).run(dir.path("src"), pattern + "/tree", 1, 1),
+  EXPECT_EQ(Transfer(operation, TransferKind::Move).run(dir.path("src"), tree, 1, 1),
             Outcome::Done);
-  EXPECT_EQ(snapshot(pattern + "/tree"), before);
+  EXPECT_EQ(snapshot(tree), before);
   EXPECT_FALSE(dir.exists("src"));
-  EXPECT_EQ(Transfer(operation, TransferKind::Move).run(pattern + "/tree", dir.path("src"), 1, 1),
+  EXPECT_EQ(Transfer(operation, TransferKind::Move).run(tree, dir.path("src"), 1, 1),
             Outcome::Done);
   EXPECT_EQ(snapshot(dir.path("src")), before);
-  std::filesystem::remove_all(pattern);
 }

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,8 @@ std::map<std::string, std::string> contents(const std::string& directory);
 
 void setTime(const std::string& path, time_t seconds, long nanoseconds = 0);
 struct stat statusOf(const std::string& path);
+// A directory on another file system than that of `path`; null on a machine that has only one.
+std::unique_ptr<TempDir> onAnotherFileSystem(const std::string& path);
 bool existsAt(const std::string& path);
 void writeFile(const std::string& path, const std::string& content);
 std::string readFile(const std::string& path);

@@ -45,6 +45,16 @@ TEST(Names, StripSlashTakesTheLastSlashByItsRules) {
                           {L"/a", L"/a"}});
 }
 
+TEST(Names, WithoutSlashesKeepsTheRoot) {
+  expectRows(
+      withoutSlashes,
+      {{L"", L""}, {L"/", L"/"}, {L"///", L"/"}, {L"/a/", L"/a"}, {L"a//", L"a"}, {L"/a", L"/a"}});
+  EXPECT_TRUE(endsInSlash(L"/"));
+  EXPECT_TRUE(endsInSlash(L"/a/"));
+  EXPECT_FALSE(endsInSlash(L""));
+  EXPECT_FALSE(endsInSlash(L"/a"));
+}
+
 TEST(Names, AddSlashLeavesAnEmptyPathEmpty) {
   expectRows(addSlash, {{L"", L""}, {L"/", L"/"}, {L"/a", L"/a/"}, {L"/a/", L"/a/"}});
 }

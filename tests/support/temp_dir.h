@@ -19,8 +19,8 @@
 // A directory of a test's own, gone with everything in it at the end. Names are bytes below it.
 class TempDir {
  public:
-  TempDir() {
-    std::string pattern = std::filesystem::temp_directory_path().string() + "/td-test-XXXXXX";
+  explicit TempDir(const std::string& parent = std::filesystem::temp_directory_path()) {
+    std::string pattern = parent + "/td-test-XXXXXX";
     path_ = mkdtemp(pattern.data());
   }
   ~TempDir() {
