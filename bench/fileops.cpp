@@ -7,7 +7,7 @@
 #include <string>
 
 #include "fileops/delete_tree.h"
-#include "fileops/silent_ui.h"
+#include "fileops/operation.h"
 #include "fileops/transfer.h"
 
 namespace {

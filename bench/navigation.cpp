@@ -6,9 +6,9 @@
 #include <string>
 
 #include "bench_support.h"
-#include "config/options.h"
 #include "console/console.h"
 #include "console/key_codes.h"
+#include "options/options.h"
 #include "panel_fill.h"
 #include "panels/navigation.h"
 #include "panels/quick_search.h"

@@ -3,9 +3,9 @@
 #include <clocale>
 #include <cwchar>
 
-#include "config/options.h"
 #include "console/console.h"
 #include "foundation/locale_settings.h"
+#include "options/options.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_sort.h"
 #include "panels/panel_window.h"

@@ -2,11 +2,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include "commander/filter_expression.h"
 #include "foundation/fold.h"
 #include "foundation/text_format.h"
 #include "foundation/utf8.h"
 #include "foundation/wild_match.h"
+#include "language/filter_expression.h"
 #include "panels/entry_text.h"
 
 namespace {

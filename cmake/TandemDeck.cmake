@@ -1,5 +1,11 @@
 # How every library of the tree is built: C++20, all warnings are errors.
 
+# What was compiled once is taken from there again, where ccache is installed.
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
 add_library(td_flags INTERFACE)
 target_compile_features(td_flags INTERFACE cxx_std_20)
 target_compile_options(td_flags INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
@@ -7,44 +13,46 @@ target_compile_options(td_flags INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-d
 target_include_directories(td_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(td_flags INTERFACE _FILE_OFFSET_BITS=64 TD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(td_flags INTERFACE Threads::Threads)
+target_link_options(td_flags INTERFACE -fuse-ld=lld)
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+  target_compile_options(td_flags INTERFACE -fstack-protector-strong)
+  # Fortified calls need an optimising compiler; tests are built without.
+  target_compile_definitions(td_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:TD_TEST>>>:_FORTIFY_SOURCE=2>)
+else()
+  target_compile_definitions(td_flags INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
 if(TD_SANITIZE)
-  target_compile_options(td_flags INTERFACE -fsanitize=${TD_SANITIZE} -fno-omit-frame-pointer)
+  # Line tables are all that a report needs.
+  target_compile_options(td_flags INTERFACE -fsanitize=${TD_SANITIZE} -fno-omit-frame-pointer -g1)
   target_link_options(td_flags INTERFACE -fsanitize=${TD_SANITIZE})
 endif()
 
-# td_library(NAME SOURCES ... DEPENDS ...): one static library of this folder's sources.
+# td_library(NAME DEPENDS ...): the folder NAME as one static library, above the folders that it names.
 function(td_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
-  set(sources "")
-  foreach(source ${ARG_SOURCES})
-    get_filename_component(path ${source} ABSOLUTE)
-    if(EXISTS ${path})
-      list(APPEND sources ${path})
-    endif()
-  endforeach()
-  if(NOT sources)
-    add_library(${name} INTERFACE)
-    target_link_libraries(${name} INTERFACE td_flags ${ARG_DEPENDS})
-    return()
-  endif()
-  add_library(${name} STATIC ${sources})
-  target_link_libraries(${name} PUBLIC td_flags ${ARG_DEPENDS})
-endfunction()
-
-# td_test(NAME DEPENDS ...): one test program of every *_test.cpp below tests/NAME; each test is a
-# process of its own.
-function(td_test name)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT sources)
-    return()
+    message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
+  endif()
+  list(TRANSFORM ARG_DEPENDS PREPEND td_)
+  add_library(td_${name} STATIC ${sources})
+  target_link_libraries(td_${name} PUBLIC td_flags ${ARG_DEPENDS})
+endfunction()
+
+# td_test(NAME DEPENDS ... [PURE]): one test program of every *.cpp below tests/NAME. Each test is a
+# process of its own; a PURE suite, which needs neither a display nor a state of the process, runs
+# as one.
+function(td_test name)
+  cmake_parse_arguments(ARG "PURE" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
+  if(NOT sources)
+    message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
   endif()
   add_executable(test_${name} ${sources})
+  set_target_properties(test_${name} PROPERTIES TD_TEST ON)
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  # Optimised concatenations of std::string make this compiler's versions of these warnings see overlaps
-  # and sizes that can't be.
-  target_compile_options(test_${name} PRIVATE -Wno-restrict -Wno-stringop-overflow
-                                             -Wno-array-bounds)
+  # Compiling the tests is the longest part of every build, and none of them is measured.
+  target_compile_options(test_${name} PRIVATE -O0)
   target_link_libraries(test_${name} PRIVATE ${ARG_DEPENDS} GTest::gtest)
   target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <string> <vector>)
   # Each sanitizer is told of what the toolkit's own libraries do.
@@ -54,6 +62,6 @@ function(td_test name)
   else()
     set(environment "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0")
   endif()
-  gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60
+  gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
                        PROPERTIES TIMEOUT 120 LABELS ${name} ENVIRONMENT ${environment})
 endfunction()

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
 #include "console/console.h"
 #include "console/key_codes.h"
 #include "console/text_state.h"
+#include "options/colours.h"
 #include "ui/dialog.h"
 
 namespace {

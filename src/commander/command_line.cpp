@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "foundation/fold.h"
-#include "tools/history_store.h"
+#include "history/history_store.h"
 #include "ui/word_motion.h"
 
 void CommandLine::clear() {

@@ -1,17 +1,17 @@
 #include "commander/execute_line.h"
 
 #include "commander/command_seams.h"
-#include "commander/environment.h"
 #include "commander/go_commands.h"
 #include "commander/macro_panels.h"
-#include "commander/shell_quote.h"
-#include "config/options.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/wild_match.h"
+#include "history/history_store.h"
+#include "language/environment.h"
+#include "language/shell_quote.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/panel_draw.h"
-#include "tools/history_store.h"
 #include "ui/alert.h"
 
 namespace {

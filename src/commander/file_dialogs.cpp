@@ -2,11 +2,11 @@
 
 #include "commander/command_seams.h"
 #include "commander/view_edit.h"
-#include "config/colours.h"
-#include "config/options.h"
 #include "console/key_codes.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_draw.h"

@@ -1,10 +1,10 @@
 #include "commander/go_commands.h"
 
 #include "commander/command_seams.h"
-#include "commander/environment.h"
-#include "config/options.h"
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
+#include "language/environment.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_draw.h"

@@ -1,11 +1,11 @@
 #include "commander/line_keys.h"
 
 #include "commander/go_commands.h"
-#include "commander/shell_quote.h"
-#include "config/options.h"
 #include "console/clipboard.h"
 #include "console/key_codes.h"
 #include "foundation/names.h"
+#include "language/shell_quote.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/panel_switch.h"
 #include "panels/quick_search.h"

@@ -2,7 +2,7 @@
 
 #include "commander/ask_text.h"
 #include "commander/command_seams.h"
-#include "commander/temporary_names.h"
+#include "language/temporary_names.h"
 #include "panels/change_directory.h"
 #include "panels/panel_pair.h"
 

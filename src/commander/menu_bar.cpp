@@ -5,9 +5,9 @@
 
 #include "commander/command_seams.h"
 #include "commander/menu_items.h"
-#include "config/colours.h"
 #include "console/input.h"
 #include "console/text_state.h"
+#include "options/colours.h"
 #include "ui/win.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #include "commander/menu_items.h"
 
 #include "commander/menu_codes.h"
-#include "config/options.h"
 #include "console/key_codes.h"
+#include "options/options.h"
 #include "panels/panel_pair.h"
 
 const char MenuBarText[] = "    Left    Files    Commands    Options    Right  ";

@@ -1,7 +1,7 @@
 #include "commander/option_toggles.h"
 
 #include "commander/screen_size.h"
-#include "config/options.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/panel_clock.h"
 #include "panels/panel_draw.h"

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "config/options.h"
 #include "console/console.h"
+#include "options/options.h"
 #include "panels/panel_clock.h"
 #include "panels/panel_window.h"
 

@@ -1,9 +1,9 @@
 #include "commander/view_edit.h"
 
-#include "commander/association_set.h"
 #include "commander/command_seams.h"
-#include "config/options.h"
 #include "foundation/names.h"
+#include "language/association_set.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_draw.h"

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "commander/association_set.h"
 #include "foundation/utf8.h"
+#include "language/association_set.h"
 
 const char* const sectionTable[ConfigSectionCount] = {
     "[Archiver:ZIP]",      "[Archiver:RAR]",        "[Archiver:LHARC]",      "[Archiver:ARJ]",

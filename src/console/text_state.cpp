@@ -4,8 +4,8 @@
 #include <cstring>
 #include <vector>
 
-#include "config/colours.h"
 #include "console/console.h"
+#include "options/colours.h"
 
 TextState textState;
 

@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 
 #include "fileops/copy_result.h"
-#include "fileops/place.h"
-#include "fileops/running_operation.h"
+#include "fileops/operation.h"
+#include "foundation/place.h"
 
 // Whether an end of the copy is a file that can keep the program waiting: FIFO, device, socket.
 enum class Waits { No, Yes };

@@ -2,8 +2,8 @@
 
 #include "fileops/block_copy.h"
 #include "fileops/delete_file.h"
-#include "fileops/kept_attributes.h"
-#include "fileops/partial_file.h"
+#include "foundation/kept_attributes.h"
+#include "foundation/partial_file.h"
 #include "foundation/system.h"
 #include "foundation/threads.h"
 

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "fileops/copy_result.h"
-#include "fileops/place.h"
-#include "fileops/running_operation.h"
+#include "fileops/operation.h"
+#include "foundation/place.h"
 
 enum class Permission { No, Yes };
 // Where a target in the making stands: under its own name only inside a directory that itself has a

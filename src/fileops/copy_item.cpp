@@ -1,9 +1,9 @@
-#include "fileops/byte_path.h"
 #include "fileops/delete_file.h"
 #include "fileops/error_dialog.h"
 #include "fileops/overwrite_question.h"
-#include "fileops/same_place.h"
 #include "fileops/transfer_level.h"
+#include "foundation/place.h"
+#include "foundation/same_place.h"
 
 // One item by copying: attempts and questions until it is decided.
 
@@ -22,8 +22,8 @@ bool hasNoRoom(int error) {
 
 Transfer::Verdict Transfer::copyItem(const Item& item) {
   Attempt attempt;
-  attempt.openAnyway = operationAnswers.openFile == StandingAnswer::All;
-  if (operationAnswers.overwrite == OverwriteMode::All) {
+  attempt.openAnyway = operation_.answers.openFile == StandingAnswer::All;
+  if (operation_.answers.overwrite == OverwriteMode::All) {
     attempt.allowed = Allowed::ByAnswer;
     attempt.inPlace = true;
   }
@@ -87,7 +87,7 @@ CopyResult Transfer::attemptCopy(const Item& item, Attempt& attempt) {
   if (S_ISDIR(source.st_mode)) return enterDirectory(item, attempt, source);
   if (attempt.target) {
     if (isSameFile(item.source, item.target)) return {CopyStatus::Itself, 0};
-    const bool compare = operationAnswers.overwrite == OverwriteMode::AllOlder &&
+    const bool compare = operation_.answers.overwrite == OverwriteMode::AllOlder &&
                          attempt.allowed == Allowed::No && !attempt.targetIsDirectory;
     const TargetAge age = compare ? compareAges(item.target, item.source) : TargetAge::Unknown;
     if (age == TargetAge::NotOlder) return {CopyStatus::PassedOver, 0};
@@ -162,7 +162,7 @@ Transfer::Verdict Transfer::refuseItself(const Item& item) {
 }
 
 Transfer::Verdict Transfer::settleOpenFile(const Item& item, Attempt& attempt) {
-  switch (decideOpenFile(operation_.ui, item.source.shown())) {
+  switch (decideOpenFile(operation_, item.source.shown())) {
     case OpenFileDecision::Copy:
       attempt.openAnyway = true;
       return again();
@@ -178,7 +178,7 @@ Transfer::Verdict Transfer::settleOpenFile(const Item& item, Attempt& attempt) {
 Transfer::Verdict Transfer::settleExisting(const Item& item, Attempt& attempt, CopyStatus status) {
   const bool refused = status == CopyStatus::Refused;
   if (refused && attempt.allowed == Allowed::ByAnswer) return removeTarget(item);
-  switch (decideOverwrite(operation_.ui, kindOf(item), item.target.shown())) {
+  switch (decideOverwrite(operation_, kindOf(item), item.target.shown())) {
     case OverwriteDecision::Replace:
       attempt.allowed = Allowed::ByAnswer;
       return refused ? removeTarget(item) : again();

@@ -1,8 +1,8 @@
 #include <string>
 
 #include "fileops/copy_engine.h"
-#include "fileops/kept_attributes.h"
-#include "fileops/partial_file.h"
+#include "foundation/kept_attributes.h"
+#include "foundation/partial_file.h"
 #include "foundation/system.h"
 
 // Links, FIFOs, sockets and devices: things without content, made in one call and therefore whole

@@ -3,9 +3,9 @@
 #include <cerrno>
 #include <string>
 
-#include "fileops/byte_path.h"
 #include "fileops/description_file.h"
 #include "fileops/error_dialog.h"
+#include "foundation/place.h"
 #include "foundation/system.h"
 
 namespace {
@@ -30,7 +30,7 @@ ReadOnlyAnswer askReadOnly(RunningOperation& operation, const Place& place, cons
                                       AlertColour::Error);
   switch (answer) {
     case Answer::All:
-      operationAnswers.readOnly = StandingAnswer::All;
+      operation.answers.readOnly = StandingAnswer::All;
       return ReadOnlyAnswer::GoOn;
     case Answer::Yes:
       return ReadOnlyAnswer::GoOn;
@@ -45,9 +45,9 @@ ReadOnlyAnswer askReadOnly(RunningOperation& operation, const Place& place, cons
 
 // The step after "go on". What protects a file here is its directory, so only a second try can
 // tell.
-Outcome removeAfterAll(const Place& file) {
+Outcome removeAfterAll(RunningOperation& operation, const Place& file) {
   if (unlinkPlace(file) == 0) return Outcome::Done;
-  operationAnswers.readOnly = StandingAnswer::Ask;
+  operation.answers.readOnly = StandingAnswer::Ask;
   return Outcome::LeftInPlace;
 }
 
@@ -63,7 +63,7 @@ bool settleDenied(RunningOperation& operation, const Place& file, Outcome& outco
     case ReadOnlyAnswer::ShowError:
       return settleError(operation, file, EACCES, outcome);
     case ReadOnlyAnswer::GoOn:
-      outcome = removeAfterAll(file);
+      outcome = removeAfterAll(operation, file);
       return true;
     case ReadOnlyAnswer::Cancel:
       outcome = Outcome::Cancelled;
@@ -93,18 +93,18 @@ Outcome deleteLoop(RunningOperation& operation, const Place& file, DeleteMode mo
 }  // namespace
 
 ReadOnlyAnswer askReadOnlyFile(RunningOperation& operation, const Place& file) {
-  if (operationAnswers.readOnly == StandingAnswer::None) return ReadOnlyAnswer::Leave;
-  if (operationAnswers.readOnly == StandingAnswer::All) return ReadOnlyAnswer::GoOn;
+  if (operation.answers.readOnly == StandingAnswer::None) return ReadOnlyAnswer::Leave;
+  if (operation.answers.readOnly == StandingAnswer::All) return ReadOnlyAnswer::GoOn;
   if (!isReadOnly(file)) return ReadOnlyAnswer::ShowError;
   const ReadOnlyAnswer answer = askReadOnly(operation, file, "File is Read Only, Delete anyway?");
   if (answer != ReadOnlyAnswer::AskAgain) return answer;
-  operationAnswers.readOnly = StandingAnswer::None;
+  operation.answers.readOnly = StandingAnswer::None;
   return ReadOnlyAnswer::Leave;
 }
 
 ReadOnlyAnswer askReadOnlyDirectory(RunningOperation& operation, const Place& directory) {
   if (!isReadOnly(directory)) return ReadOnlyAnswer::ShowError;
-  if (operationAnswers.readOnly == StandingAnswer::All) return ReadOnlyAnswer::GoOn;
+  if (operation.answers.readOnly == StandingAnswer::All) return ReadOnlyAnswer::GoOn;
   return askReadOnly(operation, directory, "Directory is Read Only, Delete anyway?");
 }
 

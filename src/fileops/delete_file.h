@@ -1,8 +1,7 @@
 #pragma once
 
 #include "fileops/operation.h"
-#include "fileops/place.h"
-#include "fileops/running_operation.h"
+#include "foundation/place.h"
 
 class DescriptionFile;
 

@@ -3,13 +3,13 @@
 #include <cerrno>
 #include <cstring>
 
-#include "fileops/byte_path.h"
 #include "fileops/delete_file.h"
 #include "fileops/description_file.h"
 #include "fileops/error_dialog.h"
+#include "fileops/operation.h"
 #include "fileops/remove_directory.h"
-#include "fileops/silent_ui.h"
 #include "foundation/names.h"
+#include "foundation/place.h"
 #include "foundation/system.h"
 #include "foundation/wild_match.h"
 

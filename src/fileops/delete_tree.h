@@ -4,9 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "fileops/directory_names.h"
 #include "fileops/operation.h"
-#include "fileops/running_operation.h"
+#include "foundation/directory_names.h"
 
 // Deletes a directory with everything in it, depth first, in directory order, links themselves and
 // never what they lead to. Works however deep a tree is and beyond the longest path, with a bounded

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -74,3 +75,23 @@ void copyDescription(DescriptionFile* from, const char* fromName, DescriptionFil
                      const char* toName);
 void moveDescription(DescriptionFile* from, const char* fromName, DescriptionFile* to,
                      const char* toName);
+
+// The description files that one command works with, each opened once. What was changed is written
+// by flush, or at the latest by the destructor.
+class DescriptionCache {
+ public:
+  DescriptionCache() = default;
+  ~DescriptionCache() { flush(); }
+  DescriptionCache(const DescriptionCache&) = delete;
+  DescriptionCache& operator=(const DescriptionCache&) = delete;
+
+  DescriptionFile& of(const std::string& directory);
+  // Writes what is pending and forgets: the file itself is about to be copied, moved or deleted, or
+  // its directory to be removed.
+  void forget(const std::string& directory);
+  void flush();
+
+ private:
+  std::unordered_map<std::string, std::unique_ptr<DescriptionFile>> files_;
+  DescriptionFile* last_ = nullptr;
+};

@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "fileops/byte_path.h"
-#include "fileops/directory_names.h"
+#include "foundation/directory_names.h"
+#include "foundation/place.h"
 #include "foundation/system.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "fileops/place.h"
-#include "fileops/running_operation.h"
+#include "fileops/operation.h"
+#include "foundation/place.h"
 
 // The bytes of all plain files in a directory and below it, links not followed. Nothing when the
 // user pressed Esc. What can't be read counts as empty.

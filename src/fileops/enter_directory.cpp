@@ -1,14 +1,14 @@
 #include <algorithm>
 #include <cstring>
 
-#include "fileops/byte_path.h"
-#include "fileops/kept_attributes.h"
 #include "fileops/overwrite_question.h"
-#include "fileops/partial_file.h"
 #include "fileops/rename_over_file.h"
-#include "fileops/same_place.h"
 #include "fileops/transfer_level.h"
+#include "foundation/kept_attributes.h"
 #include "foundation/names.h"
+#include "foundation/partial_file.h"
+#include "foundation/place.h"
+#include "foundation/same_place.h"
 
 // A directory is copied by making its target and then taking its members one after the other. A new
 // target has a temporary name until it is whole, so that its files need none of their own; in a
@@ -92,7 +92,7 @@ CopyResult Transfer::mergeOrMake(const Item& item, const Attempt& attempt, Level
     if (attempt.allowed == Allowed::No) return {CopyStatus::Exists, EEXIST};
     return makeTarget(item, attempt, level);
   }
-  switch (decideMerge(operation_.ui, item.source)) {
+  switch (decideMerge(operation_, item.source)) {
     case MergeDecision::Merge:
       return openTarget(item, level);
     case MergeDecision::Cancel:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fileops/operation_ui.h"
+#include "fileops/operation.h"
 
 enum class ErrorAnswer { Retry, Skip, Cancel };
 

@@ -2,15 +2,14 @@
 
 #include <fcntl.h>
 
-#include "config/options.h"
 #include "foundation/fold.h"
 #include "foundation/string_collections.h"
 #include "foundation/system.h"
 #include "foundation/utf8.h"
 
-bool isInCaseFilter(const Westring& fileSystem) {
+bool isInCaseFilter(const Westring& fileSystem, const Westring& filter) {
   if (fileSystem.empty()) return false;
-  Estring list = toUtf8(GlobalOptions::CaseFilter);
+  Estring list = toUtf8(filter);
   while (!list.empty()) {
     const Estring field = trim(nextField(list));
     if (compareNoCase(fromUtf8(field.data()).data(), fileSystem.data()) == 0) return true;

@@ -1,9 +1,9 @@
-#include "fileops/byte_path.h"
 #include "fileops/delete_tree.h"
 #include "fileops/error_dialog.h"
-#include "fileops/kept_attributes.h"
 #include "fileops/rename_over_file.h"
 #include "fileops/transfer_level.h"
+#include "foundation/kept_attributes.h"
+#include "foundation/place.h"
 
 // A directory whose members are all done: its target gets its name and attributes, the source of a
 // move goes when nothing is left in it.

@@ -1,10 +1,10 @@
-#include "fileops/byte_path.h"
 #include "fileops/error_dialog.h"
 #include "fileops/overwrite_question.h"
 #include "fileops/rename_over_file.h"
-#include "fileops/same_place.h"
 #include "fileops/transfer_level.h"
 #include "foundation/break_state.h"
+#include "foundation/place.h"
+#include "foundation/same_place.h"
 
 // One item by renaming, as long as source and target are on one device.
 
@@ -101,7 +101,7 @@ Transfer::Verdict Transfer::mergeInto(const Item& item, const Attempt& attempt,
 }
 
 Transfer::Verdict Transfer::decideReplacing(const Item& item, bool& replace) {
-  switch (decideOverwrite(operation_.ui, TransferKind::Move, item.target.shown())) {
+  switch (decideOverwrite(operation_, TransferKind::Move, item.target.shown())) {
     case OverwriteDecision::Replace:
       replace = true;
       return again();

@@ -16,11 +16,13 @@ bool timeOf(const Place& place, DosTime& words) {
   return true;
 }
 
-OverwriteDecision askOverwrite(OperationUi& ui, TransferKind kind, const Westring& target) {
+OverwriteDecision askOverwrite(RunningOperation& operation, TransferKind kind,
+                               const Westring& target) {
   const AlertButtons buttons =
       kind == TransferKind::Copy ? AlertButtons::OverwriteMany : AlertButtons::OverwriteOne;
-  OverwriteMode& mode = operationAnswers.overwrite;
-  switch (ui.ask(L"File already exists, Overwrite?", target, buttons, AlertColour::Message)) {
+  OverwriteMode& mode = operation.answers.overwrite;
+  switch (
+      operation.ui.ask(L"File already exists, Overwrite?", target, buttons, AlertColour::Message)) {
     case Answer::Yes:
       return OverwriteDecision::Replace;
     case Answer::Cancel:
@@ -42,17 +44,18 @@ OverwriteDecision askOverwrite(OperationUi& ui, TransferKind kind, const Westrin
 
 }  // namespace
 
-OverwriteDecision decideOverwrite(OperationUi& ui, TransferKind kind, const Westring& target) {
-  if (operationAnswers.overwrite == OverwriteMode::All) return OverwriteDecision::Replace;
-  if (operationAnswers.overwrite == OverwriteMode::None) return OverwriteDecision::Leave;
-  return askOverwrite(ui, kind, target);
+OverwriteDecision decideOverwrite(RunningOperation& operation, TransferKind kind,
+                                  const Westring& target) {
+  if (operation.answers.overwrite == OverwriteMode::All) return OverwriteDecision::Replace;
+  if (operation.answers.overwrite == OverwriteMode::None) return OverwriteDecision::Leave;
+  return askOverwrite(operation, kind, target);
 }
 
-OpenFileDecision decideOpenFile(OperationUi& ui, const Westring& source) {
-  StandingAnswer& standing = operationAnswers.openFile;
+OpenFileDecision decideOpenFile(RunningOperation& operation, const Westring& source) {
+  StandingAnswer& standing = operation.answers.openFile;
   if (standing == StandingAnswer::None) return OpenFileDecision::Leave;
-  switch (ui.ask(L"File is open for writing, copy anyway?", source, AlertButtons::OverwriteOne,
-                 AlertColour::Message)) {
+  switch (operation.ui.ask(L"File is open for writing, copy anyway?", source,
+                           AlertButtons::OverwriteOne, AlertColour::Message)) {
     case Answer::All:
       standing = StandingAnswer::All;
       return OpenFileDecision::Copy;
@@ -68,12 +71,12 @@ OpenFileDecision decideOpenFile(OperationUi& ui, const Westring& source) {
   }
 }
 
-MergeDecision decideMerge(OperationUi& ui, const Place& source) {
-  if (operationAnswers.mergeAll || strchr(source.path, '/')) return MergeDecision::Merge;
-  switch (ui.ask(L"Directory already exists, merge with source?", source.shown(),
-                 AlertButtons::OverwriteOne, AlertColour::Message)) {
+MergeDecision decideMerge(RunningOperation& operation, const Place& source) {
+  if (operation.answers.mergeAll || strchr(source.path, '/')) return MergeDecision::Merge;
+  switch (operation.ui.ask(L"Directory already exists, merge with source?", source.shown(),
+                           AlertButtons::OverwriteOne, AlertColour::Message)) {
     case Answer::All:
-      operationAnswers.mergeAll = true;
+      operation.answers.mergeAll = true;
       return MergeDecision::Merge;
     case Answer::Yes:
       return MergeDecision::Merge;

@@ -1,23 +1,23 @@
 #pragma once
 
 #include "fileops/operation.h"
-#include "fileops/operation_ui.h"
-#include "fileops/place.h"
+#include "foundation/place.h"
 
 enum class OverwriteDecision { Replace, Leave, CompareDates, Cancel };
 
 // What is to become of an existing target: by the standing answer, or by the question "File already
 // exists, Overwrite?", whose answers may become the standing one.
-OverwriteDecision decideOverwrite(OperationUi& ui, TransferKind kind, const Westring& target);
+OverwriteDecision decideOverwrite(RunningOperation& operation, TransferKind kind,
+                                  const Westring& target);
 
 enum class OpenFileDecision { Copy, Leave, Cancel };
 // The same for a source that is open for writing.
-OpenFileDecision decideOpenFile(OperationUi& ui, const Westring& source);
+OpenFileDecision decideOpenFile(RunningOperation& operation, const Westring& source);
 
 enum class MergeDecision { Merge, Leave, Decline, Cancel };
 // Whether a directory may be copied into an existing one of its name. Asked only for a bare name,
 // since whole paths were chosen knowingly.
-MergeDecision decideMerge(OperationUi& ui, const Place& source);
+MergeDecision decideMerge(RunningOperation& operation, const Place& source);
 
 enum class TargetAge { Older, NotOlder, Unknown };
 // The target against the source, to two seconds; Unknown when either time can't be read.

@@ -2,14 +2,14 @@
 
 #include <cerrno>
 
-#include "config/options.h"
-#include "fileops/byte_path.h"
 #include "fileops/delete_file.h"
 #include "fileops/delete_tree.h"
-#include "fileops/directory_names.h"
 #include "fileops/error_dialog.h"
+#include "foundation/directory_names.h"
 #include "foundation/names.h"
+#include "foundation/place.h"
 #include "foundation/system.h"
+#include "options/options.h"
 
 namespace {
 
@@ -62,7 +62,7 @@ Next settleDenied(RunningOperation& operation, const Place& directory, Outcome& 
         outcome = Outcome::Done;
         return Next::Ended;
       }
-      operationAnswers.readOnly = StandingAnswer::Ask;
+      operation.answers.readOnly = StandingAnswer::Ask;
       break;
     default:
       break;
@@ -98,14 +98,14 @@ Outcome removeEmptyDirectory(RunningOperation& operation, const Place& directory
 
 Outcome deleteTreeAfterQuestion(RunningOperation& operation, const Place& directory,
                                 const wchar_t* pattern) {
-  const bool asked = (GlobalOptions::Confirmations & ConfirmationOff::DeleteTree) == 0 &&
-                     !operationAnswers.deleteTree;
+  const bool asked = (operation.confirmationsOff & ConfirmationOff::DeleteTree) == 0 &&
+                     !operation.answers.deleteTree;
   if (asked) {
     switch (operation.ui.askDeleteTree(directory.shown())) {
       case TreeAnswer::No:
         return Outcome::Cancelled;
       case TreeAnswer::All:
-        operationAnswers.deleteTree = true;
+        operation.answers.deleteTree = true;
         break;
       case TreeAnswer::Yes:
         break;

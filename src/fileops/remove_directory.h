@@ -1,8 +1,7 @@
 #pragma once
 
 #include "fileops/operation.h"
-#include "fileops/place.h"
-#include "fileops/running_operation.h"
+#include "foundation/place.h"
 
 // Removes a directory. One that isn't empty is asked about, and goes with everything in it that
 // fits the pattern; a link is never taken for a directory. Keeps its line in the description file

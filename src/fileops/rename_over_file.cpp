@@ -1,6 +1,6 @@
 #include "fileops/rename_over_file.h"
 
-#include "fileops/partial_file.h"
+#include "foundation/partial_file.h"
 
 namespace {
 

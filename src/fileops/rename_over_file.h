@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fileops/place.h"
+#include "foundation/place.h"
 
 // Puts a directory in the place of an existing file, which goes: in one step where the system can
 // exchange two names, else with the file standing aside under a temporary name meanwhile. 0 or

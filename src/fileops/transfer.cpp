@@ -2,11 +2,11 @@
 
 #include <cstring>
 
-#include "fileops/byte_path.h"
 #include "fileops/folded_name.h"
 #include "fileops/transfer_level.h"
 #include "foundation/break_state.h"
 #include "foundation/names.h"
+#include "foundation/place.h"
 
 Transfer::Transfer(RunningOperation& operation, TransferKind kind)
     : operation_(operation), kind_(kind) {}

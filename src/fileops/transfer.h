@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "fileops/copy_engine.h"
-#include "fileops/directory_names.h"
 #include "fileops/operation.h"
+#include "foundation/directory_names.h"
 
 // Copies or moves items, one after the other, with everything in them, asking what has to be asked.
 // A tree is walked with a stack of its own and a bounded number of open directories. Paths are

@@ -7,14 +7,14 @@
 #include <utility>
 #include <vector>
 
-#include "commander/environment.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/status.h"
+#include "history/history_store.h"
+#include "language/environment.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_pair.h"
 #include "panels/position_stack.h"
-#include "tools/history_store.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
-#include "config/options.h"
 #include "foundation/names.h"
 #include "foundation/utf8.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/small_file.h"
 
 namespace {

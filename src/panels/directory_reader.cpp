@@ -7,13 +7,13 @@
 #include <memory>
 #include <vector>
 
-#include "commander/filter_expression.h"
-#include "config/options.h"
 #include "foundation/break_state.h"
 #include "foundation/dir_finder.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/status.h"
+#include "language/filter_expression.h"
+#include "options/options.h"
 #include "panels/navigation.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_pair.h"

@@ -2,11 +2,11 @@
 
 #include <cwchar>
 
-#include "config/options.h"
 #include "foundation/dos_time.h"
 #include "foundation/locale_settings.h"
 #include "foundation/names.h"
 #include "foundation/text_format.h"
+#include "options/options.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
-#include "config/options.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/text_format.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/directory_info.h"
 #include "panels/memory_facts.h"

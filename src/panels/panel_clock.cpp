@@ -1,8 +1,8 @@
 #include "panels/panel_clock.h"
 
-#include "config/colours.h"
-#include "config/options.h"
 #include "console/console.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/entry_text.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_window.h"

@@ -1,5 +1,5 @@
-#include "commander/association_set.h"
-#include "config/colours.h"
+#include "language/association_set.h"
+#include "options/colours.h"
 #include "panels/panel_draw.h"
 
 unsigned char naturalColour(const entry& item) {

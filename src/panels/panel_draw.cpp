@@ -1,6 +1,6 @@
 #include "panels/panel_draw.h"
 
-#include "config/colours.h"
+#include "options/colours.h"
 #include "panels/info_panel.h"
 #include "panels/navigation.h"
 #include "panels/panel_frame.h"

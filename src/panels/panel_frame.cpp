@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
+#include "options/colours.h"
 
 namespace {
 

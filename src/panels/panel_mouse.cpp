@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <chrono>
 
-#include "config/options.h"
 #include "console/input.h"
 #include "console/text_state.h"
 #include "foundation/threads.h"
+#include "options/options.h"
 #include "panels/navigation.h"
 #include "panels/panel_columns.h"
 #include "panels/panel_draw.h"

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/text_format.h"
+#include "options/colours.h"
 #include "panels/entry_text.h"
 #include "panels/panel_draw.h"
 #include "panels/tree_line.h"

@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
-#include "config/options.h"
 #include "foundation/fold.h"
+#include "options/options.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_pair.h"

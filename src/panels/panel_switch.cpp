@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "config/options.h"
+#include "options/options.h"
 #include "panels/directory_reader.h"
 #include "panels/navigation.h"
 #include "panels/panel_draw.h"

@@ -1,10 +1,10 @@
 #include <algorithm>
 
-#include "commander/filter_expression.h"
-#include "config/colours.h"
-#include "config/options.h"
 #include "foundation/names.h"
 #include "foundation/text_format.h"
+#include "language/filter_expression.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/change_directory.h"
 #include "panels/panel_clock.h"
 #include "panels/panel_draw.h"

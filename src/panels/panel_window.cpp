@@ -1,6 +1,6 @@
 #include "panels/panel_window.h"
 
-#include "config/colours.h"
+#include "options/colours.h"
 #include "panels/directory_reader.h"
 #include "panels/panel_draw.h"
 

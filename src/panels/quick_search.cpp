@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cwchar>
 
-#include "config/options.h"
 #include "console/console.h"
 #include "console/input.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
+#include "options/options.h"
 #include "panels/navigation.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_pair.h"

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "commander/filter_expression.h"
-#include "config/colours.h"
-#include "config/options.h"
 #include "console/key_codes.h"
 #include "foundation/fold.h"
 #include "foundation/names.h"
+#include "language/filter_expression.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/panel_draw.h"
 #include "panels/status_line.h"
 #include "ui/dialog.h"

@@ -1,8 +1,8 @@
 #include "panels/status_line.h"
 
-#include "config/colours.h"
 #include "foundation/status.h"
 #include "foundation/text_format.h"
+#include "options/colours.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_pair.h"
 #include "panels/panel_rows.h"

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
 #include "console/key_codes.h"
 #include "foundation/text_format.h"
+#include "options/colours.h"
 #include "ui/alert_dialog.h"
 
 namespace {

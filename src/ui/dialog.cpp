@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "config/colours.h"
 #include "console/input.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
+#include "options/colours.h"
 #include "ui/push_button.h"
 
 namespace {

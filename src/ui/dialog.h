@@ -6,7 +6,7 @@
 #include "console/events.h"
 #include "foundation/string_collections.h"
 #include "foundation/threads.h"
-#include "tools/history_store.h"
+#include "history/history_store.h"
 #include "ui/win.h"
 
 class Dialog;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "config/colours.h"
 #include "console/key_codes.h"
+#include "options/colours.h"
 #include "ui/dialog_label.h"
 
 ListBoxBase::ListBoxBase(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "config/options.h"
 #include "console/input.h"
+#include "options/options.h"
 #include "ui/list_box.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #include "ui/progress_thread.h"
 
-#include "config/colours.h"
 #include "foundation/code_page.h"
 #include "foundation/text_format.h"
+#include "options/colours.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/history_store.h"
+#include "history/history_store.h"
 #include "ui/dialog.h"
 
 // A line of the caller's text, `width` columns of it shown. The first printable key replaces the

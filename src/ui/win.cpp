@@ -4,10 +4,10 @@
 #include <cwctype>
 #include <string>
 
-#include "config/options.h"
 #include "console/text_state.h"
 #include "foundation/code_page.h"
 #include "foundation/fold.h"
+#include "options/options.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cwctype>
 
-#include "config/options.h"
+#include "options/options.h"
 
 bool isWordCharacter(wchar_t character) {
   if (character < 0) return false;

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "config/options.h"
 #include "foundation/names.h"
 #include "foundation/utf8.h"
-#include "tools/history_store.h"
+#include "history/history_store.h"
+#include "options/options.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "commander/exit_program.h"
 
 #include "commander/main_loop_test.h"
-#include "config/colours.h"
+#include "options/colours.h"
 
 namespace {
 

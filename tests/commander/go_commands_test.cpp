@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-#include "commander/environment.h"
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
+#include "language/environment.h"
 #include "panels/tree_line.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "commander/key_bar.h"
 
-#include "config/colours.h"
 #include "console/key_codes.h"
+#include "options/colours.h"
 #include "support/console_test.h"
 
 namespace {

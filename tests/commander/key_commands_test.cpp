@@ -1,10 +1,10 @@
 // What each key and menu code does, and when it does nothing.
 
-#include "commander/association_set.h"
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
 #include "commander/seam_log.h"
-#include "fileops/commands.h"
+#include "filecommands/commands.h"
+#include "language/association_set.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "commander/main_loop_test.h"
-#include "commander/shell_quote.h"
+#include "language/shell_quote.h"
 #include "panels/selection.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include "commander/command_seams.h"
 #include "commander/menu_codes.h"
 #include "commander/menu_items.h"
-#include "config/colours.h"
 #include "console/key_codes.h"
+#include "options/colours.h"
 #include "support/console_test.h"
 
 namespace {

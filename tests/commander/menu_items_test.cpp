@@ -6,7 +6,7 @@
 #include <map>
 
 #include "commander/menu_codes.h"
-#include "config/options.h"
+#include "options/options.h"
 #include "panels/panel_pair.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
 #include "commander/screen_size.h"
-#include "config/colours.h"
+#include "options/colours.h"
 #include "panels/panel_clock.h"
 
 namespace {

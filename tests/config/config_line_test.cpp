@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "commander/association_set.h"
 #include "foundation/utf8.h"
+#include "language/association_set.h"
 
 namespace {
 

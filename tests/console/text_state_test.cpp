@@ -1,6 +1,6 @@
 #include "console/text_state.h"
 
-#include "config/colours.h"
+#include "options/colours.h"
 #include "support/console_test.h"
 
 namespace {

@@ -3,10 +3,10 @@
 #include <cstdlib>
 
 #include "commander/program.h"
-#include "config/colours.h"
 #include "console/console.h"
 #include "foundation/signals.h"
 #include "foundation/utf8.h"
+#include "options/colours.h"
 #include "support/x_display.h"
 
 void ProgramTest::SetUp() {

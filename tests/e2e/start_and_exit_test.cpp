@@ -4,9 +4,9 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "config/options.h"
 #include "console/console.h"
 #include "e2e/program_test.h"
+#include "options/options.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <cstdlib>
 
 #include "commander/command_seams.h"
-#include "config/options.h"
 #include "console/console.h"
 #include "e2e/program_test.h"
 #include "foundation/utf8.h"
+#include "options/options.h"
 #include "support/as_user.h"
 
 namespace {

@@ -125,15 +125,17 @@ TEST_F(CopyDirectory, MergingABareNameIsAskedAboutWithAllAnswers) {
     ui.answers.clear();
     if (row.answer) ui.answers = {row.answer};
     RunningOperation operation(ui);
+    operation.answers = answers;
     const Outcome outcome =
         Transfer(operation, TransferKind::Copy).run("src", dir.path("to/src"), 1, 1);
+    answers = operation.answers;
     EXPECT_EQ(outcome == Outcome::Failed ? Outcome::LeftInPlace : outcome, row.outcome)
         << row.answer;
     EXPECT_EQ(dir.exists("to/src/a"), row.outcome == Outcome::Done) << row.answer;
   }
   ASSERT_EQ(chdir(before.c_str()), 0);
   EXPECT_EQ(asked(), Texts(5, "Directory already exists, merge with source?"));
-  EXPECT_TRUE(operationAnswers.mergeAll);
+  EXPECT_TRUE(answers.mergeAll);
 }
 
 TEST_F(CopyDirectory, AFileInTheWayOfADirectoryIsAskedAbout) {
@@ -157,7 +159,7 @@ TEST_F(CopyDirectory, TheFileInTheWayTakesItsDescriptionAlong) {
 
 TEST_F(CopyDirectory, AFileInTheWayLivesUntilTheDirectoryIsWhole) {
   dir.write("to/src", "a file");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   ui.onLook = [&] {
     if (ui.looks >= 6) return;
     EXPECT_EQ(dir.read("to/src"), "a file");
@@ -169,7 +171,7 @@ TEST_F(CopyDirectory, AFileInTheWayLivesUntilTheDirectoryIsWhole) {
 
 TEST_F(CopyDirectory, AFileInTheWayGoesAlsoWhereNamesCantBeExchanged) {
   dir.write("to/src", "a file");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   const FaultHook faults("renameExchange", ENOSYS);
   EXPECT_EQ(copy("src", "to/src"), Outcome::Done);
   expectCopied("to/src");

@@ -180,7 +180,7 @@ TEST_F(CopyFile, SkipNoAndBlankLeaveTheTargetAndTheTag) {
     EXPECT_EQ(copy("from/a", "to/a"), Outcome::LeftInPlace);
     expectOldTarget();
   }
-  EXPECT_EQ(operationAnswers.overwrite, OverwriteMode::Ask);
+  EXPECT_EQ(answers.overwrite, OverwriteMode::Ask);
 }
 
 TEST_F(CopyFile, EscCancelsAndTouchesNothing) {
@@ -228,14 +228,14 @@ TEST_F(CopyFile, AllOlderWithEqualTimesToTwoSecondsLeavesTheTargetAndCountsAsHan
   makeOldTarget();
   setTime(dir.path("from/a"), 1600000001, 900000000);
   setTime(dir.path("to/a"), 1600000000);
-  operationAnswers.overwrite = OverwriteMode::AllOlder;
+  answers.overwrite = OverwriteMode::AllOlder;
   EXPECT_EQ(copy("from/a", "to/a"), Outcome::Done);
   expectOldTarget();
 }
 
 TEST_F(CopyFile, AllOlderAsksWhenATimeCantBeRead) {
   makeOldTarget();
-  operationAnswers.overwrite = OverwriteMode::AllOlder;
+  answers.overwrite = OverwriteMode::AllOlder;
   struct NthStat {
     int left = 4;  // source, target, and the two looks for one file
     int same = 2;
@@ -256,7 +256,7 @@ TEST_F(CopyFile, AllOlderAsksWhenATimeCantBeRead) {
 
 TEST_F(CopyFile, OntoItselfByTheSamePathChangesNothing) {
   for (const auto mode : {OverwriteMode::Ask, OverwriteMode::All, OverwriteMode::AllOlder}) {
-    operationAnswers.overwrite = mode;
+    answers.overwrite = mode;
     ui.answers = {Answer::Yes};
     EXPECT_EQ(copy("from/a", "from/a"), Outcome::LeftInPlace);
     EXPECT_EQ(dir.read("from/a"), "source of a");
@@ -273,7 +273,7 @@ TEST_F(CopyFile, OntoItselfThroughTheWorkingDirectoryChangesNothing) {
   const std::string before = std::filesystem::current_path();
   ASSERT_EQ(chdir(dir.path("from").c_str()), 0);
   RunningOperation operation(ui);
-  operationAnswers.overwrite = OverwriteMode::All;
+  operation.answers.overwrite = OverwriteMode::All;
   ui.answers = {Answer::Yes};
   EXPECT_EQ(Transfer(operation, TransferKind::Copy).run("a", dir.path("from/a"), 1, 1),
             Outcome::LeftInPlace);
@@ -286,7 +286,7 @@ TEST_F(CopyFile, OntoAHardLinkOrALinkToItselfChangesNothing) {
   ASSERT_EQ(link(dir.path("from/a").c_str(), dir.path("to/hard").c_str()), 0);
   dir.link(dir.path("from/a"), "to/soft");
   dir.link(dir.path("from"), "todir");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   for (const char* target : {"to/hard", "to/soft", "todir/a"}) {
     ui.answers = {Answer::Yes};
     EXPECT_EQ(copy("from/a", target), Outcome::LeftInPlace) << target;
@@ -316,7 +316,7 @@ TEST_F(CopyFile, OverwritingALinkReplacesTheLinkAndNotWhatItLeadsTo) {
 TEST_F(CopyFile, OverwritingAHardLinkLeavesItsOtherNameAlone) {
   dir.write("bystander", "untouched");
   ASSERT_EQ(link(dir.path("bystander").c_str(), dir.path("to/a").c_str()), 0);
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   EXPECT_EQ(copy("from/a", "to/a"), Outcome::Done);
   EXPECT_EQ(dir.read("to/a"), "source of a");
   EXPECT_EQ(dir.read("bystander"), "untouched");
@@ -327,7 +327,7 @@ TEST_F(CopyFile, AFileIsNotCopiedOverADirectory) {
   dir.write("to/a/inside", "kept");
   ui.answers = {Answer::Skip};
   EXPECT_EQ(copy("from/a", "to/a"), Outcome::Failed);
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   ui.answers = {Answer::Skip};
   EXPECT_EQ(copy("from/a", "to/a"), Outcome::Failed);
   EXPECT_EQ(asked(), (Texts{"Access Denied", "Is a directory (21)"}));
@@ -336,7 +336,7 @@ TEST_F(CopyFile, AFileIsNotCopiedOverADirectory) {
 
 TEST_F(CopyFile, AMissingSourceIsReportedAndTheTargetStays) {
   makeOldTarget();
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   ui.answers = {Answer::Yes, Answer::Cancel};
   EXPECT_EQ(copy("from/missing", "to/a"), Outcome::Failed);
   EXPECT_EQ(copy("from/missing", "to/a"), Outcome::Cancelled);
@@ -352,7 +352,7 @@ TEST_F(CopyFile, AnUnreadableSourceNeverCostsTheTarget) {
   for (const char* name : {"from", "to"}) dir.chmod(name, 0777);
   dir.chmod("to/a", 0666);
   EXPECT_EQ(runAsUser([&] {
-              operationAnswers.overwrite = OverwriteMode::All;
+              answers.overwrite = OverwriteMode::All;
               ui.answers = {Answer::Retry, Answer::Skip, Answer::Cancel};
               EXPECT_EQ(copy("from/a", "to/a"), Outcome::Failed);
               EXPECT_EQ(copy("from/a", "to/a"), Outcome::Cancelled);
@@ -383,7 +383,7 @@ TEST_F(CopyFile, WhereTheDirectoryTakesNoNewNameAllWritesIntoTheFileItself) {
   dir.chmod("to/a", 0666);
   dir.chmod("to", 0555);
   EXPECT_EQ(runAsUser([&] {
-              operationAnswers.overwrite = OverwriteMode::All;
+              answers.overwrite = OverwriteMode::All;
               EXPECT_EQ(copy("from/a", "to/a"), Outcome::Done);
             }),
             0);
@@ -397,7 +397,7 @@ TEST_F(CopyFile, AFileWithAnotherNameElsewhereIsNotWrittenInto) {
   dir.chmod("to/a", 0666);
   dir.chmod("to", 0555);
   EXPECT_EQ(runAsUser([&] {
-              operationAnswers.overwrite = OverwriteMode::All;
+              answers.overwrite = OverwriteMode::All;
               ui.answers = {Answer::Skip};
               EXPECT_EQ(copy("from/a", "to/a"), Outcome::LeftInPlace);
               EXPECT_EQ(asked(), Texts{"Access Denied"});
@@ -432,7 +432,7 @@ TEST_F(CopyFile, NewerByDateButRefusedAsksAndNoMeansNo) {
   dir.chmod("to", 0555);
   for (const int answer : {Answer::Skip, Answer::None, Answer::Cancel}) {
     EXPECT_EQ(runAsUser([&] {
-                operationAnswers.overwrite = OverwriteMode::AllOlder;
+                answers.overwrite = OverwriteMode::AllOlder;
                 ui.answers = {answer};
                 EXPECT_NE(copy("from/a", "to/a"), Outcome::Done);
                 EXPECT_EQ(asked(), Texts{ExistsQuestion});
@@ -464,7 +464,7 @@ TEST_F(CopyFile, AFileOpenForWritingIsAskedAboutWithAllAnswers) {
               {Answer::None, Outcome::LeftInPlace, StandingAnswer::None}};
   for (const auto& row : rows) {
     FirstOpen opens;
-    operationAnswers = {};
+    answers = {};
     ui.questions.clear();
     ui.answers = {row.answer};
     System::setHook(FirstOpen::onCall, &opens);
@@ -478,7 +478,7 @@ TEST_F(CopyFile, AFileOpenForWritingIsAskedAboutWithAllAnswers) {
     System::setHook(nullptr, nullptr);
     EXPECT_EQ(asked(), Texts{"File is open for writing, copy anyway?"});
     EXPECT_EQ(ui.questions[0].caption, dir.path("from/a"));
-    EXPECT_EQ(operationAnswers.openFile, row.standing);
+    EXPECT_EQ(answers.openFile, row.standing);
     EXPECT_EQ(dir.exists("to/new"), row.outcome == Outcome::Done);
     std::filesystem::remove(dir.path("to/new"));
   }
@@ -532,7 +532,7 @@ TEST_F(CopyFile, TheSameReadErrorsCountWhenTheKernelMovesTheBlocks) {
 
 TEST_F(CopyFile, AFullDiskIsToldAndTheOldTargetLives) {
   makeOldTarget();
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   for (const char* call : {"write", "sync"}) {
     const FaultHook faults(call, ENOSPC);
     ui.answers = {Answer::Retry, Answer::Skip};
@@ -612,7 +612,7 @@ TEST_F(CopyFile, ASourceThatTurnsIntoSomethingElseIsRefused) {
   };
   Swap swap{dir};
   makeOldTarget();
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   ui.answers = {Answer::Skip};
   System::setHook(Swap::onCall, &swap);
   EXPECT_EQ(copy("from/a", "to/a"), Outcome::Failed);
@@ -733,7 +733,7 @@ TEST_F(CopyFile, WhatIsReplacedOnTheUsersWordTakesItsDescriptionAlong) {
 TEST_F(CopyFile, WithAllInForceOnlyTheContentIsAnotherOne) {
   makeOldTarget();
   dir.write("to/descript.ion", "a about a\r\n");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   EXPECT_EQ(copy("from/a", "to/a"), Outcome::Done);
   EXPECT_EQ(dir.read("to/a"), dir.read("from/a"));
   EXPECT_EQ(dir.read("to/descript.ion"), "a about a\r\n");

@@ -149,7 +149,7 @@ TEST_F(CrossDevice, WhatIsAddedWhileTheTargetIsFlushedIsKept) {
     }
   };
   dir.write("to/a", "old");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   const OtherDevice other(Append::onCall, &dir);
   EXPECT_EQ(move("src/a", "to/a"), Outcome::LeftInPlace);
   EXPECT_EQ(dir.read("src/a"), "content a and something more");
@@ -241,7 +241,7 @@ TEST_F(CrossDevice, AllWithAnUnreadableSourceTouchesNeitherSide) {
   dir.chmod("src/a", 0000);
   dir.write("to/a", "old");
   EXPECT_EQ(runAsUser([&] {
-              operationAnswers.overwrite = OverwriteMode::All;
+              answers.overwrite = OverwriteMode::All;
               ui.answers = {Answer::Skip};
               EXPECT_EQ(moveOver("src/a", "to/a"), Outcome::Failed);
               EXPECT_EQ(asked(), Texts{"Access Denied"});

@@ -69,10 +69,10 @@ TEST_F(Delete, AFileInThePlaceOfADirectoryIsPathNotFound) {
 TEST_F(Delete, ForcedChangesNoStandingAnswer) {
   dir.write("a", "x");
   for (const auto answer : {StandingAnswer::Ask, StandingAnswer::None, StandingAnswer::All}) {
-    operationAnswers.readOnly = answer;
+    answers.readOnly = answer;
     EXPECT_EQ(remove("a", DeleteMode::Forced),
               answer == StandingAnswer::Ask ? Outcome::Done : Outcome::LeftInPlace);
-    EXPECT_EQ(operationAnswers.readOnly, answer);
+    EXPECT_EQ(answers.readOnly, answer);
   }
 }
 
@@ -105,7 +105,7 @@ TEST_F(Delete, AReadOnlyFileIsAskedAboutWithAllAnswers) {
               EXPECT_EQ(remove("locked/f"), Outcome::Cancelled);
               EXPECT_EQ(remove("locked/f"), Outcome::LeftInPlace) << "the directory decides";
               EXPECT_EQ(remove("locked/f"), Outcome::LeftInPlace);
-              EXPECT_EQ(operationAnswers.readOnly, StandingAnswer::Ask)
+              EXPECT_EQ(answers.readOnly, StandingAnswer::Ask)
                   << "a second failure takes the answer back";
               EXPECT_EQ(asked(), Texts(4, FileQuestion));
               EXPECT_EQ(ui.questions[0].buttons, AlertButtons::OverwriteOne);
@@ -343,7 +343,7 @@ TEST_F(Delete, AReadOnlyDirectoryIsAskedAboutAndNoneAsksAgain) {
               EXPECT_EQ(removeDir("locked/d"), Outcome::Cancelled);
               ui.answers = {Answer::All};
               EXPECT_EQ(removeDir("locked/d"), Outcome::LeftInPlace);
-              EXPECT_EQ(operationAnswers.readOnly, StandingAnswer::Ask);
+              EXPECT_EQ(answers.readOnly, StandingAnswer::Ask);
               EXPECT_EQ(ui.questions[0].colour, AlertColour::Error);
             }),
             0);

@@ -1,4 +1,4 @@
-#include "fileops/description_cache.h"
+#include "fileops/description_file.h"
 #include "fileops/fileops_test.h"
 #include "support/fault_hook.h"
 

@@ -79,9 +79,8 @@ class Faults : public InMemory, public testing::WithParamInterface<Scenario> {
 
   Outcome operate(const TempDir& place, ScriptedUi& screen, System::Hook hook, void* context) {
     const Scenario& scenario = GetParam();
-    operationAnswers = {};
-    operationAnswers.overwrite = scenario.mode;
     RunningOperation operation(screen);
+    operation.answers.overwrite = scenario.mode;
     std::unique_ptr<OtherDevice> other;
     if (scenario.otherDevice) {
       other = std::make_unique<OtherDevice>(hook, context);
@@ -299,7 +298,6 @@ class DeleteFaults : public InMemory {
     place.write("outside/precious", "precious");
   }
   static Outcome operate(const TempDir& place, ScriptedUi& screen, NthCall& fault) {
-    operationAnswers = {};
     RunningOperation operation(screen);
     screen.treeAnswers = {TreeAnswer::Yes, TreeAnswer::Yes};
     System::setHook(NthCall::onCall, &fault);

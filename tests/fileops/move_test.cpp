@@ -57,7 +57,7 @@ TEST_F(Move, AnExistingFileIsAskedAboutWithoutAllOlder) {
 
 TEST_F(Move, TheRenameGoesStraightOverTheOldTarget) {
   dir.write("to/a", "old");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   const FaultHook calls;
   EXPECT_EQ(move("src/a", "to/a"), Outcome::Done);
   EXPECT_EQ(calls.calls("unlinkAt") + calls.calls("unlink"), 0);
@@ -70,7 +70,7 @@ TEST_F(Move, AllAndNoneHoldForTheRest) {
   ui.answers = {Answer::None};
   EXPECT_EQ(move("src/a", "to/a"), Outcome::LeftInPlace);
   EXPECT_EQ(move("src/sub/b", "to/b"), Outcome::LeftInPlace);
-  operationAnswers = {};
+  answers = {};
   ui.answers = {Answer::All};
   EXPECT_EQ(move("src/a", "to/a"), Outcome::Done);
   EXPECT_EQ(move("src/sub/b", "to/b"), Outcome::Done);
@@ -79,7 +79,7 @@ TEST_F(Move, AllAndNoneHoldForTheRest) {
 
 TEST_F(Move, OntoItselfIsToldAndChangesNothing) {
   for (const auto mode : {OverwriteMode::Ask, OverwriteMode::All}) {
-    operationAnswers.overwrite = mode;
+    answers.overwrite = mode;
     ui.answers = {Answer::Retry, Answer::Skip, Answer::Cancel};
     EXPECT_EQ(move("src/a", "src/a"), Outcome::Failed);
     EXPECT_EQ(move("src", "src"), Outcome::Cancelled);
@@ -89,7 +89,7 @@ TEST_F(Move, OntoItselfIsToldAndChangesNothing) {
 }
 
 TEST_F(Move, OntoAnotherNameOfTheSameFileLosesNeither) {
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   ASSERT_EQ(link(dir.path("src/a").c_str(), dir.path("to/hard").c_str()), 0);
   ASSERT_EQ(link(dir.path("src/a").c_str(), dir.path("src/twin").c_str()), 0);
   dir.link("../src/a", "to/soft");
@@ -133,7 +133,7 @@ TEST_F(Move, AMemberThatIsSkippedKeepsItsDirectoriesAndNoQuestionIsAsked) {
   dir.makeDir("to/src/sub");
   dir.write("to/src/sub/b", "old b");
   GlobalOptions::Confirmations = ConfirmationOff::DeleteTree;
-  operationAnswers.deleteTree = true;
+  answers.deleteTree = true;
   ui.answers = {Answer::Skip};
   EXPECT_EQ(move("src", "to/src"), Outcome::LeftInPlace);
   EXPECT_EQ(dir.read("src/sub/b"), "content b");
@@ -178,7 +178,7 @@ TEST_F(Move, ADirectoryOverAFileAsksAndReplacesIt) {
 
 TEST_F(Move, ADirectoryGoesOverAFileAlsoWhereNamesCantBeExchanged) {
   dir.write("to/src", "a file");
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   const FaultHook faults("renameExchange", EINVAL);
   EXPECT_EQ(move("src", "to/src"), Outcome::Done);
   EXPECT_EQ(dir.read("to/src/sub/b"), "content b");

@@ -1,4 +1,4 @@
-#include "fileops/progress_text.h"
+#include "fileops/progress.h"
 
 #include <cstdint>
 

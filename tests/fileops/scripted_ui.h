@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "fileops/operation_ui.h"
+#include "fileops/operation.h"
 #include "foundation/utf8.h"
 
 // Answers the questions of an operation from a list, or by a rule, and remembers what was asked.

@@ -175,12 +175,12 @@ TEST_F(SpecialFiles, AFileOnAFullFileSystemIsToldAndLeavesNothing) {
   writeFile(place + "/old", "old target");
   ui.answers = {Answer::Skip, Answer::Skip};
   EXPECT_EQ(copy("from/large", "small/large"), Outcome::Failed);
-  operationAnswers.overwrite = OverwriteMode::All;
+  answers.overwrite = OverwriteMode::All;
   EXPECT_EQ(copy("from/large", "small/old"), Outcome::Failed);
   EXPECT_EQ(asked(), (Texts{"No room for", "No room for"}));
   EXPECT_EQ(readFile(place + "/old"), "old target");
   ui.answers = {Answer::Skip};
-  operationAnswers.overwrite = OverwriteMode::Ask;
+  answers.overwrite = OverwriteMode::Ask;
   EXPECT_EQ(move("from/large", "small/moved"), Outcome::Failed);
   EXPECT_EQ(dir.read("from/large").size(), size_t{4} << 20);
   EXPECT_EQ(contents(place).size(), 1U) << "only the old file";

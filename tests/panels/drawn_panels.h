@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "commander/association_set.h"
-#include "config/colours.h"
-#include "config/options.h"
 #include "foundation/fold.h"
 #include "foundation/locale_settings.h"
 #include "foundation/names.h"
 #include "foundation/utf8.h"
+#include "language/association_set.h"
+#include "options/colours.h"
+#include "options/options.h"
 #include "panels/panel_draw.h"
 #include "panels/panel_window.h"
 #include "support/console_test.h"

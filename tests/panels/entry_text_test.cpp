@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "config/options.h"
 #include "foundation/dos_time.h"
 #include "foundation/locale_settings.h"
 #include "foundation/text_format.h"
+#include "options/options.h"
 #include "support/exact_text.h"
 
 class EntryTextTest : public testing::Test {

@@ -10,16 +10,16 @@
 #include <utility>
 #include <vector>
 
-#include "config/options.h"
 #include "foundation/break_state.h"
 #include "foundation/entry.h"
 #include "foundation/fold.h"
 #include "foundation/names.h"
 #include "foundation/status.h"
 #include "foundation/utf8.h"
+#include "history/history_store.h"
+#include "options/options.h"
 #include "panels/panel_pair.h"
 #include "support/temp_dir.h"
-#include "tools/history_store.h"
 
 inline std::string bytes(const Westring& text) {
   return toUtf8(text).data();

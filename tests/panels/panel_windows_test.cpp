@@ -1,5 +1,5 @@
-#include "config/colours.h"
 #include "console/key_codes.h"
+#include "options/colours.h"
 #include "panel_screen.h"
 #include "panels/change_directory.h"
 #include "panels/directory_reader.h"

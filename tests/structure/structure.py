@@ -6,33 +6,12 @@
 One line a fault on standard output; exit status 1 when there is any.
 """
 
-import fnmatch
 import pathlib
 import re
 import sys
 
-# From the bottom up: a file may include files of its own layer and of those above it in this list.
-LAYERS = (
-    ("foundation", ("foundation/*",)),
-    ("options", ("config/options.*", "config/colours.*")),
-    ("console", ("console/*",)),
-    ("history data", ("tools/history_store.*",)),
-    ("ui", ("ui/*",)),
-    (
-        "filter language",
-        (
-            "commander/association_set.*",
-            "commander/environment.*",
-            "commander/filter_expression.*",
-            "commander/shell_quote.*",
-        ),
-    ),
-    ("configuration", ("config/config_line.*",)),
-    ("panels", ("panels/*",)),
-    ("fileops", ("fileops/*",)),
-    ("commander", ("commander/*",)),
-)
-
+# One folder of src/ with the folders that it stands on; src/CMakeLists.txt lists them from the bottom up.
+LIBRARY = re.compile(r"^td_library\((\w+)(?:\s+DEPENDS((?:\s+\w+)+))?\s*\)", re.MULTILINE)
 TOOLKIT = re.compile(r"(gtk|gdk|pango|glib|gio|gobject|gmodule|gthread|cairo|atk|sigc\+\+|X11)")
 TOOLKIT_FOLDER = "console/"
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]*)"|<([^>]*)>)', re.MULTILINE)
@@ -41,12 +20,22 @@ FILE_LINE = re.compile(r"^\| `([^`]+)` \| [^ |]")
 SOURCE_NAME = re.compile(r"`([\w./-]+\.(?:h|cpp))`")
 
 
-def layer_of(name):
-    """The rank of a file's layer, None when no layer has a place for it."""
-    for rank, (_, patterns) in enumerate(LAYERS):
-        if any(fnmatch.fnmatchcase(name, pattern) for pattern in patterns):
-            return rank
-    return None
+def read_layers(page):
+    """(folder -> all folders that it may use, faults of the list itself)."""
+    layers, faults = {}, []
+    for name, depends in LIBRARY.findall(page):
+        uses = {name}
+        for lower in depends.split():
+            if lower in layers:
+                uses |= layers[lower]
+            else:
+                faults.append(f"src/CMakeLists.txt: {name} stands on {lower}, which is not above it")
+        layers[name] = uses
+    return layers, faults
+
+
+def folder_of(name):
+    return name.rpartition("/")[0]
 
 
 def read_sources(source_dir):
@@ -63,22 +52,17 @@ def read_includes(text):
     return [quoted for quoted, _ in pairs if quoted], [angled for _, angled in pairs if angled]
 
 
-def direction_faults(graph):
+def direction_faults(graph, layers):
     for name, (quoted, _) in graph.items():
-        rank = layer_of(name)
-        if rank is None:
+        folder = folder_of(name)
+        if folder and folder not in layers:
             yield f"src/{name}: belongs to no layer"
             continue
         for target in quoted:
             if target not in graph:
                 yield f'src/{name}: "{target}" is not a file of src/'
-                continue
-            target_rank = layer_of(target)
-            if target_rank is not None and target_rank > rank:
-                yield (
-                    f"src/{name}: {LAYERS[rank][0]} may not include {target} of "
-                    f"{LAYERS[target_rank][0]}"
-                )
+            elif folder and folder_of(target) not in layers[folder]:
+                yield f"src/{name}: {folder} may not include {target}"
 
 
 def circle_faults(graph):
@@ -152,9 +136,12 @@ def all_faults(root):
     sources = read_sources(root / "src")
     if not sources:
         return ["src: has no sources"]
+    cmake = root / "src" / "CMakeLists.txt"
+    layers, faults = read_layers(cmake.read_text(encoding="utf-8") if cmake.exists() else "")
     graph = {name: read_includes(text) for name, text in sources.items()}
     return [
-        *direction_faults(graph),
+        *faults,
+        *direction_faults(graph, layers),
         *circle_faults(graph),
         *toolkit_faults(graph),
         *file_list_faults(root, set(sources)),
@@ -162,7 +149,9 @@ def all_faults(root):
 
 
 def main():
-    faults = all_faults(pathlib.Path(sys.argv[1]))
+    root = pathlib.Path(sys.argv[1])
+    faults = all_faults(root)
+    print(f"{len(read_sources(root / 'src'))} sources and headers looked at")
     for fault in faults:
         print(fault)
     return 1 if faults else 0

@@ -8,16 +8,23 @@ import unittest
 import structure
 
 SOUND_TREE = {
+    "src/CMakeLists.txt": """td_library(foundation)
+td_library(options DEPENDS foundation)
+td_library(language DEPENDS options)
+td_library(console DEPENDS options)
+td_library(ui DEPENDS console)
+td_library(panels DEPENDS ui language)
+""",
     "src/foundation/name.h": "#pragma once\n#include <string>\n",
     "src/foundation/name.cpp": '#include "foundation/name.h"\n',
-    "src/config/options.h": '#include "foundation/name.h"\n',
+    "src/options/options.h": '#include "foundation/name.h"\n',
     "src/console/painter.h": "#include <gtk/gtk.h>\n#include <X11/Xlib.h>\n",
-    "src/console/screen.h": '#include "config/options.h"\n',
+    "src/console/screen.h": '#include "options/options.h"\n',
     "src/console/screen.cpp": '#include "console/screen.h"\n#include "console/painter.h"\n',
     "src/ui/box.h": '#include "console/screen.h"\n',
-    "src/commander/filter_expression.h": '#include "foundation/name.h"\n',
-    "src/panels/panel.h": '#include "ui/box.h"\n#include "commander/filter_expression.h"\n',
-    "src/commander/main.cpp": '#include "panels/panel.h"\n',
+    "src/language/filter_expression.h": '#include "foundation/name.h"\n',
+    "src/panels/panel.h": '#include "ui/box.h"\n#include "language/filter_expression.h"\n',
+    "src/main.cpp": '#include "panels/panel.h"\n',
     "docs/architecture.md": """# Architecture
 Strings stand in `foundation/name.h`.
 
@@ -30,13 +37,13 @@ Strings stand in `foundation/name.h`.
 ### the rest
 | file | holds |
 |---|---|
-| `config/options` | options |
+| `options/options` | options |
 | `console/painter` | pixels |
 | `console/screen` | cells |
 | `ui/box` | boxes |
-| `commander/filter_expression` | filters |
+| `language/filter_expression` | filters |
 | `panels/panel` | panels |
-| `commander/main` | starts |
+| `main` | starts |
 """,
 }
 
@@ -64,17 +71,25 @@ class StructureTest(unittest.TestCase):
     def test_an_include_of_a_higher_folder_is_a_fault(self):
         self.assertEqual(
             self.spoil("src/foundation/name.cpp", '#include "ui/box.h"\n'),
-            ["src/foundation/name.cpp: foundation may not include ui/box.h of ui"],
+            ["src/foundation/name.cpp: foundation may not include ui/box.h"],
         )
 
     def test_indented_directives_are_read(self):
         self.assertEqual(len(self.spoil("src/foundation/name.cpp", ' #  include "ui/box.h"\n')), 1)
 
-    def test_a_folder_of_two_layers_keeps_them_apart(self):
+    def test_a_folder_that_is_not_named_may_not_be_included(self):
         self.assertEqual(
-            self.spoil("src/commander/filter_expression.h", '#include "panels/panel.h"\n')[0],
-            "src/commander/filter_expression.h: filter language may not include panels/panel.h of "
-            "panels",
+            self.spoil("src/ui/box.h", '#include "language/filter_expression.h"\n'),
+            ["src/ui/box.h: ui may not include language/filter_expression.h"],
+        )
+
+    def test_a_folder_stands_only_on_those_above_it_in_the_list(self):
+        page = SOUND_TREE["src/CMakeLists.txt"].replace(
+            "td_library(options DEPENDS foundation)", "td_library(options DEPENDS foundation ui)"
+        )
+        self.assertEqual(
+            self.spoil("src/CMakeLists.txt", page),
+            ["src/CMakeLists.txt: options stands on ui, which is not above it"],
         )
 
     def test_a_circle_of_headers_is_a_fault(self):
@@ -110,14 +125,14 @@ class StructureTest(unittest.TestCase):
         ):
             with self.subTest(header):
                 self.assertEqual(
-                    self.spoil("src/commander/main.cpp", f"#include <{header}>\n"),
-                    [f"src/commander/main.cpp: the toolkit's {header} is for src/console/ only"],
+                    self.spoil("src/main.cpp", f"#include <{header}>\n"),
+                    [f"src/main.cpp: the toolkit's {header} is for src/console/ only"],
                 )
 
     def test_a_toolkit_header_that_comes_through_another_is_a_fault(self):
         self.assertEqual(
-            self.spoil("src/commander/main.cpp", '#include "console/painter.h"\n'),
-            ["src/commander/main.cpp: the toolkit's gtk/gtk.h is for src/console/ only"],
+            self.spoil("src/main.cpp", '#include "console/painter.h"\n'),
+            ["src/main.cpp: the toolkit's gtk/gtk.h is for src/console/ only"],
         )
 
     def test_an_include_from_the_own_folder_is_a_fault(self):

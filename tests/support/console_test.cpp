@@ -9,11 +9,12 @@
 #include <iostream>
 #include <sstream>
 
-#include "config/colours.h"
-#include "config/options.h"
 #include "console/key_codes.h"
 #include "foundation/break_state.h"
 #include "foundation/utf8.h"
+#include "options/colours.h"
+#include "options/options.h"
+#include "support/files.h"
 #include "support/test_end.h"
 #include "support/x_display.h"
 #include "support/x_keys.h"
@@ -165,7 +166,7 @@ void ConsoleTest::drainEvents() {
 void ConsoleTest::expectGoldenText(const std::string& name, const std::string& actual,
                                    std::source_location where) {
   namespace fs = std::filesystem;
-  const fs::path file = fs::path(where.file_name()).parent_path() / "golden" / (name + ".txt");
+  const fs::path file = goldenPath(where.file_name(), name);
   const char* update = getenv("TD_UPDATE_GOLDEN");
   if (update && std::string(update) == "1") {
     fs::create_directories(file.parent_path());

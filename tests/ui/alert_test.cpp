@@ -1,6 +1,6 @@
 #include "ui/alert.h"
 
-#include "config/colours.h"
+#include "options/colours.h"
 #include "ui/alert_dialog.h"
 #include "ui/ui_test.h"
 

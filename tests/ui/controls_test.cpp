@@ -1,4 +1,4 @@
-#include "config/colours.h"
+#include "options/colours.h"
 #include "ui/push_button.h"
 #include "ui/ui_test.h"
 

@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "config/colours.h"
+#include "options/colours.h"
 #include "ui/colour_selector.h"
 #include "ui/ui_test.h"
 

@@ -1,7 +1,7 @@
 #include "ui/progress_thread.h"
 
-#include "config/colours.h"
 #include "foundation/text_format.h"
+#include "options/colours.h"
 #include "ui/ui_test.h"
 
 namespace {

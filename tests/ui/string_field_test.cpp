@@ -1,7 +1,7 @@
 #include "ui/string_field.h"
 
 #include "console/clipboard.h"
-#include "tools/history_store.h"
+#include "history/history_store.h"
 #include "ui/ui_test.h"
 
 namespace {

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "config/options.h"
 #include "console/console.h"
 #include "console/key_codes.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
+#include "options/options.h"
 #include "support/console_test.h"
 #include "ui/dialog.h"
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "config/options.h"
 #include "foundation/utf8.h"
+#include "options/options.h"
 
 namespace {
 

@@ -1,0 +1,29 @@
+#include "filecommands/entry_path.h"
+
+#include "filecommands/commands.h"
+#include "foundation/names.h"
+#include "panels/panel_pair.h"
+
+Westring selectedTreePath(const Panel& panel) {
+  const TreeSelection selection = treeSelection();
+  return selection ? selection(panel) : Westring();
+}
+
+Westring entryPath(const Panel& panel, const wchar_t* name) {
+  return name[0] == L'/' ? Westring(name) : joinPath(panel.path, name);
+}
+
+bool isReadableDirectory(const Panel& panel) {
+  return panel.showing && panel.isFiles() && !panel.isTreeStyle() && !panel.archive &&
+         panel.readError == 0;
+}
+
+Westring destinationDirectory(const Panel& panel) {
+  if (panel.showing && panel.isFiles() && panel.isTreeStyle()) return selectedTreePath(panel);
+  return isReadableDirectory(panel) ? panel.path : Westring();
+}
+
+Panel& panelOpposite(const Panel& panel) {
+  PanelPair& pair = panelPair();
+  return pair.holds(panel) ? pair.other(panel) : pair.inactive();
+}

@@ -1,0 +1,107 @@
+#include "foundation/kept_attributes.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "foundation/dos_time.h"
+#include "foundation/system.h"
+
+namespace {
+
+constexpr mode_t ModeBits = 07777;
+constexpr mode_t SetIdBits = S_ISUID | S_ISGID;
+constexpr mode_t NewFileMode = 0660;
+constexpr mode_t OwnerOnly = 0700;
+constexpr mode_t GroupAndOthers = 077;
+constexpr ssize_t LargestAttributes =
+    64 * 1024;  // what the system allows for names and for a value
+constexpr int FirstYear = 1980;
+constexpr int LastYear = 2107;
+constexpr int TmYearBase = 1900;
+
+bool sameWords(DosTime a, DosTime b) {
+  return a.date == b.date && a.time == b.time;
+}
+
+// At the ends of what the words can hold they repeat and tell nothing.
+struct timespec copiedTimeAtTheEnds(struct timespec source) {
+  struct tm local {};
+  if (!localtime_r(&source.tv_sec, &local)) return source;
+  const int year = local.tm_year + TmYearBase;
+  if (year < FirstYear || year > LastYear) return source;
+  return {source.tv_sec - (local.tm_sec & 1), 0};
+}
+
+void copyExtendedAttributes(int from, int to) {
+  std::string names(LargestAttributes, 0);
+  const ssize_t length = System::listAttributes(from, names.data(), names.size());
+  if (length <= 0) return;
+  std::string value(LargestAttributes, 0);
+  for (const char* name = names.data(); name < names.data() + length; name += strlen(name) + 1) {
+    const ssize_t size = System::getAttribute(from, name, value.data(), value.size());
+    if (size >= 0) {
+      static_cast<void>(System::setAttribute(to, name, value.data(), static_cast<size_t>(size)));
+    }
+  }
+}
+
+}  // namespace
+
+struct timespec copiedTime(struct timespec source) {
+  const DosTime words = timeToDos(source.tv_sec);
+  // The first of the two seconds of a word has another word before it, the second one the same.
+  if (!sameWords(words, timeToDos(source.tv_sec - 1))) return {source.tv_sec, 0};
+  if (sameWords(words, timeToDos(source.tv_sec - 2))) return copiedTimeAtTheEnds(source);
+  return {source.tv_sec - 1, 0};
+}
+
+int keepTimes(int fd, const struct stat& source) {
+  const struct timespec time = copiedTime(source.st_mtim);
+  const struct timespec times[2] = {time, time};
+  return System::futimens(fd, times) == 0 ? 0 : errno;
+}
+
+mode_t keptMode(const struct stat& source, uid_t owner, gid_t group) {
+  const mode_t mode = source.st_mode & ModeBits;
+  const bool same = owner == source.st_uid && group == source.st_gid;
+  return same || S_ISDIR(source.st_mode) ? mode : mode & ~SetIdBits;
+}
+
+void keepMode(int fd, const struct stat& source) {
+  mode_t mode = source.st_mode & ModeBits;
+  if ((mode & SetIdBits) != 0) {
+    struct stat made;
+    mode = System::fstat(fd, &made) == 0 ? keptMode(source, made.st_uid, made.st_gid)
+                                         : mode & ~SetIdBits;
+  }
+  static_cast<void>(System::fchmod(fd, mode));
+}
+
+void keepOwnership(int from, int to, const struct stat& source) {
+  if (System::fchown(to, source.st_uid, source.st_gid) < 0) {
+    // An ordinary user can at least keep the group, when it is one of theirs.
+    static_cast<void>(System::fchown(to, static_cast<uid_t>(-1), source.st_gid));
+  }
+  if (from >= 0) copyExtendedAttributes(from, to);
+}
+
+mode_t modeInTheMaking(mode_t source) {
+  return source & NewFileMode;
+}
+
+mode_t directoryModeInTheMaking(mode_t source) {
+  return ((source & ModeBits) | OwnerOnly) & ~GroupAndOthers & ~SetIdBits;
+}
+
+mode_t fileModeMask() {
+  static const mode_t mask = [] {
+    constexpr mode_t Strictest = 0777;
+    const mode_t present = ::umask(Strictest);
+    ::umask(present);
+    return present;
+  }();
+  return mask;
+}
