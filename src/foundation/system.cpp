@@ -11,34 +11,37 @@
 namespace {
 
 std::atomic<System::Hook> activeHook{nullptr};
+std::atomic<System::PlaceHook> activePlaceHook{nullptr};
 std::atomic<void*> hookContext{nullptr};
 
 constexpr const char* NoPath = "";
 constexpr int FirstFreeDescriptor = STDERR_FILENO + 1;
 
 // True when the hook wants this call to fail; errno is set then.
-bool refused(const char* call, const char* path) {
+bool refused(const System::Call& call) {
   const System::Hook hook = activeHook.load(std::memory_order_acquire);
-  if (!hook) return false;
-  const int error = hook(call, path, hookContext.load(std::memory_order_relaxed));
+  const System::PlaceHook placeHook = activePlaceHook.load(std::memory_order_acquire);
+  if (!hook && !placeHook) return false;
+  void* const context = hookContext.load(std::memory_order_relaxed);
+  const int error = hook ? hook(call.name, call.path, context) : placeHook(call, context);
   if (error == 0) return false;
   errno = error;
   return true;
 }
 
-template <class Call>
-auto repeated(Call call) {
+template <class Make>
+auto repeated(Make make) {
   for (;;) {
-    const auto result = call();
+    const auto result = make();
     if (result != -1 || errno != EINTR) return result;
   }
 }
 
 // One call of the seam that gives -1 on failure.
-template <class Call>
-auto guarded(const char* name, const char* path, Call call) -> decltype(call()) {
-  if (refused(name, path)) return -1;
-  return repeated(call);
+template <class Make>
+auto guarded(const System::Call& call, Make make) -> decltype(make()) {
+  if (refused(call)) return -1;
+  return repeated(make);
 }
 
 // Whatever is printed would end up in a file that got the number of a closed standard stream.
@@ -68,17 +71,18 @@ void fillStandardStreams() {
 namespace System {
 
 int open(const char* path, int flags, mode_t mode) {
-  const int fd = guarded("open", path, [&] { return ::open(path, flags, mode); });
+  const int fd = guarded({"open", path}, [&] { return ::open(path, flags, mode); });
   return aboveStandardStreams(fd, flags);
 }
 
 int openAt(int directory, const char* name, int flags, mode_t mode) {
-  const int fd = guarded("openAt", name, [&] { return ::openat(directory, name, flags, mode); });
+  const int fd =
+      guarded({"openAt", name, directory}, [&] { return ::openat(directory, name, flags, mode); });
   return aboveStandardStreams(fd, flags);
 }
 
 int close(int fd) {
-  if (refused("close", NoPath)) {
+  if (refused({"close", NoPath, fd})) {
     const int error = errno;
     ::close(fd);
     errno = error;
@@ -91,72 +95,73 @@ int close(int fd) {
 }
 
 ssize_t read(int fd, void* buffer, size_t bytes) {
-  return guarded("read", NoPath, [&] { return ::read(fd, buffer, bytes); });
+  return guarded({"read", NoPath, fd}, [&] { return ::read(fd, buffer, bytes); });
 }
 
 ssize_t readAt(int fd, void* buffer, size_t bytes, off_t position) {
-  return guarded("readAt", NoPath, [&] { return ::pread(fd, buffer, bytes, position); });
+  return guarded({"readAt", NoPath, fd}, [&] { return ::pread(fd, buffer, bytes, position); });
 }
 
 ssize_t write(int fd, const void* buffer, size_t bytes) {
-  return guarded("write", NoPath, [&] { return ::write(fd, buffer, bytes); });
+  return guarded({"write", NoPath, fd}, [&] { return ::write(fd, buffer, bytes); });
 }
 
 ssize_t copyRange(int from, int to, size_t bytes) {
-  return guarded("copyRange", NoPath,
+  return guarded({"copyRange", NoPath, from, NoPath, to},
                  [&] { return ::copy_file_range(from, nullptr, to, nullptr, bytes, 0); });
 }
 
 off_t seek(int fd, off_t position, int whence) {
-  return guarded("seek", NoPath, [&] { return ::lseek(fd, position, whence); });
+  return guarded({"seek", NoPath, fd}, [&] { return ::lseek(fd, position, whence); });
 }
 
 int truncate(int fd, off_t length) {
-  return guarded("truncate", NoPath, [&] { return ::ftruncate(fd, length); });
+  return guarded({"truncate", NoPath, fd}, [&] { return ::ftruncate(fd, length); });
 }
 
 int sync(int fd) {
-  return guarded("sync", NoPath, [&] { return ::fsync(fd); });
+  return guarded({"sync", NoPath, fd}, [&] { return ::fsync(fd); });
 }
 
 int stat(const char* path, struct ::stat* result) {
-  return guarded("stat", path, [&] { return ::stat(path, result); });
+  return guarded({"stat", path}, [&] { return ::stat(path, result); });
 }
 
 int lstat(const char* path, struct ::stat* result) {
-  return guarded("lstat", path, [&] { return ::lstat(path, result); });
+  return guarded({"lstat", path}, [&] { return ::lstat(path, result); });
 }
 
 int statAt(int directory, const char* name, struct ::stat* result, int flags) {
-  return guarded("statAt", name, [&] { return ::fstatat(directory, name, result, flags); });
+  return guarded({"statAt", name, directory},
+                 [&] { return ::fstatat(directory, name, result, flags); });
 }
 
 int fstat(int fd, struct ::stat* result) {
-  return guarded("fstat", NoPath, [&] { return ::fstat(fd, result); });
+  return guarded({"fstat", NoPath, fd}, [&] { return ::fstat(fd, result); });
 }
 
 int unlink(const char* path) {
-  return guarded("unlink", path, [&] { return ::unlink(path); });
+  return guarded({"unlink", path}, [&] { return ::unlink(path); });
 }
 
 int unlinkAt(int directory, const char* name, int flags) {
-  return guarded("unlinkAt", name, [&] { return ::unlinkat(directory, name, flags); });
+  return guarded({"unlinkAt", name, directory}, [&] { return ::unlinkat(directory, name, flags); });
 }
 
 int rmdir(const char* path) {
-  return guarded("rmdir", path, [&] { return ::rmdir(path); });
+  return guarded({"rmdir", path}, [&] { return ::rmdir(path); });
 }
 
 int mkdir(const char* path, mode_t mode) {
-  return guarded("mkdir", path, [&] { return ::mkdir(path, mode); });
+  return guarded({"mkdir", path}, [&] { return ::mkdir(path, mode); });
 }
 
 int mkdirAt(int directory, const char* name, mode_t mode) {
-  return guarded("mkdirAt", name, [&] { return ::mkdirat(directory, name, mode); });
+  return guarded({"mkdirAt", name, directory}, [&] { return ::mkdirat(directory, name, mode); });
 }
 
 int rename(const char* from, const char* to) {
-  return guarded("rename", from, [&] { return ::rename(from, to); });
+  return guarded({"rename", from, AT_FDCWD, to}, [&] { return ::rename(from, to); });
 }
 
 int renameNoReplace(const char* from, const char* to) {
@@ -164,12 +169,12 @@ int renameNoReplace(const char* from, const char* to) {
 }
 
 int renameAt(int fromDirectory, const char* from, int toDirectory, const char* to) {
-  return guarded("renameAt", from,
+  return guarded({"renameAt", from, fromDirectory, to, toDirectory},
                  [&] { return ::renameat(fromDirectory, from, toDirectory, to); });
 }
 
 int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, const char* to) {
-  const int result = guarded("renameNoReplace", from, [&] {
+  const int result = guarded({"renameNoReplace", from, fromDirectory, to, toDirectory}, [&] {
     return ::renameat2(fromDirectory, from, toDirectory, to, RENAME_NOREPLACE);
   });
   if (result == 0 || !lacksNoReplace(errno)) return result;
@@ -183,82 +188,88 @@ int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, cons
 }
 
 int renameExchange(int fromDirectory, const char* from, int toDirectory, const char* to) {
-  return guarded("renameExchange", from, [&] {
+  return guarded({"renameExchange", from, fromDirectory, to, toDirectory}, [&] {
     return ::renameat2(fromDirectory, from, toDirectory, to, RENAME_EXCHANGE);
   });
 }
 
 int symlink(const char* target, const char* path) {
-  return guarded("symlink", path, [&] { return ::symlink(target, path); });
+  return guarded({"symlink", path}, [&] { return ::symlink(target, path); });
 }
 
 int symlinkAt(const char* target, int directory, const char* name) {
-  return guarded("symlinkAt", name, [&] { return ::symlinkat(target, directory, name); });
+  return guarded({"symlinkAt", name, directory},
+                 [&] { return ::symlinkat(target, directory, name); });
 }
 
 ssize_t readlink(const char* path, char* buffer, size_t bytes) {
-  return guarded("readlink", path, [&] { return ::readlink(path, buffer, bytes); });
+  return guarded({"readlink", path}, [&] { return ::readlink(path, buffer, bytes); });
 }
 
 ssize_t readlinkAt(int directory, const char* name, char* buffer, size_t bytes) {
-  return guarded("readlinkAt", name, [&] { return ::readlinkat(directory, name, buffer, bytes); });
+  return guarded({"readlinkAt", name, directory},
+                 [&] { return ::readlinkat(directory, name, buffer, bytes); });
 }
 
 int mknod(const char* path, mode_t mode, dev_t device) {
-  return guarded("mknod", path, [&] { return ::mknod(path, mode, device); });
+  return guarded({"mknod", path}, [&] { return ::mknod(path, mode, device); });
 }
 
 int mknodAt(int directory, const char* name, mode_t mode, dev_t device) {
-  return guarded("mknodAt", name, [&] { return ::mknodat(directory, name, mode, device); });
+  return guarded({"mknodAt", name, directory},
+                 [&] { return ::mknodat(directory, name, mode, device); });
 }
 
 int chmod(const char* path, mode_t mode) {
-  return guarded("chmod", path, [&] { return ::chmod(path, mode); });
+  return guarded({"chmod", path}, [&] { return ::chmod(path, mode); });
 }
 
 int chmodAt(int directory, const char* name, mode_t mode) {
-  return guarded("chmodAt", name, [&] { return ::fchmodat(directory, name, mode, 0); });
+  return guarded({"chmodAt", name, directory},
+                 [&] { return ::fchmodat(directory, name, mode, 0); });
 }
 
 int fchmod(int fd, mode_t mode) {
-  return guarded("fchmod", NoPath, [&] { return ::fchmod(fd, mode); });
+  return guarded({"fchmod", NoPath, fd}, [&] { return ::fchmod(fd, mode); });
 }
 
 int fchown(int fd, uid_t owner, gid_t group) {
-  return guarded("fchown", NoPath, [&] { return ::fchown(fd, owner, group); });
+  return guarded({"fchown", NoPath, fd}, [&] { return ::fchown(fd, owner, group); });
 }
 
 int lchown(const char* path, uid_t owner, gid_t group) {
-  return guarded("lchown", path, [&] { return ::lchown(path, owner, group); });
+  return guarded({"lchown", path}, [&] { return ::lchown(path, owner, group); });
 }
 
 int lchownAt(int directory, const char* name, uid_t owner, gid_t group) {
-  return guarded("lchownAt", name,
+  return guarded({"lchownAt", name, directory},
                  [&] { return ::fchownat(directory, name, owner, group, AT_SYMLINK_NOFOLLOW); });
 }
 
 ssize_t listAttributes(int fd, char* names, size_t bytes) {
-  return guarded("listAttributes", NoPath, [&] { return ::flistxattr(fd, names, bytes); });
+  return guarded({"listAttributes", NoPath, fd}, [&] { return ::flistxattr(fd, names, bytes); });
 }
 
 ssize_t getAttribute(int fd, const char* name, void* value, size_t bytes) {
-  return guarded("getAttribute", name, [&] { return ::fgetxattr(fd, name, value, bytes); });
+  return guarded({"getAttribute", name, fd}, [&] { return ::fgetxattr(fd, name, value, bytes); });
 }
 
 int setAttribute(int fd, const char* name, const void* value, size_t bytes) {
-  return guarded("setAttribute", name, [&] { return ::fsetxattr(fd, name, value, bytes, 0); });
+  return guarded({"setAttribute", name, fd},
+                 [&] { return ::fsetxattr(fd, name, value, bytes, 0); });
 }
 
 int futimens(int fd, const struct timespec times[2]) {
-  return guarded("futimens", NoPath, [&] { return ::futimens(fd, times); });
+  return guarded({"futimens", NoPath, fd}, [&] { return ::futimens(fd, times); });
 }
 
 int utimensAt(int directory, const char* path, const struct timespec times[2], int flags) {
-  return guarded("utimensAt", path, [&] { return ::utimensat(directory, path, times, flags); });
+  return guarded({"utimensAt", path, directory},
+                 [&] { return ::utimensat(directory, path, times, flags); });
 }
 
 DIR* openDirectory(const char* path) {
-  if (refused("openDirectory", path)) return nullptr;
+  if (refused({"openDirectory", path})) return nullptr;
   for (;;) {
     DIR* directory = ::opendir(path);
     if (directory || errno != EINTR) return directory;
@@ -266,18 +277,18 @@ DIR* openDirectory(const char* path) {
 }
 
 DIR* openDirectoryFd(int fd) {
-  if (refused("openDirectoryFd", NoPath)) return nullptr;
+  if (refused({"openDirectoryFd", NoPath, fd})) return nullptr;
   return ::fdopendir(fd);
 }
 
 dirent* readDirectory(DIR* directory) {
-  if (refused("readDirectory", NoPath)) return nullptr;
+  if (refused({"readDirectory", NoPath, dirfd(directory)})) return nullptr;
   errno = 0;
   return ::readdir(directory);
 }
 
 int closeDirectory(DIR* directory) {
-  if (refused("closeDirectory", NoPath)) {
+  if (refused({"closeDirectory", NoPath, dirfd(directory)})) {
     const int error = errno;
     ::closedir(directory);
     errno = error;
@@ -288,16 +299,23 @@ int closeDirectory(DIR* directory) {
 }
 
 int chdir(const char* path) {
-  return guarded("chdir", path, [&] { return ::chdir(path); });
+  return guarded({"chdir", path}, [&] { return ::chdir(path); });
 }
 
 int statFs(const char* path, struct ::statfs* result) {
-  return guarded("statFs", path, [&] { return ::statfs(path, result); });
+  return guarded({"statFs", path}, [&] { return ::statfs(path, result); });
 }
 
 void setHook(Hook hook, void* context) {
   hookContext.store(context, std::memory_order_relaxed);
+  activePlaceHook.store(nullptr, std::memory_order_release);
   activeHook.store(hook, std::memory_order_release);
+}
+
+void setPlaceHook(PlaceHook hook, void* context) {
+  hookContext.store(context, std::memory_order_relaxed);
+  activeHook.store(nullptr, std::memory_order_release);
+  activePlaceHook.store(hook, std::memory_order_release);
 }
 
 }  // namespace System

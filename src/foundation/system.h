@@ -1,6 +1,7 @@
 #pragma once
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/vfs.h>
@@ -68,6 +69,19 @@ int statFs(const char* path, struct ::statfs* result);
 // removes the hook. Set while no other thread works.
 using Hook = int (*)(const char* call, const char* path, void* context);
 void setHook(Hook hook, void* context);
+
+// What one call works on. A path is relative to `directory`; where there is none (""), `directory`
+// is the descriptor itself. The second pair is where a rename leads, or a copy between descriptors.
+struct Call {
+  const char* name = "";
+  const char* path = "";
+  int directory = AT_FDCWD;
+  const char* target = "";
+  int targetDirectory = AT_FDCWD;
+};
+// A hook that wants to know the place. It takes the other one's turn, and the other way round.
+using PlaceHook = int (*)(const Call& call, void* context);
+void setPlaceHook(PlaceHook hook, void* context);
 
 }  // namespace System
 
