@@ -173,17 +173,16 @@ Transfer::Verdict Transfer::settleOpenFile(const Item& item, Attempt& attempt) {
   }
 }
 
-// Only an answer that allows replacing ever removes anything; where the directory takes no new file
-// beside the old one, the old one has to go first.
+// Only an answer that allows replacing ever touches the old target.
 Transfer::Verdict Transfer::settleExisting(const Item& item, Attempt& attempt, CopyStatus status) {
   const bool refused = status == CopyStatus::Refused;
-  if (refused && attempt.allowed == Allowed::ByAnswer) return removeTarget(item);
+  if (refused && attempt.allowed == Allowed::ByAnswer) return settleRefused(item, attempt);
   switch (decideOverwrite(operation_, kindOf(item), item.target.shown())) {
     case OverwriteDecision::Replace:
       attempt.allowed = Allowed::ByAnswer;
-      return refused ? removeTarget(item) : again();
+      return refused ? settleRefused(item, attempt) : again();
     case OverwriteDecision::CompareDates:
-      return refused ? removeTarget(item) : again();
+      return refused ? settleRefused(item, attempt) : again();
     case OverwriteDecision::Cancel:
       return decided(Outcome::Cancelled);
     default:
@@ -191,11 +190,20 @@ Transfer::Verdict Transfer::settleExisting(const Item& item, Attempt& attempt, C
   }
 }
 
-Transfer::Verdict Transfer::removeTarget(const Item& item) {
-  switch (deleteFile(operation_, item.target, DeleteMode::Quiet, item.targetDescriptions)) {
-    case Outcome::Done:
+// The target's directory takes no new name. Removing the old target first would win nothing, since
+// the new one is refused all the same; so after the question one more try decides.
+Transfer::Verdict Transfer::settleRefused(const Item& item, Attempt& attempt) {
+  if (attempt.insisted) {
+    operation_.answers.readOnly = StandingAnswer::Ask;
+    return decided(Outcome::LeftInPlace);
+  }
+  switch (askReadOnlyFile(operation_, item.target)) {
+    case ReadOnlyAnswer::ShowError:
+      return settleFailure(item, targetFailure(EACCES));
+    case ReadOnlyAnswer::GoOn:
+      attempt.insisted = true;
       return again();
-    case Outcome::Cancelled:
+    case ReadOnlyAnswer::Cancel:
       return decided(Outcome::Cancelled);
     default:
       return decided(Outcome::LeftInPlace);

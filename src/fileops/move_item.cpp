@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include "fileops/error_dialog.h"
 #include "fileops/overwrite_question.h"
 #include "fileops/rename_over_file.h"
@@ -26,11 +28,20 @@ bool lookAt(const Place& place, struct stat& info) {
   return System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+// A rename is also refused by the directory that something comes out of, and by a directory that
+// would get another parent.
+bool takesNames(const Place& place) {
+  const std::string parent = place.directory == AT_FDCWD ? byteParent(place.name) : ".";
+  return System::accessAt(place.directory, parent.c_str(), W_OK | X_OK) == 0;
+}
+
 }  // namespace
 
 Transfer::Verdict Transfer::moveItem(const Item& item) {
-  for (bool replace = false;;) {
+  Attempt attempt;
+  for (;;) {
     if (breakRequested()) return decided(Outcome::Cancelled);
+    const bool replace = attempt.allowed != Allowed::No;
     const int error =
         replace ? renameOver(item.source, item.target) : renamePlace(item.source, item.target);
     if (error == 0) {
@@ -38,23 +49,20 @@ Transfer::Verdict Transfer::moveItem(const Item& item) {
       takeDescription(item);
       return decided(Outcome::Done);
     }
-    const Verdict verdict = settleRename(item, error, replace);
+    const Verdict verdict = settleRename(item, attempt, error);
     if (verdict.kind != Verdict::Kind::Again) return verdict;
   }
 }
 
-Transfer::Verdict Transfer::settleRename(const Item& item, int error, bool& replace) {
+Transfer::Verdict Transfer::settleRename(const Item& item, Attempt& attempt, int error) {
   if (error == EXDEV) {
     Item other = item;
     other.method = Method::MoveByCopy;
     return copyItem(other);
   }
-  if (error == EEXIST) return settleOccupied(item, replace);
-  if (error == EACCES && replace) {
-    const Verdict removed = removeTarget(item);
-    replace = false;
-    return removed;
-  }
+  if (error == EEXIST) return settleOccupied(item, attempt);
+  const bool replacing = attempt.allowed != Allowed::No;
+  if (error == EACCES && replacing && !takesNames(item.target)) return settleRefused(item, attempt);
   struct stat source;
   const bool present = lookAt(item.source, source);
   if (error == EINVAL && present && S_ISDIR(source.st_mode) &&
@@ -66,13 +74,12 @@ Transfer::Verdict Transfer::settleRename(const Item& item, int error, bool& repl
   return settleFailure(item, targetMissing ? targetFailure(error) : sourceFailure(error));
 }
 
-Transfer::Verdict Transfer::settleOccupied(const Item& item, bool& replace) {
+Transfer::Verdict Transfer::settleOccupied(const Item& item, Attempt& attempt) {
   if (isOtherSpelling(item.source, item.target)) {
-    replace = true;
+    attempt.allowed = Allowed::ByAnswer;
     return again();
   }
   struct stat source;
-  Attempt attempt;
   if (!lookAt(item.source, source)) return settleFailure(item, sourceFailure(errno));
   if (const int error = lookAtTarget(item, attempt)) {
     return settleFailure(item, {CopyStatus::TargetFailed, error});
@@ -82,7 +89,7 @@ Transfer::Verdict Transfer::settleOccupied(const Item& item, bool& replace) {
   if (S_ISDIR(source.st_mode) && attempt.targetIsDirectory) {
     return mergeInto(item, attempt, source);
   }
-  return decideReplacing(item, replace);
+  return decideReplacing(item, attempt);
 }
 
 Transfer::Verdict Transfer::tellSame(const Item& item) {
@@ -100,14 +107,17 @@ Transfer::Verdict Transfer::mergeInto(const Item& item, const Attempt& attempt,
   return settleCopy(item, unused, result);
 }
 
-Transfer::Verdict Transfer::decideReplacing(const Item& item, bool& replace) {
+Transfer::Verdict Transfer::decideReplacing(const Item& item, Attempt& attempt) {
   switch (decideOverwrite(operation_, TransferKind::Move, item.target.shown())) {
     case OverwriteDecision::Replace:
-      replace = true;
+      attempt.allowed = Allowed::ByAnswer;
       return again();
     case OverwriteDecision::CompareDates:
-      replace = compareAges(item.target, item.source) == TargetAge::Older;
-      return replace ? again() : decided(Outcome::LeftInPlace);
+      if (compareAges(item.target, item.source) != TargetAge::Older) {
+        return decided(Outcome::LeftInPlace);
+      }
+      attempt.allowed = Allowed::ByDate;
+      return again();
     case OverwriteDecision::Cancel:
       return decided(Outcome::Cancelled);
     default:

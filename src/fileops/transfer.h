@@ -48,6 +48,7 @@ class Transfer {
     Allowed allowed = Allowed::No;
     bool openAnyway = false;
     bool inPlace = false;
+    bool insisted = false;              // on a target that its directory protects
     std::optional<struct stat> target;  // of the last look, a link itself; empty when there is none
     bool targetIsDirectory = false;     // also through a link
   };
@@ -82,7 +83,7 @@ class Transfer {
   Verdict settleExisting(const Item& item, Attempt& attempt, CopyStatus status);
   Verdict settleOpenFile(const Item& item, Attempt& attempt);
   Verdict settleFailure(const Item& item, CopyResult result);
-  Verdict removeTarget(const Item& item);
+  Verdict settleRefused(const Item& item, Attempt& attempt);
   Verdict refuseItself(const Item& item);
   static void takeDescription(const Item& item);
   static bool tookPlaceOfOld(const Attempt& attempt);
@@ -90,10 +91,10 @@ class Transfer {
 
   // move_item.cpp
   Verdict moveItem(const Item& item);
-  Verdict settleRename(const Item& item, int error, bool& replace);
-  Verdict settleOccupied(const Item& item, bool& replace);
+  Verdict settleRename(const Item& item, Attempt& attempt, int error);
+  Verdict settleOccupied(const Item& item, Attempt& attempt);
   Verdict mergeInto(const Item& item, const Attempt& attempt, const struct stat& source);
-  Verdict decideReplacing(const Item& item, bool& replace);
+  Verdict decideReplacing(const Item& item, Attempt& attempt);
   Verdict tellSame(const Item& item);
 
   // enter_directory.cpp

@@ -140,6 +140,11 @@ int fstat(int fd, struct ::stat* result) {
   return guarded({"fstat", NoPath, fd}, [&] { return ::fstat(fd, result); });
 }
 
+int accessAt(int directory, const char* name, int mode) {
+  return guarded({"accessAt", name, directory},
+                 [&] { return ::faccessat(directory, name, mode, AT_EACCESS); });
+}
+
 int unlink(const char* path) {
   return guarded({"unlink", path}, [&] { return ::unlink(path); });
 }

@@ -28,6 +28,7 @@ int stat(const char* path, struct ::stat* result);
 int lstat(const char* path, struct ::stat* result);
 int statAt(int directory, const char* name, struct ::stat* result, int flags);
 int fstat(int fd, struct ::stat* result);
+int accessAt(int directory, const char* name, int mode);  // for the effective user
 int unlink(const char* path);
 int unlinkAt(int directory, const char* name, int flags);
 int rmdir(const char* path);

@@ -399,14 +399,15 @@ TEST_F(CopyFile, AFileWithAnotherNameElsewhereIsNotWrittenInto) {
   EXPECT_EQ(runAsUser([&] {
               answers.overwrite = OverwriteMode::All;
               ui.answers = {Answer::Skip};
-              EXPECT_EQ(copy("from/a", "to/a"), Outcome::LeftInPlace);
+              EXPECT_EQ(copy("from/a", "to/a"), Outcome::Failed);
               EXPECT_EQ(asked(), Texts{"Access Denied"});
             }),
             0);
   EXPECT_EQ(dir.read("bystander"), "old target");
+  expectOldTarget();
 }
 
-TEST_F(CopyFile, WhereTheDirectoryTakesNoNewNameOkTriesToDeleteFirstAndNoKeepsAll) {
+TEST_F(CopyFile, WhereTheDirectoryTakesNoNewNameAReadOnlyTargetIsAskedAboutAndStays) {
   dir.openToAll();
   makeOldTarget();
   dir.chmod("to/a", 0444);
@@ -430,14 +431,42 @@ TEST_F(CopyFile, NewerByDateButRefusedAsksAndNoMeansNo) {
   setTime(dir.path("to/a"), 1000000000);
   dir.chmod("to/a", 0666);
   dir.chmod("to", 0555);
-  for (const int answer : {Answer::Skip, Answer::None, Answer::Cancel}) {
+  for (const auto& [answer, outcome] : {std::pair(Answer::Skip, Outcome::LeftInPlace),
+                                        std::pair(Answer::None, Outcome::LeftInPlace),
+                                        std::pair(Answer::Cancel, Outcome::Cancelled)}) {
     EXPECT_EQ(runAsUser([&] {
                 answers.overwrite = OverwriteMode::AllOlder;
                 ui.answers = {answer};
-                EXPECT_NE(copy("from/a", "to/a"), Outcome::Done);
+                EXPECT_EQ(copy("from/a", "to/a"), outcome);
                 EXPECT_EQ(asked(), Texts{ExistsQuestion});
               }),
               0);
+    expectOldTarget();
+    EXPECT_EQ(dir.read("from/a"), "source of a");
+  }
+}
+
+// Some servers let names be removed from a directory that takes no new ones.
+TEST_F(CopyFile, NothingIsRemovedToMakeRoomForWhatIsRefused) {
+  struct NoNewName {
+    static int onCall(const char* call, const char* path, void*) {
+      return std::string(call) == "openAt" && std::string(path).find(".td-") != std::string::npos
+                 ? EACCES
+                 : 0;
+    }
+  };
+  makeOldTarget();
+  dir.chmod("to/a", 0444);
+  for (const int answer : {Answer::Yes, Answer::All, Answer::AllOlder}) {
+    setTime(dir.path("to/a"), 1000000000);
+    answers = {};
+    ui.questions.clear();
+    ui.answers = {answer, Answer::Yes};
+    if (answer == Answer::AllOlder) ui.answers = {answer, Answer::Yes, Answer::Yes};
+    System::setHook(NoNewName::onCall, nullptr);
+    EXPECT_EQ(copy("from/a", "to/a"), Outcome::LeftInPlace) << answer;
+    System::setHook(nullptr, nullptr);
+    EXPECT_EQ(ui.questions.back().text, "File is Read Only, Delete anyway?");
     expectOldTarget();
   }
 }
