@@ -10,9 +10,9 @@
 #include "console/key_codes.h"
 #include "options/options.h"
 #include "panel_fill.h"
-#include "panels/navigation.h"
-#include "panels/quick_search.h"
-#include "panels/selection.h"
+#include "panels/commands/navigation.h"
+#include "panels/commands/quick_search.h"
+#include "panels/commands/selection.h"
 
 namespace {
 

@@ -6,9 +6,10 @@
 #include "console/console.h"
 #include "foundation/locale_settings.h"
 #include "options/options.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_sort.h"
-#include "panels/panel_window.h"
+#include "panels/model/entry_order.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/picture/panel_title.h"
+#include "panels/picture/panel_window.h"
 
 void fillPanel(Panel& panel, int count) {
   panel.path = L"/measured";

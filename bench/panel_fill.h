@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 // Fills a panel with `count` made-up files below "..", without touching the disk.
 void fillPanel(Panel& panel, int count);

@@ -7,7 +7,7 @@
 #include "foundation/utf8.h"
 #include "foundation/wild_match.h"
 #include "language/filter_expression.h"
-#include "panels/entry_text.h"
+#include "panels/picture/entry_text.h"
 
 namespace {
 

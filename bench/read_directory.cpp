@@ -9,7 +9,7 @@
 
 #include "foundation/fold.h"
 #include "foundation/utf8.h"
-#include "panels/directory_reader.h"
+#include "panels/reader/directory_reader.h"
 
 int main(int argc, char** argv) {
   if (argc < 2) return 2;

@@ -8,8 +8,8 @@
 #include "console/console.h"
 #include "console/input.h"
 #include "panel_fill.h"
-#include "panels/navigation.h"
-#include "panels/panel_draw.h"
+#include "panels/commands/navigation.h"
+#include "panels/picture/panel_draw.h"
 
 namespace {
 

@@ -28,6 +28,7 @@ if(TD_SANITIZE)
 endif()
 
 # td_library(NAME DEPENDS ...): the folder NAME as one static library, above the folders that it names.
+# The target of a folder inside a folder, as in panels/model, is td_panels_model.
 function(td_library name)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
@@ -35,8 +36,10 @@ function(td_library name)
     message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
   endif()
   list(TRANSFORM ARG_DEPENDS PREPEND td_)
-  add_library(td_${name} STATIC ${sources})
-  target_link_libraries(td_${name} PUBLIC td_flags ${ARG_DEPENDS})
+  string(REPLACE / _ targets "td_${name};${ARG_DEPENDS}")
+  list(POP_FRONT targets target)
+  add_library(${target} STATIC ${sources})
+  target_link_libraries(${target} PUBLIC td_flags ${targets})
 endfunction()
 
 # td_test(NAME DEPENDS ... [PURE]): one test program of every *.cpp below tests/NAME. Each test is a

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 // What the user chose in the window of the command history.
 struct HistoryChoice {

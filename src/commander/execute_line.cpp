@@ -10,8 +10,8 @@
 #include "language/environment.h"
 #include "language/shell_quote.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/panel_draw.h"
+#include "panels/commands/change_directory.h"
+#include "panels/picture/panel_draw.h"
 #include "ui/alert.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include "language/temporary_names.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_window.h"
+#include "panels/picture/panel_title.h"
+#include "panels/picture/panel_window.h"
 #include "ui/alert.h"
 
 bool confirmExit() {

@@ -7,9 +7,10 @@
 #include "foundation/path_info.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_draw.h"
+#include "panels/commands/change_directory.h"
+#include "panels/model/panel_position.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/reader/directory_reader.h"
 #include "ui/alert.h"
 #include "ui/dialog.h"
 

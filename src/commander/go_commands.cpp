@@ -5,10 +5,10 @@
 #include "foundation/names.h"
 #include "language/environment.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_draw.h"
-#include "panels/tree_line.h"
+#include "panels/commands/change_directory.h"
+#include "panels/model/panel_position.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/picture/tree_line.h"
 #include "ui/alert.h"
 
 namespace {

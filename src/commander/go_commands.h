@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "panels/panel.h"
+#include "panels/model/panel.h"
 
 void goToRoot();            // inside an archive: to the directory that holds it
 void goToOtherDirectory();  // the active panel to the other one's directory

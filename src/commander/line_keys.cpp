@@ -6,10 +6,9 @@
 #include "foundation/names.h"
 #include "language/shell_quote.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/panel_switch.h"
-#include "panels/quick_search.h"
-#include "panels/selection.h"
+#include "panels/commands/panel_switch.h"
+#include "panels/commands/quick_search.h"
+#include "panels/commands/selection.h"
 
 namespace {
 

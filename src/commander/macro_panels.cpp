@@ -3,8 +3,7 @@
 #include "commander/ask_text.h"
 #include "commander/command_seams.h"
 #include "language/temporary_names.h"
-#include "panels/change_directory.h"
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 namespace {
 

@@ -9,12 +9,12 @@
 #include "foundation/text_format.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/panel_clock.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_window.h"
-#include "panels/quick_search.h"
-#include "panels/status_line.h"
+#include "panels/commands/panel_switch.h"
+#include "panels/commands/quick_search.h"
+#include "panels/picture/panel_clock.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/picture/panel_title.h"
+#include "panels/picture/status_line.h"
 
 namespace {
 

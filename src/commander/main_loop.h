@@ -1,8 +1,8 @@
 #pragma once
 
 #include "commander/command_line.h"
-#include "panels/panel_mouse.h"
-#include "panels/panel_pair.h"
+#include "panels/commands/panel_mouse.h"
+#include "panels/model/panel_pair.h"
 
 // How much of the rows below the panels the next round draws anew.
 enum class Redraw : int { Nothing = 0, CommandRow = 1, All = 2 };

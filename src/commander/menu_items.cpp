@@ -3,7 +3,7 @@
 #include "commander/menu_codes.h"
 #include "console/key_codes.h"
 #include "options/options.h"
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 const char MenuBarText[] = "    Left    Files    Commands    Options    Right  ";
 

@@ -2,10 +2,11 @@
 
 #include "commander/screen_size.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/panel_clock.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_pair.h"
+#include "panels/commands/change_directory.h"
+#include "panels/model/panel_pair.h"
+#include "panels/picture/panel_clock.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/picture/panel_title.h"
 
 namespace {
 

@@ -21,11 +21,11 @@
 #include "foundation/system.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_clock.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_window.h"
+#include "panels/commands/change_directory.h"
+#include "panels/picture/panel_clock.h"
+#include "panels/picture/panel_title.h"
+#include "panels/picture/panel_window.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 

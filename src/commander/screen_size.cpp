@@ -4,8 +4,9 @@
 
 #include "console/console.h"
 #include "options/options.h"
-#include "panels/panel_clock.h"
-#include "panels/panel_window.h"
+#include "panels/commands/panel_switch.h"
+#include "panels/picture/panel_clock.h"
+#include "panels/picture/panel_window.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include "foundation/names.h"
 #include "language/association_set.h"
 #include "options/options.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_draw.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/picture/panel_title.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panels/panel.h"
+#include "panels/model/panel.h"
 
 // The file commands as the keys call them. Application thread; each re-reads both panels at its
 // end.

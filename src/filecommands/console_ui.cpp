@@ -3,8 +3,8 @@
 #include "console/input.h"
 #include "filecommands/confirmations.h"
 #include "foundation/utf8.h"
-#include "panels/panel_pair.h"
-#include "panels/tree_keeper.h"
+#include "panels/model/panel_pair.h"
+#include "panels/model/tree_keeper.h"
 #include "ui/alert.h"
 
 namespace {

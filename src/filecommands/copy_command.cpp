@@ -14,11 +14,12 @@
 #include "foundation/place.h"
 #include "foundation/threads.h"
 #include "options/options.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_pair.h"
-#include "panels/selection.h"
-#include "panels/tree_keeper.h"
+#include "panels/commands/selection.h"
+#include "panels/model/panel_pair.h"
+#include "panels/model/panel_position.h"
+#include "panels/model/tree_keeper.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/reader/directory_reader.h"
 #include "ui/alert.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "foundation/names.h"
 #include "foundation/text_format.h"
 #include "options/colours.h"
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 #include "ui/dialog.h"
 
 namespace {

@@ -11,8 +11,8 @@
 #include "foundation/path_info.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/directory_reader.h"
-#include "panels/tree_keeper.h"
+#include "panels/model/tree_keeper.h"
+#include "panels/reader/directory_reader.h"
 #include "ui/alert.h"
 #include "ui/dialog.h"
 

@@ -7,9 +7,9 @@
 #include "foundation/break_state.h"
 #include "foundation/names.h"
 #include "options/options.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_pair.h"
-#include "panels/tree_keeper.h"
+#include "panels/model/panel_pair.h"
+#include "panels/model/tree_keeper.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "filecommands/commands.h"
 #include "foundation/names.h"
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 Westring selectedTreePath(const Panel& panel) {
   const TreeSelection selection = treeSelection();

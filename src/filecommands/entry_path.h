@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panels/panel.h"
+#include "panels/model/panel.h"
 
 // The directory that a tree panel's cursor is on; "" while the panel shows no tree.
 Westring selectedTreePath(const Panel& panel);

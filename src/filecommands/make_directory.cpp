@@ -11,10 +11,11 @@
 #include "foundation/utf8.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_pair.h"
-#include "panels/tree_keeper.h"
+#include "panels/model/panel_pair.h"
+#include "panels/model/panel_position.h"
+#include "panels/model/tree_keeper.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/reader/directory_reader.h"
 #include "ui/dialog.h"
 
 namespace {

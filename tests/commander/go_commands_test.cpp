@@ -5,7 +5,7 @@
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
 #include "language/environment.h"
-#include "panels/tree_line.h"
+#include "panels/picture/tree_line.h"
 
 namespace {
 

@@ -8,7 +8,8 @@
 
 #include "commander/main_loop_test.h"
 #include "language/shell_quote.h"
-#include "panels/selection.h"
+#include "panels/commands/selection.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 

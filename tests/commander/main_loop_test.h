@@ -7,8 +7,8 @@
 #include "commander/key_commands.h"
 #include "commander/main_loop.h"
 #include "foundation/names.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
+#include "panels/commands/change_directory.h"
+#include "panels/model/panel_position.h"
 #include "panels/panel_screen.h"
 
 // Two panels on directories of the test's own, and a main loop that gets its keys one by one. No

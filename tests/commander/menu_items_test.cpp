@@ -7,7 +7,7 @@
 
 #include "commander/menu_codes.h"
 #include "options/options.h"
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 namespace {
 

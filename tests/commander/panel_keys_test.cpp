@@ -2,8 +2,7 @@
 
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
-#include "panels/panel_sort.h"
-#include "panels/selection.h"
+#include "panels/commands/selection.h"
 
 namespace {
 

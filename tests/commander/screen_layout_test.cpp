@@ -5,7 +5,7 @@
 #include "commander/menu_codes.h"
 #include "commander/screen_size.h"
 #include "options/colours.h"
-#include "panels/panel_clock.h"
+#include "panels/commands/change_directory.h"
 
 namespace {
 

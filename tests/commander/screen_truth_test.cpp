@@ -4,8 +4,8 @@
 
 #include "commander/main_loop_test.h"
 #include "commander/menu_codes.h"
-#include "panels/panel_draw.h"
-#include "panels/selection.h"
+#include "panels/commands/selection.h"
+#include "panels/picture/panel_draw.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include "fileops/fileops_test.h"
 #include "foundation/dos_time.h"
 #include "options/colours.h"
-#include "panels/directory_reader.h"
-#include "panels/panel_draw.h"
+#include "panels/commands/selection.h"
+#include "panels/model/panel_position.h"
 #include "panels/panel_screen.h"
-#include "panels/selection.h"
+#include "panels/reader/directory_reader.h"
 
 // What a test does while a command waits for keys: when `text` is on the screen, compare it with a
 // golden screen (if one is named), and type.

@@ -1,11 +1,11 @@
-#include "panels/archive_chain.h"
+#include "archive/archive_chain.h"
 
 #include <unistd.h>
 
 #include "foundation/path_info.h"
 #include "panel_fixture.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
+#include "panels/commands/change_directory.h"
+#include "panels/model/panel_position.h"
 
 namespace {
 

@@ -1,10 +1,9 @@
-#include "panels/change_directory.h"
+#include "panels/commands/change_directory.h"
 
 #include <stdlib.h>
 #include <unistd.h>
 
 #include "panel_fixture.h"
-#include "panels/directory_reader.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
 

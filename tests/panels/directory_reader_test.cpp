@@ -1,4 +1,4 @@
-#include "panels/directory_reader.h"
+#include "panels/reader/directory_reader.h"
 
 #include <fcntl.h>
 #include <malloc.h>
@@ -8,7 +8,8 @@
 #include <chrono>
 
 #include "panel_fixture.h"
-#include "panels/selection.h"
+#include "panels/commands/selection.h"
+#include "panels/model/panel_position.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
 

@@ -3,9 +3,10 @@
 
 #include "foundation/path_info.h"
 #include "panel_fixture.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
-#include "panels/selection.h"
+#include "panels/commands/change_directory.h"
+#include "panels/commands/selection.h"
+#include "panels/model/panel_position.h"
+#include "panels/reader/directory_reader.h"
 #include "support/as_user.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "panels/entry_text.h"
+#include "panels/picture/entry_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "console/key_codes.h"
 #include "panel_screen.h"
-#include "panels/selection.h"
+#include "panels/commands/selection.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "panels/info_panel.h"
+#include "panels/picture/info_panel.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,10 +10,10 @@
 #include "foundation/path_info.h"
 #include "foundation/status.h"
 #include "foundation/text_format.h"
-#include "panels/directory_info.h"
-#include "panels/memory_facts.h"
-#include "panels/small_file.h"
-#include "panels/volume_facts.h"
+#include "panels/picture/directory_info.h"
+#include "panels/reader/memory_facts.h"
+#include "panels/reader/small_file.h"
+#include "panels/reader/volume_facts.h"
 #include "support/fault_hook.h"
 
 namespace {

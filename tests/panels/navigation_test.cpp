@@ -1,8 +1,9 @@
-#include "panels/navigation.h"
+#include "panels/commands/navigation.h"
 
 #include <climits>
 
 #include "panel_fixture.h"
+#include "panels/model/panel_position.h"
 
 namespace {
 

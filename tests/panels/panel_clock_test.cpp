@@ -1,6 +1,7 @@
-#include "panels/panel_clock.h"
+#include "panels/picture/panel_clock.h"
 
 #include "drawn_panels.h"
+#include "panels/picture/panel_title.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "panels/panel_columns.h"
+#include "panels/picture/panel_columns.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,13 @@
-#include "panels/panel_draw.h"
+#include "panels/picture/panel_draw.h"
 
 #include "drawn_panels.h"
 #include "foundation/text_format.h"
-#include "panels/navigation.h"
-#include "panels/panel_rows.h"
-#include "panels/selection.h"
+#include "panels/commands/navigation.h"
+#include "panels/commands/panel_switch.h"
+#include "panels/commands/selection.h"
+#include "panels/picture/panel_colours.h"
+#include "panels/picture/panel_rows.h"
+#include "panels/picture/panel_window.h"
 
 class PanelDrawTest : public DrawnPanelsTest {
  protected:

@@ -18,7 +18,7 @@
 #include "foundation/utf8.h"
 #include "history/history_store.h"
 #include "options/options.h"
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 #include "support/temp_dir.h"
 
 inline std::string bytes(const Westring& text) {

@@ -1,4 +1,4 @@
-#include "panels/panel_mouse.h"
+#include "panels/commands/panel_mouse.h"
 
 #include <thread>
 

@@ -1,4 +1,4 @@
-#include "panels/panel_pair.h"
+#include "panels/model/panel_pair.h"
 
 #include "panel_fixture.h"
 

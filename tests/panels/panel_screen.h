@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "panel_fixture.h"
-#include "panels/panel_window.h"
+#include "panels/picture/panel_window.h"
 #include "support/console_test.h"
 
 // Does something beside the test, which waits for keys meanwhile.

@@ -1,10 +1,11 @@
-#include "panels/panel_sort.h"
+#include "panels/commands/panel_sort.h"
 
 #include <algorithm>
 #include <random>
 #include <vector>
 
 #include "panel_fixture.h"
+#include "panels/model/entry_order.h"
 
 namespace {
 

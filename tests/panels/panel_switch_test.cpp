@@ -1,7 +1,7 @@
-#include "panels/panel_switch.h"
+#include "panels/commands/panel_switch.h"
 
 #include "panel_screen.h"
-#include "panels/directory_reader.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 

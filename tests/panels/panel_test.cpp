@@ -1,4 +1,4 @@
-#include "panels/panel.h"
+#include "panels/model/panel.h"
 
 #include <string>
 

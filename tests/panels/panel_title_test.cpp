@@ -2,6 +2,7 @@
 
 #include "drawn_panels.h"
 #include "foundation/status.h"
+#include "panels/picture/panel_title.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 #include "console/key_codes.h"
 #include "options/colours.h"
 #include "panel_screen.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
-#include "panels/navigation.h"
-#include "panels/panel_draw.h"
-#include "panels/panel_sort.h"
-#include "panels/panel_switch.h"
-#include "panels/selection.h"
+#include "panels/commands/change_directory.h"
+#include "panels/commands/navigation.h"
+#include "panels/commands/panel_sort.h"
+#include "panels/commands/panel_switch.h"
+#include "panels/commands/selection.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 
@@ -125,15 +125,17 @@ TEST_F(PanelWindowsTest, OnePanelGoesOffAndOn) {
   EXPECT_NE(std::string::npos, rowText(0, 1, 40).find("1000"));
 }
 
-TEST_F(PanelWindowsTest, ARefreshRedrawsTheInfoPanelBeside) {
+TEST_F(PanelWindowsTest, TheRoundAfterARefreshRedrawsTheInfoPanelBeside) {
   TempDir dir;
   dir.write("file", "12345");
   left().path = dir.wide();
   toggleInfo(1);
   enterPath(left(), L"");
+  panelsVisible(true);
   EXPECT_TRUE(shows("1 file uses 5 bytes in"));
   dir.write("other", "123");
   panelRefresh();
+  panelsVisible(true);
   EXPECT_TRUE(shows("2 files use 8 bytes in"));
 }
 

@@ -1,4 +1,4 @@
-#include "panels/quick_search.h"
+#include "panels/commands/quick_search.h"
 
 #include "console/key_codes.h"
 #include "panel_fixture.h"

@@ -5,8 +5,7 @@
 #include "console/key_codes.h"
 #include "foundation/system.h"
 #include "panel_screen.h"
-#include "panels/change_directory.h"
-#include "panels/directory_reader.h"
+#include "panels/reader/directory_reader.h"
 
 namespace {
 

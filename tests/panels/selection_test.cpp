@@ -1,4 +1,4 @@
-#include "panels/selection.h"
+#include "panels/commands/selection.h"
 
 #include "console/key_codes.h"
 #include "panel_fixture.h"

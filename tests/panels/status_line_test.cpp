@@ -1,11 +1,11 @@
-#include "panels/status_line.h"
+#include "panels/picture/status_line.h"
 
 #include <cerrno>
 
 #include "drawn_panels.h"
 #include "foundation/status.h"
 #include "foundation/text_format.h"
-#include "panels/tree_line.h"
+#include "panels/picture/tree_line.h"
 
 class StatusLineTest : public DrawnPanelsTest {
  protected:

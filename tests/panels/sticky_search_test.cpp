@@ -1,8 +1,6 @@
 #include "console/key_codes.h"
 #include "panel_screen.h"
-#include "panels/navigation.h"
-#include "panels/panel_draw.h"
-#include "panels/quick_search.h"
+#include "panels/commands/quick_search.h"
 
 namespace {
 

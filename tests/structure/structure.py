@@ -11,7 +11,7 @@ import re
 import sys
 
 # One folder of src/ with the folders that it stands on; src/CMakeLists.txt lists them from the bottom up.
-LIBRARY = re.compile(r"^td_library\((\w+)(?:\s+DEPENDS((?:\s+\w+)+))?\s*\)", re.MULTILINE)
+LIBRARY = re.compile(r"^td_library\(([\w/]+)(?:\s+DEPENDS((?:\s+[\w/]+)+))?\s*\)", re.MULTILINE)
 TOOLKIT = re.compile(r"(gtk|gdk|pango|glib|gio|gobject|gmodule|gthread|cairo|atk|sigc\+\+|X11)")
 TOOLKIT_FOLDER = "console/"
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]*)"|<([^>]*)>)', re.MULTILINE)

@@ -13,7 +13,8 @@ td_library(options DEPENDS foundation)
 td_library(language DEPENDS options)
 td_library(console DEPENDS options)
 td_library(ui DEPENDS console)
-td_library(panels DEPENDS ui language)
+td_library(panels/model DEPENDS ui)
+td_library(panels/commands DEPENDS panels/model language)
 """,
     "src/foundation/name.h": "#pragma once\n#include <string>\n",
     "src/foundation/name.cpp": '#include "foundation/name.h"\n',
@@ -23,8 +24,9 @@ td_library(panels DEPENDS ui language)
     "src/console/screen.cpp": '#include "console/screen.h"\n#include "console/painter.h"\n',
     "src/ui/box.h": '#include "console/screen.h"\n',
     "src/language/filter_expression.h": '#include "foundation/name.h"\n',
-    "src/panels/panel.h": '#include "ui/box.h"\n#include "language/filter_expression.h"\n',
-    "src/main.cpp": '#include "panels/panel.h"\n',
+    "src/panels/model/panel.h": '#include "ui/box.h"\n',
+    "src/panels/commands/sort.h": '#include "panels/model/panel.h"\n#include "language/filter_expression.h"\n',
+    "src/main.cpp": '#include "panels/commands/sort.h"\n',
     "docs/architecture.md": """# Architecture
 Strings stand in `foundation/name.h`.
 
@@ -42,7 +44,8 @@ Strings stand in `foundation/name.h`.
 | `console/screen` | cells |
 | `ui/box` | boxes |
 | `language/filter_expression` | filters |
-| `panels/panel` | panels |
+| `panels/model/panel` | panels |
+| `panels/commands/sort` | orders |
 | `main` | starts |
 """,
 }
@@ -81,6 +84,17 @@ class StructureTest(unittest.TestCase):
         self.assertEqual(
             self.spoil("src/ui/box.h", '#include "language/filter_expression.h"\n'),
             ["src/ui/box.h: ui may not include language/filter_expression.h"],
+        )
+
+    def test_a_folder_inside_a_folder_is_a_layer_of_its_own(self):
+        self.assertEqual(
+            self.spoil("src/panels/model/panel.h", '#include "language/filter_expression.h"\n'),
+            ["src/panels/model/panel.h: panels/model may not include language/filter_expression.h"],
+        )
+
+    def test_a_file_beside_the_folders_of_a_folder_is_a_fault(self):
+        self.assertIn(
+            "src/panels/odd.h: belongs to no layer", self.spoil("src/panels/odd.h", "")
         )
 
     def test_a_folder_stands_only_on_those_above_it_in_the_list(self):

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "panels/model/panel.h"
+
+void drawStatusLine(Panel& panel);

@@ -1,5 +1,0 @@
-#pragma once
-
-#include "panels/panel.h"
-
-void drawStatusLine(Panel& panel);
