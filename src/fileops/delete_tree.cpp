@@ -69,7 +69,7 @@ Outcome DeleteTree::enter(const Place& place, bool& entered) {
     level->pathLength = path_.size();
     int error = level->directory.open(place.directory, place.name, FollowLinks::No);
     if (error == 0) error = level->directory.id(level->id);
-    if (error == 0) error = level->names.read(level->directory);
+    if (error == 0) error = level->names.read(level->directory.fd());
     if (error == 0) {
       for (size_t i = 0; i < level->names.count() && !level->described; ++i) {
         level->described = strcmp(level->names.name(i), DescriptionFileName) == 0;

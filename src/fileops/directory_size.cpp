@@ -14,7 +14,7 @@ int64_t sizeOfOne(const Place& place, std::vector<std::string>& waiting) {
   OpenDirectory directory;
   DirectoryNames names;
   if (directory.open(place.directory, place.name, FollowLinks::No) != 0) return 0;
-  static_cast<void>(names.read(directory));
+  static_cast<void>(names.read(directory.fd()));
   int64_t bytes = 0;
   for (size_t i = 0; i < names.count(); ++i) {
     struct stat info;

@@ -59,7 +59,7 @@ CopyResult Transfer::enterDirectory(const Item& item, const Attempt& attempt,
   FileId opened;
   if (const int error = level->source.id(opened)) return sourceFailure(error);
   if (opened != level->sourceId) return sourceFailure(ESTALE);
-  if (const int error = level->names.read(level->source)) return sourceFailure(error);
+  if (const int error = level->names.read(level->source.fd())) return sourceFailure(error);
   const CopyResult result = mergeOrMake(item, attempt, *level);
   if (result.status != CopyStatus::Done) return result;
   push(std::move(level));

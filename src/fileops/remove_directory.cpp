@@ -22,7 +22,7 @@ bool holdsNames(const Place& place) {
   OpenDirectory directory;
   DirectoryNames names;
   if (directory.open(place.directory, place.name, FollowLinks::No) != 0) return false;
-  static_cast<void>(names.read(directory));
+  static_cast<void>(names.read(directory.fd()));
   return names.count() > 0;
 }
 

@@ -48,7 +48,7 @@ bool isOtherSpelling(const Place& source, const Place& target) {
   OpenDirectory parent;
   DirectoryNames names;
   if (parent.open(AT_FDCWD, byteParent(target.path).c_str(), FollowLinks::Yes) != 0 ||
-      names.read(parent) != 0) {
+      names.read(parent.fd()) != 0) {
     return false;
   }
   const char* wanted = byteName(target.path);

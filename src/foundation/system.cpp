@@ -13,6 +13,8 @@ namespace {
 std::atomic<System::Hook> activeHook{nullptr};
 std::atomic<System::PlaceHook> activePlaceHook{nullptr};
 std::atomic<void*> hookContext{nullptr};
+std::atomic<System::FoundHook> foundHook{nullptr};
+std::atomic<void*> foundContext{nullptr};
 
 constexpr const char* NoPath = "";
 constexpr int FirstFreeDescriptor = STDERR_FILENO + 1;
@@ -42,6 +44,14 @@ template <class Make>
 auto guarded(const System::Call& call, Make make) -> decltype(make()) {
   if (refused(call)) return -1;
   return repeated(make);
+}
+
+// Gives the result of a call on, after a test had its way with what was found.
+template <class Result>
+Result shown(const char* call, void* found, Result result) {
+  const System::FoundHook hook = foundHook.load(std::memory_order_acquire);
+  if (hook && result >= 0) hook(call, found, result, foundContext.load(std::memory_order_relaxed));
+  return result;
 }
 
 // Whatever is printed would end up in a file that got the number of a closed standard stream.
@@ -143,6 +153,12 @@ int fstat(int fd, struct ::stat* result) {
 int accessAt(int directory, const char* name, int mode) {
   return guarded({"accessAt", name, directory},
                  [&] { return ::faccessat(directory, name, mode, AT_EACCESS); });
+}
+
+int statx(int directory, const char* name, int flags, unsigned mask, struct ::statx* result) {
+  return shown("statx", result, guarded({"statx", name, directory}, [&] {
+                 return ::statx(directory, name, flags, mask, result);
+               }));
 }
 
 int unlink(const char* path) {
@@ -303,12 +319,22 @@ int closeDirectory(DIR* directory) {
   return result == -1 && errno == EINTR ? 0 : result;
 }
 
+ssize_t readNames(int fd, void* records, size_t bytes) {
+  return shown("readNames", records, guarded({"readNames", NoPath, fd}, [&] {
+                 return ::getdents64(fd, records, bytes);
+               }));
+}
+
 int chdir(const char* path) {
   return guarded({"chdir", path}, [&] { return ::chdir(path); });
 }
 
 int statFs(const char* path, struct ::statfs* result) {
   return guarded({"statFs", path}, [&] { return ::statfs(path, result); });
+}
+
+int statFsFd(int fd, struct ::statfs* result) {
+  return guarded({"statFsFd", NoPath, fd}, [&] { return ::fstatfs(fd, result); });
 }
 
 void setHook(Hook hook, void* context) {
@@ -321,6 +347,11 @@ void setPlaceHook(PlaceHook hook, void* context) {
   hookContext.store(context, std::memory_order_relaxed);
   activeHook.store(nullptr, std::memory_order_release);
   activePlaceHook.store(hook, std::memory_order_release);
+}
+
+void setFoundHook(FoundHook hook, void* context) {
+  foundContext.store(context, std::memory_order_relaxed);
+  foundHook.store(hook, std::memory_order_release);
 }
 
 }  // namespace System

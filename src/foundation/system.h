@@ -29,6 +29,8 @@ int lstat(const char* path, struct ::stat* result);
 int statAt(int directory, const char* name, struct ::stat* result, int flags);
 int fstat(int fd, struct ::stat* result);
 int accessAt(int directory, const char* name, int mode);  // for the effective user
+// ENOSYS, or EPERM from a sandbox, where the kernel doesn't know it.
+int statx(int directory, const char* name, int flags, unsigned mask, struct ::statx* result);
 int unlink(const char* path);
 int unlinkAt(int directory, const char* name, int flags);
 int rmdir(const char* path);
@@ -62,8 +64,10 @@ DIR* openDirectory(const char* path);
 DIR* openDirectoryFd(int fd);           // takes the descriptor over when it succeeds
 dirent* readDirectory(DIR* directory);  // null with errno 0 at the end
 int closeDirectory(DIR* directory);
+ssize_t readNames(int fd, void* records, size_t bytes);  // of a directory: dirent64; 0 at the end
 int chdir(const char* path);
 int statFs(const char* path, struct ::statfs* result);
+int statFsFd(int fd, struct ::statfs* result);
 
 // For tests: called before each call above with its name and path (or "" where it has none). A
 // non-zero result makes the call fail with that errno; a close that fails so still closes. Null
@@ -83,6 +87,12 @@ struct Call {
 // A hook that wants to know the place. It takes the other one's turn, and the other way round.
 using PlaceHook = int (*)(const Call& call, void* context);
 void setPlaceHook(PlaceHook hook, void* context);
+
+// For tests: called after each statx and readNames that succeeded, with its name, the memory that
+// it filled and what it returned; may change what was found, so that mounts can be had without
+// making any. Null removes it. Set while no other thread works.
+using FoundHook = void (*)(const char* call, void* found, ssize_t result, void* context);
+void setFoundHook(FoundHook hook, void* context);
 
 }  // namespace System
 
