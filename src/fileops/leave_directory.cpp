@@ -134,6 +134,11 @@ int Transfer::tryName(const Level& level) const {
 
 Outcome Transfer::nameDirectory(Level& level) {
   if (level.temporaryName.empty()) return Outcome::Done;
+  // A file only makes room for a whole directory.
+  if (level.replacesFile && level.left) {
+    removeUnnamed(level);
+    return Outcome::LeftInPlace;
+  }
   for (;;) {
     const int error = tryName(level);
     if (error == 0) {
@@ -187,7 +192,8 @@ std::string Transfer::realTarget() const {
   return path;
 }
 
-// After a cancel: what is whole stays, under its name and with its mode.
+// After a cancel: what is whole stays, under its name and with its mode, unless it would cost the
+// file whose place it was to take.
 void Transfer::unwind() {
   while (!levels_.empty()) {
     Level& level = *levels_.back();
@@ -196,7 +202,8 @@ void Transfer::unwind() {
     source_.resize(level.sourceLength);
     target_.resize(level.targetLength);
     settleDescriptions(level);
-    if (!level.temporaryName.empty() && tryName(level) != 0) {
+    const bool unnamed = !level.temporaryName.empty();
+    if (unnamed && (level.replacesFile || tryName(level) != 0)) {
       removeUnnamed(level);
     } else {
       dressDirectory(level);

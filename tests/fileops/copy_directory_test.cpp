@@ -169,6 +169,47 @@ TEST_F(CopyDirectory, AFileInTheWayLivesUntilTheDirectoryIsWhole) {
   expectCopied("to/src");
 }
 
+TEST_F(CopyDirectory, AFileInTheWayStaysWhenAMemberWasLeftOut) {
+  for (const char* target : {"to/src", "to/merged/sub"}) {
+    dir.makeDir("to/merged");
+    const bool nested = std::string(target) == "to/merged/sub";
+    dir.write(target, "a file");
+    dir.write("to/descript.ion", "src about the file\r\n");
+    struct Unreadable {
+      static int onCall(const char* call, const char* path, void*) {
+        return std::string(call) == "openAt" && std::string(path) == "c" ? EIO : 0;
+      }
+    };
+    System::setHook(Unreadable::onCall, nullptr);
+    ui.answers = {Answer::Yes, Answer::Skip};
+    ui.questions.clear();
+    EXPECT_EQ(copy("src", nested ? "to/merged" : target), Outcome::LeftInPlace) << target;
+    System::setHook(nullptr, nullptr);
+    EXPECT_EQ(asked(), (Texts{ExistsQuestion, "Error reading disk"})) << target;
+    EXPECT_EQ(dir.read(target), "a file");
+    EXPECT_EQ(dir.read("to/descript.ion"), "src about the file\r\n");
+    EXPECT_EQ(dir.exists("to/merged/a"), nested) << "what it has nothing to do with goes on";
+    expectNoLeftovers();
+  }
+}
+
+TEST_F(CopyDirectory, AFileInTheWayStaysAfterEscAtAnyMoment) {
+  answers.overwrite = OverwriteMode::All;
+  const auto before = contents(dir.path("src"));
+  for (int look = 1;; ++look) {
+    dir.write("to/src", "a file");
+    ui.looks = 0;
+    ui.escapeAtLook = look;
+    if (copy("src", "to/src") == Outcome::Done) break;
+    EXPECT_EQ(dir.read("to/src"), "a file") << look;
+    EXPECT_EQ(contents(dir.path("src")), before);
+    expectNoLeftovers();
+    if (HasFailure()) return;
+  }
+  EXPECT_GT(ui.escapeAtLook, 6);
+  expectCopied("to/src");
+}
+
 TEST_F(CopyDirectory, AFileInTheWayGoesAlsoWhereNamesCantBeExchanged) {
   dir.write("to/src", "a file");
   answers.overwrite = OverwriteMode::All;
