@@ -141,10 +141,9 @@ void TransferFaults::expectInvariants(const TempDir& place, const Contents& befo
       expectOneWhole(after, path, target + path.substr(source.size()), what, outcome, where);
     } else if (path != target) {
       expectOldOrNew(after, before, path, what, where);
-    } else {
-      EXPECT_TRUE(after.contains(path)) << where << ": lost " << path;
     }
   }
+  expectOldTarget(after, before, where);
   expectLines(after, where);
 }
 
@@ -186,6 +185,27 @@ void TransferFaults::expectOldOrNew(const Contents& after, const Contents& befor
   if (now->second == what) return;
   ASSERT_TRUE(path.starts_with(target + "/")) << where << ": touched " << path;
   EXPECT_EQ(now->second, before.at(source + path.substr(target.size()))) << where << ": " << path;
+}
+
+// The target of the whole item, if there was one: it lives, or the new one is there with everything
+// in it.
+void TransferFaults::expectOldTarget(const Contents& after, const Contents& before,
+                                     const std::string& where) {
+  const std::string source = GetParam().source;
+  const std::string target = GetParam().target;
+  if (!before.contains(target) || before.at(target) == "directory") return;
+  const std::string old = before.at(target);
+  // It may stand aside under a name of its own, or under that of the source.
+  for (const auto& [path, what] : after) {
+    const bool aside = path == target || path == source || !inTheMaking(path).empty();
+    if (aside && what == old) return;
+  }
+  for (const auto& [path, what] : before) {
+    if (!Fault::isWithin(path, source) || isDescription(path) || what.starts_with("link")) continue;
+    const auto copied = after.find(target + path.substr(source.size()));
+    ASSERT_TRUE(copied != after.end()) << where << ": the old target is gone, no new " << path;
+    EXPECT_EQ(copied->second, what) << where;
+  }
 }
 
 // A text of a description stands in one of the files.

@@ -58,5 +58,6 @@ class TransferFaults : public InMemory, public testing::WithParamInterface<Scena
                       const std::string& where);
   void expectOldOrNew(const Contents& after, const Contents& before, const std::string& path,
                       const std::string& what, const std::string& where);
+  void expectOldTarget(const Contents& after, const Contents& before, const std::string& where);
   void expectLines(const Contents& after, const std::string& where);
 };
