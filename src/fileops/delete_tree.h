@@ -1,45 +1,47 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "fileops/operation.h"
-#include "foundation/directory_names.h"
+#include "foundation/directory_walk.h"
 
 // Deletes a directory with everything in it, depth first, in directory order, links themselves and
-// never what they lead to. Works however deep a tree is and beyond the longest path, with a bounded
-// number of open directories. With another pattern than "*" only files that match go, and
-// directories that are empty then.
-class DeleteTree {
+// never what they lead to. With another pattern than "*" only files that match go, and directories
+// that are empty then.
+class DeleteTree : private DirectoryVisitor {
  public:
   DeleteTree(RunningOperation& operation, const wchar_t* pattern);
-  ~DeleteTree();
-  DeleteTree(const DeleteTree&) = delete;
-  DeleteTree& operator=(const DeleteTree&) = delete;
 
   // Failures are told on the way and passed over. Done, LeftInPlace when something is still there,
-  // Cancelled.
+  // Failed when the directory itself can't be read or the way back was lost, Cancelled.
   Outcome run(const Place& directory);
 
  private:
-  struct Level;
+  // A directory whose members are under way.
+  struct Level {
+    bool left = false;  // something in it is still there
+    bool described = false;
+    std::vector<std::string> gone;  // names whose lines go, while the directory is described
+  };
 
-  Outcome enter(const Place& place, bool& entered);
-  Outcome deleteMember(Level& level, bool& entered);
-  Outcome leave();
-  bool isDirectory(const Level& level, size_t index) const;
+  WalkStep enter(const WalkedDirectory& directory) override;
+  WalkStep member(const WalkedMember& member) override;
+  WalkStep leave(const WalkedDirectory& directory) override;
+  void abandon(const WalkedDirectory& directory) override;
+  WalkRetry failed(const WalkError& error) override;
+  bool interrupted() override { return operation_.cancelled(); }
+
+  WalkStep note(const char* name, Outcome outcome);
+  WalkRetry tell(const WalkError& error);
   bool fits(const char* name) const;
-  Place memberPlace(const Level& level, size_t index);
-  bool reopenParent(const Level& child);
-  void settleDescriptions(Level& level, Outcome outcome);
+  void settleDescriptions(const WalkedDirectory& directory);
 
   RunningOperation& operation_;
   const Westring pattern_;
   const bool everything_;
-  Place top_;
-  std::string path_;  // of the member under way; the paths of all levels are beginnings of it
-  std::vector<std::unique_ptr<Level>> levels_;
+  std::vector<Level> levels_;
+  Outcome outcome_ = Outcome::Done;  // of the directory where the walk begins
 };
 
 // Removes what a failed operation made, with everything in it; asks and tells nothing.

@@ -297,11 +297,6 @@ DIR* openDirectory(const char* path) {
   }
 }
 
-DIR* openDirectoryFd(int fd) {
-  if (refused({"openDirectoryFd", NoPath, fd})) return nullptr;
-  return ::fdopendir(fd);
-}
-
 dirent* readDirectory(DIR* directory) {
   if (refused({"readDirectory", NoPath, dirfd(directory)})) return nullptr;
   errno = 0;

@@ -61,7 +61,6 @@ int setAttribute(int fd, const char* name, const void* value, size_t bytes);
 int futimens(int fd, const struct timespec times[2]);
 int utimensAt(int directory, const char* path, const struct timespec times[2], int flags);
 DIR* openDirectory(const char* path);
-DIR* openDirectoryFd(int fd);           // takes the descriptor over when it succeeds
 dirent* readDirectory(DIR* directory);  // null with errno 0 at the end
 int closeDirectory(DIR* directory);
 ssize_t readNames(int fd, void* records, size_t bytes);  // of a directory: dirent64; 0 at the end

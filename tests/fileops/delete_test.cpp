@@ -1,6 +1,7 @@
 #include <sys/resource.h>
 
 #include "fileops/fileops_test.h"
+#include "support/deep_tree.h"
 #include "support/fault_hook.h"
 
 namespace {
@@ -384,16 +385,7 @@ TEST_F(Delete, NamesOfDotsAreRealNames) {
 }
 
 TEST_F(Delete, AThousandLevelsGoWithFewDescriptors) {
-  const std::string before = std::filesystem::current_path();
-  dir.makeDir("deep");
-  ASSERT_EQ(chdir(dir.path("deep").c_str()), 0);
-  const std::string name(100, 'n');
-  for (int level = 0; level < 1000; ++level) {
-    writeFile("f", "x");
-    ASSERT_EQ(mkdir(name.c_str(), 0755), 0);
-    ASSERT_EQ(chdir(name.c_str()), 0);
-  }
-  ASSERT_EQ(chdir(before.c_str()), 0);
+  makeDeepTree(dir.path("deep"), 1000, std::string(100, 'n'));
   EXPECT_EQ(runInChild([&] {
               const rlimit limit{100, 100};
               setrlimit(RLIMIT_NOFILE, &limit);

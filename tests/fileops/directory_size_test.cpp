@@ -1,6 +1,7 @@
 #include "fileops/directory_size.h"
 
 #include "fileops/fileops_test.h"
+#include "support/deep_tree.h"
 
 namespace {
 
@@ -32,4 +33,27 @@ TEST_F(DirectorySizeTest, EscGivesNoSize) {
   for (const char* name : {"d", "d/sub"}) dir.makeDir(name);
   ui.escapeAtLook = 1;
   EXPECT_FALSE(sizeOf("d"));
+}
+
+TEST_F(DirectorySizeTest, CountsBeyondTheLongestPath) {
+  constexpr int Levels = 60;
+  makeDeepTree(dir.path("deep"), Levels, std::string(100, 'n'));
+  EXPECT_EQ(sizeOf("deep"), Levels);
+  const std::string path = dir.path("deep");
+  removeTreeQuietly(placeOf(path.c_str()));
+  EXPECT_FALSE(dir.exists("deep"));
+}
+
+TEST_F(DirectorySizeTest, WhatCantBeReadCountsAsEmpty) {
+  for (const char* name : {"d", "d/closed"}) dir.makeDir(name);
+  dir.write("d/a", "12345");
+  dir.write("d/closed/b", "123");
+  struct Closed {
+    static int onCall(const char* call, const char* path, void*) {
+      return std::string(call) == "openAt" && std::string(path) == "closed" ? EACCES : 0;
+    }
+  };
+  System::setHook(Closed::onCall, nullptr);
+  EXPECT_EQ(sizeOf("d"), 5);
+  System::setHook(nullptr, nullptr);
 }

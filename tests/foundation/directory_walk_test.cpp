@@ -8,6 +8,7 @@
 #include <map>
 
 #include "support/as_user.h"
+#include "support/deep_tree.h"
 #include "support/fault_hook.h"
 #include "support/files.h"
 #include "support/mounts.h"
@@ -90,18 +91,6 @@ class DirectoryWalkTest : public testing::Test {
   }
   static WalkOptions following() { return {.links = FollowLinks::Yes}; }
 
-  // One directory in the other; `levels` of them, each called as told and with a file beside.
-  void makeDeep(const std::string& top, int levels, const std::string& name) {
-    const std::string before = std::filesystem::current_path();
-    dir.makeDir(top);
-    ASSERT_EQ(chdir(dir.path(top).c_str()), 0);
-    for (int level = 0; level < levels; ++level) {
-      writeFile("file", "x");
-      ASSERT_EQ(mkdir(name.c_str(), 0755), 0);
-      ASSERT_EQ(chdir(name.c_str()), 0);
-    }
-    ASSERT_EQ(chdir(before.c_str()), 0);
-  }
   // Deletes what is too deep for the test's own clean-up.
   void removeDeep(const std::string& top) {
     class Remover : public DirectoryVisitor {
@@ -252,7 +241,7 @@ TEST_F(DirectoryWalkTest, TheUserIsAskedBeforeEachMember) {
 
 TEST_F(DirectoryWalkTest, ATreeMayBeDeeperThanPathsAndDescriptorsReach) {
   constexpr int Levels = 1000;
-  makeDeep("deep", Levels, std::string(100, 'n'));
+  makeDeepTree(dir.path("deep"), Levels, std::string(100, 'n'));
   EXPECT_EQ(runInChild([&] {
               const rlimit few{90, 90};
               setrlimit(RLIMIT_NOFILE, &few);
@@ -284,7 +273,7 @@ TEST_F(DirectoryWalkTest, AfterTheWayUpTheOtherMembersAreVisited) {
 }
 
 TEST_F(DirectoryWalkTest, NoMoreDescriptorsAreOpenThanWereAllowed) {
-  makeDeep("deep", 40, "d");
+  makeDeepTree(dir.path("deep"), 40, "d");
   const size_t before = openDescriptors();
   size_t most = 0;
   seen.onMember = [&](const WalkedMember&) { most = std::max(most, openDescriptors()); };
