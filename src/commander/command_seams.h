@@ -11,11 +11,33 @@ struct HistoryChoice {
   Westring command;
 };
 
+// The topics of the help file by number.
+enum class HelpTopic : int {
+  None = -1,
+  Panels = 1,
+  Viewer = 2,
+  Editor = 3,
+  Configuration = 4,
+  CommandHistory = 5,
+  Confirmations = 6,
+  FileFind = 7,
+  DirectoryCompare = 9,
+  UserMenuFile = 10,
+  ConfigurationFile = 11,
+  PanelMenu = 100,
+  FilesMenu = 101,
+  CommandsMenu = 102,
+  OptionsMenu = 103,
+};
+
+enum class UserMenuKind { OfDirectory, Main };
+enum class FindStart { Anew, WithLastResult };
+
 // What the main loop calls of modules that stand beside it. A module connects itself by filling its
 // place; an empty place makes the key and the menu item do nothing. Application thread.
 struct CommandSeams {
-  std::function<void(int topic)> help;
-  std::function<void(int side, bool mainMenu)> userMenu;
+  std::function<void(HelpTopic topic)> help;
+  std::function<void(int side, UserMenuKind kind)> userMenu;
   std::function<void()> editUserMenu;
   std::function<void()> editAssociations;
   // Overwrites the options with what the configuration file says.
@@ -24,7 +46,7 @@ struct CommandSeams {
   std::function<void()> configurationDialog;
   std::function<void()> coloursDialog;
   std::function<void()> confirmationsDialog;
-  std::function<void(int side, bool lastResult)> fileFind;
+  std::function<void(int side, FindStart start)> fileFind;
   std::function<void()> compareDirectories;
   std::function<void(Panel&)> countDirectorySizes;
   std::function<void(Panel&)> fileAttributes;
@@ -59,4 +81,13 @@ CommandSeams& commandSeams();
 template <class... Parameters, class... Arguments>
 void callSeam(const std::function<void(Parameters...)>& seam, Arguments&&... arguments) {
   if (seam) seam(std::forward<Arguments>(arguments)...);
+}
+
+// What a row of the command table runs while a module isn't connected yet; those that take a panel
+// get the active one.
+inline auto seam(std::function<void()> CommandSeams::*place) {
+  return [place] { callSeam(commandSeams().*place); };
+}
+inline auto seam(std::function<void(Panel&)> CommandSeams::*place) {
+  return [place] { callSeam(commandSeams().*place, panelPair().active()); };
 }

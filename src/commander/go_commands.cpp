@@ -1,5 +1,6 @@
 #include "commander/go_commands.h"
 
+#include "commander/command_rooms.h"
 #include "commander/command_seams.h"
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
@@ -122,4 +123,84 @@ void reRead(Panel& panel, DriveChange driveChange) {
   if (panel.isFiles() && panel.isTreeStyle()) panel.rescanTree = true;
   enterPath(panel, L"", KeepTags::Yes);
   drawPanel(panel);
+}
+
+// ---- the rows
+
+namespace {
+
+// The ten digits of the digit row and those of the keypad, with Ctrl or with Ctrl and Shift.
+std::vector<Key::Code> digitKeys(Key::Code modifier) {
+  std::vector<Key::Code> keys;
+  for (int digit = 0; digit < GlobalOptions::ShortcutCount; ++digit) {
+    keys.push_back(Key::ctrlDigit(digit) | modifier);
+    keys.push_back(Key::ctrlKeypadDigit(digit) | modifier);
+  }
+  return keys;
+}
+
+void chooseDirectoryOfHistory() {
+  goToChoice(commandSeams().directoryHistoryWindow);
+}
+
+void chooseStoredPath() {
+  if (commandSeams().storedPaths) commandSeams().storedPaths(active());
+}
+
+std::vector<Command> choiceRows() {
+  using enum When;
+  return {
+      {.name = "Tree",
+       .codes = {Key::AltF10},
+       .run = [] { goToChoice(commandSeams().treeWindow); },
+       .menu = {"Tree                 Alt-F10", 0},
+       .label = "Tree"},
+      {.name = "Directory history",
+       .codes = {Key::ShiftAltF8},
+       .run = chooseDirectoryOfHistory,
+       .label = "DirHst"},
+      {.name = "Directory history by Alt-\\",
+       .codes = {Key::AltBackslash},
+       .when = AltHeld,
+       .run = chooseDirectoryOfHistory,
+       .menu = {"Directory History    Alt-\\", 1}},
+      {.name = "Stored paths",
+       .codes = {Key::AltF5},
+       .run = chooseStoredPath,
+       .menu = {"Stored Paths         Alt-F5", 7},
+       .label = "DStore"},
+      {.name = "Go to shortcut",
+       .codes = digitKeys(0),
+       .run = [](MainLoop& loop) { goToShortcut(Key::digitOf(loop.key)); }},
+      {.name = "Store shortcut",
+       .codes = digitKeys(Key::ShiftedKey),
+       .run = [](MainLoop& loop) { storeShortcut(Key::digitOf(loop.key)); }},
+  };
+}
+
+std::vector<Command> directRows() {
+  using enum When;
+  return {
+      {.name = "Other panel's directory",
+       .codes = {Key::CtrlBackslash},
+       .when = ShiftHeld,
+       .run = goToOtherDirectory},
+      {.name = "Other panel's directory by its own code",
+       .codes = {Key::CtrlShiftBackslash, Key::AltBackslash},
+       .run = goToOtherDirectory},
+      {.name = "Root", .codes = {Key::CtrlBackslash}, .run = goToRoot},
+      {.name = "Previous path", .codes = {Key::CtrlUnderscore}, .run = goToPreviousPath},
+      {.name = "Home", .codes = {Key::AltHome}, .run = goHome},
+      {.name = "One level up", .codes = {Key::CtrlPageUp}, .run = [] { goUp(active()); }},
+      {.name = "Enter as a directory",
+       .codes = {Key::CtrlPageDown},
+       .when = PanelsOn,
+       .run = [] { enterAsDirectory(active()); }},
+  };
+}
+
+}  // namespace
+
+std::vector<Command> goCommands() {
+  return joined({choiceRows(), directRows()});
 }

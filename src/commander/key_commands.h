@@ -3,4 +3,4 @@
 #include "commander/main_loop.h"
 
 // Runs the command of a key code, or puts its character on the line.
-void dispatchKey(MainLoop& loop, int key);
+void dispatchKey(MainLoop& loop, Key::Code key);

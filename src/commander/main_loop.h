@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commander/command_line.h"
+#include "console/key_codes.h"
 #include "panels/commands/panel_mouse.h"
 #include "panels/model/panel_pair.h"
 
@@ -12,7 +13,8 @@ struct MainLoop {
   CommandLine line;
   Redraw redraw = Redraw::All;
   bool repaintCursor = true;
-  int pendingKey = 0;
+  Key::Code key = 0;          // the one whose command runs
+  Key::Code pendingKey = 0;   // what the next round takes instead of waiting
   MouseMessage pendingMouse;  // what came with a pendingKey of Key::MouseEvent
   int shiftState = 0;         // of the last key, as commands look at it
   int drawnShiftState = -1;   // what the key bar shows

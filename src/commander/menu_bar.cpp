@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int HelpTopicOfMenus = 100;
 constexpr wchar_t SeparatorLine = 0x2500;
 
 // Where the menu was when it was left; a reopened menu starts there.
@@ -184,9 +183,7 @@ void MenuBar::takeKey(int key) {
     case Key::F10:
       return leave(0);
     case Key::F1:
-      return callSeam(
-          commandSeams().help,
-          HelpTopicOfMenus + (place.sideMenuIndex == RightMenu ? LeftMenu : place.sideMenuIndex));
+      return callSeam(commandSeams().help, menu().help);
     default:
       takeLetter(hotKeyChar(key));
   }

@@ -1,6 +1,7 @@
 #include "commander/view_edit.h"
 
 #include "commander/command_seams.h"
+#include "commander/main_loop.h"
 #include "foundation/names.h"
 #include "language/association_set.h"
 #include "options/options.h"
@@ -11,10 +12,6 @@
 namespace {
 
 constexpr wchar_t DirectoryNote[] = L"dirinfo";
-
-bool bothOff() {
-  return !panelPair().side[0].showing && !panelPair().side[1].showing;
-}
 
 // The associated program comes first, but only for the plain key.
 Westring commandFor(AssociationSet& set, const wchar_t* name, Program program,
@@ -53,7 +50,7 @@ void editDirectoryNote(Panel& infoPanel) {
 void viewCommand(Program program) {
   Panel& panel = panelPair().active();
   entry* item = panel.currentEntry();
-  if (bothOff() || !panel.isFiles() || !item) return;
+  if (bothPanelsOff() || !panel.isFiles() || !item) return;
   if (item->isDirectory()) return callSeam(commandSeams().countDirectorySizes, panel);
   Westring name = item->name();
   Westring command = commandFor(associationSets().viewers, name.data(), program,
@@ -67,9 +64,9 @@ void viewCommand(Program program) {
 
 void editCommand(Program program) {
   Panel& panel = panelPair().active();
-  if (!bothOff() && !panel.isFiles()) return editDirectoryNote(panel);
+  if (!bothPanelsOff() && !panel.isFiles()) return editDirectoryNote(panel);
   entry* item = panel.currentEntry();
-  if (bothOff() || !item || item->isDirectory()) return;
+  if (bothPanelsOff() || !item || item->isDirectory()) return;
   Westring name = item->name();
   Westring command = commandFor(associationSets().editors, name.data(), program,
                                 GlobalOptions::Editor, GlobalOptions::Editor2);

@@ -32,3 +32,23 @@ int hotKeyChar(int code) {
   }
   return code;
 }
+
+Key::Code functionKey(int number, int shiftState) {
+  const int index = number - 1;
+  switch (shiftState & ShiftState::Mask) {
+    case 0:
+      return Key::F1 + index;
+    case ShiftState::Shift:
+      return Key::ShiftF1 + index;
+    case ShiftState::Ctrl:
+      return Key::CtrlF1 + index;
+    case ShiftState::Alt:
+      return Key::AltF1 + index;
+    case ShiftState::Shift | ShiftState::Alt:
+      return Key::ShiftAltF1 + index;
+    case ShiftState::Shift | ShiftState::Ctrl:
+      return Key::CtrlShiftF1 + index;
+    default:
+      return 0;
+  }
+}

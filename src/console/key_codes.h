@@ -4,6 +4,8 @@
 // themselves, ExtendedKey marks a scan code, ShiftedKey tells Shift apart.
 namespace Key {
 
+using Code = int;
+
 inline constexpr int ExtendedKey = 0x10000;
 inline constexpr int ShiftedKey = 0x20000;
 inline constexpr int CtrlDigit = 0x40000;        // low byte: digit value or its ASCII code
@@ -40,7 +42,7 @@ inline constexpr int AltF1 = 0x10068, AltF2 = 0x10069, AltF3 = 0x1006A, AltF4 = 
 inline constexpr int ShiftAltF1 = 0x30068, ShiftAltF2 = 0x30069, ShiftAltF3 = 0x3006A,
                      ShiftAltF4 = 0x3006B, ShiftAltF5 = 0x3006C, ShiftAltF7 = 0x3006E,
                      ShiftAltF8 = 0x3006F, ShiftAltF9 = 0x30070;
-inline constexpr int CtrlShiftF5 = 0x30062;
+inline constexpr int CtrlShiftF1 = 0x3005E, CtrlShiftF5 = 0x30062;
 
 inline constexpr int Home = 0x10047, Up = 0x10048, PageUp = 0x10049, Left = 0x1004B,
                      Right = 0x1004D, End = 0x1004F, Down = 0x10050, PageDown = 0x10051,
@@ -55,6 +57,13 @@ inline constexpr int CtrlLeft = 0x10073, CtrlRight = 0x10074, CtrlEnd = 0x10075,
                      CtrlDelete = 0x10093, CtrlBackspace = 127, CtrlEnter = 10;
 inline constexpr int CtrlShiftLeft = 0x30073, CtrlShiftRight = 0x30074, CtrlShiftEnd = 0x30075,
                      CtrlShiftHome = 0x30077, CtrlShiftEnter = 0x3001C;
+// Control characters of signs; that of '[' is Esc, told apart by the Ctrl key held.
+inline constexpr int CtrlBackslash = 28, CtrlBracketRight = 29, CtrlUnderscore = 31,
+                     CtrlShiftBackslash = 0x2001C, CtrlShiftF = 0x20006, CtrlShiftJ = 0x2000A;
+// Ctrl with a letter or Enter by its scan code, as some keyboards tell it.
+inline constexpr int CtrlScanBracketLeft = 0x9001A, CtrlScanEnter = 0x9001C, CtrlScanF = 0x90021,
+                     CtrlScanJ = 0x90024, CtrlShiftScanEnter = 0xB001C, CtrlShiftScanF = 0xB0021,
+                     CtrlShiftScanJ = 0xB0024;
 inline constexpr int AltHome = 0x10097, AltUp = 0x10098, AltLeft = 0x1009B, AltRight = 0x1009D,
                      AltDown = 0x100A0, AltEnter = 0x1001C, AltBackspace = 0x1000E, AltD = 0x10020,
                      AltBackslash = 0x1002B;
@@ -65,6 +74,19 @@ inline constexpr int GrayPlus = 0x40002B, GrayMinus = 0x40002D, GrayStar = 0x400
 
 constexpr int ctrl(char letter) {
   return letter - 'a' + 1;
+}
+
+// Ctrl with a digit of the digit row, and of the keypad.
+constexpr int ctrlDigit(int digit) {
+  return CtrlDigit | digit;
+}
+constexpr int ctrlKeypadDigit(int digit) {
+  return CtrlDigit | ('0' + digit);
+}
+// The digit of such a code.
+constexpr int digitOf(int code) {
+  const int value = code & 0xFF;
+  return value >= '0' ? value - '0' : value;
 }
 
 }  // namespace Key
@@ -84,6 +106,10 @@ inline constexpr int Ctrl = 4;
 inline constexpr int Alt = 8;
 inline constexpr int Mask = 13;
 }  // namespace ShiftState
+
+// The code of F1 to F10 (`number` from 1) under a set of modifiers (ShiftState bits); 0 for the two
+// sets that have no function keys: Ctrl+Alt, and all three.
+Key::Code functionKey(int number, int shiftState);
 
 // The plain character of an Alt code (Alt+letter, digit or punctuation, also with Shift); any other
 // code comes back unchanged.

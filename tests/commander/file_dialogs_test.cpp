@@ -1,7 +1,7 @@
 // The dialogs that ask for one file or for a filter.
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "commander/seam_log.h"
 
 namespace {

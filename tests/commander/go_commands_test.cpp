@@ -2,15 +2,14 @@
 
 #include <cstdlib>
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "language/environment.h"
 #include "panels/picture/tree_line.h"
 
 namespace {
 
 constexpr int Shift = ShiftState::Shift, Ctrl = ShiftState::Ctrl;
-constexpr int CtrlBackslash = 28, CtrlShiftBackslash = 0x2001C, CtrlUnderscore = 31;
 
 class GoCommands : public MainLoopTest {
  protected:
@@ -88,59 +87,59 @@ TEST_F(GoCommands, CtrlPageDownEntersDirectoriesAndArchivesAndNothingElse) {
 TEST_F(GoCommands, CtrlBackslashGoesToTheRoot) {
   goTo("sub");
   left().depth = 4;
-  press(CtrlBackslash, Ctrl);
+  press(Key::CtrlBackslash, Ctrl);
   EXPECT_EQ(place(), "/");
   EXPECT_EQ(left().currentIndex(), 0);
   EXPECT_EQ(left().depth, -1);
 }
 
 TEST_F(GoCommands, CtrlBackslashAtTheRootChangesNothing) {
-  press(CtrlBackslash, Ctrl);
+  press(Key::CtrlBackslash, Ctrl);
   press(Key::Down);
   const int index = left().currentIndex();
-  press(CtrlBackslash, Ctrl);
+  press(Key::CtrlBackslash, Ctrl);
   EXPECT_EQ(left().currentIndex(), index);
 }
 
 TEST_F(GoCommands, CtrlBackslashInAnArchiveLeavesItForItsDirectory) {
   enterArchive();
-  press(CtrlBackslash, Ctrl);
+  press(Key::CtrlBackslash, Ctrl);
   EXPECT_EQ(place(), leftDir.path());
   EXPECT_EQ(left().archive, nullptr);
   EXPECT_EQ(currentName(left()), "pack.zip");
 }
 
 TEST_F(GoCommands, CtrlShiftBackslashGoesToTheOtherPanelsDirectory) {
-  press(CtrlShiftBackslash, Ctrl | Shift);
+  press(Key::CtrlShiftBackslash, Ctrl | Shift);
   EXPECT_EQ(place(), rightDir.path());
   goTo("");
-  press(CtrlBackslash, Ctrl | Shift);
+  press(Key::CtrlBackslash, Ctrl | Shift);
   EXPECT_EQ(place(), rightDir.path());
 }
 
 TEST_F(GoCommands, CtrlUnderscoreGoesBackAndForth) {
   goTo("sub");
   goTo("sub/deep");
-  press(CtrlUnderscore, Ctrl);
+  press(Key::CtrlUnderscore, Ctrl);
   EXPECT_EQ(place(), in("sub"));
-  press(CtrlUnderscore, Ctrl);
+  press(Key::CtrlUnderscore, Ctrl);
   EXPECT_EQ(place(), in("sub/deep"));
 }
 
 TEST_F(GoCommands, CtrlUnderscoreFindsTheCursorWhereItWas) {
   leftDir.write("last", "");
   press(Key::ctrl('r'));
-  screenAfter({Key::End, CtrlBackslash, CtrlUnderscore});
+  screenAfter({Key::End, Key::CtrlBackslash, Key::CtrlUnderscore});
   EXPECT_EQ(place(), leftDir.path());
   EXPECT_EQ(currentName(left()), "last");
 }
 
 TEST_F(GoCommands, CtrlUnderscoreWithNowhereToGoBackDoesNothing) {
   left().previousPath = L"";
-  press(CtrlUnderscore, Ctrl);
+  press(Key::CtrlUnderscore, Ctrl);
   EXPECT_EQ(place(), leftDir.path());
   left().previousPath = L"/no/such/place";
-  press(CtrlUnderscore, Ctrl);
+  press(Key::CtrlUnderscore, Ctrl);
   EXPECT_EQ(place(), leftDir.path());
 }
 

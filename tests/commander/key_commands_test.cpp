@@ -1,7 +1,7 @@
 // What each key and menu code does, and when it does nothing.
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "commander/seam_log.h"
 #include "filecommands/commands.h"
 #include "language/association_set.h"

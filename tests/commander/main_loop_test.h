@@ -59,7 +59,7 @@ class MainLoopTest : public PanelScreenTest {
   }
   std::string screenAfterQueued() {
     std::string picture;
-    commandSeams().help = [&](int) {
+    commandSeams().help = [&](HelpTopic) {
       picture = screenText();
       loop.leaving = true;
     };

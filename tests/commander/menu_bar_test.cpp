@@ -1,7 +1,7 @@
 #include "commander/menu_bar.h"
 
+#include "commander/command.h"
 #include "commander/command_seams.h"
-#include "commander/menu_codes.h"
 #include "commander/menu_items.h"
 #include "console/key_codes.h"
 #include "options/colours.h"
@@ -20,7 +20,7 @@ class MenuBarTest : public ConsoleTest {
   // events, so the picture is taken by the help seam, which F1 calls.
   std::string screenAfter(std::initializer_list<int> codes, int side = 0) {
     std::string picture;
-    commandSeams().help = [&](int) { picture = screenText(); };
+    commandSeams().help = [&](HelpTopic) { picture = screenText(); };
     for (int code : codes) queueKey(code);
     queueKey(Key::F1);
     queueKey(Key::F10);
@@ -153,11 +153,12 @@ TEST_F(MenuBarTest, F10LeavesFromAnywhere) {
 }
 
 TEST_F(MenuBarTest, F1AsksForHelpOnThisMenuAndTheRightOneSharesTheLeftOnesTopic) {
-  std::vector<int> topics;
-  commandSeams().help = [&](int topic) { topics.push_back(topic); };
+  std::vector<HelpTopic> topics;
+  commandSeams().help = [&](HelpTopic topic) { topics.push_back(topic); };
   runKeys({Key::F1, Key::Right, Key::F1, Key::Left, Key::Left, Key::F1, Key::F10});
   commandSeams().help = nullptr;
-  EXPECT_EQ(topics, (std::vector<int>{100, 101, 100}));
+  EXPECT_EQ(topics, (std::vector<HelpTopic>{HelpTopic::PanelMenu, HelpTopic::FilesMenu,
+                                            HelpTopic::PanelMenu}));
 }
 
 TEST_F(MenuBarTest, APressOnATitleSelectsItAndASecondOneOpensAndCloses) {
@@ -207,7 +208,7 @@ TEST_F(MenuBarTest, AClickElsewhereClosesAndThenLeaves) {
 }
 
 TEST_F(MenuBarTest, EachPartHasItsColour) {
-  commandSeams().help = [&](int) {
+  commandSeams().help = [&](HelpTopic) {
     for (int x : {0, 10, 79}) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::MenuBar)) << x;
     for (int x : {2, 9}) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::MenuHighlight)) << x;
     // Frame, a chosen and a plain item to their last cell, and the separator with its mark.
@@ -227,7 +228,7 @@ TEST_F(MenuBarTest, ADisabledItemHasItsForegroundOnTheRowsBackground) {
   const int codes[] = {first.code, second.code};
   first.code = second.code = 0;
   const int foreground = colourOf(Colour::DisabledMenu) & 0x0F;
-  commandSeams().help = [&](int) {
+  commandSeams().help = [&](HelpTopic) {
     for (int x : {12, 17}) {
       EXPECT_EQ(attrAt(x, 2), (colourOf(Colour::MenuHighlight) & 0xF0) | foreground) << x;
       EXPECT_EQ(attrAt(x, 3), (colourOf(Colour::Menu) & 0xF0) | foreground) << x;
@@ -240,7 +241,7 @@ TEST_F(MenuBarTest, ADisabledItemHasItsForegroundOnTheRowsBackground) {
 }
 
 TEST_F(MenuBarTest, QuickLettersShowInTheirColourOnTheRowsBackground) {
-  commandSeams().help = [&](int) {
+  commandSeams().help = [&](HelpTopic) {
     // "Brief" is chosen: its row has the highlight's background.
     EXPECT_EQ(attrAt(4, 2), (0x0F & 0xF0) | 0x0E);
     EXPECT_EQ(attrAt(5, 2), 0x0F);

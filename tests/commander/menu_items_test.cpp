@@ -5,7 +5,7 @@
 #include <cstring>
 #include <map>
 
-#include "commander/menu_codes.h"
+#include "commander/command.h"
 #include "options/options.h"
 #include "panels/model/panel_pair.h"
 

@@ -1,7 +1,7 @@
 // Keys that change the panels: what is tagged and found, how they look, which ones show, options.
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "panels/commands/selection.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // What the main loop puts on the screen: prompt, line, key bar, clock, and the layouts of the
 // panels.
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "commander/screen_size.h"
 #include "options/colours.h"
 #include "panels/commands/change_directory.h"
@@ -85,7 +85,7 @@ TEST_F(ScreenLayout, TheTextCursorStandsOnTheLine) {
 TEST_F(ScreenLayout, TheCursorShowsWhileAKeyIsWaitedForAndNotInACommand) {
   int inCommand = -1;
   bool shown = false;
-  commandSeams().help = [&](int) {
+  commandSeams().help = [&](HelpTopic) {
     inCommand = console->cursorSize();
     loop.leaving = true;
   };
@@ -124,7 +124,7 @@ TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiers) {
   for (const auto& row : rows) {
     // The picture is taken when F1 comes, which is a key of the same modifiers here.
     queueKey(Key::ShiftChanged, row.state);
-    commandSeams().help = [&](int) { loop.leaving = true; };
+    commandSeams().help = [&](HelpTopic) { loop.leaving = true; };
     queueKey(Key::F1, row.state);
     loop.leaving = false;
     runMainLoop(loop);
@@ -135,7 +135,7 @@ TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiers) {
 TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiersInAQuickSearchToo) {
   constexpr int altF = 0x10021;
   bool alt = false, plain = false;
-  commandSeams().help = [&](int) { loop.leaving = true; };
+  commandSeams().help = [&](HelpTopic) { loop.leaving = true; };
   {
     Beside user([&] {
       queueKey(Key::ShiftChanged, ShiftState::Alt);

@@ -2,8 +2,8 @@
 
 #include <random>
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "panels/commands/selection.h"
 #include "panels/picture/panel_draw.h"
 
@@ -29,7 +29,7 @@ class ScreenTruth : public MainLoopTest {
   // The rows that differ; an INFO panel's change with the machine.
   std::string differences() {
     std::string result;
-    commandSeams().help = [&](int) {
+    commandSeams().help = [&](HelpTopic) {
       const std::vector<Cell> before = panelCells();
       for (Panel& panel : panelPair().side) drawPanel(panel);
       const std::vector<Cell> after = panelCells();

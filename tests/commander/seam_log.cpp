@@ -8,9 +8,9 @@ void SeamLog::connect() {
   auto ofPanel = [this](const char* name) {
     return [this, name](Panel& panel) { note(std::string(name) + " " + currentName(panel)); };
   };
-  seams.help = [this](int topic) { note("help " + std::to_string(topic)); };
-  seams.userMenu = [this](int side, bool mainMenu) {
-    note("user menu " + std::to_string(side) + (mainMenu ? " main" : " here"));
+  seams.help = [this](HelpTopic topic) { note("help " + std::to_string(static_cast<int>(topic))); };
+  seams.userMenu = [this](int side, UserMenuKind kind) {
+    note("user menu " + std::to_string(side) + (kind == UserMenuKind::Main ? " main" : " here"));
   };
   seams.editUserMenu = plain("edit user menu");
   seams.editAssociations = plain("edit associations");
@@ -18,8 +18,8 @@ void SeamLog::connect() {
   seams.configurationDialog = plain("configuration");
   seams.coloursDialog = plain("colours");
   seams.confirmationsDialog = plain("confirmations");
-  seams.fileFind = [this](int side, bool lastResult) {
-    note("find " + std::to_string(side) + (lastResult ? " last" : " new"));
+  seams.fileFind = [this](int side, FindStart start) {
+    note("find " + std::to_string(side) + (start == FindStart::WithLastResult ? " last" : " new"));
   };
   seams.compareDirectories = plain("compare");
   seams.countDirectorySizes = ofPanel("count");

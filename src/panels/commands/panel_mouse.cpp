@@ -20,7 +20,6 @@ constexpr int FirstFileRow = 1;
 constexpr int RowsBelowFiles = 3;   // separator, status line, bottom border
 constexpr int ShortestPassMs = 16;  // no use in scrolling faster than the screen is painted
 constexpr int LookMs = 10;          // how often a longer wait looks for the next event
-constexpr int CtrlShiftF1 = Key::shifted(Key::CtrlF1 & 0xFF);
 
 bool isPress(MouseKind kind) {
   return kind == MouseKind::LeftPress || kind == MouseKind::RightPress;
@@ -294,21 +293,5 @@ int entryAt(int side, int x, int y) {
 int keyBarKeyAt(int x, int shiftState, MouseButton button) {
   const int field = std::max(panelPair().screenColumns / KeyBarFields, 1);
   const int index = std::clamp((x + 1) / field, 0, KeyBarFields - 1);
-  if (button == MouseButton::Right) return Key::AltF1 + index;
-  switch (shiftState & ShiftState::Mask) {
-    case 0:
-      return Key::F1 + index;
-    case ShiftState::Shift:
-      return Key::ShiftF1 + index;
-    case ShiftState::Ctrl:
-      return Key::CtrlF1 + index;
-    case ShiftState::Alt:
-      return Key::AltF1 + index;
-    case ShiftState::Shift | ShiftState::Alt:
-      return Key::ShiftAltF1 + index;
-    case ShiftState::Shift | ShiftState::Ctrl:
-      return CtrlShiftF1 + index;
-    default:
-      return 0;
-  }
+  return functionKey(index + 1, button == MouseButton::Right ? ShiftState::Alt : shiftState);
 }

@@ -1,14 +1,12 @@
 // The line under the panels as the keys edit it.
 
+#include "commander/command.h"
 #include "commander/main_loop_test.h"
-#include "commander/menu_codes.h"
 #include "console/clipboard.h"
 
 namespace {
 
 constexpr int Alt = ShiftState::Alt, Shift = ShiftState::Shift, Ctrl = ShiftState::Ctrl;
-constexpr int CtrlBracketLeft = 27, CtrlBracketRight = 29;
-constexpr int CtrlShiftF = 0x20006, CtrlShiftJ = 0x2000A;
 
 class LineKeys : public MainLoopTest {
  protected:
@@ -216,7 +214,7 @@ TEST_F(LineKeys, CtrlJCompletesFromTheHistory) {
   EXPECT_EQ(shown(), "CD| /two");
   press(Key::CtrlEnter);
   EXPECT_EQ(shown(), "cd| /one");
-  press(CtrlShiftJ, Ctrl | Shift);
+  press(Key::CtrlShiftJ, Ctrl | Shift);
   EXPECT_EQ(shown(), "CD| /two");
   press(Key::CtrlEnter, Ctrl | Shift);
   EXPECT_EQ(shown(), "cd| /one");
@@ -243,9 +241,9 @@ TEST_F(LineKeys, CtrlJOnTheLinesStartInsertsTheNameQuoted) {
 
 TEST_F(LineKeys, CtrlJWithShiftCopiesTheNameAsItIs) {
   cursorTo("two words");
-  for (const auto& [key, state] :
-       {std::pair{CtrlShiftJ, Ctrl | Shift}, std::pair{int{Key::CtrlShiftEnter}, Ctrl | Shift},
-        std::pair{int{Key::CtrlEnter}, Ctrl | Shift}}) {
+  for (const auto& [key, state] : {std::pair{int{Key::CtrlShiftJ}, Ctrl | Shift},
+                                   std::pair{int{Key::CtrlShiftEnter}, Ctrl | Shift},
+                                   std::pair{int{Key::CtrlEnter}, Ctrl | Shift}}) {
     clipboardSetText(L"");
     press(key, state);
     EXPECT_EQ(bytes(clipboardGetText()), "two words") << std::hex << key;
@@ -263,7 +261,7 @@ TEST_F(LineKeys, CtrlFInsertsTheFullPathAtTheCursor) {
 
 TEST_F(LineKeys, CtrlFWithShiftCopiesTheFullPath) {
   cursorTo("two words");
-  for (int key : {CtrlShiftF, Key::ctrl('f')}) {
+  for (int key : {Key::CtrlShiftF, Key::ctrl('f')}) {
     clipboardSetText(L"");
     press(key, Ctrl | Shift);
     EXPECT_EQ(bytes(clipboardGetText()), leftDir.path("two words")) << std::hex << key;
@@ -283,18 +281,18 @@ TEST_F(LineKeys, WithoutAListThereIsNoName) {
 }
 
 TEST_F(LineKeys, BracketKeysInsertThePanelsPathsWithASlash) {
-  press(CtrlBracketLeft, Ctrl);
+  press(Key::Esc, Ctrl);
   EXPECT_EQ(line(), leftDir.path() + "/");
-  press(CtrlBracketRight, Ctrl);
+  press(Key::CtrlBracketRight, Ctrl);
   EXPECT_EQ(line(), leftDir.path() + "/" + rightDir.path() + "/");
   rightDir.makeDir("with blank");
   goToPath(right(), rightDir.wide("with blank"));
   loop.line.clear();
-  press(CtrlBracketRight, Ctrl);
+  press(Key::CtrlBracketRight, Ctrl);
   EXPECT_EQ(line(), rightDir.path() + "/with\\ blank/");
   goToPath(left(), L"/");
   loop.line.clear();
-  press(CtrlBracketLeft, Ctrl);
+  press(Key::Esc, Ctrl);
   EXPECT_EQ(line(), "/");
 }
 

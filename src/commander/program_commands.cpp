@@ -1,0 +1,100 @@
+#include "commander/command_rooms.h"
+#include "commander/command_seams.h"
+#include "commander/execute_line.h"
+#include "commander/exit_program.h"
+#include "commander/menu_bar.h"
+
+namespace {
+
+void showHelp(const Command& command) {
+  callSeam(commandSeams().help, command.help);
+}
+
+// The manual is no program of ours to start.
+void showNoManual() {}
+
+Action openingMenu(MenuStart start) {
+  return [start](MainLoop& loop) {
+    const Key::Code code = pullDownMenu(panelPair().activeSide, start);
+    // Its item has the code of a key that counts only while Alt is held.
+    loop.pendingKey = code == Key::AltBackslash ? Key::ShiftAltF8 : code;
+  };
+}
+
+Action openingUserMenu(UserMenuKind kind) {
+  return [kind] { callSeam(commandSeams().userMenu, panelPair().activeSide, kind); };
+}
+
+Action executing(Separate separate) {
+  return [separate](MainLoop& loop) { executeLine(loop, separate); };
+}
+
+void openHistory(MainLoop& loop) {
+  if (!commandSeams().commandHistoryWindow) return;
+  HistoryChoice choice = commandSeams().commandHistoryWindow();
+  if (choice.action == HistoryChoice::Action::Nothing) return;
+  loop.line.setText(choice.command);
+  if (choice.action == HistoryChoice::Action::Run) executeLine(loop, Separate::No);
+  if (choice.action == HistoryChoice::Action::RunSeparately) executeLine(loop, Separate::Yes);
+}
+
+std::vector<Command> helpAndMenuRows() {
+  return {
+      {.name = "Help",
+       .codes = {Key::F1},
+       .run = showHelp,
+       .label = "Help",
+       .help = HelpTopic::Panels},
+      {.name = "Manual",
+       .codes = {Key::ShiftF1},
+       .run = showNoManual,
+       .menu = {"Manual       Shift-F1", 5},
+       .label = "Manual"},
+      {.name = "User menu",
+       .codes = {Key::F2},
+       .run = openingUserMenu(UserMenuKind::OfDirectory),
+       .menu = {"User Menu          F2", 0},
+       .label = "Menu"},
+      {.name = "Main user menu",
+       .codes = {Key::ShiftF2},
+       .run = openingUserMenu(UserMenuKind::Main),
+       .label = "MnMenu"},
+      {.name = "Edit user menu",
+       .codes = {MenuCode::EditUserMenu},
+       .run = seam(&CommandSeams::editUserMenu),
+       .menu = {"Edit User Menu", 10},
+       .help = HelpTopic::UserMenuFile},
+      {.name = "Pull-down menus",
+       .codes = {Key::F9, Key::ctrl('n')},
+       .run = openingMenu(MenuStart::Fresh),
+       .label = "PullDn"},
+      {.name = "Pull-down menus again",
+       .codes = {Key::ShiftF10},
+       .run = openingMenu(MenuStart::Reopen),
+       .label = "MenuRe"},
+  };
+}
+
+std::vector<Command> runRows() {
+  return {
+      {.name = "Run the line", .codes = {Key::Enter}, .run = executing(Separate::No)},
+      {.name = "Run the line beside", .codes = {Key::AltEnter}, .run = executing(Separate::Yes)},
+      {.name = "Command history",
+       .codes = {Key::AltF8},
+       .run = openHistory,
+       .menu = {"History              Alt-F8", 0},
+       .label = "Histry",
+       .help = HelpTopic::CommandHistory},
+      {.name = "Quit",
+       .codes = {Key::F10},
+       .run = [](MainLoop& loop) { loop.leaving = confirmExit(); },
+       .menu = {"Quit               F10", 0},
+       .label = "Quit"},
+  };
+}
+
+}  // namespace
+
+std::vector<Command> programCommands() {
+  return joined({helpAndMenuRows(), runRows()});
+}
