@@ -133,6 +133,7 @@ CopyResult FileCopy::finish(PartialFile& target) {
   if (const int error = target.commit(replace)) return targetFailure(error);
   if (!move) return {};
   if (!sourceStoodStill(copied)) return {CopyStatus::LeftInPlace, 0};
+  if (request_.keepSource == KeepSource::Yes) return {};
   source_.reset();
   return removeMovedSource(operation_, request_);
 }

@@ -7,6 +7,8 @@
 #include "foundation/place.h"
 
 enum class Permission { No, Yes };
+// Whether the source of a move stays for the time being.
+enum class KeepSource { No, Yes };
 // Where a target in the making stands: under its own name only inside a directory that itself has a
 // temporary name as long as it isn't whole.
 enum class Making { Beside, Directly };
@@ -18,6 +20,7 @@ struct CopyRequest {
   Permission overwrite = Permission::No;
   Permission inPlace = Permission::No;     // when the directory takes no new name
   Permission openAnyway = Permission::No;  // although somebody writes to the source
+  KeepSource keepSource = KeepSource::No;
   Making making = Making::Beside;
   // What the source was when it was looked at; without it the opened file is taken if it is
   // regular.

@@ -28,9 +28,7 @@ Transfer::Verdict Transfer::copyItem(const Item& item) {
     attempt.inPlace = true;
   }
   for (;;) {
-    const CopyResult result = attemptCopy(item, attempt);
-    if (result.status == CopyStatus::Entered) return entered();
-    const Verdict verdict = settleCopy(item, attempt, result);
+    const Verdict verdict = settleCopy(item, attempt, attemptCopy(item, attempt));
     if (verdict.kind != Verdict::Kind::Again) return verdict;
   }
 }
@@ -70,13 +68,15 @@ CopyRequest Transfer::requestFor(const Item& item, const Attempt& attempt) const
   if (attempt.allowed != Allowed::No) request.overwrite = Permission::Yes;
   if (attempt.inPlace) request.inPlace = Permission::Yes;
   if (attempt.openAnyway) request.openAnyway = Permission::Yes;
+  if (item.method == Method::MoveWhole) request.keepSource = KeepSource::Yes;
   request.replaced = attempt.target;
   return request;
 }
 
 CopyResult Transfer::attemptCopy(const Item& item, Attempt& attempt) {
   // In a directory of our own making nothing can be in the way, and the listing told what this is.
-  if (item.making == Making::Directly && item.type == DT_REG && !attempt.target) {
+  const bool known = item.making == Making::Directly && item.type == DT_REG;
+  if (known && item.method == Method::Copy && !attempt.target) {
     const CopyResult result = copyFile(operation_, requestFor(item, attempt));
     const bool otherwise = result.status == CopyStatus::SourceFailed && result.code == ESTALE;
     if (!otherwise && result.status != CopyStatus::Exists) return result;
@@ -103,6 +103,7 @@ CopyResult Transfer::attemptFile(const Item& item, const Attempt& attempt,
   }
   CopyRequest request = requestFor(item, attempt);
   request.looked = source;
+  if (item.method == Method::MoveWhole) noteCopied(source);
   if (S_ISLNK(source.st_mode)) return copyLink(operation_, request);
   const bool read = item.chosen && item.method == Method::Copy;
   if (isSpecialFile(source.st_mode) && !read) return copyNode(operation_, request);
@@ -132,11 +133,14 @@ Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyR
     case CopyStatus::SourceFailed:
     case CopyStatus::TargetFailed:
       return settleFailure(item, result);
-    default:
+    case CopyStatus::Entered:
+      return entered();
+    case CopyStatus::Done:
       if (tookPlaceOfOld(attempt)) dropOldDescription(item);
       takeDescription(item);
-      return decided(Outcome::Done);
+      break;
   }
+  return decided(Outcome::Done);
 }
 
 // What was deleted on the user's word takes its description along; where "All" was in force from
@@ -150,7 +154,7 @@ void Transfer::dropOldDescription(const Item& item) {
 }
 
 void Transfer::takeDescription(const Item& item) {
-  const auto carry = item.method == Method::Copy ? copyDescription : moveDescription;
+  const auto carry = keepsSource(item.method) ? copyDescription : moveDescription;
   carry(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
         byteName(item.target.path));
 }

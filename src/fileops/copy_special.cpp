@@ -81,6 +81,7 @@ CopyResult makeAnew(RunningOperation& operation, const CopyRequest& request, Mak
   operation.progress.advance(0);
   if (request.kind == TransferKind::Copy) return {};
   if (!isStillThere(request)) return {CopyStatus::LeftInPlace, 0};
+  if (request.keepSource == KeepSource::Yes) return {};
   return removeMovedSource(operation, request);
 }
 

@@ -2,7 +2,6 @@
 #include <cstring>
 
 #include "fileops/overwrite_question.h"
-#include "fileops/rename_over_file.h"
 #include "fileops/transfer_level.h"
 #include "foundation/kept_attributes.h"
 #include "foundation/names.h"
@@ -13,7 +12,8 @@
 // A directory is copied by making its target and then taking its members one after the other. A new
 // target has a temporary name until it is whole, so that its files need none of their own; in a
 // move each file is whole by itself as soon as its source is gone, and the directory has its name
-// at once.
+// at once. Where it is to take a file's place it has a temporary name also in a move, and the
+// source stays until it is whole.
 
 namespace {
 
@@ -28,15 +28,6 @@ int openTargetDirectory(int directory, const char* name, Descriptor& result) {
     result = Descriptor(System::openAt(directory, name, O_PATH | DirectoryFlags));
   }
   return result.valid() ? 0 : errno;
-}
-
-template <class Make>
-int makeInPlaceOfFile(const Place& file, Make make) {
-  std::string name;
-  if (const int error = makeBeside(file, name, make)) return error;
-  const int error = renameDirectoryOverFile({file.directory, name.c_str(), file.path}, file);
-  if (error) System::unlinkAt(file.directory, name.c_str(), AT_REMOVEDIR);
-  return error;
 }
 
 }  // namespace
@@ -87,6 +78,7 @@ CopyResult Transfer::refuseIntoItself(const Item& item) {
 }
 
 CopyResult Transfer::mergeOrMake(const Item& item, const Attempt& attempt, Level& level) {
+  if (item.method == Method::ClearSource) return openTarget(item, level);
   if (!attempt.target) return makeTarget(item, attempt, level);
   if (!attempt.targetIsDirectory) {
     if (attempt.allowed == Allowed::No) return {CopyStatus::Exists, EEXIST};
@@ -108,19 +100,13 @@ CopyResult Transfer::makeTarget(const Item& item, const Attempt& attempt, Level&
   const auto make = [&](const char* name) {
     return System::mkdirAt(target.directory, name, mode) == 0 ? 0 : errno;
   };
-  const bool unnamed = item.method == Method::Copy && item.making == Making::Beside;
   level.replacesFile = attempt.target.has_value();
-  int error = 0;
-  if (unnamed) {
-    error = makeBeside(target, level.temporaryName, make);
-  } else if (attempt.target) {
-    error = makeInPlaceOfFile(target, make);
-  } else {
-    error = make(target.name);
-  }
+  if (level.replacesFile && item.method != Method::Copy) level.method = Method::MoveWhole;
+  const bool unnamed = keepsSource(level.method) && item.making == Making::Beside;
+  const int error = unnamed ? makeBeside(target, level.temporaryName, make) : make(target.name);
   if (error) return targetFailure(error);
   level.made = true;
-  level.making = item.method == Method::Copy ? Making::Directly : Making::Beside;
+  level.making = keepsSource(level.method) ? Making::Directly : Making::Beside;
   const CopyResult result = openTarget(item, level);
   if (result.status != CopyStatus::Done) {
     const char* name = unnamed ? level.temporaryName.c_str() : target.name;

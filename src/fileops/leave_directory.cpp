@@ -23,12 +23,17 @@ bool isDirectoryWithId(int fd, FileId wanted) {
 
 }  // namespace
 
-Outcome Transfer::leaveDirectory() {
+Transfer::Verdict Transfer::leaveDirectory() {
   Level& level = *levels_.back();
   reopenParent(level);
   const Outcome outcome = finishDirectory(level);
+  if (level.method == Method::MoveWhole && outcome == Outcome::Done) noteCopied(level.info);
+  const bool clears = level.method == Method::MoveWhole && level.replacesFile;
+  Item item = selfItem(level);
   levels_.pop_back();
-  return outcome;
+  if (!clears || outcome != Outcome::Done) return decided(outcome);
+  item.method = Method::ClearSource;
+  return clearItem(item);
 }
 
 // Only so many levels stay open. The one above is found again through this one, or by its path
@@ -84,18 +89,19 @@ Outcome Transfer::finishDirectory(Level& level) {
   if (named != Outcome::Done) return named;
   dressDirectory(level);
   Outcome outcome = level.left ? Outcome::LeftInPlace : Outcome::Done;
-  if (level.method != Method::Copy && !level.left) outcome = removeSource(level);
-  const bool sourceGone = level.method != Method::Copy && outcome == Outcome::Done;
+  const bool clearing = !keepsSource(level.method);
+  if (clearing && !level.left) outcome = removeSource(level);
+  const bool sourceGone = clearing && outcome == Outcome::Done;
   describeDirectory(level, sourceGone, selfItem(level));
   return outcome;
 }
 
-// A merged directory keeps the description it had.
+// A merged directory keeps the description it had; one whose source is cleared was made before.
 void Transfer::describeDirectory(const Level& level, bool sourceGone, const Item& self) {
   const char* sourceName = byteName(self.source.path);
   const char* targetName = byteName(self.target.path);
   if (level.replacesFile) dropOldDescription(self);
-  if (level.made && sourceGone) {
+  if (sourceGone && (level.made || level.method == Method::ClearSource)) {
     moveDescription(self.sourceDescriptions, sourceName, self.targetDescriptions, targetName);
   } else if (level.made) {
     copyDescription(self.sourceDescriptions, sourceName, self.targetDescriptions, targetName);
@@ -109,7 +115,7 @@ void Transfer::settleDescriptions(Level& level) {
   if (!level.sourceDescriptions) return;
   static_cast<void>(level.targetDescriptions->flush());
   static_cast<void>(level.sourceDescriptions->flush());
-  if (level.method != Method::Copy && !level.left) carryOrphanLines(level);
+  if (!keepsSource(level.method) && !level.left) carryOrphanLines(level);
 }
 
 // Lines that describe nothing go along, so that the emptied directory can go.
@@ -159,7 +165,7 @@ void Transfer::removeUnnamed(const Level& level) {
 }
 
 void Transfer::dressDirectory(const Level& level) {
-  if (!level.made) return;
+  if (!level.made && level.method != Method::ClearSource) return;
   if (level.method != Method::Copy) {
     keepOwnership(level.source.fd(), level.target.get(), level.info);
     static_cast<void>(keepTimes(level.target.get(), level.info));

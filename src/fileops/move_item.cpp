@@ -101,10 +101,8 @@ Transfer::Verdict Transfer::tellSame(const Item& item) {
 
 Transfer::Verdict Transfer::mergeInto(const Item& item, const Attempt& attempt,
                                       const struct stat& source) {
-  const CopyResult result = enterDirectory(item, attempt, source);
-  if (result.status == CopyStatus::Entered) return entered();
   Attempt unused;
-  return settleCopy(item, unused, result);
+  return settleCopy(item, unused, enterDirectory(item, attempt, source));
 }
 
 Transfer::Verdict Transfer::decideReplacing(const Item& item, Attempt& attempt) {

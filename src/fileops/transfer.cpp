@@ -22,6 +22,7 @@ Outcome Transfer::run(const std::string& source, const std::string& target, int 
   source_ = source;
   target_ = target;
   aboveTarget_.clear();
+  copied_.clear();
   const std::string sourceParent = byteParent(source);
   const std::string targetParent = byteParent(target);
   if (isDescriptionFileName(byteName(source.c_str()))) operation_.descriptions.forget(sourceParent);
@@ -43,12 +44,13 @@ Outcome Transfer::run(const std::string& source, const std::string& target, int 
       }
       if (verdict.outcome != Outcome::Done) level.left = true;
     }
-    verdict = level.next < level.names.count() ? beginMember() : decided(leaveDirectory());
+    verdict = level.next < level.names.count() ? beginMember() : leaveDirectory();
   }
   return verdict.outcome;
 }
 
 Transfer::Verdict Transfer::begin(const Item& item, int index, int count) {
+  if (item.method == Method::ClearSource) return clearItem(item);
   operation_.ui.itemStarted(kind_, item.source.path, item.target.path, index, count);
   if (strlen(item.source.path) > LongestPath) {
     return settleFailure(item, sourceFailure(ENAMETOOLONG));

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "fileops/copy_engine.h"
@@ -28,8 +29,13 @@ class Transfer {
   enum class Method {
     Copy,
     Rename,
-    MoveByCopy  // to another device
+    MoveByCopy,  // to another device, each file by itself
+    MoveWhole,   // the same into the place of a file: the source stays until all of it is over
+    ClearSource  // and then goes
   };
+  static bool keepsSource(Method method) {
+    return method == Method::Copy || method == Method::MoveWhole;
+  }
 
   struct Item {
     Place source;
@@ -107,8 +113,13 @@ class Transfer {
   void openDescriptions(Level& level);
   void push(std::unique_ptr<Level> level);
 
+  // clear_source.cpp
+  void noteCopied(const struct stat& source);
+  Verdict clearItem(const Item& item);
+  Verdict attemptClear(const Item& item);
+
   // leave_directory.cpp
-  Outcome leaveDirectory();
+  Verdict leaveDirectory();
   Outcome finishDirectory(Level& level);
   void reopenParent(Level& child);
   Outcome nameDirectory(Level& level);
@@ -127,6 +138,8 @@ class Transfer {
   const TransferKind kind_;
   std::vector<std::unique_ptr<Level>> levels_;
   std::vector<FileId> aboveTarget_;  // of the item's target
+  // By MoveWhole, as each thing was before it was copied.
+  std::unordered_map<FileId, struct stat, FileIdHash> copied_;
   std::string source_;  // of the member under way; the paths of all levels are beginnings of it
   std::string target_;
 };

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <functional>
 #include <string>
 
 #include "foundation/utf8.h"
@@ -30,6 +31,12 @@ struct FileId {
   ino_t inode = 0;
 
   friend bool operator==(const FileId&, const FileId&) = default;
+};
+
+struct FileIdHash {
+  size_t operator()(const FileId& id) const noexcept {
+    return std::hash<ino_t>()(id.inode) ^ (std::hash<dev_t>()(id.device) << 1);
+  }
 };
 
 inline FileId idOf(const struct stat& info) {

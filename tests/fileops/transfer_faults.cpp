@@ -20,6 +20,8 @@ const std::vector<Scenario> Scenarios = {
     {"MoveOfATreeToAnotherDevice", TransferKind::Move, true, OverwriteMode::Ask, "src", "dst/new"},
     {"MoveMergingTreesOnAnotherDevice", TransferKind::Move, true, OverwriteMode::All, "src",
      "dst/tree"},
+    {"MoveOfATreeOverAFileOnAnotherDevice", TransferKind::Move, true, OverwriteMode::All, "src",
+     "dst/file"},
 };
 
 std::string nameOf(const testing::TestParamInfo<Scenario>& info) {
@@ -48,7 +50,8 @@ bool couldNotGo(const Fault& fault, const std::string& path, const std::string& 
   // An old file that stood aside and couldn't get back to its place.
   if (what == "file old file" && fault.refused({"renameNoReplace"}, path)) return true;
   const bool again = fault.reach == Fault::Reach::SameName || fault.reach == Fault::Reach::Below;
-  return again && fault.refused({"openAt", "openDirectoryFd", "readDirectory", "fstat"}, path);
+  return again &&
+         fault.refused({"openAt", "openDirectoryFd", "readDirectory", "readNames", "fstat"}, path);
 }
 
 }  // namespace
