@@ -29,7 +29,7 @@ DeleteTree::DeleteTree(RunningOperation& operation, const wchar_t* pattern)
 
 Outcome DeleteTree::run(const Place& directory) {
   outcome_ = Outcome::Done;
-  switch (DirectoryWalk(*this).run(directory)) {
+  switch (DirectoryWalk(*this, {.mounts = MountPoints::PassWithItem}).run(directory)) {
     case WalkEnd::Stopped:
       return Outcome::Cancelled;
     case WalkEnd::Lost:

@@ -7,8 +7,8 @@
 #include "foundation/directory_walk.h"
 
 // Deletes a directory with everything in it, depth first, in directory order, links themselves and
-// never what they lead to. With another pattern than "*" only files that match go, and directories
-// that are empty then.
+// never what they lead to. What is mounted in it is told and stays, with all above it. With another
+// pattern than "*" only files that match go, and directories that are empty then.
 class DeleteTree : private DirectoryVisitor {
  public:
   DeleteTree(RunningOperation& operation, const wchar_t* pattern);

@@ -4,6 +4,7 @@
 #include "fileops/overwrite_question.h"
 #include "fileops/transfer_level.h"
 #include "foundation/kept_attributes.h"
+#include "foundation/mount_id.h"
 #include "foundation/names.h"
 #include "foundation/partial_file.h"
 #include "foundation/place.h"
@@ -50,6 +51,8 @@ CopyResult Transfer::enterDirectory(const Item& item, const Attempt& attempt,
   FileId opened;
   if (const int error = level->source.id(opened)) return sourceFailure(error);
   if (opened != level->sourceId) return sourceFailure(ESTALE);
+  // What is mounted there can't go with the tree, so nothing is taken out of it.
+  if (item.method != Method::Copy && isMountPoint(level->source.fd())) return sourceFailure(EBUSY);
   if (const int error = level->names.read(level->source.fd())) return sourceFailure(error);
   const CopyResult result = mergeOrMake(item, attempt, *level);
   if (result.status != CopyStatus::Done) return result;

@@ -5,6 +5,7 @@
 #include "fileops/delete_file.h"
 #include "fileops/error_dialog.h"
 #include "foundation/directory_names.h"
+#include "foundation/mount_id.h"
 #include "foundation/system.h"
 
 namespace {
@@ -25,6 +26,7 @@ bool holdsNames(const Place& place) {
 int removeOrFindFull(const Place& directory) {
   const int error = removePlace(directory);
   const bool known = error == 0 || error == ENOENT || error == ENOTDIR || error == ENOTEMPTY;
+  if (error != 0 && isMountPoint(directory)) return EBUSY;
   return !known && holdsNames(directory) ? ENOTEMPTY : error;
 }
 

@@ -11,7 +11,8 @@ struct Removal {
 
 enum class LookInside {
   No,
-  Yes  // where the system has another reason to refuse it, a full directory is full all the same
+  Yes  // a full directory is full, also where the system has another reason to refuse it; one where
+       // something is mounted is busy, full or not
 };
 
 // Removes one directory by place, if it is empty. Every other failure is told here: Done,
