@@ -413,3 +413,27 @@ TEST_F(Delete, WhatIsLeftInADirectoryKeepsItsLines) {
   EXPECT_EQ(removeDir("tree", L"a"), Outcome::LeftInPlace);
   EXPECT_EQ(dir.read("tree/descript.ion"), "sub about sub\r\n");
 }
+
+TEST_F(Delete, AQuietCleanUpLeavesTheStandingAnswersAlone) {
+  makeTree();
+  answers.readOnly = StandingAnswer::All;
+  // The copy can't get its name and is cleaned up, where nothing may be removed.
+  struct Refused {
+    int unlinks = 0;
+    static int onCall(const char* call, const char* path, void* context) {
+      const std::string name = call;
+      const bool unlink = name == "unlinkAt";
+      static_cast<Refused*>(context)->unlinks += unlink;
+      const bool inTheMaking = std::string(path).find(".td-") != std::string::npos;
+      return unlink || (name.starts_with("rename") && inTheMaking) ? EACCES : 0;
+    }
+  };
+  Refused refused;
+  ui.rule = [](const auto&) { return Answer::Skip; };
+  System::setHook(Refused::onCall, &refused);
+  EXPECT_NE(copy("tree", "new"), Outcome::Done);
+  System::setHook(nullptr, nullptr);
+  EXPECT_GE(refused.unlinks, 3) << "the clean-up was tried";
+  EXPECT_FALSE(dir.exists("new"));
+  EXPECT_EQ(answers.readOnly, StandingAnswer::All);
+}
