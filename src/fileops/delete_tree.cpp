@@ -46,17 +46,32 @@ WalkStep DeleteTree::enter(const WalkedDirectory& directory) {
 
 WalkStep DeleteTree::member(const WalkedMember& member) {
   if (member.isDirectory) return WalkStep::GoOn;
+  if (everything_ && strcmp(member.place.name, DescriptionFileName) == 0) {
+    levels_.back().descriptionsGoLast = true;
+    return WalkStep::GoOn;
+  }
   if (!fits(member.place.name)) return note(member.place.name, Outcome::LeftInPlace);
   return note(member.place.name,
               deleteFile(operation_, member.place, DeleteMode::OneOfMany, nullptr));
 }
 
 WalkStep DeleteTree::leave(const WalkedDirectory& directory) {
-  Outcome outcome = Outcome::LeftInPlace;
-  if (!levels_.back().left) outcome = removeEmptyDirectory(operation_, directory.place);
+  const Outcome outcome = levels_.back().left ? Outcome::LeftInPlace : remove(directory);
   if (outcome != Outcome::Done) settleDescriptions(directory);
   levels_.pop_back();
   return note(directory.place.name, outcome);
+}
+
+// Until nothing is left that could stay, the lines about it are kept.
+Outcome DeleteTree::remove(const WalkedDirectory& directory) {
+  if (levels_.back().descriptionsGoLast) {
+    std::string path = directory.place.path;
+    replaceTail(path, path.size(), DescriptionFileName);
+    const Place descriptions{directory.fd, DescriptionFileName, path.c_str()};
+    const Outcome outcome = deleteFile(operation_, descriptions, DeleteMode::OneOfMany, nullptr);
+    if (outcome != Outcome::Done) return outcome;
+  }
+  return removeEmptyDirectory(operation_, directory.place);
 }
 
 void DeleteTree::abandon(const WalkedDirectory& directory) {

@@ -22,7 +22,8 @@ class DeleteTree : private DirectoryVisitor {
   struct Level {
     bool left = false;  // something in it is still there
     bool described = false;
-    std::vector<std::string> gone;  // names whose lines go, while the directory is described
+    bool descriptionsGoLast = false;  // with all that they describe
+    std::vector<std::string> gone;    // names whose lines go, while the directory is described
   };
 
   WalkStep enter(const WalkedDirectory& directory) override;
@@ -35,6 +36,7 @@ class DeleteTree : private DirectoryVisitor {
   WalkStep note(const char* name, Outcome outcome);
   WalkRetry tell(const WalkError& error);
   bool fits(const char* name) const;
+  Outcome remove(const WalkedDirectory& directory);
   void settleDescriptions(const WalkedDirectory& directory);
 
   RunningOperation& operation_;

@@ -437,3 +437,23 @@ TEST_F(Delete, AQuietCleanUpLeavesTheStandingAnswersAlone) {
   EXPECT_FALSE(dir.exists("new"));
   EXPECT_EQ(answers.readOnly, StandingAnswer::All);
 }
+
+TEST_F(Delete, WhatStaysOfATreeKeepsItsLines) {
+  makeTree();
+  dir.write("tree/descript.ion", "a about a\r\nsub about sub\r\n");
+  dir.write("tree/sub/descript.ion", "b.txt about b\r\n");
+  struct Busy {
+    static int onCall(const char* call, const char* path, void*) {
+      return std::string(call) == "unlinkAt" && std::string(path) == "b.txt" ? EBUSY : 0;
+    }
+  };
+  ui.treeAnswers = {TreeAnswer::Yes, TreeAnswer::Yes};
+  ui.answers = {Answer::Skip};
+  System::setHook(Busy::onCall, nullptr);
+  EXPECT_EQ(removeDir("tree"), Outcome::LeftInPlace);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(dir.read("tree/descript.ion"), "sub about sub\r\n");
+  EXPECT_EQ(dir.read("tree/sub/descript.ion"), "b.txt about b\r\n");
+  EXPECT_EQ(removeDir("tree"), Outcome::Done);
+  EXPECT_FALSE(dir.exists("tree"));
+}

@@ -50,8 +50,7 @@ bool couldNotGo(const Fault& fault, const std::string& path, const std::string& 
   // An old file that stood aside and couldn't get back to its place.
   if (what == "file old file" && fault.refused({"renameNoReplace"}, path)) return true;
   const bool again = fault.reach == Fault::Reach::SameName || fault.reach == Fault::Reach::Below;
-  return again &&
-         fault.refused({"openAt", "openDirectoryFd", "readDirectory", "readNames", "fstat"}, path);
+  return again && fault.refused({"openAt", "statx", "readNames", "fstat"}, path);
 }
 
 }  // namespace
