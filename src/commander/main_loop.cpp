@@ -116,7 +116,7 @@ void takeMouse(MainLoop& loop, const MouseMessage& mouse) {
 
 void oneRound(MainLoop& loop) {
   PanelPair& pair = panelPair();
-  panelsVisible(true);
+  panelsVisible(Visible::Yes);
   chooseActiveSide(loop);
   Panel& panel = pair.active();
   forgetNameOffset(panel);

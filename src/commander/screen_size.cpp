@@ -26,7 +26,7 @@ void closeWindows(bool (&open)[2]) {
 void openWindows(const bool (&open)[2]) {
   fetchScreenSize();
   for (int side = 0; side < 2; ++side) panelPair().side[side].showing = open[side];
-  panelsVisible(true);
+  panelsVisible(Visible::Yes);
   drawClock();
 }
 

@@ -270,9 +270,9 @@ void Dialog::setFocus(int index) {
   const int oldInGroup = head.groupFocus;
   focus_ = index;
   head.groupFocus = index;
-  elements_[index]->focusNotify(true);
-  elements_[old]->focusNotify(false);
-  if (oldInGroup != old && oldInGroup != index) elements_[oldInGroup]->focusNotify(false);
+  elements_[index]->focusNotify(Focus::Gained);
+  elements_[old]->focusNotify(Focus::Lost);
+  if (oldInGroup != old && oldInGroup != index) elements_[oldInGroup]->focusNotify(Focus::Lost);
   focusChanged();
 }
 

@@ -48,6 +48,8 @@ enum class Group { Same, New };
 enum class Label { Left, Right };
 enum class KeepFormat { No, Yes };
 
+enum class Focus { Lost, Gained };
+
 // One control of a dialog. Owned by the dialog.
 class DialogElement {
  public:
@@ -59,7 +61,7 @@ class DialogElement {
   virtual bool handleMessage(const Message& message);  // true when handled
   virtual void activate();                             // by a hot key: takes the focus
   virtual ElementType type() const = 0;
-  virtual void focusNotify(bool gaining);
+  virtual void focusNotify(Focus focus);
   virtual void draw() = 0;
   virtual void commit() {}
 

@@ -22,7 +22,7 @@ void DialogElement::activate() {
   dialog_.setFocus(index_);
 }
 
-void DialogElement::focusNotify(bool) {
+void DialogElement::focusNotify(Focus) {
   draw();
 }
 

@@ -23,8 +23,8 @@ bool RadioButton::handleMessage(const Message& message) {
   return true;
 }
 
-void RadioButton::focusNotify(bool gaining) {
-  if (gaining) *value_ = myValue_;
+void RadioButton::focusNotify(Focus focus) {
+  if (focus == Focus::Gained) *value_ = myValue_;
   draw();
 }
 

@@ -10,7 +10,7 @@ class RadioButton : public DialogElement {
 
   bool handleMessage(const Message& message) override;
   ElementType type() const override { return ElementType::RadioButton; }
-  void focusNotify(bool gaining) override;
+  void focusNotify(Focus focus) override;
   void draw() override;
 
  private:

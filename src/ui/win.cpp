@@ -264,12 +264,19 @@ void Win::setPos(int x, int y) {
   setTextPos(originX_ + x, originY_ + y);
 }
 
-void Win::hide(bool on) {
-  if (hidden_ == on) return;
+void Win::hide() {
+  if (!hidden_) exchangeWithScreen();
+}
+
+void Win::unhide() {
+  if (hidden_) exchangeWithScreen();
+}
+
+void Win::exchangeWithScreen() {
   std::vector<Cell> shown = console->getCells(left_, top_, savedWidth(), savedHeight());
   console->putCells(left_, top_, savedWidth(), savedHeight(), saved_.data());
   saved_ = std::move(shown);
-  hidden_ = on;
+  hidden_ = !hidden_;
 }
 
 bool Win::contains(int screenX, int screenY) const {

@@ -47,7 +47,8 @@ class Win {
   void clearToEndOfLine(int attr = DefaultAttr);
   void scroll(int x, int y, int w, int h, int n);  // positive up, negative down
   void setPos(int x, int y);
-  void hide(bool on);
+  void hide();    // what lies beneath shows
+  void unhide();  // shows it as it was
 
   int left() const { return left_; }
   int top() const { return top_; }
@@ -77,6 +78,7 @@ class Win {
   void drawFrame(unsigned char attr);
   int centredColumn(int length) const;
   void highlight(int x, int y, const Westring& text, const char* hotKeys, int attr);
+  void exchangeWithScreen();  // what shows and what is kept
 
   std::vector<Cell> saved_;
   int left_ = 0, top_ = 0, right_ = 0, bottom_ = 0;

@@ -76,7 +76,8 @@ TEST_F(PanelClockTest, WithTheOptionOffThereIsNone) {
 TEST_F(PanelClockTest, ATitleOfTheRightPanelLeavesTheClockStanding) {
   GlobalOptions::Clock = true;
   open();
-  drawTitle(right(), true);
+  setActiveSide(1);
+  drawTitle(right());
   for (int x = 74; x < 80; ++x) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::Clock)) << x;
 }
 
@@ -84,7 +85,7 @@ TEST_F(PanelClockTest, SwitchedOffItGivesItsCellsBackToTheFrame) {
   open();
   const std::string without = rowText(0);
   GlobalOptions::Clock = true;
-  drawTitle(right(), false);
+  drawTitle(right());
   EXPECT_NE(rowText(0), without);
   GlobalOptions::Clock = false;
   removeClock();

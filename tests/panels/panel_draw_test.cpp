@@ -314,13 +314,13 @@ TEST_F(PanelDrawTest, APanelWithoutAWindowIsDrawnLater) {
   EXPECT_TRUE(left().needsDraw);
   openPanelWindow(0);
   EXPECT_FALSE(left().needsDraw);
-  left().window->hide(true);
+  left().window->hide();
   const std::string before = screenText();
   addNumbered(left(), 3);
   drawPanel(left());
   EXPECT_TRUE(left().needsDraw);
   EXPECT_EQ(screenText(), before);
-  panelsVisible(true);
+  panelsVisible(Visible::Yes);
   EXPECT_FALSE(left().needsDraw);
   EXPECT_EQ(rowText(1, 1, 4), "f000");
 }

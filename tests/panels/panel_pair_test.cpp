@@ -3,16 +3,16 @@
 #include "panel_fixture.h"
 
 TEST(PanelRows, FollowTheScreenAndTheFullScreenOption) {
-  EXPECT_EQ(19, panelRowsFor(25, true));
-  EXPECT_EQ(11, panelRowsFor(25, false));
-  EXPECT_EQ(44, panelRowsFor(50, true));
-  EXPECT_EQ(23, panelRowsFor(50, false));
+  EXPECT_EQ(19, panelRowsFor(25, PanelHeight::FullScreen));
+  EXPECT_EQ(11, panelRowsFor(25, PanelHeight::HalfScreen));
+  EXPECT_EQ(44, panelRowsFor(50, PanelHeight::FullScreen));
+  EXPECT_EQ(23, panelRowsFor(50, PanelHeight::HalfScreen));
 }
 
 TEST(PanelRows, NeverFallBelowOne) {
   for (int lines = -3; lines <= 8; ++lines) {
-    EXPECT_GE(panelRowsFor(lines, true), 1);
-    EXPECT_GE(panelRowsFor(lines, false), 1);
+    EXPECT_GE(panelRowsFor(lines, PanelHeight::FullScreen), 1);
+    EXPECT_GE(panelRowsFor(lines, PanelHeight::HalfScreen), 1);
   }
 }
 
@@ -51,6 +51,6 @@ TEST_F(PanelPairTest, TheScreenSizeSetsRowsAndPages) {
   left().style = PanelStyle::Brief;
   GlobalOptions::FullScreen = false;
   fetchScreenSize();
-  EXPECT_EQ(panelRowsFor(panelPair().screenLines, false), panelPair().panelRows);
+  EXPECT_EQ(panelRowsFor(panelPair().screenLines, PanelHeight::HalfScreen), panelPair().panelRows);
   EXPECT_EQ(3 * panelPair().panelRows, left().pageSize);
 }

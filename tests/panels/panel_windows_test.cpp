@@ -112,7 +112,7 @@ TEST_F(PanelWindowsTest, PanelsOffGiveTheScreenBackAndComeOnWithTheNextRound) {
   EXPECT_EQ(std::string(80, ' '), rowText(5));
   panelsOnOff();
   EXPECT_EQ(nullptr, left().window);
-  panelsVisible(true);
+  panelsVisible(Visible::Yes);
   EXPECT_TRUE(left().window && right().window);
   EXPECT_TRUE(shows("1003"));
 }
@@ -131,11 +131,11 @@ TEST_F(PanelWindowsTest, TheRoundAfterARefreshRedrawsTheInfoPanelBeside) {
   left().path = dir.wide();
   toggleInfo(1);
   enterPath(left(), L"");
-  panelsVisible(true);
+  panelsVisible(Visible::Yes);
   EXPECT_TRUE(shows("1 file uses 5 bytes in"));
   dir.write("other", "123");
   panelRefresh();
-  panelsVisible(true);
+  panelsVisible(Visible::Yes);
   EXPECT_TRUE(shows("2 files use 8 bytes in"));
 }
 

@@ -25,7 +25,7 @@ class Probe : public DialogElement {
     DialogElement::activate();
   }
   ElementType type() const override { return ElementType::StaticText; }
-  void focusNotify(bool gaining) override { notifications += gaining ? "+" : "-"; }
+  void focusNotify(Focus focus) override { notifications += focus == Focus::Gained ? "+" : "-"; }
   void draw() override { ++draws; }
   void commit() override { ++commits; }
 

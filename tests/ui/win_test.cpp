@@ -351,19 +351,19 @@ TEST_F(WinTest, HidingTwiceBringsTheWindowBackIntact) {
   Win win(10, 5, 40, 12, Grey, Grey);
   win.put(0, 0, L"content");
   const std::vector<Cell> with = screen();
-  win.hide(true);
+  win.hide();
   EXPECT_TRUE(win.hidden());
   EXPECT_EQ(screen(), before);
-  win.hide(true);
+  win.hide();
   EXPECT_EQ(screen(), before);
-  win.hide(false);
+  win.unhide();
   EXPECT_EQ(screen(), with);
 }
 
 TEST_F(WinTest, AHiddenWindowClosesWithoutTouchingTheScreen) {
   {
     Win win(10, 5, 40, 12, Grey, Grey);
-    win.hide(true);
+    win.hide();
     console->fillCell(12, 7, 3, Cell{L'#', 0x2E});
   }
   EXPECT_EQ(textAt(12, 7, 3), L"###");

@@ -32,7 +32,7 @@ void show(int side) {
     return;
   }
   if (!panel.window) return openPanel(side);
-  panel.window->hide(false);
+  panel.window->unhide();
   readPostponed(panel);
   if (panel.needsDraw) drawPanel(panel);
 }
@@ -61,13 +61,13 @@ void openPanel(int side) {
   if (panel.needsDraw) drawPanel(panel);
 }
 
-void panelsVisible(bool visible) {
-  if (visible) {
+void panelsVisible(Visible visible) {
+  if (visible == Visible::Yes) {
     for (int side = 0; side < 2; ++side) show(side);
     return;
   }
   for (int side = 1; side >= 0; --side) {
-    if (panelPair().side[side].window) panelPair().side[side].window->hide(true);
+    if (panelPair().side[side].window) panelPair().side[side].window->hide();
   }
 }
 

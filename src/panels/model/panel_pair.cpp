@@ -19,9 +19,10 @@ PanelPair& panelPair() {
   return pair;
 }
 
-int panelRowsFor(int screenLines, bool fullScreen) {
-  const int rows = fullScreen ? screenLines - RowsBesideFullPanels
-                              : screenLines - (screenLines / 2 + RowsBelowHalfPanels);
+int panelRowsFor(int screenLines, PanelHeight height) {
+  const int rows = height == PanelHeight::FullScreen
+                       ? screenLines - RowsBesideFullPanels
+                       : screenLines - (screenLines / 2 + RowsBelowHalfPanels);
   return std::max(rows, 1);
 }
 
@@ -32,7 +33,9 @@ void fetchScreenSize() {
     pair.screenLines = std::clamp(size.rows, MinLines, CConsole::MaxRows);
     pair.screenColumns = std::clamp(size.columns, MinColumns, CConsole::MaxColumns);
   }
-  pair.panelRows = panelRowsFor(pair.screenLines, GlobalOptions::FullScreen);
+  pair.panelRows =
+      panelRowsFor(pair.screenLines,
+                   GlobalOptions::FullScreen ? PanelHeight::FullScreen : PanelHeight::HalfScreen);
   for (Panel& panel : pair.side) updatePageSize(panel);
 }
 

@@ -21,8 +21,9 @@ struct PanelPair {
 
 PanelPair& panelPair();
 
-// panelRows by the rule of the screen: FullScreen on, lines - 6; off, lines - (lines / 2 + 2).
-int panelRowsFor(int screenLines, bool fullScreen);
+enum class PanelHeight { HalfScreen, FullScreen };
+// panelRows by the rule of the screen: full, lines - 6; half, lines - (lines / 2 + 2).
+int panelRowsFor(int screenLines, PanelHeight height);
 // Takes the console's size (clamped to what panels need) and recomputes panelRows and page sizes.
 void fetchScreenSize();
 // At least 1: panelRows times the columns of a page.

@@ -27,7 +27,7 @@ bool isActive(const Panel& panel) {
 void drawInfo(Panel& panel) {
   drawPlainFrame(panel);
   drawInfoPanel(panel);
-  drawTitle(panel, isActive(panel));
+  drawTitle(panel);
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ void drawPanel(Panel& panel) {
   const RowLayout layout = layoutOf(panel);
   drawRows(panel, layout);
   drawPanelFrame(panel, layout);
-  drawTitle(panel, isActive(panel));
+  drawTitle(panel);
   drawStatusLine(panel);
   if (isActive(panel)) showPathInWindowTitle();
 }

@@ -42,8 +42,9 @@ unsigned char titleColour(const Panel& panel, bool active) {
 
 }  // namespace
 
-void drawTitle(Panel& panel, bool active) {
+void drawTitle(Panel& panel) {
   if (!isDrawable(panel)) return;
+  const bool active = &panel == &panelPair().active();
   const Westring text = titleText(panel);
   const int width = panelPair().panelWidth();
   const bool clock = clockStandsOver(panel);
@@ -55,14 +56,14 @@ void drawTitle(Panel& panel, bool active) {
 
 void markActivePanel() {
   PanelPair& pair = panelPair();
-  for (Panel& panel : pair.side) drawTitle(panel, &panel == &pair.active());
+  for (Panel& panel : pair.side) drawTitle(panel);
   showPathInWindowTitle();
 }
 
 void removeClock() {
   if (!console || GlobalOptions::Clock) return;
   Panel& right = panelPair().side[1];
-  if (isDrawable(right)) return drawTitle(right, panelPair().activeSide == 1);
+  if (isDrawable(right)) return drawTitle(right);
   console->fillBlank(clockColumn(), 0, ClockWidth, 1, console->defaultAttr());
 }
 

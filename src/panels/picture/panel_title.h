@@ -2,8 +2,8 @@
 
 #include "panels/model/panel.h"
 
-// The top border and the title in it; `active` chooses the colours.
-void drawTitle(Panel& panel, bool active);
+// The top border and the title in it, in the colours of an active or an inactive panel.
+void drawTitle(Panel& panel);
 // Titles of both panels and the window title for the active one.
 void markActivePanel();
 // Call after the Clock option was switched off: gives its cells back to the border or the screen.

@@ -17,7 +17,7 @@ void openPanelWindow(int side) {
                                        pair.panelRows + rowsBelowList, attr, attr, Shadow::None);
   updatePageSize(panel);
   if (panel.needsRead && panel.isFiles()) {
-    drawTitle(panel, side == pair.activeSide);
+    drawTitle(panel);
   } else {
     drawPanel(panel);
   }
