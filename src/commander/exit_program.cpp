@@ -5,6 +5,7 @@
 #include "foundation/kept_attributes.h"
 #include "foundation/safe_file.h"
 #include "foundation/utf8.h"
+#include "language/shell_quote.h"
 #include "language/temporary_names.h"
 #include "options/colours.h"
 #include "options/options.h"
@@ -44,7 +45,7 @@ void writeExitScript(const Westring& script, const Westring& directory) {
   constexpr int driveLength = 2;       // the record keeps the form of a drive letter and a path
   Estring first = toUtf8(left(directory, 1));
   Westring rest = directory.length() > driveLength ? mid(directory, driveLength, 0) : Westring();
-  Estring text = first + ":\r\ncd \"" + toUtf8(rest) + "\"\r\n";
+  Estring text = first + ":\r\ncd \"" + toUtf8(escapeInDoubleQuotes(rest)) + "\"\r\n";
   SafeFile file;
   if (file.create(script) != 0) return;
   if (file.write(text.data(), text.length()) == 0) file.commit(scriptMode & ~fileModeMask());

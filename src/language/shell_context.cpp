@@ -28,15 +28,6 @@ std::wstring forSingleQuotes(const wchar_t* name) {
   return result;
 }
 
-std::wstring forDoubleQuotes(const wchar_t* name) {
-  std::wstring result;
-  for (; *name != 0; ++name) {
-    if (isOneOf(L"$`\"\\", *name)) result += L'\\';
-    result += *name;
-  }
-  return result;
-}
-
 // Inside backticks the shell takes one backslash away before it reads the command. What it does to
 // a double quote depends on quotes around the backticks, so names with one don't come here.
 std::wstring forBackticks(const wchar_t* name) {
@@ -136,7 +127,7 @@ std::optional<Westring> ShellContext::quote(const Westring& name) {
   } else if (quotes_ == Quotes::Single) {
     text = forSingleQuotes(plain.data());
   } else if (quotes_ == Quotes::Double) {
-    text = forDoubleQuotes(plain.data());
+    text = escapeInDoubleQuotes(plain).data();
     // Ends the word of a '$', so that "$" and a name such as "(x)" don't join.
     if (previous_ == L'$') text.insert(0, L"\"\"");
   } else {

@@ -7,6 +7,7 @@
 
 namespace {
 constexpr wchar_t Special[] = L" !$~`[]{}\\'\"<>;&|()*?#\t\r";
+constexpr wchar_t SpecialInDoubleQuotes[] = L"$`\"\\";
 
 bool isOneOf(const wchar_t* set, wchar_t ch) {
   return ch != 0 && wcschr(set, ch) != nullptr;
@@ -15,7 +16,7 @@ bool isOneOf(const wchar_t* set, wchar_t ch) {
 // Takes what stands between double quotes, both quotes excluded, and moves the cursor behind them.
 void takeDoubleQuoted(const wchar_t*& cursor, std::wstring& result) {
   for (; *cursor != 0 && *cursor != L'"'; ++cursor) {
-    if (*cursor == L'\\' && isOneOf(L"$`\"\\", cursor[1])) ++cursor;
+    if (*cursor == L'\\' && isOneOf(SpecialInDoubleQuotes, cursor[1])) ++cursor;
     result += *cursor;
   }
   if (*cursor != 0) ++cursor;
@@ -43,6 +44,15 @@ Westring quoteForShell(const Westring& text) {
 Westring quoteNameForShell(const Westring& name) {
   Westring quoted = quoteForShell(name);
   return *name.data() == L'-' ? L"./" + quoted : quoted;
+}
+
+Westring escapeInDoubleQuotes(const Westring& text) {
+  std::wstring result;
+  for (const wchar_t* cursor = text.data(); *cursor != 0; ++cursor) {
+    if (isOneOf(SpecialInDoubleQuotes, *cursor)) result += L'\\';
+    result += *cursor;
+  }
+  return Westring(result.c_str());
 }
 
 wchar_t macroLeadCharacter() {

@@ -8,6 +8,8 @@ Westring quoteForShell(const Westring& text);
 // The same for a name that is put into a command as an argument: one that begins with '-' gets
 // "./".
 Westring quoteNameForShell(const Westring& name);
+// The same inside double quotes that the caller writes; a newline is plain text there.
+Westring escapeInDoubleQuotes(const Westring& text);
 // Each CmdChar becomes two of them, for names placed into a template.
 Westring doubleLeadChar(const Westring& text);
 // What a shell makes of one word: quotes and backslashes removed.

@@ -2,7 +2,10 @@
 
 #include "commander/exit_program.h"
 
+#include <cstdlib>
+
 #include "commander/main_loop_test.h"
+#include "language/shell_test_support.h"
 #include "options/colours.h"
 
 namespace {
@@ -52,6 +55,31 @@ TEST_F(ExitProgram, InsideAnArchiveTheScriptLeadsToTheDirectoryThatHoldsIt) {
   const Westring directory = physicalDirectory(left());
   writeExitScript(rightDir.wide("leave.bat"), directory);
   EXPECT_EQ(rightDir.read("leave.bat"), "/:\r\ncd \"" + leftDir.path().substr(2) + "\"\r\n");
+}
+
+// What a shell that runs the script takes for the argument of its cd. The script is read as a part
+// of another one, where cd only tells what it was given.
+std::string directoryOfCd(const TempDir& place, const std::string& script) {
+  place.write("run", "cd() { printf '%s' \"$1\" >\"$0.cd\"; }\n. \"" + place.path(script) + "\"\n");
+  const std::string command =
+      "cd '" + place.path("empty") + "' && sh '" + place.path("run") + "' >/dev/null 2>&1";
+  static_cast<void>(system(command.c_str()));
+  return place.read("run.cd");
+}
+
+TEST(ExitScript, AHostileDirectoryIsNoCommandOfTheShellThatRunsIt) {
+  TempDir place;
+  place.makeDir("empty");  // where a redirection or a command of a name would leave a file
+  std::vector<std::string> names = hostileNames();
+  names.insert(names.end(), {"$(>made)", "`>made`", "\";>made;\"", "a\n>made\n", "\\\";>made;\"",
+                             "\n\";>made\n\"", "\\\n;>made\n"});
+  for (const std::string& name : names) {
+    const std::string directory = "/home/" + name + "/below";
+    writeExitScript(place.wide("leave"), decodeFileName(directory.c_str()));
+    EXPECT_EQ(directoryOfCd(place, "leave"), directory.substr(2) + "\r") << name;
+    EXPECT_EQ(place.names(), (std::vector<std::string>{"empty", "leave", "run", "run.cd"})) << name;
+    EXPECT_TRUE(std::filesystem::is_empty(place.path("empty"))) << name;
+  }
 }
 
 }  // namespace
