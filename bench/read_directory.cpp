@@ -7,14 +7,12 @@
 #include <cstdio>
 #include <cstring>
 
-#include "foundation/fold.h"
 #include "foundation/utf8.h"
 #include "panels/reader/directory_reader.h"
 
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
   setlocale(LC_ALL, "");
-  buildCaseTables();
   Panel panel;
   panel.path = decodeFileName(argv[1]);
   size_t before = mallinfo2().uordblks;

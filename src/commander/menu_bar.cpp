@@ -1,12 +1,12 @@
 #include "commander/menu_bar.h"
 
-#include <cctype>
 #include <memory>
 
 #include "commander/command_seams.h"
 #include "commander/menu_items.h"
 #include "console/input.h"
 #include "console/text_state.h"
+#include "foundation/fold.h"
 #include "options/colours.h"
 #include "ui/win.h"
 
@@ -191,7 +191,7 @@ void MenuBar::takeKey(int key) {
 
 void MenuBar::takeLetter(int key) {
   if (key <= Key::Space || key > 0xFF) return;
-  int letter = tolower(key);
+  int letter = lowerAscii(key);
   if (!place.open) {
     for (int i = 0; i < MenuCount; ++i) {
       if (menus()[i].hotLetter != letter) continue;
@@ -202,7 +202,7 @@ void MenuBar::takeLetter(int key) {
   }
   for (int i = 0; i < static_cast<int>(menu().items.size()); ++i) {
     const menuItem& item = menu().items[i];
-    if (item.isSeparator() || tolower(item.text[item.quickLetter]) != letter) continue;
+    if (item.isSeparator() || lowerAscii(item.text[item.quickLetter]) != letter) continue;
     selectItem(i);
     if (item.code != 0) leave(item.code);
     return;

@@ -1,10 +1,9 @@
 #include "config/config_line.h"
 
-#include <strings.h>
-
 #include <cstring>
 #include <string>
 
+#include "foundation/fold.h"
 #include "foundation/utf8.h"
 #include "language/association_set.h"
 
@@ -63,9 +62,7 @@ ConfigLine parseConfigLine(const char* line, ConfigSection& section) {
   if (delimiter == nullptr) return ConfigLine::Taken;
   if (*delimiter == '=') return ConfigLine::KeyAndValue;
   // The header of an archiver that this program doesn't know.
-  if (strncasecmp(text.data(), ArchiverPrefix, strlen(ArchiverPrefix)) == 0) {
-    return ConfigLine::Taken;
-  }
+  if (beginsWithWord(text.data(), ArchiverPrefix)) return ConfigLine::Taken;
   const Estring pattern = trim(left(text, static_cast<int>(delimiter - text.data())));
   const Estring command = trim(Estring(delimiter + 1));
   setOf(section).addPair(decodeFileName(pattern.data()), decodeFileName(command.data()));

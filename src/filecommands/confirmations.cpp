@@ -87,7 +87,7 @@ TreeAnswer runTyped(Dialog& dialog, int middle, Westring& typed) {
                    FieldWidth);
   dialog.addExitKey(Key::F10);
   const bool entered = dialog.run() == Key::Enter;
-  const bool fits = typed.length() == YesLength && compareNoCase(typed.data(), YesWord) == 0;
+  const bool fits = typed.length() == YesLength && sameWord(typed.data(), YesWord);
   return entered && fits ? TreeAnswer::Yes : TreeAnswer::No;
 }
 

@@ -1,11 +1,11 @@
 #include "fileops/description_file.h"
 
 #include <fcntl.h>
-#include <strings.h>
 
 #include <cerrno>
 #include <unordered_set>
 
+#include "foundation/fold.h"
 #include "foundation/kept_attributes.h"
 #include "foundation/names.h"
 #include "foundation/safe_file.h"
@@ -26,7 +26,7 @@ bool unchanged(const struct stat& a, const struct stat& b) {
 }  // namespace
 
 bool isDescriptionFileName(const char* name) {
-  return strcasecmp(name, DescriptionFileName) == 0;
+  return sameWord(name, DescriptionFileName);
 }
 
 DescriptionFile::DescriptionFile(std::string directory, Presence presence)

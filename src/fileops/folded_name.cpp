@@ -12,7 +12,7 @@ bool isInCaseFilter(const Westring& fileSystem, const Westring& filter) {
   Estring list = toUtf8(filter);
   while (!list.empty()) {
     const Estring field = trim(nextField(list));
-    if (compareNoCase(fromUtf8(field.data()).data(), fileSystem.data()) == 0) return true;
+    if (sameWord(fromUtf8(field.data()).data(), fileSystem.data())) return true;
   }
   return false;
 }

@@ -1,12 +1,11 @@
 #include "foundation/estring.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstring>
 
+#include "foundation/fold.h"
 #include "foundation/string_pieces.h"
 
 namespace {
@@ -21,7 +20,7 @@ const char* orEmpty(const char* text) {
 }
 
 int compare(const char* a, const char* b) {
-  return strcasecmp(orEmpty(a), orEmpty(b));
+  return compareWords(orEmpty(a), orEmpty(b));
 }
 
 bool isSpace(char character) {

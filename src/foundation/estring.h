@@ -6,7 +6,8 @@ class Westring;
 
 // 8-bit text: UTF-8 on its way to the system, code-page bytes, configuration lines. Keeps its
 // length nowhere; every operation that needs it measures the text. All comparison operators ignore
-// case, so paths and names are never compared with them (see names.h).
+// the case of ASCII letters, in every locale, so paths and names are never compared with them (see
+// names.h).
 class Estring {
  public:
   static constexpr int InlineSize = 21;

@@ -1,13 +1,10 @@
 #include "foundation/fold.h"
 
 #include <algorithm>
-#include <cctype>
 #include <climits>
 #include <cwchar>
 #include <cwctype>
-
-unsigned char upperTable[256];
-unsigned char lowerTable[256];
+#include <type_traits>
 
 namespace {
 constexpr int LowByte = 0xFF;
@@ -16,6 +13,17 @@ constexpr int UnderscoreRank = 1;  // '_' sorts before every printable character
 int difference(wchar_t a, wchar_t b) {
   long long exact = static_cast<long long>(a) - b;
   return static_cast<int>(std::clamp<long long>(exact, INT_MIN, INT_MAX));
+}
+
+template <class Character>
+int compareAscii(const Character* a, const Character* b) {
+  using Unsigned = std::make_unsigned_t<Character>;
+  for (;; ++a, ++b) {
+    const auto left = static_cast<Unsigned>(lowerAscii(*a));
+    const auto right = static_cast<Unsigned>(lowerAscii(*b));
+    if (left != right) return left < right ? -1 : 1;
+    if (left == 0) return 0;
+  }
 }
 
 // What one character counts in the order of names, 0 to 255.
@@ -30,13 +38,32 @@ void foldString(wchar_t* text) {
 }
 
 void lowerString(wchar_t* text) {
-  for (; *text != 0; ++text) *text = static_cast<wchar_t>(towlower(static_cast<wint_t>(*text)));
+  for (; *text != 0; ++text) *text = lowerChar(*text);
 }
 
 wchar_t lowerChar(wchar_t character) {
   constexpr wchar_t LastAscii = 127;
-  if (character >= 0 && character <= LastAscii) return static_cast<wchar_t>(tolower(character));
+  if (character >= 0 && character <= LastAscii) return lowerAscii(character);
   return static_cast<wchar_t>(towlower(static_cast<wint_t>(character)));
+}
+
+int compareWords(const char* a, const char* b) {
+  return compareAscii(a, b);
+}
+
+bool sameWord(const char* a, const char* b) {
+  return compareAscii(a, b) == 0;
+}
+
+bool sameWord(const wchar_t* a, const wchar_t* b) {
+  return compareAscii(a, b) == 0;
+}
+
+bool beginsWithWord(const char* text, const char* word) {
+  for (; *word != 0; ++text, ++word) {
+    if (lowerAscii(*text) != lowerAscii(*word)) return false;
+  }
+  return true;
 }
 
 int compareNoCase(const wchar_t* a, const wchar_t* b) {
@@ -80,11 +107,4 @@ uint64_t compareNamesPrefix(const wchar_t* name) {
     prefix = prefix << CHAR_BIT | static_cast<uint64_t>(nameRank(name[place]));
   }
   return place == 0 ? 0 : prefix << (Places - place) * CHAR_BIT;
-}
-
-void buildCaseTables() {
-  for (int i = 1; i <= UCHAR_MAX; ++i) {
-    upperTable[i] = static_cast<unsigned char>(toupper(i));
-    lowerTable[i] = static_cast<unsigned char>(tolower(i));
-  }
 }

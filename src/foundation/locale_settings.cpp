@@ -34,8 +34,8 @@ bool isDateFlag(wchar_t character) {
 }
 
 DateOrder orderOf(const wchar_t* letters) {
-  if (wcscasecmp(letters, L"mdy") == 0) return DateOrder::MonthDayYear;
-  if (wcscasecmp(letters, L"dmy") == 0) return DateOrder::DayMonthYear;
+  if (sameWord(letters, L"mdy")) return DateOrder::MonthDayYear;
+  if (sameWord(letters, L"dmy")) return DateOrder::DayMonthYear;
   return DateOrder::YearMonthDay;
 }
 }  // namespace
@@ -68,5 +68,4 @@ void readLocaleSettings(int codePage) {
   localeSettings.thousandSeparator = thousandSeparatorOf(nl_langinfo(THOUSEP));
   parseDateFormat(nl_langinfo(D_FMT), localeSettings);
   setDefaultCodePage(codePage);
-  buildCaseTables();
 }

@@ -1,13 +1,12 @@
 #include "foundation/string_collections.h"
 
-#include <strings.h>
-
 #include <cctype>
 #include <cstring>
 #include <cwchar>
 #include <memory>
 #include <string>
 
+#include "foundation/fold.h"
 #include "foundation/string_pieces.h"
 
 namespace {
@@ -55,7 +54,7 @@ Estring StringCollection::join() const {
 }
 
 int StringCollection::compareKeys(Estring* a, Estring* b) {
-  return strcasecmp(a->data(), b->data());
+  return compareWords(a->data(), b->data());
 }
 
 int WestringCollection::addCopy(const Westring& text) {
@@ -63,7 +62,7 @@ int WestringCollection::addCopy(const Westring& text) {
 }
 
 int FnStringCollection::compareKeys(Westring* a, Westring* b) {
-  return wcscasecmp(a->data(), b->data());
+  return compareNoCase(a->data(), b->data());
 }
 
 int NameCollection::compareKeys(Westring* a, Westring* b) {

@@ -1,7 +1,6 @@
 #include "foundation/wild_match.h"
 
 #include <array>
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <cwchar>
@@ -40,15 +39,13 @@ class FoldedGroups {
 struct Narrow {
   using Character = char;
   static Code code(char character) { return static_cast<unsigned char>(character); }
-  static bool equal(char a, char b) {
-    return toupper(static_cast<unsigned char>(a)) == toupper(static_cast<unsigned char>(b));
-  }
+  static bool equal(char a, char b) { return lowerAscii(a) == lowerAscii(b); }
   // A character from 0x80 on counts as negative, and '-' behind it is a plain member.
   static bool canStartRange(Code previous) { return previous < 0x80; }
   static bool rangeHolds(Code first, Code last, char character) {
-    int target = tolower(static_cast<unsigned char>(character));
+    const Code target = lowerAscii(Code{static_cast<unsigned char>(character)});
     for (Code code = first; code <= last; ++code) {
-      if (tolower(static_cast<int>(code)) == target) return true;
+      if (lowerAscii(code) == target) return true;
     }
     return false;
   }

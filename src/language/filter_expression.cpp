@@ -9,6 +9,7 @@
 #include <string>
 
 #include "foundation/dos_time.h"
+#include "foundation/fold.h"
 #include "foundation/locale_settings.h"
 #include "foundation/path_info.h"
 #include "foundation/wild_match.h"
@@ -33,10 +34,6 @@ bool isLetter(wchar_t ch) {
 }
 bool isLetterOrDigit(wchar_t ch) {
   return iswalnum(static_cast<wint_t>(ch)) != 0;
-}
-
-wchar_t lowerAscii(wchar_t ch) {
-  return ch >= L'A' && ch <= L'Z' ? ch - L'A' + L'a' : ch;
 }
 
 int64_t multiplySaturated(int64_t value, int64_t factor) {

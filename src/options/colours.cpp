@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "foundation/fold.h"
+
 const char* const colourAttributeNames[ColourCount] = {
     "Panel",          "Highlight",    "Tagged",   "Highlight-Tagged", "Directories",
     "Directory High", "Command Line", "Messages", "Errors",           "Input Fields",
@@ -23,11 +25,6 @@ constexpr int BrightBit = 8;
 constexpr int ForegroundMask = 0x0F;
 constexpr int BackgroundMask = 0xF0;
 constexpr int BackgroundShift = 4;
-
-// The words are the same in every locale, so their case is too.
-wchar_t lowerAscii(wchar_t ch) {
-  return ch >= L'A' && ch <= L'Z' ? ch - L'A' + L'a' : ch;
-}
 
 struct ColourWord {
   wchar_t letters[SignificantLetters + 1] = {};

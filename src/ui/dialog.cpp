@@ -188,15 +188,14 @@ bool Dialog::activateByKey(int key) {
   };
   if (activateHotKey(key)) return true;
   if (key < ByteKeys) {
-    const int lowered = lowerTable[key];
-    return lowered != 0 && activateHotKey(lowered);
+    return key != 0 && activateHotKey(lowerAscii(key));
   }
   if (!isExtended(key)) return false;
   const int character = hotKeyChar(key);
   if (character >= ByteKeys) return false;
   for (int i = 0; i < elementCount() && i < static_cast<int>(hotChars_.size()); ++i) {
     const unsigned char hot = static_cast<unsigned char>(hotChars_[i]);
-    if (hot == 0 || lowerTable[hot] != lowerTable[character]) continue;
+    if (hot == 0 || lowerAscii<int>(hot) != lowerAscii(character)) continue;
     elements_[i]->activate();
     return true;
   }

@@ -227,8 +227,8 @@ void Win::highlight(int x, int y, const Westring& text, const char* hotKeys, int
   if (row < top_ || row > bottom_) return;
   for (const char* p = hotKeys; *p != 0; ++p) {
     const unsigned char key = static_cast<unsigned char>(*p);
-    int at = text.find(consoleChar(upperTable[key]));
-    if (at < 0) at = text.find(consoleChar(lowerTable[key]));
+    int at = text.find(consoleChar(upperAscii(key)));
+    if (at < 0) at = text.find(consoleChar(lowerAscii(key)));
     if (at < 0 || x + at < 0 || x + at >= innerWidth()) continue;
     console->fillAttr(originX_ + x + at, row, 1, hotAttr(used));
   }

@@ -6,6 +6,7 @@
 #include "console/key_codes.h"
 #include "options/colours.h"
 #include "support/console_test.h"
+#include "support/turkish_locale.h"
 
 namespace {
 
@@ -254,6 +255,15 @@ TEST_F(MenuBarTest, QuickLettersShowInTheirColourOnTheRowsBackground) {
   queueKey(Key::F10);
   pullDownMenu(0, MenuStart::Fresh);
   commandSeams().help = nullptr;
+}
+
+TEST_F(MenuBarTest, QuickLettersAreTheSameInATurkishLocale) {
+  TurkishLocale turkish;
+  ASSERT_TRUE(turkish.holds());
+  const int info = runKeys({Key::Enter, 'i'});
+  EXPECT_NE(info, 0);
+  EXPECT_EQ(runKeys({Key::Enter, 'I'}), info);
+  drainEvents();
 }
 
 }  // namespace

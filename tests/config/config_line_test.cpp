@@ -4,6 +4,7 @@
 
 #include "foundation/utf8.h"
 #include "language/association_set.h"
+#include "support/turkish_locale.h"
 
 namespace {
 
@@ -86,6 +87,13 @@ TEST_F(ConfigLines, EveryHeaderSetsItsSection) {
     parseConfigLine(sectionTable[i], section_);
     EXPECT_EQ(static_cast<int>(section_), i) << sectionTable[i];
   }
+}
+
+TEST_F(ConfigLines, TheWordsAreTheSameInATurkishLocale) {
+  TurkishLocale turkish;
+  ASSERT_TRUE(turkish.holds());
+  EXPECT_EQ(parseConfigLine("[ARCHIVER:XY]", section_), ConfigLine::Taken);
+  EXPECT_EQ(content(associationSets().associations), "");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "fileops/description_file.h"
 #include "fileops/fileops_test.h"
 #include "support/fault_hook.h"
+#include "support/turkish_locale.h"
 
 namespace {
 
@@ -198,4 +199,11 @@ TEST_F(DescriptionTest, ASampleCutAtEveryLengthNeverLosesAForeignByte) {
     EXPECT_EQ(dir.read(Name).substr(0, length), sample.substr(0, length)) << length;
     EXPECT_EQ(DescriptionFile(dir.path()).find("new"), "line");
   }
+}
+TEST(DescriptionFileName, IsTheSameInATurkishLocale) {
+  TurkishLocale turkish;
+  ASSERT_TRUE(turkish.holds());
+  EXPECT_TRUE(isDescriptionFileName("DESCRIPT.ION"));
+  EXPECT_TRUE(isDescriptionFileName("Descript.Ion"));
+  EXPECT_FALSE(isDescriptionFileName("descript.ions"));
 }

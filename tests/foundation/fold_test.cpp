@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cwchar>
 #include <random>
 
-#include "foundation/westring.h"
+#include "foundation/string_collections.h"
+#include "foundation/wild_match.h"
+#include "support/turkish_locale.h"
 
 namespace {
 int sign(int value) {
@@ -65,7 +66,7 @@ TEST(FoldString, FoldsInPlace) {
   EXPECT_STREQ(text, L"A\u00C4\uFF5AZ");
 }
 
-TEST(LowerCase, FollowsTheLocale) {
+TEST(LowerCase, KnowsMoreThanAscii) {
   wchar_t text[] = L"A\u00C4Z";
   lowerString(text);
   EXPECT_STREQ(text, L"a\u00E4z");
@@ -74,14 +75,53 @@ TEST(LowerCase, FollowsTheLocale) {
   EXPECT_EQ(lowerChar(-128), -128);
 }
 
-TEST(CaseTables, HoldWhatTheLocaleSays) {
-  buildCaseTables();
-  EXPECT_EQ(upperTable[0], 0);
-  EXPECT_EQ(lowerTable[0], 0);
-  for (int i = 1; i < 256; ++i) {
-    EXPECT_EQ(upperTable[i], toupper(i));
-    EXPECT_EQ(lowerTable[i], tolower(i));
+TEST(LowerAscii, KnowsTheLettersOfAsciiAlone) {
+  for (int i = 0; i < 256; ++i) {
+    EXPECT_EQ(lowerAscii(i), i >= 'A' && i <= 'Z' ? i + 32 : i);
+    EXPECT_EQ(upperAscii(i), i >= 'a' && i <= 'z' ? i - 32 : i);
   }
+  EXPECT_EQ(lowerAscii(L'\u0130'), L'\u0130');
+  EXPECT_EQ(upperAscii('\xE4'), '\xE4');
+}
+
+TEST(SameWord, ComparesByAscii) {
+  EXPECT_TRUE(sameWord("[Archiver]", "[ARCHIVER]"));
+  EXPECT_TRUE(sameWord(L"Yes", L"yES"));
+  EXPECT_FALSE(sameWord(L"ye\u017F", L"YES"));
+  EXPECT_FALSE(sameWord("Yes", "Yess"));
+  EXPECT_FALSE(sameWord("\xC4", "\xE4"));
+  EXPECT_LT(compareWords("aB", "AC"), 0);
+  EXPECT_GT(compareWords("\xC4", "z"), 0);
+  EXPECT_TRUE(beginsWithWord("[ARCHIVER:X", "[Archiver"));
+  EXPECT_TRUE(beginsWithWord("", ""));
+  EXPECT_FALSE(beginsWithWord("[Arch", "[Archiver"));
+}
+
+TEST(Words, AreTheSameInATurkishLocale) {
+  TurkishLocale turkish;
+  ASSERT_TRUE(turkish.holds());
+  EXPECT_EQ(lowerAscii('I'), 'i');
+  EXPECT_EQ(upperAscii(L'i'), L'I');
+  EXPECT_TRUE(Estring("info") == "INFO");
+  EXPECT_TRUE(wildMatch("vi[a-z]", "VII"));
+  EXPECT_TRUE(wildMatch("dir", "DIR"));
+  StringCollection words;
+  EXPECT_EQ(words.addCopy("insert"), 1);
+  EXPECT_EQ(words.addCopy("INSERT"), 0);
+}
+
+TEST(FileNames, FoldAlikeInATurkishLocale) {
+  TurkishLocale turkish;
+  ASSERT_TRUE(turkish.holds());
+  EXPECT_EQ(foldChar(L'i'), L'I');
+  EXPECT_EQ(compareNoCase(L"index", L"INDEX"), 0);
+  EXPECT_TRUE(wildMatch(L"*.ini", L"TD.INI"));
+  wchar_t name[] = L"I\u00C4.INI";
+  lowerString(name);
+  EXPECT_STREQ(name, L"i\u00E4.ini");
+  FnStringCollection names;
+  EXPECT_EQ(names.addCopy(L"info"), 1);
+  EXPECT_EQ(names.addCopy(L"INFO"), 0);
 }
 
 TEST(CompareNoCase, SubtractsTheFirstFoldedDifference) {

@@ -5,7 +5,6 @@
 #include <cctype>
 
 #include "foundation/code_page.h"
-#include "foundation/fold.h"
 #include "support/exact_text.h"
 
 TEST(LocaleSettings, AnEmptyThousandSeparatorIsAComma) {
@@ -53,10 +52,9 @@ TEST(LocaleSettings, TheDateFormatGivesOrderAndSeparator) {
   }
 }
 
-TEST(LocaleSettings, ReadingSetsCodePageAndCaseTables) {
+TEST(LocaleSettings, ReadingSetsCodePageAndSeparators) {
   readLocaleSettings(437);
   EXPECT_EQ(defaultCodePage(), 437);
-  EXPECT_EQ(upperTable['a'], 'A');
   EXPECT_EQ(localeSettings.thousandSeparator, L',');
   EXPECT_EQ(localeSettings.dateOrder, DateOrder::MonthDayYear);
   EXPECT_EQ(exact(localeSettings.dateFormat), L"%02d/%02d/%02d");

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "foundation/fold.h"
 #include "foundation/locale_settings.h"
 #include "foundation/names.h"
 #include "foundation/utf8.h"
@@ -132,7 +131,6 @@ class DrawnPanelsTest : public ConsoleTest {
     localeSettings = LocaleSettings();
     associationSets().fileColours.clear();
     associationSets().directoryColours.clear();
-    buildCaseTables();
     for (Panel& panel : panelPair().side) panel.path = L"/home/me";
     if (console) fetchScreenSize();
   }

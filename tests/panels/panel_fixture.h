@@ -12,7 +12,6 @@
 
 #include "foundation/break_state.h"
 #include "foundation/entry.h"
-#include "foundation/fold.h"
 #include "foundation/names.h"
 #include "foundation/status.h"
 #include "foundation/utf8.h"
@@ -220,7 +219,6 @@ class WithPanels : public Base {
     panelPair().side[0].window.reset();
     panelPair() = PanelPair();
     GlobalOptions::setDefaultOptions();
-    buildCaseTables();
     setTreeKeeper(nullptr);
     archiveOpener() = nullptr;
     directoryHistory().clear();

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "options/colours.h"
+#include "support/turkish_locale.h"
 #include "ui/ui_test.h"
 
 namespace {
@@ -545,4 +546,20 @@ TEST_F(DialogTest, TheAttributesCanBeChanged) {
   EXPECT_EQ(dialog.textAttr(), 0x1E);
   EXPECT_EQ(dialog.fieldAttr(), 0x2E);
   EXPECT_EQ(dialog.focusAttr(), 0x5E);
+}
+TEST_F(DialogTest, HotCharactersAreTheSameInATurkishLocale) {
+  TurkishLocale turkish;
+  ASSERT_TRUE(turkish.holds());
+  TestDialog dialog;
+  addProbe(dialog, Group::New);
+  Probe* labelled = addProbe(dialog, Group::New);
+  Probe* letter = addProbe(dialog, Group::New);
+  letter->hotKey = 'i';
+  const char hot[] = {0, 'I'};
+  dialog.setHotChars(hot, 2);
+  dialog.putHotKeys(0, 0, "Infos", "i");
+  dialog.runKeys({AltI, 'I'});
+  EXPECT_EQ(labelled->activations, 1);
+  EXPECT_EQ(letter->activations, 1);
+  EXPECT_NE(attrInside(dialog, 0, 0), attrInside(dialog, 1, 0));
 }

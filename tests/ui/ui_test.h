@@ -7,7 +7,6 @@
 #include "console/console.h"
 #include "console/key_codes.h"
 #include "console/text_state.h"
-#include "foundation/fold.h"
 #include "options/options.h"
 #include "support/console_test.h"
 #include "ui/dialog.h"
@@ -20,7 +19,6 @@ class UiTest : public ConsoleTest {
 
   void SetUp() override {
     ConsoleTest::SetUp();
-    buildCaseTables();
     for (int y = 0; y < console->rows(); ++y) {
       console->fillCell(0, y, console->columns(), Cell{L'.', Ground});
     }
