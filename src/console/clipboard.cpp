@@ -16,26 +16,11 @@ Westring clipboardGetText() {
 }
 
 void clipboardSetLines(const FnStringStore& lines) {
-  Westring text;
-  for (int i = 0; i < lines.count(); ++i) {
-    if (i > 0) text += L'\n';
-    text += *lines.peek(i);
-  }
-  clipboardSetText(text);
+  clipboardSetText(joinLines(lines));
 }
 
 void clipboardGetLines(FnStringStore& lines) {
   lines.clear();
   const Westring text = clipboardGetText();
-  if (text.empty()) return;
-  const wchar_t* start = text.data();
-  for (;;) {
-    const wchar_t* end = start;
-    while (*end != 0 && *end != L'\n') ++end;
-    auto line = std::make_unique<Westring>();
-    for (const wchar_t* p = start; p < end; ++p) *line += *p;
-    lines.add(line.release());
-    if (*end == 0) return;
-    start = end + 1;
-  }
+  if (!text.empty()) splitLines(text, lines);
 }

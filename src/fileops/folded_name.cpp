@@ -9,9 +9,9 @@
 
 bool isInCaseFilter(const Westring& fileSystem, const Westring& filter) {
   if (fileSystem.empty()) return false;
-  Estring list = toUtf8(filter);
-  while (!list.empty()) {
-    const Estring field = trim(nextField(list));
+  const Estring list = toUtf8(filter);
+  for (const char* rest = list.data(); *rest != 0;) {
+    const Estring field = trim(nextField(rest));
     if (sameWord(fromUtf8(field.data()).data(), fileSystem.data())) return true;
   }
   return false;

@@ -43,6 +43,8 @@ class Estring {
   char& operator[](int index);
   char operator[](int index) const;
 
+  // Each call measures the whole text first: a text of many pieces is measured once, made by
+  // withRoom and filled through data(), or the time grows with the square of its length.
   Estring& operator+=(char character);
   Estring& operator+=(const char* text);
   Estring& operator+=(const Estring& other);

@@ -5,6 +5,7 @@
 
 #include <cwchar>
 #include <cwctype>
+#include <string>
 
 #include "foundation/code_page.h"
 #include "foundation/fold.h"
@@ -46,7 +47,7 @@ wchar_t thousandSeparatorOf(const char* thousep) {
 }
 
 void parseDateFormat(const char* dateFormat, LocaleSettings& settings) {
-  Westring letters;
+  std::wstring letters;
   wchar_t separator = 0;
   Westring format = localeText(dateFormat);
   for (const wchar_t* p = format.data(); *p != 0; ++p) {
@@ -61,7 +62,7 @@ void parseDateFormat(const char* dateFormat, LocaleSettings& settings) {
   settings.dateSeparator = separator != 0 ? separator : DateFallback;
   Westring between(settings.dateSeparator, 1);
   settings.dateFormat = Westring(L"%02d") + between + L"%02d" + between + L"%02d";
-  settings.dateOrder = orderOf(letters.data());
+  settings.dateOrder = orderOf(letters.c_str());
 }
 
 void readLocaleSettings(int codePage) {

@@ -31,6 +31,30 @@ char readEscape(const char*& cursor) {
 }
 }  // namespace
 
+Westring joinLines(const FnStringStore& lines) {
+  long long length = 0;
+  for (long i = 0; i < lines.count(); ++i) length += lines.peek(i)->length() + 1LL;
+  Westring text = Westring::withRoom(checkedCapacity(length));
+  wchar_t* out = text.data();
+  for (long i = 0; i < lines.count(); ++i) {
+    if (i > 0) *out++ = L'\n';
+    out = wcpcpy(out, lines.peek(i)->data());
+  }
+  return text;
+}
+
+void splitLines(const Westring& text, FnStringStore& lines) {
+  const wchar_t* start = text.data();
+  for (;;) {
+    const wchar_t* end = start;
+    while (*end != 0 && *end != L'\n') ++end;
+    const int length = static_cast<int>(end - start);
+    lines.add(std::make_unique<Westring>(StringPieces::copyOf<Westring>(start, length)).release());
+    if (*end == 0) return;
+    start = end + 1;
+  }
+}
+
 int StringCollection::addCopy(const Estring& text) {
   return insertCopy(*this, text);
 }

@@ -7,6 +7,11 @@
 using EstringStore = TObjectStore<Estring>;
 using FnStringStore = TObjectStore<Westring>;
 
+// The texts with a newline between them, and such a text cut up again behind what `lines` holds.
+// The time is that of looking at each character once.
+Westring joinLines(const FnStringStore& lines);
+void splitLines(const Westring& text, FnStringStore& lines);
+
 // Ordered without regard to case; the first spelling of a duplicate stays.
 class StringCollection : public TSortedCollection<Estring, Estring> {
  public:

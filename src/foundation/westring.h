@@ -35,6 +35,8 @@ class Westring {
   wchar_t& operator[](int index);
   wchar_t operator[](int index) const;
 
+  // Each call measures the whole text first: a text of many pieces is measured once, made by
+  // withRoom and filled through data(), or the time grows with the square of its length.
   Westring& operator+=(wchar_t character);
   Westring& operator+=(char character);  // sign-extended
   Westring& operator+=(const wchar_t* text);

@@ -17,15 +17,16 @@ constexpr size_t LongestLine = 500;     // bytes
 constexpr size_t LongestNote = 131072;  // bytes: more than the largest panel can show
 
 Westring tabsExpanded(const Westring& line) {
-  const int tabWidth = std::max(GlobalOptions::TabWidth, 1);
-  Westring result;
-  int column = 0;
+  const auto tabWidth = static_cast<size_t>(std::max(GlobalOptions::TabWidth, 1));
+  std::wstring result;
   for (const wchar_t* p = line.data(); *p != 0; ++p) {
-    const int cells = *p == L'\t' ? tabWidth - column % tabWidth : 1;
-    for (int i = 0; i < cells; ++i) result += *p == L'\t' ? L' ' : *p;
-    column += cells;
+    if (*p == L'\t') {
+      result.append(tabWidth - result.size() % tabWidth, L' ');
+    } else {
+      result += *p;
+    }
   }
-  return result;
+  return Westring(result.c_str());
 }
 
 }  // namespace

@@ -35,7 +35,8 @@ CellString textCells(const Westring& text, unsigned char attr) {
 CellString cutCells(const NameText& text, int width, unsigned char attr) {
   if (text.nameLength > width) {
     Westring name = Westring::withRoom(text.nameLength);
-    for (int i = 0; i < text.nameLength; ++i) name += text.cells[i].ch;
+    for (int i = 0; i < text.nameLength; ++i) name.data()[i] = text.cells[i].ch;
+    name.data()[text.nameLength] = 0;
     return textCells(cutName(name, width), attr);
   }
   CellString result = left(text.cells, width);
