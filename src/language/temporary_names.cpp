@@ -5,9 +5,9 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "foundation/names.h"
 #include "foundation/path_info.h"
@@ -26,31 +26,30 @@ std::string namePrefix() {
   return "TD#" + std::to_string(static_cast<unsigned>(getpid()) & ProcessMask) + ".";
 }
 
-bool isOwnName(const std::string& name, const std::string& prefix) {
-  return name.size() > prefix.size() && name.compare(0, prefix.size(), prefix) == 0 &&
-         name.find_first_not_of("0123456789", prefix.size()) == std::string::npos;
+// What this process made and has not deleted yet, as whole paths.
+std::vector<std::string>& madeHere() {
+  static std::vector<std::string> paths;
+  return paths;
 }
 
-// Tries the names in their order; `attempt` gives 0 for success, EEXIST for the next name, or an
+// Tries the names in their order; `make` gives 0 for success, EEXIST for the next name, or an
 // error.
-int withFreeName(Westring& path, const std::function<int(const char*)>& attempt) {
+int makeUnderFreeName(Westring& path, const std::function<int(const char*)>& make) {
   const Westring directory = temporaryDirectory();
   const std::string prefix = namePrefix();
   for (int sequence = 0; sequence < MostNames; ++sequence) {
     const Westring candidate =
         joinPath(directory, decodeFileName((prefix + std::to_string(sequence)).c_str()));
-    const int result = attempt(toUtf8(candidate).data());
+    const Estring name = toUtf8(candidate);
+    const int result = make(name.data());
     if (result == EEXIST) continue;
-    if (result == 0) path = candidate;
+    if (result == 0) {
+      path = candidate;
+      madeHere().emplace_back(name.data());
+    }
     return result;
   }
   return EEXIST;
-}
-
-int lookFree(const char* path) {
-  struct stat info;
-  if (System::lstat(path, &info) == 0) return EEXIST;
-  return errno == ENOENT ? 0 : errno;
 }
 
 bool writeAll(int fd, const std::string& bytes) {
@@ -73,12 +72,8 @@ Westring temporaryDirectory() {
   return L"/tmp";
 }
 
-int tempName(Westring& path) {
-  return withFreeName(path, lookFree);
-}
-
 int makeTemporaryDirectory(Westring& path) {
-  return withFreeName(
+  return makeUnderFreeName(
       path, [](const char* name) { return System::mkdir(name, OwnerDirectory) == 0 ? 0 : errno; });
 }
 
@@ -90,7 +85,7 @@ std::optional<Westring> writeListFile(const std::vector<Westring>& lines) {
   }
   Westring path;
   Descriptor file;
-  const int made = withFreeName(path, [&file](const char* name) {
+  const int made = makeUnderFreeName(path, [&file](const char* name) {
     file = Descriptor(
         System::open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, OwnerFile));
     return file.valid() ? 0 : errno;
@@ -99,18 +94,16 @@ std::optional<Westring> writeListFile(const std::vector<Westring>& lines) {
   const bool written = writeAll(file.get(), bytes);
   const bool closed = file.close() == 0;
   if (written && closed) return path;
-  System::unlink(toUtf8(path).data());
+  System::unlink(madeHere().back().c_str());
+  madeHere().pop_back();
   return std::nullopt;
 }
 
 void removeTemporaries() {
-  const Estring directory = toUtf8(temporaryDirectory());
-  std::vector<std::string> names;
-  if (listNames(directory.data(), names) != 0) return;
-  Descriptor parent(System::open(directory.data(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!parent.valid()) return;
-  const std::string prefix = namePrefix();
-  for (const std::string& name : names) {
-    if (isOwnName(name, prefix)) removePrivateTree(parent.get(), name.c_str());
+  for (const std::string& path : std::exchange(madeHere(), {})) {
+    const size_t slash = path.rfind('/');
+    const std::string directory = path.substr(0, slash + 1);
+    const Descriptor parent(System::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (parent.valid()) removePrivateTree(parent.get(), path.c_str() + slash + 1);
   }
 }
