@@ -29,8 +29,8 @@
 
 namespace {
 
-constexpr const char* IconFiles[] = {"/usr/share/icons/hicolor/16x16/apps/tandemdeck.png",
-                                     "/usr/share/icons/hicolor/scalable/apps/tandemdeck.svg"};
+constexpr const char* IconFiles[] = {TD_ICONS "/16x16/apps/tandemdeck.png",
+                                     TD_ICONS "/scalable/apps/tandemdeck.svg"};
 
 // The console lives as long as this; other code reaches it by the process-wide pointer.
 class ConsoleOwner {
