@@ -51,14 +51,13 @@ bool isPlainPath(const Westring& path) {
   return statPath(path, info) == 0 && !S_ISDIR(info.st_mode);
 }
 
-// The absolute path of an existing file; "" for a directory and for what doesn't exist. A name that
-// reads differently as typed text (a colon, a backslash) is found as it stands.
+// The absolute path of an existing file; "" for a directory and for what doesn't exist.
 Westring acceptedConfiguration(const char* argument) {
-  const Westring name = decodeFileName(argument);
-  Westring typed = name;
+  Westring written = decodeFileName(argument);
+  Westring typed = written;
+  if (writtenPath(written) == 0 && isPlainPath(written)) return written;
   if (canonicalPath(typed) == 0 && isPlainPath(typed)) return typed;
-  if (!isPlainPath(name)) return Westring();
-  return name[0] == L'/' ? name : joinPath(currentDir(), name);
+  return Westring();
 }
 
 void stop(Arguments& result, const char* message) {

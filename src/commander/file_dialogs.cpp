@@ -1,10 +1,11 @@
 #include "commander/file_dialogs.h"
 
-#include "commander/command_seams.h"
+#include "commander/execute_line.h"
 #include "commander/view_edit.h"
 #include "console/key_codes.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
+#include "language/typed_path.h"
 #include "options/colours.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
@@ -48,12 +49,13 @@ bool askFile(const char* heading, Westring& path) {
   path = item ? item->name() : L"";
   if (!askText(NamedFile, heading, FieldHistory::ViewFile, path)) return false;
   if (trim(path).empty()) return false;
-  // A real name is taken as it stands: the rules of typed text would change dots and backslashes.
+  // In an archive only the listing knows what is there.
   if (item && sameName(path, item->name())) {
     path = joinPath(shownPath(panel), path);
     return true;
   }
-  Westring typed = path;
+  const Westring typed = path;
+  if (existsAsWritten(typed, shownPath(panel), path)) return true;
   if (canonicalPath(path, &shownPath(panel)) == 0) return true;
   alert("Invalid path", typed, AlertButtons::Ok, AlertColour::Error);
   return false;
@@ -65,8 +67,8 @@ void viewNamedFile() {
   Westring path;
   if (!askFile("View the file:", path)) return;
   if (!GlobalOptions::Viewer.empty()) {
-    return callSeam(commandSeams().processCommand, GlobalOptions::Viewer, path,
-                    panelPair().activeSide);
+    runInPanel(GlobalOptions::Viewer, path, panelPair().activeSide);
+    return;
   }
   viewFile(path);
 }
@@ -75,7 +77,7 @@ void editNamedFile() {
   Westring path;
   if (!askFile("Edit the file:", path)) return;
   if (!GlobalOptions::Editor.empty()) {
-    callSeam(commandSeams().processCommand, GlobalOptions::Editor, path, panelPair().activeSide);
+    runInPanel(GlobalOptions::Editor, path, panelPair().activeSide);
   } else {
     editFile(path);
   }

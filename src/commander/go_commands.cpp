@@ -4,7 +4,6 @@
 #include "commander/command_seams.h"
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
-#include "language/environment.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
 #include "panels/model/panel_position.h"
@@ -77,7 +76,7 @@ void goToShortcut(int digit) {
   const Westring& shortcut = GlobalOptions::directoryShortcuts[digit];
   if (shortcut.empty()) return;
   Panel& panel = active().isFiles() && active().isTreeStyle() ? panelPair().inactive() : active();
-  if (!goToPath(panel, expandPathVariables(shortcut))) {
+  if (!goToPath(panel, shortcut)) {
     alert("Invalid Directory", shortcut, AlertButtons::Ok, AlertColour::Error);
   }
 }
@@ -113,8 +112,8 @@ void goUp(Panel& panel) {
 
 void goToChoice(const std::function<Westring()>& window) {
   if (!window) return;
-  Westring chosen = window();
-  if (!chosen.empty()) goExactly(active(), chosen, {});
+  const Westring chosen = window();
+  if (!chosen.empty() && goToPath(active(), chosen)) drawPanel(active());
 }
 
 void reRead(Panel& panel, DriveChange driveChange) {

@@ -27,7 +27,7 @@ void reReadPanels() {
     enterPath(panel, L"", KeepTags::Yes);
     drawPanel(panel);
   }
-  setWorkingDirectory(panelPair().active());
+  static_cast<void>(setWorkingDirectory(panelPair().active()));
 }
 
 void toggleHidden() {

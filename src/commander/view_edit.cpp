@@ -1,6 +1,7 @@
 #include "commander/view_edit.h"
 
 #include "commander/command_seams.h"
+#include "commander/execute_line.h"
 #include "commander/main_loop.h"
 #include "foundation/names.h"
 #include "language/association_set.h"
@@ -23,7 +24,7 @@ Westring commandFor(AssociationSet& set, const wchar_t* name, Program program,
 
 // `file` "" is the entry under the cursor.
 void runProgram(const Westring& command, const Westring& file) {
-  callSeam(commandSeams().processCommand, command, file, panelPair().activeSide);
+  runInPanel(command, file, panelPair().activeSide);
 }
 
 // Takes the entry's file out of an archive; elsewhere it stands where it is. False when it could

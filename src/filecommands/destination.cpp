@@ -9,6 +9,7 @@
 #include "foundation/path_info.h"
 #include "foundation/utf8.h"
 #include "language/environment.h"
+#include "language/typed_path.h"
 
 namespace {
 
@@ -22,6 +23,30 @@ int canonical(Westring& path, const Westring& base) {
   errno = 0;
   if (canonicalPath(path, &base) == 0) return 0;
   return errno ? errno : EINVAL;
+}
+
+bool hasVariables(const Westring& text) {
+  return (text[0] == L'~' && (text[1] == L'/' || text[1] == 0)) || text.find(L'$') >= 0;
+}
+
+// Whether the rules of typed text make something else of it than it says.
+bool readsDifferently(const Westring& text, const Westring& base) {
+  Westring written = text, typed = text;
+  return hasVariables(text) || writtenPath(written, &base) != 0 ||
+         canonicalPath(typed, &base) != 0 || !sameName(written, typed);
+}
+
+// Something new in a directory that is there as it is written, such as "a:b/new": only what stands
+// behind the directory is read by the rules of typed text.
+bool belowWritten(const Westring& text, const Westring& base, Westring& path, int& error) {
+  const int slash = withoutSlashes(text).rfind(L'/');
+  if (slash < 1) return false;
+  const Westring head = left(text, slash);
+  Westring directory;
+  if (!readsDifferently(head, base) || !existsAsWritten(head, base, directory)) return false;
+  path = mid(text, slash + 1, 0);
+  error = canonical(path, directory);
+  return true;
 }
 
 // A path below a real directory that the text spells out: only what stands behind it was typed.
@@ -38,7 +63,7 @@ bool belowOther(const Westring& text, const DestinationContext& context, Westrin
   } else {
     while (rest[0] == L'/') rest = Westring(rest.data() + 1);
     path = rest;
-    error = canonical(path, context.other);
+    if (!existsAsWritten(rest, context.other, path)) error = canonical(path, context.other);
   }
   return true;
 }
@@ -61,17 +86,16 @@ bool namesOnlySetVariables(const Westring& text) {
   return true;
 }
 
-bool hasVariables(const Westring& text) {
-  return (text[0] == L'~' && (text[1] == L'/' || text[1] == 0)) || text.find(L'$') >= 0;
-}
-
 Westring expanded(const Westring& text) {
   return sameName(text, Home) ? homeDirectory() : expandPathVariables(text);
 }
 
 int resolveTyped(const Westring& text, const DestinationContext& context, Westring& path) {
+  int error = 0;
+  if (existsAsWritten(text, context.base, path)) return 0;
+  if (belowWritten(text, context.base, path, error)) return error;
   path = text;
-  const int error = canonical(path, context.base);
+  error = canonical(path, context.base);
   const bool found = error == 0 && pathExists(path);
   if (found || !hasVariables(text) || !namesOnlySetVariables(text)) return error;
   Westring other = expanded(text);
@@ -89,7 +113,8 @@ int resolveDestination(const Westring& text, const DestinationContext& context,
     result.path = withoutSlashes(absolute(text, context.base));
     return result.path.length() < MaxPathLength ? 0 : ENAMETOOLONG;
   }
-  const Westring typed = trim(text);
+  Westring there;
+  const Westring typed = existsAsWritten(text, context.base, there) ? text : trim(text);
   result.asDirectory = endsInSlash(typed) || sameName(typed, ParentName);
   int error = 0;
   if (belowOther(typed, context, result.path, error)) return error;

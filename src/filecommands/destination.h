@@ -16,7 +16,7 @@ struct Destination {
 };
 
 // Reads the text of the destination field. Real names that the program put there are taken as they
-// are, everything else by the rules for typed text; variables are only replaced when the path as
-// written doesn't exist. 0 or errno.
+// are, and so is what exists as it is written, or whose directory does; everything else by the
+// rules for typed text, and variables are replaced at the last. 0 or errno.
 int resolveDestination(const Westring& text, const DestinationContext& context,
                        Destination& result);

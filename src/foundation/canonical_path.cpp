@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <climits>
 #include <string>
 
 #include "foundation/names.h"
@@ -32,12 +33,16 @@ bool goUp(std::wstring& built) {
   return true;
 }
 
-bool appendComponents(std::wstring& built, const wchar_t* path) {
+// A run of more dots than this is a name, unless a user typed it.
+constexpr int ParentDots = 2;
+
+bool appendComponents(std::wstring& built, const wchar_t* path, int mostDots) {
   const wchar_t* at = path;
   while (*at) {
     const wchar_t* end = at;
     while (*end && *end != L'/') ++end;
-    const int dots = dotsOnly(at, end);
+    int dots = dotsOnly(at, end);
+    if (dots > mostDots) dots = 0;
     for (int level = 1; level < dots; ++level) {
       if (!goUp(built)) return false;
     }
@@ -66,6 +71,16 @@ int refuse(int error) {
   return -1;
 }
 
+int makeAbsolute(Westring& path, const Westring& text, const Westring* base, int mostDots) {
+  std::wstring built;
+  if (text[0] != L'/' && !startDirectory(base, built)) return refuse(ENOENT);
+  if (!appendComponents(built, text.data(), mostDots)) return refuse(EINVAL);
+  if (built.empty()) built = L"/";
+  if (built.size() >= size_t{MaxPathLength}) return refuse(ENAMETOOLONG);
+  path = built.c_str();
+  return 0;
+}
+
 }  // namespace
 
 int canonicalPath(Westring& path, const Westring* base) {
@@ -74,11 +89,10 @@ int canonicalPath(Westring& path, const Westring* base) {
     if (*at == L'\\') *at = L'/';
   }
   if (hasStrayColon(typed.data())) return refuse(EINVAL);
-  std::wstring built;
-  if (typed[0] != L'/' && !startDirectory(base, built)) return refuse(ENOENT);
-  if (!appendComponents(built, typed.data())) return refuse(EINVAL);
-  if (built.empty()) built = L"/";
-  if (built.size() >= size_t{MaxPathLength}) return refuse(ENAMETOOLONG);
-  path = built.c_str();
-  return 0;
+  return makeAbsolute(path, typed, base, INT_MAX);
+}
+
+int writtenPath(Westring& path, const Westring* base) {
+  const Westring written = path;
+  return makeAbsolute(path, written, base, ParentDots);
 }

@@ -31,6 +31,9 @@ Westring readLinkTarget(const Westring& path);
 // at the working directory when it is null; the base is a real path and taken as it is. 0, or -1
 // with errno (ENAMETOOLONG when the result can't be held) and the path unchanged.
 int canonicalPath(Westring& path, const Westring* base = nullptr);
+// The same for a path that is meant as it is written: only "." and ".." and repeated slashes are
+// worked out, a backslash, a colon and a longer run of dots belong to names.
+int writtenPath(Westring& path, const Westring* base = nullptr);
 
 int64_t groupId(const Westring& name);  // -1 when unknown
 int64_t userId(const Westring& name);

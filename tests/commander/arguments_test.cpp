@@ -135,6 +135,15 @@ TEST(Arguments, ANameThatTypedTextCantSpellIsFoundAsItStands) {
             0);
 }
 
+TEST(Arguments, AFileOfExactlyThatNameComesBeforeTheRulesOfTypedText) {
+  const TempDir dir;
+  dir.makeDir("a");
+  dir.write("a/b", "");
+  EXPECT_EQ(text(parse({dir.path("a\\b")}).configurationFile), dir.path("a/b"));
+  dir.write("a\\b", "");
+  EXPECT_EQ(text(parse({dir.path("a\\b")}).configurationFile), dir.path("a\\b"));
+}
+
 TEST(Arguments, ADirectoryOrAMissingFileIsIgnoredInSilence) {
   const TempDir dir;
   dir.link("nowhere", "dangling");

@@ -1,11 +1,16 @@
 // Keys and the cd of a typed line that take a panel to another directory.
 
+#include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 
 #include "commander/command.h"
+#include "commander/go_commands.h"
 #include "commander/main_loop_test.h"
+#include "foundation/path_info.h"
 #include "language/environment.h"
 #include "panels/picture/tree_line.h"
+#include "support/fault_hook.h"
 
 namespace {
 
@@ -217,6 +222,32 @@ TEST_F(GoCommands, ShortcutsExpandTildeAndVariables) {
   sessionEnvironment().set("HOME", "");
 }
 
+TEST_F(GoCommands, AShortcutLeadsToTheDirectoryOfExactlyItsName) {
+  sessionEnvironment().set("TD_TEST_PLACE", in("sub").c_str());
+  for (const std::string name : {"...", "a:b", "a\\b", "$TD_TEST_PLACE", "~"}) {
+    leftDir.makeDir(name);
+    goTo("");
+    GlobalOptions::directoryShortcuts[3] = leftDir.wide(name);
+    press(0x40003, Ctrl);
+    EXPECT_EQ(place(), in(name));
+    goTo("");
+    GlobalOptions::directoryShortcuts[3] = decodeFileName(name.c_str());
+    press(0x40003, Ctrl);
+    EXPECT_EQ(place(), in(name));
+  }
+  sessionEnvironment().set("TD_TEST_PLACE", "");
+}
+
+TEST_F(GoCommands, AStoredPathLeadsToTheDirectoryOfExactlyItsNameElseByTheRules) {
+  leftDir.makeDir("...");
+  goToChoice([this] { return leftDir.wide("..."); });
+  EXPECT_EQ(place(), in("..."));
+  goToChoice([this] { return leftDir.wide("sub\\deep"); });
+  EXPECT_EQ(place(), in("sub/deep"));
+  goToChoice([] { return Westring(L"/no/such/place"); });
+  EXPECT_EQ(place(), in("sub/deep"));
+}
+
 TEST_F(GoCommands, ABadShortcutSaysSo) {
   GlobalOptions::directoryShortcuts[7] = L"/no/such/place";
   const std::string box = dialogScreen("Invalid Directory", [&] { press(0x40007, Ctrl); });
@@ -350,6 +381,52 @@ TEST_F(GoCommands, CdAsksTheTreeForAName) {
   };
   execute("cd deep");
   EXPECT_EQ(place(), in("sub/deep"));
+}
+
+TEST_F(GoCommands, CdLeadsToTheDirectoryOfExactlyThatName) {
+  sessionEnvironment().set("TD_TEST_PLACE", in("sub").c_str());
+  for (const char* name : {"...", "ab:c", "a\\b", "$TD_TEST_PLACE", "~", "qu\"ote", "sub\\deep"}) {
+    leftDir.makeDir(name);
+    goTo("");
+    execute("cd " + std::string(name));
+    EXPECT_EQ(place(), in(name));
+  }
+  for (const char* name : {"...", "a\\b"}) {
+    goTo("");
+    execute("cd \"" + std::string(name) + "\"");
+    EXPECT_EQ(place(), in(name));
+  }
+  sessionEnvironment().set("TD_TEST_PLACE", "");
+}
+
+TEST_F(GoCommands, ACommandNeverRunsInAnotherDirectory) {
+  int run = 0;
+  commandSeams().processCommand = [&](const Westring&, const Westring&, int) { ++run; };
+  goTo("sub");
+  {
+    FaultHook refuse("chdir", EACCES);
+    const std::string box = dialogScreen("Permission denied", [&] { execute("rm *"); });
+    EXPECT_NE(box.find(in("sub")), std::string::npos);
+  }
+  EXPECT_EQ(run, 0);
+  EXPECT_EQ(line(), "rm *");
+  EXPECT_EQ(place(), in("sub"));
+  press(Key::Enter);
+  EXPECT_EQ(run, 1);
+  EXPECT_EQ(bytes(currentDir()), in("sub"));
+}
+
+TEST_F(GoCommands, WhereTheDirectoryIsGoneACommandLeadsToTheNearestAboveIt) {
+  int run = 0;
+  commandSeams().processCommand = [&](const Westring&, const Westring&, int) { ++run; };
+  goTo("sub/deep");
+  std::filesystem::remove_all(in("sub"));
+  const std::string box = dialogScreen("No such file or directory", [&] { execute("rm *"); });
+  EXPECT_NE(box.find(in("sub/deep")), std::string::npos);
+  EXPECT_EQ(run, 0);
+  EXPECT_EQ(line(), "rm *");
+  EXPECT_EQ(place(), leftDir.path());
+  EXPECT_EQ(bytes(currentDir()), leftDir.path());
 }
 
 TEST_F(GoCommands, CdGoesIntoTheHistoryAndAnUnconnectedShellKeepsTheLine) {

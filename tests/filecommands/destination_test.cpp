@@ -69,6 +69,33 @@ TEST_F(DestinationTest, TheRealDirectoryStaysWhenOnlyTheNameIsChanged) {
   EXPECT_EQ(resolve("10:00"), dir.path("10:00"));
 }
 
+TEST_F(DestinationTest, WhatExistsAsItIsWrittenIsMeant) {
+  sessionEnvironment().set("TDTESTPLACE", "/some/place");
+  for (const char* name : {"...", "12:30", "a\\b", "$TDTESTPLACE", " x "}) {
+    dir.makeDir(name);
+    EXPECT_EQ(resolve(name), dir.path(name));
+    EXPECT_EQ(resolve(dir.path(name)), dir.path(name));
+    EXPECT_EQ(resolve(std::string(name) + "/"), dir.path(name));
+    EXPECT_TRUE(result.asDirectory) << name;
+  }
+  context.other = dir.wide();
+  EXPECT_EQ(resolve(dir.path("12:30")), dir.path("12:30"));
+  sessionEnvironment().set("TDTESTPLACE", nullptr);
+}
+
+TEST_F(DestinationTest, SomethingNewStandsInTheDirectoryThatExistsAsItIsWritten) {
+  sessionEnvironment().set("TDTESTPLACE", "/some/place");
+  for (const char* name : {"...", "12:30", "a\\b", "$TDTESTPLACE"}) {
+    dir.makeDir(name);
+    EXPECT_EQ(resolve(name + std::string("/new")), dir.path(name + std::string("/new")));
+    EXPECT_EQ(resolve(name + std::string("/sub\\new")), dir.path(name + std::string("/sub/new")));
+    EXPECT_EQ(resolve(dir.path(name) + "/new/"), dir.path(name + std::string("/new")));
+    EXPECT_TRUE(result.asDirectory);
+  }
+  EXPECT_EQ(resolve("....../new"), "error");
+  sessionEnvironment().set("TDTESTPLACE", nullptr);
+}
+
 TEST_F(DestinationTest, ATildeIsTheHomeDirectoryUnlessSuchAFileExists) {
   sessionEnvironment().set("HOME", "/home/somebody");
   EXPECT_EQ(resolve("~/x"), "/home/somebody/x");

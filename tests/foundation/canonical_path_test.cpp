@@ -112,4 +112,30 @@ TEST(CanonicalPath, WhatCantBeHeldIsRefusedAndNeverCut) {
   EXPECT_EQ(longer.length(), 4096);
 }
 
+TEST(WrittenPath, KeepsEverythingThatANameMayHold) {
+  struct Row {
+    const char* written;
+    const char* result;
+  };
+  const Row rows[] = {{"...", "/base/dir/..."},
+                      {".../x", "/base/dir/.../x"},
+                      {"a\\b", "/base/dir/a\\b"},
+                      {"a:b", "/base/dir/a:b"},
+                      {"$HOME/~", "/base/dir/$HOME/~"},
+                      {"..", "/base"},
+                      {".", "/base/dir"},
+                      {"", "/base/dir"},
+                      {"../..", "/"},
+                      {"../../..", "(fails)"},
+                      {"/a//b/./c/../...///", "/a/b/..."},
+                      {"/", "/"},
+                      {" x ", "/base/dir/ x "}};
+  for (const Row& row : rows) {
+    Westring path = decodeFileName(row.written);
+    const Westring base(L"/base/dir");
+    const bool done = writtenPath(path, &base) == 0;
+    EXPECT_STREQ(done ? toUtf8(path).data() : "(fails)", row.result) << row.written;
+  }
+}
+
 }  // namespace

@@ -3,6 +3,10 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <cerrno>
+
+#include "foundation/path_info.h"
+#include "language/environment.h"
 #include "panel_fixture.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
@@ -71,6 +75,60 @@ TEST_F(ChangeDirectoryTest, AStoredPathMayHoldARealNameThatCannotBeTyped) {
   EXPECT_EQ(dir.path("a\\b"), bytes(panel.path));
 }
 
+TEST_F(ChangeDirectoryTest, ADirectoryOfExactlyThatNameComesBeforeTheRulesOfTypedText) {
+  sessionEnvironment().set("TDTEST", "/");
+  for (const char* name : {"...", "a\\b", "a:b", "ab:c", "$TDTEST", "~", "....", " x "}) {
+    for (const char* start : {"", "start/"}) {
+      dir.makeDir("start");
+      dir.makeDir(start + std::string(name));
+      ASSERT_TRUE(changeDirectoryExact(panel, dir.wide(start)));
+      EXPECT_TRUE(changeDirectory(panel, decodeFileName(name))) << name;
+      EXPECT_EQ(dir.path(start + std::string(name)), bytes(panel.path));
+      ASSERT_TRUE(changeDirectoryExact(panel, L"/"));
+      EXPECT_TRUE(changeDirectory(panel, dir.wide(start + std::string(name)))) << name;
+      EXPECT_EQ(dir.path(start + std::string(name)), bytes(panel.path));
+    }
+  }
+  sessionEnvironment().set("TDTEST", nullptr);
+}
+
+TEST_F(ChangeDirectoryTest, TheNearestDirectoryIsTheOneItselfOrTheFirstAboveThatIsThere) {
+  dir.makeDir("a");
+  dir.makeDir("a/...");
+  dir.write("a/file", "");
+  const std::pair<const char*, const char*> rows[] = {
+      {"a/...", "a/..."}, {"a/.../gone/deep", "a/..."}, {"a/file", "a"}, {"a/file/x", "a"}};
+  for (const auto& [wanted, reached] : rows) {
+    changeToNearest(panel, dir.wide(wanted));
+    EXPECT_EQ(dir.path(reached), bytes(panel.path)) << wanted;
+  }
+  changeToNearest(panel, L"/no such/place");
+  EXPECT_EQ("/", bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, TheNearestDirectoryIsLookedForAlsoWhereThePanelIs) {
+  dir.makeDir("gone");
+  panel.path = dir.wide("gone");
+  ASSERT_EQ(rmdir(dir.path("gone").c_str()), 0);
+  changeToNearest(panel, dir.wide("gone"));
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+}
+
+TEST_F(ChangeDirectoryTest, TheWorkingDirectoryFollowsOrSaysWhyNot) {
+  dir.makeDir("gone");
+  panel.path = dir.wide("gone");
+  EXPECT_EQ(setWorkingDirectory(panel), 0);
+  EXPECT_EQ(dir.path("gone"), bytes(currentDir()));
+  ASSERT_EQ(rmdir(dir.path("gone").c_str()), 0);
+  EXPECT_EQ(setWorkingDirectory(panel), ENOENT);
+  panel.path = dir.wide();
+  {
+    FaultHook refuse("chdir", EACCES);
+    EXPECT_EQ(setWorkingDirectory(panel), EACCES);
+  }
+  EXPECT_EQ(setWorkingDirectory(panel), 0);
+}
+
 TEST_F(ChangeDirectoryTest, AnExactPathIsTakenAsItIs) {
   dir.makeDir("...");
   EXPECT_TRUE(changeDirectoryExact(panel, dir.wide("...")));
@@ -113,7 +171,7 @@ TEST_F(ChangeDirectoryTest, OnlyThePartThatDiffersIsTested) {
   FaultHook counter;
   EXPECT_TRUE(changeDirectory(panel, L"c"));
   EXPECT_EQ(1, counter.calls("stat"));
-  EXPECT_TRUE(changeDirectory(panel, L"..."));
+  EXPECT_TRUE(changeDirectory(panel, L".."));
   EXPECT_EQ(1, counter.calls("stat"));
 }
 

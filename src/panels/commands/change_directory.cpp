@@ -11,7 +11,7 @@
 #include "foundation/path_info.h"
 #include "foundation/status.h"
 #include "history/history_store.h"
-#include "language/environment.h"
+#include "language/typed_path.h"
 #include "panels/model/panel_pair.h"
 #include "panels/model/panel_position.h"
 #include "panels/reader/directory_reader.h"
@@ -114,11 +114,6 @@ bool moveToPath(Panel& panel, const Westring& target) {
   return true;
 }
 
-bool moveToCanonical(Panel& panel, const Westring& text) {
-  Westring target = text;
-  return canonicalPath(target, &panel.path) == 0 && moveToPath(panel, target);
-}
-
 bool hasVanished(const Westring& path) {
   struct stat info;
   return statPath(path, info) == ENOENT;
@@ -166,17 +161,21 @@ void tellTreeBeside(const Panel& panel) {
 }  // namespace
 
 bool changeDirectory(Panel& panel, const Westring& path) {
-  if (moveToCanonical(panel, path)) return true;
-  // A stored path may hold a real name that the typed form can't express.
-  if (path.data()[0] == L'/' && changeDirectoryExact(panel, path)) return true;
-  const Westring expanded = expandPathVariables(path);
-  return !sameName(expanded, path) && moveToCanonical(panel, expanded);
+  const std::vector<Westring> meanings = pathMeanings(path, panel.path);
+  return std::any_of(meanings.begin(), meanings.end(),
+                     [&panel](const Westring& meaning) { return moveToPath(panel, meaning); });
 }
 
 bool changeDirectoryExact(Panel& panel, const Westring& path) {
   if (path.data()[0] != L'/') return false;
   const Westring stripped = stripSlash(path);
   return moveToPath(panel, stripped.empty() ? Westring(L"/") : stripped);
+}
+
+void changeToNearest(Panel& panel, const Westring& path) {
+  Westring place = path;
+  // The part that the panel's path shares isn't tested by a move: it may be what is gone.
+  while (!isDirectoryPath(place) || !changeDirectoryExact(panel, place)) place = parentOf(place);
 }
 
 bool attachArchive(Panel& panel, const wchar_t* name) {
@@ -227,7 +226,8 @@ void enterPath(Panel& panel, const wchar_t* name, KeepTags keepTags, int top, in
   // A postponed read leaves the list of another directory behind: its tags must not count here.
   if (panel.needsRead && !sameName(panel.path, from.path)) clearListing(panel);
   panel.lastPath = panel.path;
-  setWorkingDirectory(panel);
+  // Where it fails the listing stays all the same; a command is told before it runs elsewhere.
+  static_cast<void>(setWorkingDirectory(panel));
 }
 
 void enterNewPath(Panel& panel) {
@@ -241,6 +241,6 @@ bool goToPath(Panel& panel, const Westring& path) {
   return true;
 }
 
-void setWorkingDirectory(const Panel& panel) {
-  changeDir(physicalDirectory(panel));
+int setWorkingDirectory(const Panel& panel) {
+  return changeDir(physicalDirectory(panel));
 }

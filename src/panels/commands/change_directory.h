@@ -5,11 +5,13 @@
 enum class KeepTags { No, Yes };
 inline constexpr int KeepPosition = -1;
 
-// Validates a path, which may be relative, and makes it the panel's; opens and closes archives on
-// the way. False leaves the panel alone. Reads nothing.
+// Makes the directory that a typed or stored path means (typed_path.h) the panel's; opens and
+// closes archives on the way. False leaves the panel alone. Reads nothing.
 bool changeDirectory(Panel& panel, const Westring& path);
 // The same for a path made by the program of real names: not canonicalised.
 bool changeDirectoryExact(Panel& panel, const Westring& path);
+// The directory of an absolute path, or the nearest above it that there is. Reads nothing.
+void changeToNearest(Panel& panel, const Westring& path);
 
 // Opens a file of the panel as an archive; enterPath with the same name then shows its root. False
 // when it is none.
@@ -29,4 +31,5 @@ void enterNewPath(Panel& panel);
 // False leaves the panel alone.
 bool goToPath(Panel& panel, const Westring& path);
 
-void setWorkingDirectory(const Panel& panel);
+// 0 or errno; then the working directory is still that of before, where no command must run.
+int setWorkingDirectory(const Panel& panel);
