@@ -1,5 +1,7 @@
 #include "commander/main_loop.h"
 
+#include <utility>
+
 #include "commander/go_commands.h"
 #include "commander/key_bar.h"
 #include "commander/key_commands.h"
@@ -15,6 +17,7 @@
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
 #include "panels/picture/status_line.h"
+#include "ui/alert.h"
 
 namespace {
 
@@ -114,6 +117,12 @@ void takeMouse(MainLoop& loop, const MouseMessage& mouse) {
   loop.raise(Redraw::CommandRow);
 }
 
+void tellMissingDirectories(MainLoop& loop) {
+  for (const Westring& path : std::exchange(loop.missingDirectories, {})) {
+    alert("Invalid directory", path, AlertButtons::Ok, AlertColour::Error);
+  }
+}
+
 void oneRound(MainLoop& loop) {
   PanelPair& pair = panelPair();
   panelsVisible(Visible::Yes);
@@ -129,6 +138,7 @@ void oneRound(MainLoop& loop) {
   drawBelowPanels(loop);
   panel.saved = {panel.top, panel.cursor};
   placeTextCursor(loop);
+  tellMissingDirectories(loop);
 
   MouseMessage mouse;
   int key = loop.pendingKey;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "commander/command_line.h"
 #include "console/key_codes.h"
 #include "panels/commands/panel_mouse.h"
@@ -20,6 +22,7 @@ struct MainLoop {
   int drawnShiftState = -1;   // what the key bar shows
   PanelMouseState mouse;
   bool leaving = false;
+  std::vector<Westring> missingDirectories;  // of the start: told when the first screen stands
   Westring prompt;
 
   void raise(Redraw level) {

@@ -1,8 +1,11 @@
 #include "commander/program.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include "commander/arguments.h"
 #include "commander/command_seams.h"
@@ -19,6 +22,8 @@
 #include "foundation/path_info.h"
 #include "foundation/signals.h"
 #include "foundation/system.h"
+#include "foundation/utf8.h"
+#include "language/typed_path.h"
 #include "options/colours.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
@@ -60,14 +65,41 @@ void applyOptions() {
   applyScreenOptions();
 }
 
+// Where the program was started.
+struct StartPlace {
+  Westring path;
+  Westring lost;  // what to tell when the directory is gone, else ""
+};
+
+// A directory that is gone tells no path: the shell's idea of it leads to what is left of the way
+// there, or else the home directory is taken.
+StartPlace startPlace() {
+  const Westring path = currentDir();
+  if (!path.empty()) return {path, isDirectoryPath(path) ? Westring() : path};
+  const char* shellsIdea = getenv("PWD");
+  if (shellsIdea && *shellsIdea == '/')
+    return {decodeFileName(shellsIdea), decodeFileName(shellsIdea)};
+  const Westring home = homeDirectory();
+  return {home[0] == L'/' ? home : Westring(L"/"), L"."};
+}
+
 // The panel's start directory: what was asked for, else the working directory, else the nearest
-// directory above it that there is.
-void chooseStartDirectory(Panel& panel, const Westring& argument, const Westring& configured) {
-  panel.path = currentDir();
-  if (panel.path.empty()) panel.path = L"/";
+// that there is. What isn't there goes into `missing`.
+void chooseStartDirectory(Panel& panel, const Westring& argument, const Westring& configured,
+                          std::vector<Westring>& missing) {
+  const StartPlace here = startPlace();
+  changeToNearest(panel, here.path);
   const Westring& wanted = argument.empty() ? configured : argument;
-  if (!wanted.empty() && changeDirectory(panel, wanted)) return;
-  while (!panel.isRoot() && !isDirectoryPath(panel.path)) panel.path = parentOf(panel.path);
+  Westring lost = here.lost;
+  if (!wanted.empty()) {
+    if (changeDirectory(panel, wanted)) return;
+    const std::vector<Westring> meanings = pathMeanings(wanted, panel.path);
+    lost = meanings.empty() ? wanted : meanings.back();
+    if (!meanings.empty()) changeToNearest(panel, lost);
+  }
+  const auto isSame = [&lost](const Westring& one) { return sameName(one, lost); };
+  if (!lost.empty() && std::none_of(missing.begin(), missing.end(), isSame))
+    missing.push_back(lost);
 }
 
 struct SideOptions {
@@ -90,10 +122,12 @@ void initPanel(int side, const SideOptions& options) {
   if (options.showing) openPanelWindow(side);
 }
 
-void initPanels(const Arguments& arguments) {
+// The start directories that are not there come back.
+std::vector<Westring> initPanels(const Arguments& arguments) {
   using namespace GlobalOptions;
-  chooseStartDirectory(panelPair().side[0], arguments.leftDirectory, Left);
-  chooseStartDirectory(panelPair().side[1], arguments.rightDirectory, Right);
+  std::vector<Westring> missing;
+  chooseStartDirectory(panelPair().side[0], arguments.leftDirectory, Left, missing);
+  chooseStartDirectory(panelPair().side[1], arguments.rightDirectory, Right, missing);
   console->writeTty("\n\n");
   Panel& left = panelPair().side[0];
   Panel& right = panelPair().side[1];
@@ -103,10 +137,11 @@ void initPanels(const Arguments& arguments) {
   if (sameName(right.path, wanted)) right.path = left.path;
   initPanel(1, {RightSort, RightStyle, RightType, RightShowing, RightFilter});
   setActiveSide(StartupSide == 'R' ? 1 : 0);
-  setWorkingDirectory(panelPair().active());
+  static_cast<void>(setWorkingDirectory(panelPair().active()));
   setWindowTitle(nullptr);
   markActivePanel();
   drawClock();
+  return missing;
 }
 
 void runAlone(const Arguments& arguments) {
@@ -125,8 +160,8 @@ Westring fromHere(const Westring& name) {
 
 void runPanels(const Arguments& arguments) {
   Westring exitScript = fromHere(arguments.exitScript);
-  initPanels(arguments);
   MainLoop loop;
+  loop.missingDirectories = initPanels(arguments);
   runMainLoop(loop);
   Westring directory = physicalDirectory(panelPair().active());
   leavePanels();

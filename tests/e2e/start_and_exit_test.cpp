@@ -95,15 +95,6 @@ TEST_F(StartAndExit, ADirectoryAsArgumentIsIgnored) {
   EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(StartAndExit, AMissingStartDirectoryLeavesTheWorkingDirectory) {
-  ASSERT_EQ(chdir(right().path().c_str()), 0);
-  right().write("from-here", "");
-  start({"-l", "/nowhere/at/all"});
-  expectSoon("the working directory on the left",
-             [this] { return row(0, 2, 40).find("from-here") != std::string::npos; });
-  EXPECT_EQ(quit(), 0);
-}
-
 TEST_F(StartAndExit, TheExitScriptKeepsTheFormOfADriveAndAPath) {
   start({"-x", home().path("leave.bat")});
   EXPECT_EQ(quit(), 0);

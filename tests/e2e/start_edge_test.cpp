@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "commander/command_seams.h"
 #include "console/console.h"
@@ -25,6 +26,14 @@ class StartEdge : public ProgramTest {
   bool promptIs(const std::string& path) {
     return row(0, 23, static_cast<int>(path.size()) + 1) == path + ">";
   }
+  // The box with this path, over both panels, the prompt and the key bar.
+  void expectBoxOverTheWholeScreen(const std::string& path) {
+    expectText(path);
+    EXPECT_TRUE(shows("Invalid directory")) << screen();
+    EXPECT_TRUE(shows("10Quit")) << screen();
+    EXPECT_NE(row(0, 23, 80).find('>'), std::string::npos) << screen();
+    for (int x : {0, 40}) EXPECT_EQ(row(x, 0, 1), "\u2554") << screen();
+  }
   void expectPrompt(const std::string& path) {
     expectSoon("the prompt " + path, [&] { return promptIs(path); });
   }
@@ -42,12 +51,77 @@ TEST_F(StartEdge, WithoutHomeTheUsersDirectoryIsHome) {
   EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(StartEdge, FromAVanishedDirectoryThePanelsStartAtTheRoot) {
+TEST_F(StartEdge, FromAVanishedDirectoryThePanelsStartAtTheNearestAboveIt) {
+  right().makeDir("gone");
+  right().makeDir("gone/deep");
+  ASSERT_EQ(chdir(right().path("gone/deep").c_str()), 0);
+  setenv("PWD", right().path("gone/deep").c_str(), 1);
+  std::filesystem::remove_all(right().path("gone"));
+  startPlain({}, FirstScreen::Box);
+  expectBoxOverTheWholeScreen(right().path("gone/deep"));
+  press(XK_Return);
+  expectNoText("Invalid directory");
+  expectPrompt(right().path());
+  press(XK_Tab);
+  expectPrompt(right().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, FromAVanishedDirectoryThatNobodyKnowsThePanelsStartAtHome) {
   right().makeDir("gone");
   ASSERT_EQ(chdir(right().path("gone").c_str()), 0);
   ASSERT_EQ(rmdir(right().path("gone").c_str()), 0);
-  startPlain({});
-  expectPrompt("/");
+  for (const char* useless : {"", "gone"}) setenv("PWD", useless, 1);
+  startPlain({}, FirstScreen::Box);
+  expectBoxOverTheWholeScreen(" . ");
+  press(XK_Return);
+  expectPrompt(home().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AMissingStartDirectoryIsToldOnceAndTheNearestAboveItTaken) {
+  startPlain({"-l", left().path("no/such"), "-r", left().path("no/such")}, FirstScreen::Box);
+  expectBoxOverTheWholeScreen(left().path("no/such"));
+  press(XK_Return);
+  expectNoText("Invalid directory");
+  expectPrompt(left().path());
+  press(XK_Tab);
+  expectPrompt(left().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, EachMissingStartDirectoryIsTold) {
+  ASSERT_EQ(chdir(right().path().c_str()), 0);
+  startPlain({"-l", left().path("one"), "-r", "two"}, FirstScreen::Box);
+  expectBoxOverTheWholeScreen(left().path("one"));
+  press(XK_Return);
+  expectBoxOverTheWholeScreen(right().path("two"));
+  press(XK_Return);
+  expectNoText("Invalid directory");
+  expectPrompt(left().path());
+  press(XK_Tab);
+  expectPrompt(right().path());
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, AVanishedWorkingDirectoryIsNoMatterWhereBothPanelsGoElsewhere) {
+  home().makeDir("gone");
+  ASSERT_EQ(chdir(home().path("gone").c_str()), 0);
+  ASSERT_EQ(rmdir(home().path("gone").c_str()), 0);
+  start();
+  expectPrompt(left().path());
+  EXPECT_FALSE(shows("Invalid directory"));
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartEdge, StartDirectoriesAreMeantAsTheyAreWritten) {
+  left().makeDir("...");
+  left().makeDir("$HOME");
+  ASSERT_EQ(chdir(left().path().c_str()), 0);
+  startPlain({"-l", "...", "-r", left().path("$HOME")});
+  expectPrompt(left().path("..."));
+  press(XK_Tab);
+  expectPrompt(left().path("$HOME"));
   EXPECT_EQ(quit(), 0);
 }
 

@@ -32,4 +32,4 @@ void enterNewPath(Panel& panel);
 bool goToPath(Panel& panel, const Westring& path);
 
 // 0 or errno; then the working directory is still that of before, where no command must run.
-int setWorkingDirectory(const Panel& panel);
+[[nodiscard]] int setWorkingDirectory(const Panel& panel);
