@@ -59,6 +59,26 @@ int Transfer::lookAtTarget(const Item& item, Attempt& attempt) {
   return 0;
 }
 
+MadeBy Transfer::makerOf(const Item& item, const Attempt& attempt) const {
+  const bool own = item.inOwnDirectory || (attempt.target && made_.contains(idOf(*attempt.target)));
+  return own ? MadeBy::ThisCommand : MadeBy::Others;
+}
+
+OverwriteDecision Transfer::askOnce(const Item& item, Attempt& attempt) {
+  const MadeBy maker = makerOf(item, attempt);
+  attempt.asked = true;
+  return decideOverwrite(operation_, kindOf(item), item.target.shown(), maker);
+}
+
+// In a directory of the command's own everything counts as made by it.
+void Transfer::noteMade(const Item& item) {
+  const Place& place = item.target;
+  struct stat info;
+  if (item.inOwnDirectory) return;
+  if (System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) < 0) return;
+  made_.insert(idOf(info));
+}
+
 CopyRequest Transfer::requestFor(const Item& item, const Attempt& attempt) const {
   CopyRequest request;
   request.source = item.source;
@@ -84,10 +104,16 @@ CopyResult Transfer::attemptCopy(const Item& item, Attempt& attempt) {
   struct stat source;
   if (const int error = lookAtSource(item, source)) return sourceFailure(error);
   if (const int error = lookAtTarget(item, attempt)) return {CopyStatus::TargetFailed, error};
+  const bool protectedOne =
+      attempt.target && !attempt.asked && makerOf(item, attempt) == MadeBy::ThisCommand;
+  if (protectedOne) {
+    attempt.allowed = Allowed::No;
+    attempt.inPlace = false;
+  }
   if (S_ISDIR(source.st_mode)) return enterDirectory(item, attempt, source);
   if (attempt.target) {
     if (isSameFile(item.source, item.target)) return {CopyStatus::Itself, 0};
-    const bool compare = operation_.answers.overwrite == OverwriteMode::AllOlder &&
+    const bool compare = operation_.answers.overwrite == OverwriteMode::AllOlder && !protectedOne &&
                          attempt.allowed == Allowed::No && !attempt.targetIsDirectory;
     const TargetAge age = compare ? compareAges(item.target, item.source) : TargetAge::Unknown;
     if (age == TargetAge::NotOlder) return {CopyStatus::PassedOver, 0};
@@ -115,6 +141,7 @@ Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyR
     case CopyStatus::PassedOver:
       return decided(item.method == Method::Copy ? Outcome::Done : Outcome::LeftInPlace);
     case CopyStatus::LeftInPlace:
+      noteMade(item);
       if (tookPlaceOfOld(attempt)) dropOldDescription(item);
       copyDescription(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
                       byteName(item.target.path));
@@ -136,6 +163,7 @@ Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyR
     case CopyStatus::Entered:
       return entered();
     case CopyStatus::Done:
+      noteMade(item);
       if (tookPlaceOfOld(attempt)) dropOldDescription(item);
       takeDescription(item);
       break;
@@ -181,7 +209,7 @@ Transfer::Verdict Transfer::settleOpenFile(const Item& item, Attempt& attempt) {
 Transfer::Verdict Transfer::settleExisting(const Item& item, Attempt& attempt, CopyStatus status) {
   const bool refused = status == CopyStatus::Refused;
   if (refused && attempt.allowed == Allowed::ByAnswer) return settleRefused(item, attempt);
-  switch (decideOverwrite(operation_, kindOf(item), item.target.shown())) {
+  switch (askOnce(item, attempt)) {
     case OverwriteDecision::Replace:
       attempt.allowed = Allowed::ByAnswer;
       return refused ? settleRefused(item, attempt) : again();

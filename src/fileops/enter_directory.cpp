@@ -56,6 +56,8 @@ CopyResult Transfer::enterDirectory(const Item& item, const Attempt& attempt,
   if (const int error = level->names.read(level->source.fd())) return sourceFailure(error);
   const CopyResult result = mergeOrMake(item, attempt, *level);
   if (result.status != CopyStatus::Done) return result;
+  level->own = level->made || item.inOwnDirectory || made_.contains(level->targetId);
+  if (level->made && !item.inOwnDirectory) made_.insert(level->targetId);
   push(std::move(level));
   openDescriptions(*levels_.back());
   return {CopyStatus::Entered, 0};

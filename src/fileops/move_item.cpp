@@ -45,6 +45,7 @@ Transfer::Verdict Transfer::moveItem(const Item& item) {
     const int error =
         replace ? renameOver(item.source, item.target) : renamePlace(item.source, item.target);
     if (error == 0) {
+      noteMade(item);
       if (replace) dropOldDescription(item);
       takeDescription(item);
       return decided(Outcome::Done);
@@ -106,7 +107,7 @@ Transfer::Verdict Transfer::mergeInto(const Item& item, const Attempt& attempt,
 }
 
 Transfer::Verdict Transfer::decideReplacing(const Item& item, Attempt& attempt) {
-  switch (decideOverwrite(operation_, TransferKind::Move, item.target.shown())) {
+  switch (askOnce(item, attempt)) {
     case OverwriteDecision::Replace:
       attempt.allowed = Allowed::ByAnswer;
       return again();

@@ -45,9 +45,11 @@ OverwriteDecision askOverwrite(RunningOperation& operation, TransferKind kind,
 }  // namespace
 
 OverwriteDecision decideOverwrite(RunningOperation& operation, TransferKind kind,
-                                  const Westring& target) {
-  if (operation.answers.overwrite == OverwriteMode::All) return OverwriteDecision::Replace;
-  if (operation.answers.overwrite == OverwriteMode::None) return OverwriteDecision::Leave;
+                                  const Westring& target, MadeBy madeBy) {
+  if (madeBy == MadeBy::Others) {
+    if (operation.answers.overwrite == OverwriteMode::All) return OverwriteDecision::Replace;
+    if (operation.answers.overwrite == OverwriteMode::None) return OverwriteDecision::Leave;
+  }
   return askOverwrite(operation, kind, target);
 }
 

@@ -5,10 +5,13 @@
 
 enum class OverwriteDecision { Replace, Leave, CompareDates, Cancel };
 
+// Standing answers were given for what was there before the command, not for what it made itself.
+enum class MadeBy { Others, ThisCommand };
+
 // What is to become of an existing target: by the standing answer, or by the question "File already
 // exists, Overwrite?", whose answers may become the standing one.
 OverwriteDecision decideOverwrite(RunningOperation& operation, TransferKind kind,
-                                  const Westring& target);
+                                  const Westring& target, MadeBy madeBy);
 
 enum class OpenFileDecision { Copy, Leave, Cancel };
 // The same for a source that is open for writing.

@@ -92,6 +92,7 @@ Transfer::Item Transfer::memberItem(Level& level, size_t index) {
   item.type = level.names.type(index);
   item.method = level.method;
   item.making = level.making;
+  item.inOwnDirectory = level.own;
   replaceTail(source_, level.sourceLength, level.names.name(index));
   if (operation_.foldNames && !isDirectoryMember(level.source.fd(), level.names.name(index))) {
     replaceTail(target_, level.targetLength, foldedName(level.names.name(index)).c_str());

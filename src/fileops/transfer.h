@@ -4,10 +4,12 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "fileops/copy_engine.h"
 #include "fileops/operation.h"
+#include "fileops/overwrite_question.h"
 #include "foundation/directory_names.h"
 
 // Copies or moves items, one after the other, with everything in them, asking what has to be asked.
@@ -20,8 +22,9 @@ class Transfer {
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
 
-  // `index` of `count` items, from 1. After Done nothing of a moved source is left; otherwise what
-  // is left of it is whole.
+  // `index` of `count` items, from 1. All items of one command go through one Transfer, which knows
+  // what it has made: that is never overwritten unasked. After Done nothing of a moved source is
+  // left; otherwise what is left of it is whole.
   Outcome run(const std::string& source, const std::string& target, int index, int count);
 
  private:
@@ -45,7 +48,8 @@ class Transfer {
     Method method = Method::Copy;
     unsigned char type = DT_UNKNOWN;
     Making making = Making::Beside;
-    bool chosen = false;  // by the user, and not found in a directory
+    bool chosen = false;          // by the user, and not found in a directory
+    bool inOwnDirectory = false;  // the target's directory was made by this command
   };
 
   // What was allowed so far for one item, and by what.
@@ -57,6 +61,7 @@ class Transfer {
     bool insisted = false;              // on a target that its directory protects
     std::optional<struct stat> target;  // of the last look, a link itself; empty when there is none
     bool targetIsDirectory = false;     // also through a link
+    bool asked = false;                 // about this target
   };
 
   // What an attempt leads to: the item's outcome, one more attempt, or a directory's members first.
@@ -85,6 +90,9 @@ class Transfer {
   CopyRequest requestFor(const Item& item, const Attempt& attempt) const;
   static int lookAtSource(const Item& item, struct stat& info);
   static int lookAtTarget(const Item& item, Attempt& attempt);
+  MadeBy makerOf(const Item& item, const Attempt& attempt) const;
+  OverwriteDecision askOnce(const Item& item, Attempt& attempt);
+  void noteMade(const Item& item);
   Verdict settleCopy(const Item& item, Attempt& attempt, CopyResult result);
   Verdict settleExisting(const Item& item, Attempt& attempt, CopyStatus status);
   Verdict settleOpenFile(const Item& item, Attempt& attempt);
@@ -138,6 +146,8 @@ class Transfer {
   const TransferKind kind_;
   std::vector<std::unique_ptr<Level>> levels_;
   std::vector<FileId> aboveTarget_;  // of the item's target
+  // By the whole command: files and directories in directories that were there before.
+  std::unordered_set<FileId, FileIdHash> made_;
   // By MoveWhole, as each thing was before it was copied.
   std::unordered_map<FileId, struct stat, FileIdHash> copied_;
   std::string source_;  // of the member under way; the paths of all levels are beginnings of it

@@ -17,6 +17,7 @@ struct Transfer::Level {
   Method method = Method::Copy;
   Making making = Making::Beside;  // of the members
   bool made = false;               // the target is new
+  bool own = false;                // or in something that this command has made
   bool replacesFile = false;       // which goes when the directory gets its name
   std::string temporaryName;       // that the target has until then; relative as in `Place`
   bool left = false;               // something in it stayed behind or failed
