@@ -171,10 +171,8 @@ CopyResult FileCopy::copyToDevice(mode_t mode) {
   // A device node belongs to the whole machine: its mode is nobody's copy.
   if (!isSharedDevice(mode)) keepMode(device.get(), after_);
   if (const int error = device.close()) return targetFailure(error);
-  if (request_.kind == TransferKind::Copy) return {};
-  if (!sourceStoodStill(info_.st_size)) return {CopyStatus::LeftInPlace, 0};
-  source_.reset();
-  return removeMovedSource(operation_, request_);
+  // What comes out at the other end is nobody's copy to keep.
+  return {request_.kind == TransferKind::Copy ? CopyStatus::Done : CopyStatus::KeptSource, 0};
 }
 
 }  // namespace

@@ -30,9 +30,10 @@ struct CopyRequest {
 };
 
 // Copies the content of one file, or through a FIFO or device, with its time and mode. For a move
-// the source is removed after the target was closed without error; its description stays the
-// caller's affair. The source is opened before anything is done to the target. When the request was
-// made without `looked` and the source isn't a regular file: SourceFailed with ESTALE.
+// the source is removed after the target was closed without error, unless the target is a FIFO or
+// device; its description stays the caller's affair. The source is opened before anything is done
+// to the target. When the request was made without `looked` and the source isn't a regular file:
+// SourceFailed with ESTALE.
 CopyResult copyFile(RunningOperation& operation, const CopyRequest& request);
 
 // Makes a symbolic link anew, text and all.

@@ -146,6 +146,8 @@ Transfer::Verdict Transfer::settleCopy(const Item& item, Attempt& attempt, CopyR
       copyDescription(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
                       byteName(item.target.path));
       return decided(Outcome::LeftInPlace);
+    case CopyStatus::KeptSource:
+      return tellKept(item);
     case CopyStatus::Failed:
       return decided(Outcome::Failed);
     case CopyStatus::Cancelled:
@@ -185,6 +187,17 @@ void Transfer::takeDescription(const Item& item) {
   const auto carry = keepsSource(item.method) ? copyDescription : moveDescription;
   carry(item.sourceDescriptions, byteName(item.source.path), item.targetDescriptions,
         byteName(item.target.path));
+}
+
+// Once for a command: many files may go the same way.
+Transfer::Verdict Transfer::tellKept(const Item& item) {
+  int answer = Answer::Yes;
+  if (!toldKept_) {
+    answer = operation_.ui.ask(L"Target is a device, source is kept", item.source.shown(),
+                               AlertButtons::OkCancel, AlertColour::Message);
+  }
+  toldKept_ = true;
+  return decided(answer == Answer::Cancel ? Outcome::Cancelled : Outcome::LeftInPlace);
 }
 
 Transfer::Verdict Transfer::refuseItself(const Item& item) {

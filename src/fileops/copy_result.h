@@ -15,6 +15,7 @@ enum class CopyStatus {
   TargetFailed,
   Failed,       // as TargetFailed, but the user was told already
   LeftInPlace,  // the source of a move couldn't be removed
+  KeptSource,   // or was not to be: its content went into a device
   Cancelled
 };
 

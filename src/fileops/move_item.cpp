@@ -28,6 +28,12 @@ bool lookAt(const Place& place, struct stat& info) {
   return System::statAt(place.directory, place.name, &info, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+// It takes content, and is never replaced by a file.
+bool leadsToDevice(const Place& place) {
+  struct stat info;
+  return System::statAt(place.directory, place.name, &info, 0) == 0 && isSpecialFile(info.st_mode);
+}
+
 // A rename is also refused by the directory that something comes out of, and by a directory that
 // would get another parent.
 bool takesNames(const Place& place) {
@@ -56,11 +62,7 @@ Transfer::Verdict Transfer::moveItem(const Item& item) {
 }
 
 Transfer::Verdict Transfer::settleRename(const Item& item, Attempt& attempt, int error) {
-  if (error == EXDEV) {
-    Item other = item;
-    other.method = Method::MoveByCopy;
-    return copyItem(other);
-  }
+  if (error == EXDEV) return moveByCopy(item);
   if (error == EEXIST) return settleOccupied(item, attempt);
   const bool replacing = attempt.allowed != Allowed::No;
   if (error == EACCES && replacing && !takesNames(item.target)) return settleRefused(item, attempt);
@@ -73,6 +75,12 @@ Transfer::Verdict Transfer::settleRename(const Item& item, Attempt& attempt, int
   }
   const bool targetMissing = error == ENOENT && present;
   return settleFailure(item, targetMissing ? targetFailure(error) : sourceFailure(error));
+}
+
+Transfer::Verdict Transfer::moveByCopy(const Item& item) {
+  Item other = item;
+  other.method = Method::MoveByCopy;
+  return copyItem(other);
 }
 
 Transfer::Verdict Transfer::settleOccupied(const Item& item, Attempt& attempt) {
@@ -90,6 +98,7 @@ Transfer::Verdict Transfer::settleOccupied(const Item& item, Attempt& attempt) {
   if (S_ISDIR(source.st_mode) && attempt.targetIsDirectory) {
     return mergeInto(item, attempt, source);
   }
+  if (S_ISREG(source.st_mode) && leadsToDevice(item.target)) return moveByCopy(item);
   return decideReplacing(item, attempt);
 }
 

@@ -98,6 +98,7 @@ class Transfer {
   Verdict settleOpenFile(const Item& item, Attempt& attempt);
   Verdict settleFailure(const Item& item, CopyResult result);
   Verdict settleRefused(const Item& item, Attempt& attempt);
+  Verdict tellKept(const Item& item);
   Verdict refuseItself(const Item& item);
   static void takeDescription(const Item& item);
   static bool tookPlaceOfOld(const Attempt& attempt);
@@ -106,6 +107,7 @@ class Transfer {
   // move_item.cpp
   Verdict moveItem(const Item& item);
   Verdict settleRename(const Item& item, Attempt& attempt, int error);
+  Verdict moveByCopy(const Item& item);
   Verdict settleOccupied(const Item& item, Attempt& attempt);
   Verdict mergeInto(const Item& item, const Attempt& attempt, const struct stat& source);
   Verdict decideReplacing(const Item& item, Attempt& attempt);
@@ -146,6 +148,7 @@ class Transfer {
   const TransferKind kind_;
   std::vector<std::unique_ptr<Level>> levels_;
   std::vector<FileId> aboveTarget_;  // of the item's target
+  bool toldKept_ = false;            // that a device keeps no file for its source
   // By the whole command: files and directories in directories that were there before.
   std::unordered_set<FileId, FileIdHash> made_;
   // By MoveWhole, as each thing was before it was copied.

@@ -25,6 +25,8 @@ class SpecialFiles : public FileOpsTest {
   bool isFifo(const std::string& name) { return S_ISFIFO(statusOf(dir.path(name)).st_mode); }
 };
 
+constexpr char KeptBox[] = "Target is a device, source is kept";
+
 }  // namespace
 
 TEST_F(SpecialFiles, ADeviceAsTargetIsWrittenWithoutAnyQuestion) {
@@ -58,6 +60,72 @@ TEST_F(SpecialFiles, AFifoAsTargetTakesTheContent) {
   EXPECT_TRUE(isFifo("to/pipe"));
   EXPECT_EQ(dir.mode("to/pipe"), dir.mode("from/a"));
   EXPECT_TRUE(ui.questions.empty());
+}
+
+TEST_F(SpecialFiles, AMoveOntoAFifoCopiesIntoItAndKeepsTheSource) {
+  makeFifo("to/pipe");
+  dir.link("pipe", "to/door");
+  for (const OverwriteMode mode : {OverwriteMode::Ask, OverwriteMode::All, OverwriteMode::None}) {
+    for (const char* target : {"to/pipe", "to/door"}) {
+      answers.overwrite = mode;
+      ui.answers = {Answer::Yes};
+      ui.questions.clear();
+      std::string received;
+      std::thread reader([&] { received = dir.read("to/pipe"); });
+      EXPECT_EQ(move("from/a", target), Outcome::LeftInPlace);
+      reader.join();
+      EXPECT_EQ(received, "source of a");
+      EXPECT_EQ(asked(), Texts{KeptBox});
+      EXPECT_EQ(ui.questions[0].caption, dir.path("from/a"));
+      EXPECT_EQ(ui.questions[0].buttons, AlertButtons::OkCancel);
+      EXPECT_EQ(dir.read("from/a"), "source of a");
+      EXPECT_TRUE(isFifo("to/pipe"));
+      EXPECT_TRUE(S_ISLNK(statusOf(dir.path("to/door")).st_mode));
+    }
+  }
+}
+
+TEST_F(SpecialFiles, AMoveOntoADeviceKeepsTheSourceAndTellsItOnceACommand) {
+  dir.write("from/b", "source of b");
+  RunningOperation operation(ui);
+  Transfer transfer(operation, TransferKind::Move);
+  ui.answers = {Answer::Yes};
+  for (const char* name : {"from/a", "from/b"}) {
+    EXPECT_EQ(transfer.run(dir.path(name), "/dev/null", 1, 2), Outcome::LeftInPlace);
+  }
+  EXPECT_EQ(asked(), Texts{KeptBox});
+  Transfer next(operation, TransferKind::Move);
+  ui.answers = {Answer::Cancel};
+  EXPECT_EQ(next.run(dir.path("from/a"), "/dev/null", 1, 1), Outcome::Cancelled);
+  EXPECT_EQ(dir.read("from/a"), "source of a");
+  EXPECT_EQ(dir.read("from/b"), "source of b");
+  EXPECT_TRUE(S_ISCHR(statusOf("/dev/null").st_mode));
+}
+
+TEST_F(SpecialFiles, InAMergeAMoveOntoAFifoKeepsItsDirectory) {
+  makeFifo("to/a");
+  dir.write("from/b", "source of b");
+  ui.answers = {Answer::Yes};
+  std::string received;
+  std::thread reader([&] { received = dir.read("to/a"); });
+  EXPECT_EQ(move("from", "to"), Outcome::LeftInPlace);
+  reader.join();
+  EXPECT_EQ(received, "source of a");
+  EXPECT_EQ(asked(), Texts{KeptBox});
+  EXPECT_EQ(dir.read("from/a"), "source of a");
+  EXPECT_EQ(dir.read("to/b"), "source of b");
+  EXPECT_FALSE(dir.exists("from/b"));
+}
+
+TEST_F(SpecialFiles, WhatIsNoPlainFileStillReplacesAFifoAfterTheQuestion) {
+  makeFifo("to/pipe");
+  dir.link("a", "from/link");
+  ui.answers = {Answer::Skip, Answer::Yes};
+  EXPECT_EQ(move("from/link", "to/pipe"), Outcome::LeftInPlace);
+  EXPECT_TRUE(isFifo("to/pipe"));
+  EXPECT_EQ(move("from/link", "to/pipe"), Outcome::Done);
+  EXPECT_TRUE(S_ISLNK(statusOf(dir.path("to/pipe")).st_mode));
+  EXPECT_EQ(asked(), Texts(2, ExistsQuestion));
 }
 
 TEST_F(SpecialFiles, AFifoThatNobodyReadsWaitsUntilEsc) {
