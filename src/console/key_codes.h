@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 // A key code is a 32-bit value in the shape of a PC extended scan code: characters stand for
 // themselves, ExtendedKey marks a scan code, ShiftedKey tells Shift apart.
 namespace Key {
@@ -32,17 +34,21 @@ inline constexpr int F1 = 0x1003B, F2 = 0x1003C, F3 = 0x1003D, F4 = 0x1003E, F5 
                      F11 = 0x10085, F12 = 0x10086;
 inline constexpr int ShiftF1 = 0x30054, ShiftF2 = 0x30055, ShiftF3 = 0x30056, ShiftF4 = 0x30057,
                      ShiftF5 = 0x30058, ShiftF6 = 0x30059, ShiftF7 = 0x3005A, ShiftF8 = 0x3005B,
-                     ShiftF9 = 0x3005C, ShiftF10 = 0x3005D;
+                     ShiftF9 = 0x3005C, ShiftF10 = 0x3005D, ShiftF11 = 0x30087, ShiftF12 = 0x30088;
 inline constexpr int CtrlF1 = 0x1005E, CtrlF2 = 0x1005F, CtrlF3 = 0x10060, CtrlF4 = 0x10061,
                      CtrlF5 = 0x10062, CtrlF6 = 0x10063, CtrlF7 = 0x10064, CtrlF8 = 0x10065,
-                     CtrlF9 = 0x10066, CtrlF10 = 0x10067;
+                     CtrlF9 = 0x10066, CtrlF10 = 0x10067, CtrlF11 = 0x10089, CtrlF12 = 0x1008A;
 inline constexpr int AltF1 = 0x10068, AltF2 = 0x10069, AltF3 = 0x1006A, AltF4 = 0x1006B,
                      AltF5 = 0x1006C, AltF6 = 0x1006D, AltF7 = 0x1006E, AltF8 = 0x1006F,
-                     AltF9 = 0x10070, AltF10 = 0x10071;
+                     AltF9 = 0x10070, AltF10 = 0x10071, AltF11 = 0x1008B, AltF12 = 0x1008C;
 inline constexpr int ShiftAltF1 = 0x30068, ShiftAltF2 = 0x30069, ShiftAltF3 = 0x3006A,
-                     ShiftAltF4 = 0x3006B, ShiftAltF5 = 0x3006C, ShiftAltF7 = 0x3006E,
-                     ShiftAltF8 = 0x3006F, ShiftAltF9 = 0x30070;
-inline constexpr int CtrlShiftF1 = 0x3005E, CtrlShiftF5 = 0x30062;
+                     ShiftAltF4 = 0x3006B, ShiftAltF5 = 0x3006C, ShiftAltF6 = 0x3006D,
+                     ShiftAltF7 = 0x3006E, ShiftAltF8 = 0x3006F, ShiftAltF9 = 0x30070,
+                     ShiftAltF10 = 0x30071, ShiftAltF11 = 0x3008B, ShiftAltF12 = 0x3008C;
+inline constexpr int CtrlShiftF1 = 0x3005E, CtrlShiftF2 = 0x3005F, CtrlShiftF3 = 0x30060,
+                     CtrlShiftF4 = 0x30061, CtrlShiftF5 = 0x30062, CtrlShiftF6 = 0x30063,
+                     CtrlShiftF7 = 0x30064, CtrlShiftF8 = 0x30065, CtrlShiftF9 = 0x30066,
+                     CtrlShiftF10 = 0x30067, CtrlShiftF11 = 0x30089, CtrlShiftF12 = 0x3008A;
 
 inline constexpr int Home = 0x10047, Up = 0x10048, PageUp = 0x10049, Left = 0x1004B,
                      Right = 0x1004D, End = 0x1004F, Down = 0x10050, PageDown = 0x10051,
@@ -56,7 +62,9 @@ inline constexpr int CtrlLeft = 0x10073, CtrlRight = 0x10074, CtrlEnd = 0x10075,
                      CtrlUp = 0x1008D, CtrlDown = 0x10091, CtrlInsert = 0x10092,
                      CtrlDelete = 0x10093, CtrlBackspace = 127, CtrlEnter = 10;
 inline constexpr int CtrlShiftLeft = 0x30073, CtrlShiftRight = 0x30074, CtrlShiftEnd = 0x30075,
-                     CtrlShiftHome = 0x30077, CtrlShiftEnter = 0x3001C;
+                     CtrlShiftHome = 0x30077, CtrlShiftPageUp = 0x30084,
+                     CtrlShiftPageDown = 0x30076, CtrlShiftInsert = 0x30092,
+                     CtrlShiftEnter = 0x3001C, ShiftAltBackspace = 0x3000E;
 // Control characters of signs; that of '[' is Esc, told apart by the Ctrl key held.
 inline constexpr int CtrlBackslash = 28, CtrlBracketRight = 29, CtrlUnderscore = 31,
                      CtrlShiftBackslash = 0x2001C, CtrlShiftF = 0x20006, CtrlShiftJ = 0x2000A;
@@ -65,8 +73,7 @@ inline constexpr int CtrlScanBracketLeft = 0x9001A, CtrlScanEnter = 0x9001C, Ctr
                      CtrlScanJ = 0x90024, CtrlShiftScanEnter = 0xB001C, CtrlShiftScanF = 0xB0021,
                      CtrlShiftScanJ = 0xB0024;
 inline constexpr int AltHome = 0x10097, AltUp = 0x10098, AltLeft = 0x1009B, AltRight = 0x1009D,
-                     AltDown = 0x100A0, AltEnter = 0x1001C, AltBackspace = 0x1000E, AltD = 0x10020,
-                     AltBackslash = 0x1002B;
+                     AltDown = 0x100A0, AltEnter = 0x1001C, AltBackspace = 0x1000E;
 inline constexpr int GrayPlus = 0x40002B, GrayMinus = 0x40002D, GrayStar = 0x40002A,
                      AltGrayPlus = 0x1004E, AltGrayMinus = 0x1004A, CtrlGrayPlus = 0x10090,
                      CtrlGrayMinus = 0x1008E, CtrlShiftGrayPlus = 0x30090,
@@ -75,6 +82,29 @@ inline constexpr int GrayPlus = 0x40002B, GrayMinus = 0x40002D, GrayStar = 0x400
 constexpr int ctrl(char letter) {
   return letter - 'a' + 1;
 }
+
+// Alt with a letter, a digit or a sign that needs no Shift: the scan code of its key, but the digit
+// row has codes of its own. 0 for any other character.
+constexpr int alt(char character) {
+  struct Row {
+    std::string_view characters;
+    int firstScan;
+  };
+  constexpr Row rows[] = {{"qwertyuiop[]", 0x10},
+                          {"asdfghjkl;'`", 0x1E},
+                          {"\\zxcvbnm,.", 0x2B},
+                          {"1234567890-=", 0x78}};
+  for (const Row& row : rows) {
+    const auto at = row.characters.find(character);
+    if (at != std::string_view::npos) return extended(row.firstScan + static_cast<int>(at));
+  }
+  return 0;
+}
+// Alt and Shift with the key of such a character.
+constexpr int shiftAlt(char character) {
+  return alt(character) | ShiftedKey;
+}
+inline constexpr int AltD = alt('d'), AltBackslash = alt('\\');
 
 // Ctrl with a digit of the digit row, and of the keypad.
 constexpr int ctrlDigit(int digit) {
