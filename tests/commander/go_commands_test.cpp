@@ -177,9 +177,9 @@ TEST_F(GoCommands, EnterOnATreeLineShowsItsDirectoryInTheOtherPanel) {
   // The other keys mean the line's directory as well.
   press(Key::ctrl('f'), Ctrl);
   EXPECT_EQ(line(), in("sub"));
-  press(0x60003, Ctrl | Shift);
+  press(Key::ctrlDigit(3) | Key::ShiftedKey, Ctrl | Shift);
   EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[3]), in("sub"));
-  press(0x40003, Ctrl);
+  press(Key::ctrlDigit(3), Ctrl);
   EXPECT_EQ(bytes(right().path), in("sub"));
   setTreeLines(nullptr);
 }
@@ -189,11 +189,11 @@ TEST_F(GoCommands, EnterOnATreeLineShowsItsDirectoryInTheOtherPanel) {
 TEST_F(GoCommands, ShortcutsAreStoredAndFollowed) {
   for (int digit = 0; digit <= 9; ++digit) {
     goTo("sub");
-    press(0x60000 + digit, Ctrl | Shift);
+    press(Key::ctrlDigit(digit) | Key::ShiftedKey, Ctrl | Shift);
     EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[digit]), in("sub"));
     goTo("");
     left().depth = 2;
-    press(0x40000 + digit, Ctrl);
+    press(Key::ctrlDigit(digit), Ctrl);
     EXPECT_EQ(place(), in("sub")) << digit;
     EXPECT_EQ(left().depth, -1);
     EXPECT_EQ(left().currentIndex(), 0);
@@ -202,9 +202,9 @@ TEST_F(GoCommands, ShortcutsAreStoredAndFollowed) {
 
 TEST_F(GoCommands, KeypadDigitsAreShortcutsToo) {
   goTo("sub");
-  press(0x60035, Ctrl | Shift);
+  press(Key::ctrlKeypadDigit(5) | Key::ShiftedKey, Ctrl | Shift);
   goTo("");
-  press(0x40035, Ctrl);
+  press(Key::ctrlKeypadDigit(5), Ctrl);
   EXPECT_EQ(place(), in("sub"));
   EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[5]), in("sub"));
 }
@@ -212,12 +212,12 @@ TEST_F(GoCommands, KeypadDigitsAreShortcutsToo) {
 TEST_F(GoCommands, ShortcutsExpandTildeAndVariables) {
   sessionEnvironment().set("TD_TEST_PLACE", in("sub").c_str());
   GlobalOptions::directoryShortcuts[1] = L"$TD_TEST_PLACE/deep";
-  press(0x40001, Ctrl);
+  press(Key::ctrlDigit(1), Ctrl);
   EXPECT_EQ(place(), in("sub/deep"));
   sessionEnvironment().set("TD_TEST_PLACE", "");
   sessionEnvironment().set("HOME", rightDir.path().c_str());
   GlobalOptions::directoryShortcuts[2] = L"~";
-  press(0x40002, Ctrl);
+  press(Key::ctrlDigit(2), Ctrl);
   EXPECT_EQ(place(), rightDir.path());
   sessionEnvironment().set("HOME", "");
 }
@@ -250,13 +250,14 @@ TEST_F(GoCommands, AStoredPathLeadsToTheDirectoryOfExactlyItsNameElseByTheRules)
 
 TEST_F(GoCommands, ABadShortcutSaysSo) {
   GlobalOptions::directoryShortcuts[7] = L"/no/such/place";
-  const std::string box = dialogScreen("Invalid Directory", [&] { press(0x40007, Ctrl); });
+  const std::string box =
+      dialogScreen("Invalid Directory", [&] { press(Key::ctrlDigit(7), Ctrl); });
   EXPECT_NE(box.find("/no/such/place"), std::string::npos);
   EXPECT_EQ(place(), leftDir.path());
 }
 
 TEST_F(GoCommands, AnUnsetShortcutGoesNowhere) {
-  press(0x40008, Ctrl);
+  press(Key::ctrlDigit(8), Ctrl);
   EXPECT_EQ(place(), leftDir.path());
 }
 
@@ -333,7 +334,7 @@ TEST_F(GoCommands, APathOnTheLineIsNoMacro) {
   leftDir.makeDir("wow!x");
   goTo("wow!x");
   loop.line.clear();
-  press(27, ShiftState::Ctrl);
+  press(Key::Esc, ShiftState::Ctrl);
   const Westring inserted = loop.line.text();
   goTo("");
   loop.line.setText(L"cd " + inserted);

@@ -106,10 +106,10 @@ TEST_F(PanelKeys, ShiftWithGreyPlusAsksForDirectoriesToo) {
 TEST_F(PanelKeys, AnAltLetterStartsTheQuickSearch) {
   GlobalOptions::StickyAlt = false;
   press(Key::Home);
-  press(0x1001F, Alt);  // Alt-S
+  press(Key::alt('s'), Alt);
   EXPECT_EQ(currentName(left()), "second");
   EXPECT_EQ(bytes(left().quickSearch), "s");
-  press(0x10012, Alt);
+  press(Key::alt('e'), Alt);
   EXPECT_EQ(bytes(left().quickSearch), "se");
   press(Key::AltBackspace, Alt);
   EXPECT_EQ(bytes(left().quickSearch), "s");
@@ -122,14 +122,14 @@ TEST_F(PanelKeys, AnAltLetterStartsTheQuickSearch) {
 TEST_F(PanelKeys, TheKeyThatEndsASearchIsHandledNext) {
   press(Key::Home);
   queueKey(Key::F2);
-  press(0x1001F, Alt);
+  press(Key::alt('s'), Alt);
   EXPECT_EQ(loop.pendingKey, Key::F2);
 }
 
 TEST_F(PanelKeys, AClickThatEndsASearchKeepsItsPlace) {
   press(Key::Home);
   const int row = left().count();  // the last entry: row 0 is the title
-  queueKey(0x10021, Alt);          // Alt-F
+  queueKey(Key::alt('f'), Alt);
   queueMouse(EventKind::Press, 5, row);
   screenAfterQueued();
   EXPECT_EQ(currentName(left()), "second");
@@ -137,7 +137,7 @@ TEST_F(PanelKeys, AClickThatEndsASearchKeepsItsPlace) {
 
 TEST_F(PanelKeys, AnInfoPanelHasNoSearch) {
   press(MenuCode::LeftInfo);
-  press(0x10026, Alt);  // Alt-L
+  press(Key::alt('l'), Alt);
   EXPECT_TRUE(left().quickSearch.empty());
 }
 
