@@ -54,16 +54,8 @@ struct CommandSeams {
   std::function<void(Panel&)> fileDateTime;
   std::function<void(Panel&)> makeSymbolicLink;
   std::function<void(Panel&)> makeObjects;
-  std::function<void(Panel&)> compressIntoArchive;
-  // Extract from or add to an archive: true when an archive was involved and the command is done.
-  std::function<bool(Panel& source, int copyFlags)> archiveCopy;
-  // A chosen path, or "".
-  std::function<Westring()> treeWindow;
-  std::function<Westring()> directoryHistoryWindow;
   std::function<bool(Panel&)> storedPaths;
   std::function<HistoryChoice()> commandHistoryWindow;
-  // Takes one file out of the panel's archive; the path of a temporary file, or "" after a failure.
-  std::function<Westring(Panel&, const Westring& name)> extractFile;
   // `panel` is the viewer's list, or null.
   std::function<void(const Westring& file, Panel* panel)> viewFile;
   std::function<void(const Westring& file)> editFile;
@@ -72,7 +64,6 @@ struct CommandSeams {
   std::function<void(const Westring& text, const Westring& file, int side)> processCommand;
   // Opens the file under the cursor by an association, as a program or as an archive.
   std::function<void(Panel&)> openFile;
-  std::function<bool(Panel&, const Westring& name, Westring& found)> findInTree;
 };
 
 CommandSeams& commandSeams();

@@ -15,6 +15,7 @@
 #include "language/typed_path.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
+#include "panels/model/directory_tree.h"
 #include "panels/picture/panel_draw.h"
 #include "ui/alert.h"
 
@@ -108,11 +109,8 @@ void runChangeDirectory(Panel& panel, const Westring& command) {
   bool valid = canonicalPath(shown, &shownPath(panel)) == 0;
   if (!valid) shown = argument;
   if (goToArgument(panel, typed)) return showGone(panel);
-  Westring found;
-  if (commandSeams().findInTree && commandSeams().findInTree(panel, argument, found) &&
-      goToPath(panel, found)) {
-    return showGone(panel);
-  }
+  Westring found = directoryTree()->find(panel, argument);
+  if (!found.empty() && goToPath(panel, found)) return showGone(panel);
   alert(valid ? "Invalid directory" : "Invalid path", shown, AlertButtons::Ok, AlertColour::Error);
 }
 

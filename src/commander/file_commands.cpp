@@ -2,7 +2,11 @@
 #include "commander/command_seams.h"
 #include "commander/file_dialogs.h"
 #include "commander/view_edit.h"
-#include "filecommands/commands.h"
+#include "filecommands/archive_actions.h"
+#include "filecommands/copy_command.h"
+#include "filecommands/delete_by_name.h"
+#include "filecommands/delete_command.h"
+#include "filecommands/make_directory.h"
 
 namespace {
 
@@ -14,8 +18,8 @@ void copyOrMove(int flags) {
   Panel& other = panelPair().inactive();
   bool archived = active().archive || (other.showing && other.isFiles() && other.archive);
   if (archived) {
-    if (commandSeams().archiveCopy) commandSeams().archiveCopy(active(), flags);
-    return;
+    const bool moves = flags & CopyFlag::Move;
+    return archiveActions()->transfer(active(), moves ? TransferKind::Move : TransferKind::Copy);
   }
   copyCommand(active(), flags);
 }
@@ -96,7 +100,7 @@ std::vector<Command> copyRows() {
        .label = "SymLnk"},
       {.name = "Compress into an archive",
        .codes = {Key::ShiftF7},
-       .run = seam(&CommandSeams::compressIntoArchive),
+       .run = [] { archiveActions()->compress(active()); },
        .label = "MkArch"},
   };
 }

@@ -2,16 +2,19 @@
 
 #include "commander/command_rooms.h"
 #include "commander/command_seams.h"
+#include "filecommands/history_windows.h"
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_position.h"
 #include "panels/picture/panel_draw.h"
-#include "panels/picture/tree_line.h"
 #include "ui/alert.h"
 
 namespace {
+
+constexpr int TreeWindowWidth = 70;
 
 Panel& active() {
   return panelPair().active();
@@ -30,8 +33,8 @@ void enterName(Panel& panel, const Westring& name) {
 }
 
 // A line of a tree shows its directory in the other panel.
-void showBeside(Panel& tree, const entry& line) {
-  goExactly(panelPair().other(tree), treeLines().fullPath(line), {});
+void showBeside(const Panel& tree) {
+  goExactly(panelPair().other(tree), treeDirectory(tree), {});
 }
 
 // The archive may have changed on the disk; one that is none any more is left for its directory.
@@ -87,14 +90,14 @@ void storeShortcut(int digit) {
 
 Westring currentDirectoryOf(const Panel& panel) {
   const entry* line = panel.isFiles() && panel.isTreeStyle() ? panel.currentEntry() : nullptr;
-  return line ? treeLines().fullPath(*line) : shownPath(panel);
+  return line ? treeDirectory(panel) : shownPath(panel);
 }
 
 void enterCurrent(Panel& panel) {
   const entry* item = panel.currentEntry();
   if (!item || !panel.showing || !panel.isFiles()) return;
   if (!item->isDirectory()) return callSeam(commandSeams().openFile, panel);
-  if (panel.isTreeStyle()) return showBeside(panel, *item);
+  if (panel.isTreeStyle()) return showBeside(panel);
   enterName(panel, item->name());
 }
 
@@ -108,12 +111,6 @@ void enterAsDirectory(Panel& panel) {
 
 void goUp(Panel& panel) {
   enterName(panel, ParentName);
-}
-
-void goToChoice(const std::function<Westring()>& window) {
-  if (!window) return;
-  const Westring chosen = window();
-  if (!chosen.empty() && goToPath(active(), chosen)) drawPanel(active());
 }
 
 void reRead(Panel& panel, DriveChange driveChange) {
@@ -138,8 +135,17 @@ std::vector<Key::Code> digitKeys(Key::Code modifier) {
   return keys;
 }
 
+// "" chooses nothing.
+void goToChosen(const Westring& path) {
+  if (!path.empty() && goToPath(active(), path)) drawPanel(active());
+}
+
+void chooseDirectoryOfTree() {
+  goToChosen(directoryTree()->choose(active(), TreeWindowWidth));
+}
+
 void chooseDirectoryOfHistory() {
-  goToChoice(commandSeams().directoryHistoryWindow);
+  goToChosen(historyWindows()->chooseDirectory());
 }
 
 void chooseStoredPath() {
@@ -151,7 +157,7 @@ std::vector<Command> choiceRows() {
   return {
       {.name = "Tree",
        .codes = {Key::AltF10},
-       .run = [] { goToChoice(commandSeams().treeWindow); },
+       .run = chooseDirectoryOfTree,
        .menu = {"Tree                 Alt-F10", 0},
        .label = "Tree"},
       {.name = "Directory history",

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "panels/model/panel.h"
 
 void goToRoot();            // inside an archive: to the directory that holds it
@@ -18,8 +16,6 @@ void enterAsDirectory(Panel& panel);
 void goUp(Panel& panel);
 // The directory of the panel; in a tree the one of the current line.
 Westring currentDirectoryOf(const Panel& panel);
-// Goes to what a window of directories gave; nothing for an empty answer or window.
-void goToChoice(const std::function<Westring()>& window);
 
 // Whether the option that turns Ctrl-R into a drive change counts.
 enum class DriveChange { Never, Allowed };

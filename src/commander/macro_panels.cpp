@@ -1,7 +1,7 @@
 #include "commander/macro_panels.h"
 
 #include "commander/ask_text.h"
-#include "commander/command_seams.h"
+#include "filecommands/archive_actions.h"
 #include "language/temporary_names.h"
 #include "panels/model/panel_pair.h"
 
@@ -24,8 +24,7 @@ class PanelMacros : public MacroContext {
   bool inArchive(MacroPanel which) override { return panel(which).archive != nullptr; }
 
   std::optional<Westring> extract(MacroPanel which, const Westring& name) override {
-    if (!commandSeams().extractFile) return std::nullopt;
-    Westring path = commandSeams().extractFile(panel(which), name);
+    Westring path = archiveActions()->extract(panel(which), name);
     return path.empty() ? std::nullopt : std::optional<Westring>(path);
   }
 

@@ -9,6 +9,7 @@
 
 #include "commander/arguments.h"
 #include "commander/command_seams.h"
+#include "commander/connect.h"
 #include "commander/exit_program.h"
 #include "commander/main_loop.h"
 #include "commander/screen_size.h"
@@ -192,6 +193,7 @@ int runProgram(int argc, char** argv) {
   setlocale(LC_ALL, "");
   installSignals();
   setProgramPath(programPathOf(argc, argv));
+  connectModules();
   bool display = initToolkit(&argc, &argv);
   if (!display) {
     Arguments arguments = parseArguments(argc, argv);

@@ -3,6 +3,7 @@
 #include "commander/command_seams.h"
 #include "commander/execute_line.h"
 #include "commander/main_loop.h"
+#include "filecommands/archive_actions.h"
 #include "foundation/names.h"
 #include "language/association_set.h"
 #include "options/options.h"
@@ -34,8 +35,7 @@ bool fetchFile(Panel& panel, const Westring& name, Westring& path) {
     path = joinPath(shownPath(panel), name);
     return true;
   }
-  if (!commandSeams().extractFile) return false;
-  path = commandSeams().extractFile(panel, name);
+  path = archiveActions()->extract(panel, name);
   return !path.empty();
 }
 

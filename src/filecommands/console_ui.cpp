@@ -3,8 +3,8 @@
 #include "console/input.h"
 #include "filecommands/confirmations.h"
 #include "foundation/utf8.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
-#include "panels/model/tree_keeper.h"
 #include "ui/alert.h"
 
 namespace {
@@ -76,10 +76,5 @@ void ConsoleUi::deletingDone() {
 }
 
 void ConsoleUi::directoryGone(const char* path) {
-  const Westring gone = decodeFileName(path);
-  PanelPair& pair = panelPair();
-  TreeKeeper& first = treeKeeperOf(pair.side[0]);
-  TreeKeeper& second = treeKeeperOf(pair.side[1]);
-  first.removed(gone);
-  if (&second != &first) second.removed(gone);
+  directoryTree()->removed(decodeFileName(path));
 }

@@ -1,4 +1,5 @@
-#include "filecommands/commands.h"
+#include "filecommands/copy_command.h"
+
 #include "filecommands/console_ui.h"
 #include "filecommands/copy_dialog.h"
 #include "filecommands/destination.h"
@@ -15,9 +16,9 @@
 #include "foundation/threads.h"
 #include "options/options.h"
 #include "panels/commands/selection.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
 #include "panels/model/panel_position.h"
-#include "panels/model/tree_keeper.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/reader/directory_reader.h"
 #include "ui/alert.h"
@@ -74,7 +75,7 @@ void tellError(const char* text, const Westring& path) {
 void CopyCommand::run(const Westring* explicitDestination) {
   current_ = source_.currentEntry();
   if (source_.count() == 0 || !current_) return;
-  name_ = source_.isTreeStyle() ? selectedTreePath(source_) : Westring(current_->name());
+  name_ = source_.isTreeStyle() ? treeDirectory(source_) : Westring(current_->name());
   if (name_.empty()) return;
   if (source_.taggedCount == 0 && sameName(name_, ParentName)) return;
   context_.base = source_.path;
@@ -163,8 +164,8 @@ void CopyCommand::runSingle() {
   const Outcome outcome = transfer.run(bytePath(source), bytePath(target), 1, 1);
   if (outcome != Outcome::Done || kind_ == TransferKind::Copy) return;
   if (directory) {
-    treeKeeperOf(source_).renamed(source, target);
-    treeKeeperOf(source_).save();
+    directoryTree()->renamed(source_, source, target);
+    directoryTree()->save();
   }
   if (sameName(parentOf(source), parentOf(target))) newName_ = lastComponent(target);
 }
@@ -218,7 +219,7 @@ void CopyCommand::walkTagged() {
     }
     if (outcome == Outcome::Cancelled || operation_.cancelled()) break;
   }
-  if (treeChanged) treeKeeperOf(source_).save();
+  if (treeChanged) directoryTree()->save();
 }
 
 Outcome CopyCommand::transferTagged(Transfer& transfer, const entry& item, int index) {
@@ -226,7 +227,8 @@ Outcome CopyCommand::transferTagged(Transfer& transfer, const entry& item, int i
   const Westring target = targetName(source, destination_.path);
   const Outcome outcome = transfer.run(bytePath(source), bytePath(target), index, count_);
   const bool moved = outcome == Outcome::Done && kind_ == TransferKind::Move;
-  if (moved && item.isDirectory() && !item.isLink()) treeKeeperOf(source_).renamed(source, target);
+  if (moved && item.isDirectory() && !item.isLink())
+    directoryTree()->renamed(source_, source, target);
   return outcome;
 }
 

@@ -3,10 +3,11 @@
 #include <algorithm>
 
 #include "console/key_codes.h"
-#include "filecommands/commands.h"
+#include "filecommands/history_windows.h"
 #include "foundation/names.h"
 #include "foundation/text_format.h"
 #include "options/colours.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
 #include "ui/dialog.h"
 
@@ -30,13 +31,12 @@ bool isToggleKey(int key) {
 
 // The buttons that only help to fill the field; true when they did.
 bool pick(int key, Westring& text) {
-  const DestinationPickers& pickers = destinationPickers();
-  if (key == Key::F10) {
-    return pickers.fromTree && pickers.fromTree(text, panelPair().screenColumns / 2 - 2);
-  }
-  Westring chosen = text;
-  if (!pickers.fromHistory || !pickers.fromHistory(chosen)) return false;
-  text = addSlash(chosen);
+  PanelPair& pair = panelPair();
+  const bool tree = key == Key::F10;
+  const Westring chosen = tree ? directoryTree()->choose(pair.active(), pair.screenColumns / 2 - 2)
+                               : historyWindows()->chooseDirectory();
+  if (chosen.empty()) return false;
+  text = tree ? chosen : addSlash(chosen);
   return true;
 }
 

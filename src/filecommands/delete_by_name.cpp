@@ -1,5 +1,6 @@
+#include "filecommands/delete_by_name.h"
+
 #include "console/key_codes.h"
-#include "filecommands/commands.h"
 #include "filecommands/confirmations.h"
 #include "filecommands/console_ui.h"
 #include "filecommands/destination.h"
@@ -11,7 +12,7 @@
 #include "foundation/path_info.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/model/tree_keeper.h"
+#include "panels/model/directory_tree.h"
 #include "panels/reader/directory_reader.h"
 #include "ui/alert.h"
 #include "ui/dialog.h"
@@ -24,7 +25,7 @@ constexpr int Left = 1, LabelRow = 0, FieldRow = 2, ButtonRow = 4;
 constexpr int FieldWidth = 72, FieldLength = 512;
 
 Westring startText(const Panel& panel) {
-  if (panel.isTreeStyle()) return selectedTreePath(panel);
+  if (panel.isTreeStyle()) return treeDirectory(panel);
   const entry* current = panel.currentEntry();
   return !current || sameName(current->name(), ParentName) ? Westring() : Westring(current->name());
 }
@@ -91,7 +92,7 @@ void deleteByNameCommand(Panel& panel) {
     RunningOperation operation(ui, GlobalOptions::Confirmations);
     if (isRealDirectory(path)) {
       static_cast<void>(removeDirectory(operation, path));
-      treeKeeperOf(panel).save();
+      directoryTree()->save();
     } else {
       static_cast<void>(deleteFile(operation, path, DeleteMode::One));
     }

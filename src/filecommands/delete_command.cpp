@@ -1,4 +1,6 @@
-#include "filecommands/commands.h"
+#include "filecommands/delete_command.h"
+
+#include "filecommands/archive_actions.h"
 #include "filecommands/confirmations.h"
 #include "filecommands/console_ui.h"
 #include "filecommands/entry_path.h"
@@ -7,8 +9,8 @@
 #include "foundation/break_state.h"
 #include "foundation/names.h"
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
-#include "panels/model/tree_keeper.h"
 #include "panels/reader/directory_reader.h"
 
 namespace {
@@ -54,11 +56,11 @@ void DeleteCommand::run() {
   const entry* current = panel_.currentEntry();
   if (panel_.count() == 0 || !current) return;
   const BreakScope armed;
-  const Westring name = panel_.isTreeStyle() ? selectedTreePath(panel_) : Westring(current->name());
+  const Westring name = panel_.isTreeStyle() ? treeDirectory(panel_) : Westring(current->name());
   if (panel_.taggedCount == 0 && (name.empty() || sameName(name, ParentName))) return;
   if (!confirm(name)) return;
   if (panel_.archive) {
-    if (archiveDelete()) archiveDelete()(panel_);
+    archiveActions()->remove(panel_);
   } else if (panel_.taggedCount > 0) {
     deleteTagged();
   } else {
@@ -90,9 +92,7 @@ void DeleteCommand::deleteCurrent(const Westring& path) {
 void DeleteCommand::end() {
   operation_.descriptions.flush();
   ui_.closeWindows();
-  if (directoryHandled_) {
-    treeKeeperOf(panel_.isTreeStyle() ? panelOpposite(panel_) : panel_).save();
-  }
+  if (directoryHandled_) directoryTree()->save();
   panelRefresh();
 }
 

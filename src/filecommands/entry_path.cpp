@@ -1,13 +1,8 @@
 #include "filecommands/entry_path.h"
 
-#include "filecommands/commands.h"
 #include "foundation/names.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
-
-Westring selectedTreePath(const Panel& panel) {
-  const TreeSelection selection = treeSelection();
-  return selection ? selection(panel) : Westring();
-}
 
 Westring entryPath(const Panel& panel, const wchar_t* name) {
   return name[0] == L'/' ? Westring(name) : joinPath(panel.path, name);
@@ -19,7 +14,7 @@ bool isReadableDirectory(const Panel& panel) {
 }
 
 Westring destinationDirectory(const Panel& panel) {
-  if (panel.showing && panel.isFiles() && panel.isTreeStyle()) return selectedTreePath(panel);
+  if (panel.showing && panel.isFiles() && panel.isTreeStyle()) return treeDirectory(panel);
   return isReadableDirectory(panel) ? panel.path : Westring();
 }
 

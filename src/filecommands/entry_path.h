@@ -2,9 +2,6 @@
 
 #include "panels/model/panel.h"
 
-// The directory that a tree panel's cursor is on; "" while the panel shows no tree.
-Westring selectedTreePath(const Panel& panel);
-
 // The whole path of a name in a panel. A name that is a whole path already stays.
 Westring entryPath(const Panel& panel, const wchar_t* name);
 

@@ -1,7 +1,8 @@
+#include "filecommands/make_directory.h"
+
 #include <cerrno>
 
 #include "console/key_codes.h"
-#include "filecommands/commands.h"
 #include "filecommands/console_ui.h"
 #include "filecommands/entry_path.h"
 #include "fileops/error_dialog.h"
@@ -11,9 +12,9 @@
 #include "foundation/utf8.h"
 #include "options/colours.h"
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
 #include "panels/model/panel_position.h"
-#include "panels/model/tree_keeper.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/reader/directory_reader.h"
 #include "ui/dialog.h"
@@ -42,7 +43,7 @@ Westring askName() {
 
 Westring parentDirectory(const Panel& panel) {
   if (panel.type == PanelType::Info) return panelOpposite(panel).path;
-  if (panel.isTreeStyle()) return selectedTreePath(panel);
+  if (panel.isTreeStyle()) return treeDirectory(panel);
   return panel.path;
 }
 
@@ -63,9 +64,9 @@ bool make(OperationUi& ui, const Westring& path, const Westring& text) {
 
 void tellTree(const Panel& panel, const Westring& path) {
   const bool folded = isInCaseFilter(FileSystemName, GlobalOptions::CaseFilter);
-  TreeKeeper& tree = treeKeeperOf(panel);
-  tree.made(folded ? decodeFileName(foldedName(toUtf8(path).data()).c_str()) : path);
-  tree.save();
+  directoryTree()->made(panel,
+                        folded ? decodeFileName(foldedName(toUtf8(path).data()).c_str()) : path);
+  directoryTree()->save();
 }
 
 }  // namespace

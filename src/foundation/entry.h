@@ -5,8 +5,6 @@
 
 #include "foundation/object_store.h"
 
-struct TREENODE;
-
 namespace Attribute {
 inline constexpr uint16_t Directory = 1;
 inline constexpr uint16_t ReadOnly = 2;
@@ -26,7 +24,6 @@ inline constexpr unsigned char File = 'C';
 struct entry {
   uint64_t size;        // bytes; 0 for a directory unless a total was counted
   int64_t total;        // -1 until set
-  TREENODE* node;       // in a tree panel the node of the line
   uint32_t owner;       // user id
   uint32_t group;       // group id
   uint16_t attributes;  // Attribute bits
@@ -35,7 +32,7 @@ struct entry {
   uint16_t date;        // DOS date word
   uint8_t tagged;       // 1 when tagged
   uint8_t wasTagged;    // 1 when a macro or an operation used the tag
-  uint8_t level;        // 1: `size` of a directory holds a counted total; in a tree panel the depth
+  uint8_t level;        // 1: `size` of a directory holds a counted total
   uint8_t sortGroup;    // SortGroup
 
   wchar_t* name() { return reinterpret_cast<wchar_t*>(this + 1); }

@@ -60,7 +60,7 @@ int listNames(const char* utf8Directory, std::vector<std::string>& names);
 int listNames(DIR* directory, std::vector<std::string>& names);  // an open one, closed as well
 
 // Fills a record from `info`; the name must stand in it, since a dot in front decides Hidden. The
-// tags, sortGroup and node stay. Link isn't set: the caller knows what it looked at.
+// tags and sortGroup stay. Link isn't set: the caller knows what it looked at.
 void fillEntry(entry* item, const struct stat& info);
 // One path as an entry whose name is its last component; null and `error` when it can't be looked
 // at. Follows a link and sets Attribute::Link; a dangling link is described by itself.

@@ -7,9 +7,9 @@
 #include "commander/command.h"
 #include "commander/go_commands.h"
 #include "commander/main_loop_test.h"
+#include "commander/seam_log.h"
 #include "foundation/path_info.h"
 #include "language/environment.h"
-#include "panels/picture/tree_line.h"
 #include "support/fault_hook.h"
 
 namespace {
@@ -158,15 +158,7 @@ TEST_F(GoCommands, AltHomeGoesHome) {
 }
 
 TEST_F(GoCommands, EnterOnATreeLineShowsItsDirectoryInTheOtherPanel) {
-  class Lines : public TreeLines {
-   public:
-    explicit Lines(Westring path) : path_(std::move(path)) {}
-    Westring fullPath(const entry&) const override { return path_; }
-
-   private:
-    Westring path_;
-  } lines(leftDir.wide("sub"));
-  setTreeLines(&lines);
+  const OnePathTree tree(leftDir.wide("sub"));
   left().style = PanelStyle::Tree;
   left().top = left().cursor = 0;
   left().entries.clear();
@@ -181,7 +173,6 @@ TEST_F(GoCommands, EnterOnATreeLineShowsItsDirectoryInTheOtherPanel) {
   EXPECT_EQ(bytes(GlobalOptions::directoryShortcuts[3]), in("sub"));
   press(Key::ctrlDigit(3), Ctrl);
   EXPECT_EQ(bytes(right().path), in("sub"));
-  setTreeLines(nullptr);
 }
 
 // ---- shortcuts
@@ -240,11 +231,17 @@ TEST_F(GoCommands, AShortcutLeadsToTheDirectoryOfExactlyItsName) {
 
 TEST_F(GoCommands, AStoredPathLeadsToTheDirectoryOfExactlyItsNameElseByTheRules) {
   leftDir.makeDir("...");
-  goToChoice([this] { return leftDir.wide("..."); });
+  SeamLog log;
+  log.connect();
+  const auto choose = [&](const Westring& path) {
+    log.directory = path;
+    press(Key::ShiftAltF8);
+  };
+  choose(leftDir.wide("..."));
   EXPECT_EQ(place(), in("..."));
-  goToChoice([this] { return leftDir.wide("sub\\deep"); });
+  choose(leftDir.wide("sub\\deep"));
   EXPECT_EQ(place(), in("sub/deep"));
-  goToChoice([] { return Westring(L"/no/such/place"); });
+  choose(L"/no/such/place");
   EXPECT_EQ(place(), in("sub/deep"));
 }
 
@@ -375,12 +372,16 @@ TEST_F(GoCommands, CdToWhatIsNoPathSaysInvalidPath) {
 }
 
 TEST_F(GoCommands, CdAsksTheTreeForAName) {
-  commandSeams().findInTree = [&](Panel&, const Westring& name, Westring& found) {
-    if (bytes(name) != "deep") return false;
-    found = leftDir.wide("sub/deep");
-    return true;
-  };
+  struct Tree : DirectoryTree {
+    Westring find(const Panel&, const Westring& name) override {
+      return bytes(name) == "deep" ? deep : Westring();
+    }
+    Westring deep;
+  } tree;
+  tree.deep = leftDir.wide("sub/deep");
+  directoryTree().connect(tree);
   execute("cd deep");
+  directoryTree().disconnect();
   EXPECT_EQ(place(), in("sub/deep"));
 }
 

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "commander/main_loop_test.h"
+#include "commander/seam_log.h"
 #include "language/shell_quote.h"
 #include "panels/commands/selection.h"
 #include "panels/reader/directory_reader.h"
@@ -93,16 +94,14 @@ TEST_F(MacroPanels, AMemberOfAnArchiveNeedsItsReaderToBeExtracted) {
   enterArchive();
   EXPECT_EQ(expand(L"less !"), "-");
   EXPECT_EQ(expand(L"echo !x"), "echo inner");
-  std::vector<std::string> asked;
-  commandSeams().extractFile = [&](Panel& panel, const Westring& name) {
-    EXPECT_EQ(&panel, &left());
-    asked.push_back(bytes(name));
-    return Westring(L"/tmp/a copy");
-  };
+  SeamLog log;
+  log.connect();
+  log.extracted = L"/tmp/a copy";
   EXPECT_EQ(expand(L"less !"), "less /tmp/a\\ copy");
   EXPECT_EQ(expand(L"less !F", 1), "less /tmp/a\\ copy");
-  EXPECT_EQ(asked, (std::vector<std::string>{"inner.txt", "inner.txt"}));
-  commandSeams().extractFile = [](Panel&, const Westring&) { return Westring(); };
+  const std::string asked = "extract inner.txt";
+  EXPECT_EQ(log.take(), (std::vector<std::string>{asked, asked}));
+  log.extracted = L"";
   EXPECT_EQ(expand(L"less !f"), "-");
 }
 

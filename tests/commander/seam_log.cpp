@@ -3,6 +3,9 @@
 #include "panels/panel_fixture.h"
 
 void SeamLog::connect() {
+  directoryTree().connect(*this);
+  archiveActions().connect(*this);
+  historyWindows().connect(*this);
   CommandSeams& seams = commandSeams();
   auto plain = [this](const char* name) { return [this, name] { note(name); }; };
   auto ofPanel = [this](const char* name) {
@@ -28,19 +31,6 @@ void SeamLog::connect() {
   seams.fileDateTime = ofPanel("date");
   seams.makeSymbolicLink = ofPanel("link");
   seams.makeObjects = ofPanel("objects");
-  seams.compressIntoArchive = ofPanel("compress");
-  seams.archiveCopy = [this](Panel& panel, int flags) {
-    note("archive copy " + currentName(panel) + " " + std::to_string(flags));
-    return true;
-  };
-  seams.treeWindow = [this] {
-    note("tree");
-    return directory;
-  };
-  seams.directoryHistoryWindow = [this] {
-    note("directory history");
-    return directory;
-  };
   seams.storedPaths = [this](Panel&) {
     note("stored paths");
     return false;
@@ -48,10 +38,6 @@ void SeamLog::connect() {
   seams.commandHistoryWindow = [this] {
     note("history");
     return historyChoice;
-  };
-  seams.extractFile = [this](Panel&, const Westring& name) {
-    note("extract " + bytes(name));
-    return extracted;
   };
   seams.viewFile = [this](const Westring& file, Panel* panel) {
     note("view " + bytes(file) + (panel ? " of a list" : ""));
@@ -61,4 +47,38 @@ void SeamLog::connect() {
     note("run " + bytes(text) + " [" + bytes(file) + "] " + std::to_string(side));
   };
   seams.openFile = ofPanel("open");
+}
+
+void SeamLog::disconnect() {
+  directoryTree().disconnect();
+  archiveActions().disconnect();
+  historyWindows().disconnect();
+}
+
+Westring SeamLog::choose(Panel&, int width) {
+  note("tree " + std::to_string(width));
+  return directory;
+}
+
+Westring SeamLog::chooseDirectory() {
+  note("directory history");
+  return directory;
+}
+
+void SeamLog::remove(Panel& panel) {
+  note("archive delete " + currentName(panel));
+}
+
+void SeamLog::transfer(Panel& panel, TransferKind kind) {
+  note("archive " + std::string(kind == TransferKind::Copy ? "copy " : "move ") +
+       currentName(panel));
+}
+
+Westring SeamLog::extract(Panel&, const Westring& name) {
+  note("extract " + bytes(name));
+  return extracted;
+}
+
+void SeamLog::compress(Panel& panel) {
+  note("compress " + currentName(panel));
 }

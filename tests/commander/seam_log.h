@@ -5,11 +5,24 @@
 #include <vector>
 
 #include "commander/command_seams.h"
+#include "filecommands/archive_actions.h"
+#include "filecommands/history_windows.h"
+#include "panels/model/directory_tree.h"
 
 // What connected modules were asked for, in order.
-class SeamLog {
+class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindows {
  public:
-  void connect();  // fills every place of commandSeams
+  ~SeamLog() override { disconnect(); }
+  void connect();  // fills every place of commandSeams and every connection
+  static void disconnect();
+
+  Westring choose(Panel&, int width) override;
+  Westring chooseDirectory() override;
+  void remove(Panel& panel) override;
+  void transfer(Panel& panel, TransferKind kind) override;
+  Westring extract(Panel& panel, const Westring& name) override;
+  void compress(Panel& panel) override;
+
   std::vector<std::string> take() { return std::exchange(calls_, {}); }
   std::string last() { return calls_.empty() ? "" : calls_.back(); }
   // What the windows of other modules answer.

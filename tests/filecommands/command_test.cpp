@@ -15,9 +15,6 @@ void CommandTest::SetUp() {
 
 void CommandTest::TearDown() {
   PanelScreenTest::TearDown();
-  destinationPickers() = {};
-  treeSelection() = nullptr;
-  archiveDelete() = nullptr;
   unsetenv("TZ");
   timeZoneChanged();
 }

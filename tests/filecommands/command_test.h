@@ -3,7 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "filecommands/commands.h"
+#include "filecommands/copy_command.h"
+#include "filecommands/delete_by_name.h"
+#include "filecommands/delete_command.h"
+#include "filecommands/make_directory.h"
 #include "fileops/fileops_test.h"
 #include "foundation/dos_time.h"
 #include "options/colours.h"
@@ -48,15 +51,15 @@ class CommandTest : public PanelScreenTest {
 };
 
 // The tree, writing down what the file commands tell it.
-class TreeLog : public TreeKeeper {
+class TreeLog : public DirectoryTree {
  public:
-  TreeLog() { setTreeKeeper(this); }
-  ~TreeLog() override { setTreeKeeper(nullptr); }
-  void renamed(const Westring& from, const Westring& to) override {
+  TreeLog() { directoryTree().connect(*this); }
+  ~TreeLog() override { directoryTree().disconnect(); }
+  void renamed(const Panel&, const Westring& from, const Westring& to) override {
     calls.push_back("renamed " + bytes(from) + " " + bytes(to));
   }
   void removed(const Westring& path) override { calls.push_back("removed " + bytes(path)); }
-  void made(const Westring& path) override { calls.push_back("made " + bytes(path)); }
+  void made(const Panel&, const Westring& path) override { calls.push_back("made " + bytes(path)); }
   void save() override { calls.push_back("save"); }
   std::vector<std::string> calls;
 };

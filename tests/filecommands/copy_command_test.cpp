@@ -1,6 +1,9 @@
+#include <functional>
+
 #include "filecommands/command_test.h"
 #include "filecommands/copy_dialog.h"
 #include "filecommands/entry_path.h"
+#include "filecommands/history_windows.h"
 #include "history/history_store.h"
 
 namespace {
@@ -115,17 +118,61 @@ TEST_F(CopyCommandTest, TogglingTakesTheDirectoryOffOrPutsTheOtherOneInFront) {
   EXPECT_EQ(bytes(toggledDirectory(L"/a/", L"/other")), "");
 }
 
+namespace {
+
+// The window of the histories: takes down what stands in the field of the copy dialog of "a".
+class FieldWatch : public HistoryWindows {
+ public:
+  using RowText = std::function<std::string(int x, int y, int width)>;
+  explicit FieldWatch(RowText rowText) : rowText_(std::move(rowText)) {
+    historyWindows().connect(*this);
+  }
+  ~FieldWatch() override { historyWindows().disconnect(); }
+  Westring chooseDirectory() override {
+    const std::string label = "Copy \"a\" to";
+    const int width = static_cast<int>(label.size());
+    for (int y = 0; y < console->rows(); ++y) {
+      for (int x = 0; x + width < console->columns(); ++x) {
+        if (rowText_(x, y, width) == label) seen = rowText_(x, y + 2, FieldWidth);
+      }
+    }
+    seen.erase(seen.find_last_not_of(' ') + 1);
+    return Westring();
+  }
+  std::string seen;
+
+ private:
+  static constexpr int FieldWidth = 72;
+  RowText rowText_;
+};
+
+class PickingTree : public DirectoryTree {
+ public:
+  PickingTree() { directoryTree().connect(*this); }
+  ~PickingTree() override { directoryTree().disconnect(); }
+  Westring choose(Panel&, int cells) override {
+    width = cells;
+    return L"/picked/from/tree";
+  }
+  int width = 0;
+};
+
+class PickingHistory : public HistoryWindows {
+ public:
+  PickingHistory() { historyWindows().connect(*this); }
+  ~PickingHistory() override { historyWindows().disconnect(); }
+  Westring chooseDirectory() override { return L"/picked/from/history"; }
+};
+
+}  // namespace
+
 TEST_F(CopyCommandTest, WithoutAnOrdinaryOtherPanelTheBareNameIsProposed) {
   file("left/a");
   const auto proposal = [&] {
     show("a");
-    static std::string seen;
-    destinationPickers().fromTree = [](Westring& path, int) {
-      seen = bytes(path);
-      return false;
-    };
-    play({{"Copy \"a\" to", {Key::F10, Key::Esc}}}, [&] { copyCommand(left(), 0); });
-    return seen;
+    FieldWatch watch([this](int x, int y, int width) { return rowText(x, y, width); });
+    play({{"Copy \"a\" to", {Key::AltBackslash, Key::Esc}}}, [&] { copyCommand(left(), 0); });
+    return watch.seen;
   };
   EXPECT_EQ(proposal(), dir.path("right/a"));
   right().type = PanelType::Info;
@@ -133,8 +180,10 @@ TEST_F(CopyCommandTest, WithoutAnOrdinaryOtherPanelTheBareNameIsProposed) {
   right().type = PanelType::Files;
   right().style = PanelStyle::Tree;
   EXPECT_EQ(proposal(), "a");
-  treeSelection() = [](const Panel&) { return Westring(L"/from/the/tree"); };
-  EXPECT_EQ(proposal(), "/from/the/tree/a");
+  {
+    const OnePathTree tree(L"/from/the/tree");
+    EXPECT_EQ(proposal(), "/from/the/tree/a");
+  }
   right().style = PanelStyle::Full;
   right().showing = false;
   EXPECT_EQ(proposal(), "a");
@@ -144,20 +193,12 @@ TEST_F(CopyCommandTest, TheSideButtonsDoNothingUntilConnectedAndFillTheFieldThen
   file("left/a");
   show("a");
   copyWith({{"Copy \"a\" to", {Key::F10, Key::AltBackslash, Key::Esc}}});
-  static int width;
-  destinationPickers().fromTree = [](Westring& path, int w) {
-    width = w;
-    path = L"/picked/from/tree";
-    return true;
-  };
-  destinationPickers().fromHistory = [](Westring& path) {
-    path = L"/picked/from/history";
-    return true;
-  };
+  PickingTree tree;
+  PickingHistory history;
   copyWith({{"Copy \"a\" to", {Key::F10}},
             {"/picked/from/tree", {Key::AltBackslash}},
             {"/picked/from/history/", {Key::Esc}}});
-  EXPECT_EQ(width, 38);
+  EXPECT_EQ(tree.width, 38);
 }
 
 TEST_F(CopyCommandTest, OnTwoDotsWithNothingTaggedNothingHappens) {

@@ -1,3 +1,4 @@
+#include "filecommands/archive_actions.h"
 #include "filecommands/command_test.h"
 #include "filecommands/confirmations.h"
 #include "language/environment.h"
@@ -213,15 +214,18 @@ TEST_F(DeleteCommandTest, TheTreeIsToldAndSavedWhenADirectoryWasHandled) {
 }
 
 TEST_F(DeleteCommandTest, AnArchivePanelIsHandedOver) {
-  static int handed;
-  handed = 0;
-  archiveDelete() = [](Panel&) { ++handed; };
+  struct Removals : ArchiveActions {
+    void remove(Panel&) override { ++count; }
+    int count = 0;
+  } removals;
+  archiveActions().connect(removals);
   file("left/a");
   show("a");
   left().archive =
       std::make_unique<FakeArchive>(left().path, std::vector<std::string>{"a"}, nullptr);
   deleteWith({{Wish, {Key::Enter}}});
-  EXPECT_EQ(handed, 1);
+  archiveActions().disconnect();
+  EXPECT_EQ(removals.count, 1);
   EXPECT_TRUE(dir.exists("left/a"));
   left().archive.reset();
 }

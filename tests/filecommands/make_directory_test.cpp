@@ -91,10 +91,7 @@ TEST_F(MakeDirectoryTest, ATreePanelMakesItBelowItsSelectedDirectory) {
   left().style = PanelStyle::Tree;
   make({name("nowhere")});
   EXPECT_TRUE(contents(dir.path("left")).empty()) << "no tree, no place";
-  static Westring place;
-  place = dir.wide("right");
-  treeSelection() = [](const Panel&) { return place; };
+  const OnePathTree tree(dir.wide("right"));
   make({name("there")});
   EXPECT_TRUE(dir.exists("right/there"));
-  place = L"";
 }

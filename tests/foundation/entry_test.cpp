@@ -14,13 +14,12 @@ TEST(Entry, ANewOneIsBlankAndItsTotalIsUnset) {
   EXPECT_TRUE(sameName(item->name(), L"name"));
   EXPECT_EQ(item->size, 0u);
   EXPECT_EQ(item->total, -1);
-  EXPECT_EQ(item->node, nullptr);
   EXPECT_EQ(item->attributes, 0);
   EXPECT_EQ(item->tagged, 0);
 }
 
 TEST(Entry, IsOneBlockJustLongEnoughForItsName) {
-  EXPECT_EQ(sizeof(entry), 48u);
+  EXPECT_EQ(sizeof(entry), 40u);
   const EntryPtr item(newEntry(20));
   const size_t wanted = sizeof(entry) + 21 * sizeof(wchar_t);
   EXPECT_GE(malloc_usable_size(item.get()), wanted);

@@ -506,8 +506,7 @@ TEST_F(DirectoryReaderTest, BreakMeansNothingBeforeARead) {
 }
 
 TEST_F(DirectoryReaderTest, SubdirectoriesAreToldListedOrNot) {
-  RecordingKeeper keeper;
-  setTreeKeeper(&keeper);
+  RecordingTree tree;
   dir.makeDir("b");
   dir.makeDir("B");
   dir.makeDir(".hidden");
@@ -517,17 +516,15 @@ TEST_F(DirectoryReaderTest, SubdirectoriesAreToldListedOrNot) {
   GlobalOptions::Hidden = false;
   panel.filter = L"nothing";
   read();
-  ASSERT_EQ(2u, keeper.calls.size());
-  EXPECT_EQ("read " + dir.path() + ": ..odd .hidden B b", keeper.calls[0]);
-  EXPECT_EQ("counted " + dir.path() + " 7", keeper.calls[1]);  // also of what isn't listed
+  // Also the bytes of what isn't listed.
+  EXPECT_EQ((Names{"read " + dir.path() + ": ..odd .hidden B b, 7 bytes"}), tree.calls);
 }
 
 TEST_F(DirectoryReaderTest, KnownTotalsStandForTheSizesOfDirectories) {
-  RecordingKeeper keeper;
-  panel.tree = &keeper;
+  RecordingTree tree;
   dir.makeDir("counted");
   dir.makeDir("unknown");
-  keeper.totals = {{dir.path("counted"), 4096}};
+  tree.totals = {{dir.path("counted"), 4096}};
   GlobalOptions::RetainCount = true;
   read();
   EXPECT_EQ(4096u, entryNamed(panel, "counted")->size);
@@ -535,9 +532,9 @@ TEST_F(DirectoryReaderTest, KnownTotalsStandForTheSizesOfDirectories) {
   EXPECT_EQ(0u, entryNamed(panel, "unknown")->size);
   EXPECT_EQ(0, entryNamed(panel, "unknown")->level);
   GlobalOptions::RetainCount = false;
-  keeper.calls.clear();
+  tree.calls.clear();
   read();
-  EXPECT_EQ(2u, keeper.calls.size());  // nothing is asked
+  EXPECT_EQ(1u, tree.calls.size());  // nothing is asked
   EXPECT_EQ(0, entryNamed(panel, "counted")->level);
 }
 
@@ -545,10 +542,9 @@ TEST_F(DirectoryReaderTest, ATreeStylePanelShowsTheTreeInsteadOfFiles) {
   dir.write("a", "");
   panel.style = PanelStyle::Tree;
   EXPECT_EQ((Names{}), read());  // no tree is connected
-  RecordingKeeper keeper;
-  setTreeKeeper(&keeper);
+  RecordingTree tree;
   EXPECT_EQ((Names{"/"}), read());
-  EXPECT_EQ((Names{"view"}), keeper.calls);
+  EXPECT_EQ((Names{"fill"}), tree.calls);
 }
 
 TEST_F(DirectoryReaderTest, TheParentMadeByTheReaderIsADirectoryAndNothingElse) {

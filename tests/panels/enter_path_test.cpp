@@ -327,18 +327,17 @@ TEST_F(EnterPathTest, APanelThatIsOffForgetsTheListOfTheDirectoryItLeft) {
 }
 
 TEST_F(EnterPathTest, ATreeBesideFollowsThePanel) {
-  RecordingKeeper keeper;
-  setTreeKeeper(&keeper);
+  RecordingTree tree;
   dir.makeDir("a");
   start();
   right().style = PanelStyle::Tree;
-  keeper.calls.clear();
+  tree.calls.clear();
   enter(L"a");
-  EXPECT_EQ("select " + dir.path("a"), keeper.calls.back());
+  EXPECT_EQ("select " + dir.path("a"), tree.calls.back());
   right().type = PanelType::Info;
-  keeper.calls.clear();
+  tree.calls.clear();
   enter(L"..");
-  for (const std::string& call : keeper.calls) EXPECT_NE("select", call.substr(0, 6));
+  for (const std::string& call : tree.calls) EXPECT_NE("select", call.substr(0, 6));
 }
 
 TEST_F(EnterPathTest, AReadErrorEndsWithTheNextMove) {

@@ -214,7 +214,7 @@ TEST_F(NavigationTest, InATreeTheStopsAreLinesOfTheSameOrALowerDepth) {
   fillNumbered(panel, 6);
   panel.style = PanelStyle::Tree;
   const int depths[] = {0, 1, 2, 3, 2, 1};
-  for (int i = 0; i < 6; ++i) panel.entries[i]->level = static_cast<uint8_t>(depths[i]);
+  for (int i = 0; i < 6; ++i) panel.treeLines.emplace_back().level = depths[i];
   at(0, 2);
   cursorToTagged(panel, 1);
   EXPECT_EQ(4, panel.currentIndex());

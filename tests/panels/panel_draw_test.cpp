@@ -5,6 +5,7 @@
 #include "panels/commands/navigation.h"
 #include "panels/commands/panel_switch.h"
 #include "panels/commands/selection.h"
+#include "panels/one_path_tree.h"
 #include "panels/picture/panel_colours.h"
 #include "panels/picture/panel_rows.h"
 #include "panels/picture/panel_window.h"
@@ -81,9 +82,10 @@ TEST_F(PanelDrawTest, UnixStyle) {
 }
 
 TEST_F(PanelDrawTest, TreeStyle) {
+  const OnePathTree tree(L"/");
   struct Line {
     const char* name;
-    uint8_t depth;
+    int depth;
     uint64_t branches;
   };
   for (const Line& line : {Line{"/", 0, 0},
@@ -93,9 +95,8 @@ TEST_F(PanelDrawTest, TreeStyle) {
                            {"share", 2, 1},
                            {"doc", 3, 1},
                            {"var", 1, 0}}) {
-    entry& item = addDirectory(left(), line.name);
-    item.level = line.depth;
-    item.size = line.branches;
+    addDirectory(left(), line.name);
+    left().treeLines.push_back({nullptr, line.depth, line.branches});
   }
   left().style = PanelStyle::Tree;
   open();

@@ -17,7 +17,9 @@
 #include "foundation/utf8.h"
 #include "history/history_store.h"
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
+#include "panels/one_path_tree.h"
 #include "support/temp_dir.h"
 
 inline std::string bytes(const Westring& text) {
@@ -68,38 +70,38 @@ inline std::vector<std::string> stored(FnStringStore& store) {
   return texts;
 }
 
-// Writes down what the tree is told, in order.
-class RecordingKeeper : public TreeKeeper {
+// The tree, writing down what it is told, in order.
+class RecordingTree : public DirectoryTree {
  public:
+  RecordingTree() { directoryTree().connect(*this); }
+  ~RecordingTree() override { directoryTree().disconnect(); }
   std::vector<std::string> calls;
   std::vector<std::pair<std::string, int64_t>> totals;  // of directories, by path
 
-  void subdirectoriesRead(const Westring& path, const NameCollection& names) override {
-    std::string call = "read " + bytes(path) + ":";
+  void directoryRead(const Panel& panel, int64_t fileBytes) override {
+    std::string call = "read " + bytes(panel.path) + ":";
+    const NameCollection& names = *panel.subdirectories;
     for (long i = 0; i < names.count(); ++i) call += " " + bytes(*names.peek(i));
-    calls.push_back(call);
+    calls.push_back(call + ", " + std::to_string(fileBytes) + " bytes");
   }
-  std::optional<int64_t> directoryTotal(const Westring& path) override {
+  std::optional<int64_t> totalOf(const Panel&, const Westring& path) override {
     calls.push_back("total " + bytes(path));
     for (const auto& [known, total] : totals) {
       if (known == bytes(path)) return total;
     }
     return std::nullopt;
   }
-  void filesCounted(const Westring& path, int64_t total) override {
-    calls.push_back("counted " + bytes(path) + " " + std::to_string(total));
-  }
-  void buildView(Panel& panel) override {
-    calls.push_back("view");
+  void fill(Panel& panel) override {
+    calls.push_back("fill");
     panel.entries.add(makeEntry(L"/", 0, SortGroup::Directory));
+    panel.treeLines.emplace_back();
   }
-  void selectDirectory(Panel&, const Westring& path) override {
-    calls.push_back("select " + bytes(path));
-  }
-  void expandNode(Panel&) override { calls.push_back("expand node"); }
-  void collapseNode(Panel&) override { calls.push_back("collapse node"); }
-  void expandSubtree(Panel&) override { calls.push_back("expand"); }
-  void collapseSubtree(Panel&) override { calls.push_back("collapse"); }
+  void select(Panel&, const Westring& path) override { calls.push_back("select " + bytes(path)); }
+  void expand(Panel&, TreeReach reach) override { calls.push_back("expand" + nameOf(reach)); }
+  void collapse(Panel&, TreeReach reach) override { calls.push_back("collapse" + nameOf(reach)); }
+
+ private:
+  static std::string nameOf(TreeReach reach) { return reach == TreeReach::Line ? " line" : ""; }
 };
 
 // An archive that holds the files it is given ("a/b.txt"); directories are those of the files.
@@ -219,7 +221,6 @@ class WithPanels : public Base {
     panelPair().side[0].window.reset();
     panelPair() = PanelPair();
     GlobalOptions::setDefaultOptions();
-    setTreeKeeper(nullptr);
     archiveOpener() = nullptr;
     directoryHistory().clear();
     breakState = BreakState::Idle;

@@ -35,8 +35,7 @@ TEST_F(PanelSwitchTest, SwapTakesEverythingWithThePanel) {
   left().positionStack[3] = {4, 5};
   left().style = PanelStyle::Brief;
   left().subdirectories->addCopy(L"sub");
-  RecordingKeeper keeper;
-  left().tree = &keeper;
+  left().treeLines.emplace_back().level = 2;
   left().archive = std::make_unique<FakeArchive>(L"/left", Names{}, nullptr);
   fill(right(), {"x"});
   right().path = L"/right";
@@ -56,12 +55,12 @@ TEST_F(PanelSwitchTest, SwapTakesEverythingWithThePanel) {
   EXPECT_EQ(5, right().positionStack[3].cursor);
   EXPECT_EQ(PanelStyle::Brief, right().style);
   EXPECT_EQ(1, right().subdirectories->count());
-  EXPECT_EQ(&keeper, right().tree);
+  EXPECT_EQ(2, right().treeLineAt(0).level);
   EXPECT_TRUE(right().archive);
   EXPECT_EQ((Names{"x"}), listed(left()));
   EXPECT_EQ("/right", bytes(left().path));
   EXPECT_EQ(0, left().subdirectories->count());
-  EXPECT_EQ(nullptr, left().tree);
+  EXPECT_TRUE(left().treeLines.empty());
 }
 
 TEST_F(PanelSwitchTest, SwapTwiceIsAsBefore) {
@@ -191,8 +190,7 @@ TEST_F(PanelSwitchTest, TheSameStyleOfAFilePanelChangesNothing) {
 TEST_F(PanelSwitchTest, OnlyTheTreeStyleChangesTheList) {
   TempDir dir;
   dir.write("a", "");
-  RecordingKeeper keeper;
-  setTreeKeeper(&keeper);
+  RecordingTree tree;
   left().path = dir.wide();
   right().path = L"/right";
   fill(left(), {"old"});
@@ -200,7 +198,7 @@ TEST_F(PanelSwitchTest, OnlyTheTreeStyleChangesTheList) {
   EXPECT_EQ((Names{"old"}), listed(left()));
   setStyle(0, PanelStyle::Tree);
   EXPECT_EQ((Names{"/"}), listed(left()));
-  EXPECT_EQ((Names{"view", "select /right"}), keeper.calls);
+  EXPECT_EQ((Names{"fill", "select /right"}), tree.calls);
   setStyle(0, PanelStyle::Full);
   EXPECT_EQ((Names{"..", "a"}), listed(left()));
 }

@@ -62,18 +62,17 @@ TEST_F(SelectionTest, InfoAndTreePanelsTagNothing) {
 }
 
 TEST_F(SelectionTest, InATreeTheGroupCommandsOpenAndCloseLines) {
-  RecordingKeeper keeper;
-  setTreeKeeper(&keeper);
+  RecordingTree tree;
   panel.style = PanelStyle::Tree;
   selectAll(panel, TagMode::Tag, NoShift);
   selectAll(panel, TagMode::Untag, NoShift);
   selectAll(panel, TagMode::Flip, NoShift);
   groupSelectDialog(panel, TagMode::Tag, NoShift);
   groupSelectDialog(panel, TagMode::Untag, NoShift);
-  EXPECT_EQ((Names{"expand", "collapse", "expand node", "collapse node"}), keeper.calls);
+  EXPECT_EQ((Names{"expand", "collapse", "expand line", "collapse line"}), tree.calls);
   panel.showing = false;
   selectAll(panel, TagMode::Tag, NoShift);
-  EXPECT_EQ(4u, keeper.calls.size());
+  EXPECT_EQ(4u, tree.calls.size());
 }
 
 TEST_F(SelectionTest, AGroupOfAPanelThatIsOffIsIgnored) {

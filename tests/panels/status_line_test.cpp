@@ -5,7 +5,7 @@
 #include "drawn_panels.h"
 #include "foundation/status.h"
 #include "foundation/text_format.h"
-#include "panels/picture/tree_line.h"
+#include "panels/one_path_tree.h"
 
 class StatusLineTest : public DrawnPanelsTest {
  protected:
@@ -131,23 +131,12 @@ TEST_F(StatusLineTest, InOtherStylesTheEntryShowsInTheFormOfTheFullStyle) {
   }
 }
 
-namespace {
-class OneTree : public TreeLines {
- public:
-  Westring fullPath(const entry& item) const override {
-    return L"/usr/share/some/deep/directory/tree/" + Westring(item.name());
-  }
-};
-}  // namespace
-
 TEST_F(StatusLineTest, InTreeStyleItIsThePathOfTheNode) {
-  const OneTree tree;
-  setTreeLines(&tree);
-  addDirectory(left(), "leaf").level = 3;
+  const OnePathTree tree(L"/usr/share/some/deep/directory/tree/leaf");
+  addDirectory(left(), "leaf");
   left().style = PanelStyle::Tree;
   open();
   EXPECT_EQ(drawn(), "/usr/.../some/deep/directory/tree/leaf");
-  setTreeLines(nullptr);
 }
 
 TEST_F(StatusLineTest, APanelWithoutAWindowOrOfInfoTypeHasNone) {

@@ -12,6 +12,7 @@
 #include "foundation/status.h"
 #include "history/history_store.h"
 #include "language/typed_path.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
 #include "panels/model/panel_position.h"
 #include "panels/reader/directory_reader.h"
@@ -154,7 +155,7 @@ void tellTreeBeside(const Panel& panel) {
   if (!pair.holds(panel)) return;
   Panel& other = pair.other(panel);
   if (other.isFiles() && other.isTreeStyle()) {
-    treeKeeperOf(other).selectDirectory(other, panel.path);
+    directoryTree()->select(other, panel.path);
   }
 }
 

@@ -16,10 +16,9 @@ void clearSearch(Panel& panel) {
   panel.quickSearch = Westring();
 }
 
-bool isOnTheWay(const Panel& panel, const entry& item) {
-  if (!panel.isTreeStyle()) return item.tagged;
-  const entry* current = panel.currentEntry();
-  return current && item.level <= current->level;
+bool isOnTheWay(const Panel& panel, int index) {
+  if (!panel.isTreeStyle()) return panel.entries[index]->tagged;
+  return panel.treeLineAt(index).level <= panel.treeLineAt(panel.currentIndex()).level;
 }
 
 }  // namespace
@@ -125,7 +124,7 @@ void cursorToTagged(Panel& panel, int direction) {
   clearSearch(panel);
   const int start = panel.currentIndex();
   for (int i = start + direction; i >= 0 && i < panel.count(); i += direction) {
-    if (isOnTheWay(panel, *panel.entries[i])) return moveCursor(panel, i - start);
+    if (isOnTheWay(panel, i)) return moveCursor(panel, i - start);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_position.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
@@ -144,7 +145,7 @@ void setStyle(int side, PanelStyle style) {
   panel.keptOff = false;
   if (wasTree || panel.isTreeStyle() || panel.needsRead) readDirectory(panel);
   if (panel.isTreeStyle()) {
-    treeKeeperOf(panel).selectDirectory(panel, pair.other(panel).path);
+    directoryTree()->select(panel, pair.other(panel).path);
   }
   if (wasOff) {
     openPanel(side);

@@ -8,6 +8,7 @@
 #include "language/filter_expression.h"
 #include "options/colours.h"
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/status_line.h"
 #include "ui/dialog.h"
@@ -106,8 +107,8 @@ void toggleTag(Panel& panel, int index, TagMode mode) {
 
 void selectAll(Panel& panel, TagMode mode, int shiftState) {
   if (isShownTree(panel)) {
-    if (mode == TagMode::Tag) treeKeeperOf(panel).expandSubtree(panel);
-    if (mode == TagMode::Untag) treeKeeperOf(panel).collapseSubtree(panel);
+    if (mode == TagMode::Tag) directoryTree()->expand(panel, TreeReach::Subtree);
+    if (mode == TagMode::Untag) directoryTree()->collapse(panel, TreeReach::Subtree);
     return;
   }
   if (!panel.showing || !canTag(panel)) return;
@@ -121,8 +122,8 @@ void selectAll(Panel& panel, TagMode mode, int shiftState) {
 
 void groupSelectDialog(Panel& panel, TagMode mode, int shiftState) {
   if (isShownTree(panel)) {
-    if (mode == TagMode::Tag) treeKeeperOf(panel).expandNode(panel);
-    if (mode == TagMode::Untag) treeKeeperOf(panel).collapseNode(panel);
+    if (mode == TagMode::Tag) directoryTree()->expand(panel, TreeReach::Line);
+    if (mode == TagMode::Untag) directoryTree()->collapse(panel, TreeReach::Line);
     return;
   }
   if (!panel.showing || !canTag(panel)) return;

@@ -78,6 +78,7 @@ Westring physicalDirectory(const Panel& panel) {
 
 void clearListing(Panel& panel) {
   panel.entries.clear();
+  panel.treeLines.clear();
   panel.taggedCount = 0;
   panel.taggedSize = 0;
   panel.subdirectories->clear();

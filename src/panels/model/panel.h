@@ -10,7 +10,6 @@
 #include "foundation/entry.h"
 #include "foundation/string_collections.h"
 #include "foundation/westring.h"
-#include "panels/model/tree_keeper.h"
 #include "ui/win.h"
 
 namespace SortCode {
@@ -36,6 +35,20 @@ int pageColumns(PanelStyle style);
 struct PanelPosition {
   int top = 0;
   int cursor = 0;
+};
+
+struct TREENODE;
+
+// What a line of a tree panel knows beside its entry.
+struct TreeLine {
+  static constexpr int DeepestBranch = 64;  // bits of the mask
+
+  TREENODE* node = nullptr;     // of the tree that the line shows; not owned
+  int level = 0;                // depth, 0 at the root
+  uint64_t branches = 0;        // bit k: the branch at depth k + 1 goes on below this line
+  bool childrenHidden = false;  // directories below it don't show
+
+  bool goesOn(int slot) const { return slot < DeepestBranch && ((branches >> slot) & 1) != 0; }
 };
 
 struct TLinkTargetCacheEntry {
@@ -123,8 +136,8 @@ struct PanelContents {
   Westring filter = L"*";
   int pageSize = 1;  // entries in a page, at least 1
   int readError = 0;
-  TreeKeeper* tree = nullptr;  // not owned; null while no tree is loaded
-  bool rescanTree = false;
+  std::vector<TreeLine> treeLines;       // in the tree styles one for each entry
+  bool rescanTree = false;               // the tree view is to be read again
   std::unique_ptr<OpenArchive> archive;  // innermost open archive
   int nameOffset = 0;                    // characters by which a long name is scrolled
   int nameOffsetEntry = -1;              // the entry it applies to
@@ -151,6 +164,9 @@ struct Panel : PanelContents {
     taggedSize = static_cast<int64_t>(static_cast<uint64_t>(taggedSize) + size);
   }
   bool isTreeStyle() const { return style == PanelStyle::Tree || style == PanelStyle::DialogTree; }
+  TreeLine treeLineAt(int index) const {
+    return index >= 0 && index < static_cast<int>(treeLines.size()) ? treeLines[index] : TreeLine();
+  }
   bool isRoot() const { return path.data()[0] == L'/' && path.data()[1] == 0; }
 };
 

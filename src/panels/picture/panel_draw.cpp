@@ -60,7 +60,7 @@ void drawEntry(Panel& panel, int index, int colour, int& nameOffset) {
   const unsigned char attr =
       colour == NaturalColour ? naturalColour(item) : static_cast<unsigned char>(colour);
   panel.window->put(place.x, place.row,
-                    rowCells(panel, item, layout, place.column, attr, nameOffset));
+                    rowCells(panel, index, layout, place.column, attr, nameOffset));
 }
 
 void drawEntry(Panel& panel, int index) {

@@ -64,11 +64,13 @@ Westring columnText(const entry& item, const PanelColumn& column) {
   return Westring();
 }
 
-CellString treeRow(Panel& panel, const entry& item, const RowLayout& layout, unsigned char attr,
+CellString treeRow(Panel& panel, int index, const RowLayout& layout, unsigned char attr,
                    int& nameOffset) {
+  const TreeLine line = panel.treeLineAt(index);
   const int room = layout.style == PanelStyle::DialogTree ? DialogTreeWidth : layout.interior;
-  CellString row = treePrefix(item, attr);
-  row.append(nameColumn(panel, item, std::max(0, room - treePrefixWidth(item)), attr, nameOffset));
+  CellString row = treePrefix(line, attr);
+  row.append(nameColumn(panel, *panel.entries[index], std::max(0, room - treePrefixWidth(line)),
+                        attr, nameOffset));
   return padded(row, layout.interior);
 }
 
@@ -131,9 +133,10 @@ CellString nameColumn(Panel& panel, const entry& item, int width, unsigned char 
   return cells.append(suffix);
 }
 
-CellString rowCells(Panel& panel, const entry& item, const RowLayout& layout, int pageColumn,
+CellString rowCells(Panel& panel, int index, const RowLayout& layout, int pageColumn,
                     unsigned char attr, int& nameOffset) {
-  if (layout.columns.empty()) return treeRow(panel, item, layout, attr, nameOffset);
+  const entry& item = *panel.entries[index];
+  if (layout.columns.empty()) return treeRow(panel, index, layout, attr, nameOffset);
   if (layout.isMultiColumn()) {
     return nameColumn(panel, item, layout.columns[pageColumn].width, attr, nameOffset);
   }
@@ -157,8 +160,7 @@ CellString pageRow(Panel& panel, const RowLayout& layout, int row, int panelRows
   if (!layout.isMultiColumn()) {
     const int index = panel.top + row;
     if (index >= panel.count()) return emptyRow(layout);
-    const entry& item = *panel.entries[index];
-    return rowCells(panel, item, layout, 0, naturalColour(item), noOffset);
+    return rowCells(panel, index, layout, 0, naturalColour(*panel.entries[index]), noOffset);
   }
   const unsigned char plain = colourOf(Colour::Panel);
   CellString cells = CellString::withRoom(layout.interior + 1, plain);
@@ -172,8 +174,8 @@ CellString pageRow(Panel& panel, const RowLayout& layout, int row, int panelRows
       cells.append(emptyColumn(layout.columns[column].width, plain));
       continue;
     }
-    const entry& item = *panel.entries[index];
-    cells.append(rowCells(panel, item, layout, column, naturalColour(item), noOffset));
+    cells.append(
+        rowCells(panel, index, layout, column, naturalColour(*panel.entries[index]), noOffset));
   }
   return cells;
 }

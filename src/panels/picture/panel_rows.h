@@ -31,8 +31,8 @@ CellString fitName(NameText text, int width, unsigned char attr, int& nameOffset
 CellString nameColumn(Panel& panel, const entry& item, int width, unsigned char attr,
                       int& nameOffset);
 
-// An entry's row; in the multi-column styles its place in page column `pageColumn`.
-CellString rowCells(Panel& panel, const entry& item, const RowLayout& layout, int pageColumn,
+// The row of entry `index`; in the multi-column styles its place in page column `pageColumn`.
+CellString rowCells(Panel& panel, int index, const RowLayout& layout, int pageColumn,
                     unsigned char attr, int& nameOffset);
 // A whole row of the page as it stands, entries in their natural colours: across the columns in the
 // multi-column styles, blank with separators where no entry is.

@@ -3,9 +3,9 @@
 #include "foundation/status.h"
 #include "foundation/text_format.h"
 #include "options/colours.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/panel_pair.h"
 #include "panels/picture/panel_rows.h"
-#include "panels/picture/tree_line.h"
 
 namespace {
 
@@ -35,10 +35,11 @@ CellString entryLine(Panel& panel, const entry& item, int width) {
   const unsigned char attr = colourOf(Colour::Panel);
   int noOffset = 0;
   if (panel.isTreeStyle()) {
-    return plainLine(shortenPath(treeLines().fullPath(item), width), Colour::Panel);
+    return plainLine(shortenPath(treeDirectory(panel), width), Colour::Panel);
   }
   if (panel.style != PanelStyle::Full) {
-    return rowCells(panel, item, RowLayout(PanelStyle::Full, width), 0, attr, noOffset);
+    return rowCells(panel, panel.currentIndex(), RowLayout(PanelStyle::Full, width), 0, attr,
+                    noOffset);
   }
   return fitName(nameWithTarget(panel, item, attr, colourOf(Colour::Tagged)), width, attr,
                  noOffset);

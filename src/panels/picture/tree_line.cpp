@@ -8,38 +8,22 @@ constexpr wchar_t LastBranch = 0x2514;
 constexpr wchar_t NothingHidden = 0x2500;
 constexpr wchar_t ChildrenHidden = L'+';
 constexpr int CellsPerLevel = 2;
-constexpr int DeepestBranch = 64;  // bits of the mask
-
-const TreeLines noTree;
-const TreeLines* connected = &noTree;
-
-bool goesOn(const entry& item, int slot) {
-  return slot < DeepestBranch && ((item.size >> slot) & 1) != 0;
-}
 
 }  // namespace
 
-const TreeLines& treeLines() {
-  return *connected;
+int treePrefixWidth(const TreeLine& line) {
+  return CellsPerLevel * line.level;
 }
 
-void setTreeLines(const TreeLines* lines) {
-  connected = lines != nullptr ? lines : &noTree;
-}
-
-int treePrefixWidth(const entry& item) {
-  return CellsPerLevel * item.level;
-}
-
-CellString treePrefix(const entry& item, unsigned char attr) {
+CellString treePrefix(const TreeLine& line, unsigned char attr) {
   CellString prefix(attr);
-  if (item.level == 0) return prefix;
-  const int ownSlot = item.level - 1;
+  if (line.level == 0) return prefix;
+  const int ownSlot = line.level - 1;
   for (int slot = 0; slot < ownSlot; ++slot) {
-    prefix.append(goesOn(item, slot) ? BranchGoesOn : L' ', attr);
+    prefix.append(line.goesOn(slot) ? BranchGoesOn : L' ', attr);
     prefix.append(L' ', attr);
   }
-  prefix.append(goesOn(item, ownSlot) ? BranchToSibling : LastBranch, attr);
-  prefix.append(treeLines().hasCollapsedChildren(item) ? ChildrenHidden : NothingHidden, attr);
+  prefix.append(line.goesOn(ownSlot) ? BranchToSibling : LastBranch, attr);
+  prefix.append(line.childrenHidden ? ChildrenHidden : NothingHidden, attr);
   return prefix;
 }

@@ -14,6 +14,7 @@
 #include "foundation/status.h"
 #include "language/filter_expression.h"
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/model/entry_order.h"
 #include "panels/model/panel_pair.h"
 #include "panels/model/panel_position.h"
@@ -66,8 +67,7 @@ class Listing {
         filesRead_(filesRead),
         root_(panel.isRoot()),
         filtered_(!filtersNothing(panel.filter.data())),
-        totals_(GlobalOptions::RetainCount),
-        keeper_(treeKeeperOf(panel)) {
+        totals_(GlobalOptions::RetainCount) {
     panel_.subdirectories->unsorted = true;
   }
 
@@ -87,7 +87,6 @@ class Listing {
   const bool root_;
   const bool filtered_;
   const bool totals_;
-  TreeKeeper& keeper_;
   bool parentSeen_ = false;
   uint64_t fileBytes_ = 0;
 };
@@ -137,7 +136,8 @@ bool Listing::isListed(const entry& item, bool dot, bool dotDotStart) const {
 }
 
 void Listing::countTotal(entry& item) {
-  const std::optional<int64_t> total = keeper_.directoryTotal(joinPath(panel_.path, item.name()));
+  const std::optional<int64_t> total =
+      directoryTree()->totalOf(panel_, joinPath(panel_.path, item.name()));
   if (!total) return;
   item.size = static_cast<uint64_t>(*total);
   item.level = 1;
@@ -227,9 +227,7 @@ int readOnce(Panel& panel, Progress shown) {
   listing.complete();
   restoreTags(panel, kept);
   progress.reset();
-  TreeKeeper& keeper = treeKeeperOf(panel);
-  keeper.subdirectoriesRead(panel.path, *panel.subdirectories);
-  keeper.filesCounted(panel.path, listing.fileBytes());
+  directoryTree()->directoryRead(panel, listing.fileBytes());
   restoreCursor(panel, remembered);
   return status;
 }
@@ -269,7 +267,7 @@ void readTreeView(Panel& panel) {
   clearListing(panel);
   panel.lastPath = panel.path;
   panel.readError = 0;
-  treeKeeperOf(panel).buildView(panel);
+  directoryTree()->fill(panel);
   normalisePosition(panel);
 }
 

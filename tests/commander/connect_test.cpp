@@ -1,0 +1,21 @@
+#include "commander/connect.h"
+
+#include <gtest/gtest.h>
+
+#include "filecommands/archive_actions.h"
+#include "filecommands/history_windows.h"
+#include "panels/model/directory_tree.h"
+
+namespace {
+
+TEST(Connect, LeavesNoInterfaceEmpty) {
+  ASSERT_FALSE(directoryTree().isConnected());
+  ASSERT_FALSE(archiveActions().isConnected());
+  ASSERT_FALSE(historyWindows().isConnected());
+  connectModules();
+  EXPECT_TRUE(directoryTree().isConnected());
+  EXPECT_TRUE(archiveActions().isConnected());
+  EXPECT_TRUE(historyWindows().isConnected());
+}
+
+}  // namespace
