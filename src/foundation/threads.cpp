@@ -120,6 +120,7 @@ void EventSem::post() {
 }
 
 void EventSem::reset() {
+  const PlainLock lock(mutex_);  // what a post stood for is seen by whoever looks afterwards
   posted_ = false;
 }
 
