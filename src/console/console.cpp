@@ -163,6 +163,9 @@ bool CConsole::readEvent(TEvent& out, uint32_t timeoutMs) {
 bool CConsole::cancelOnce(TEvent& out) {
   constexpr int DeepestNesting = 50;
   if (++cancels_ > DeepestNesting) restForEver();
+void CConsole::setClock(CClock* clock) {
+  impl_->useClock(clock ? *clock : systemClock());
+}
   out = TEvent{};
   out.code = Key::Esc;
   return true;

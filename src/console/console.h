@@ -29,6 +29,8 @@ void endToolkit();
 bool displayLost();
 
 // Pixels row after row as 0xRRGGBB.
+class CClock;
+
 struct Picture {
   int width = 0;
   int height = 0;
@@ -116,6 +118,9 @@ class CConsole {
   // Paints since the start, for tests of what costs a paint.
   unsigned long paintCount() const;
 
+  // By what clock frames are counted, the last of which is over by then; null for the system's. It
+  // must outlive the console. For tests.
+  void setClock(CClock* clock);
  private:
   struct Impl;
   static std::unique_ptr<Impl> makeImpl();

@@ -2,25 +2,15 @@
 
 #include <gtkmm/main.h>
 
-#include <chrono>
-
-#include "console/key_codes.h"
 #include "console/toolkit.h"
 
 namespace {
 constexpr int BlinkPhases = 10;
 constexpr int FirstHiddenPhase = 5;
 constexpr uint32_t BlinkTickMs = 100;
-// Floods of output are painted together: about 60 paints a second.
-constexpr int64_t FrameNs = 16'000'000;
 constexpr int64_t NsPerMs = 1'000'000;
 
-int64_t monotonicNs() {
-  using namespace std::chrono;
-  return duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
-}
-
-// Whoever waits for a key when the display goes is woken by an Esc.
+// Whoever waits for a key when the display goes looks up.
 void wakeReader(void* queue) {
   TEvent event;
   event.code = Key::Esc;
@@ -111,8 +101,9 @@ void CConsole::Impl::paintCursorCell() {
   painter.paint(frame_, cursorInk());
 }
 
-bool CConsole::Impl::frameElapsed() const {
-  return monotonicNs() - lastPaint_.load(std::memory_order_relaxed) >= FrameNs;
+void CConsole::Impl::useClock(CClock& clock) {
+  lastPaint_ = clock.nanoseconds() - FrameNs;
+  clock_ = &clock;
 }
 
 void CConsole::Impl::changed() {
@@ -134,7 +125,7 @@ void CConsole::Impl::paintWhenDue() {
 
 void CConsole::Impl::scheduleFrame() {
   if (framePlanned_.exchange(true) || displayLost()) return;
-  const int64_t passed = monotonicNs() - lastPaint_.load(std::memory_order_relaxed);
+  const int64_t passed = now() - lastPaint_.load(std::memory_order_relaxed);
   const int64_t restMs = passed < FrameNs ? (FrameNs - passed) / NsPerMs + 1 : 0;
   g_timeout_add_full(G_PRIORITY_DEFAULT, static_cast<guint>(restMs), frameOver, this, nullptr);
 }
@@ -157,7 +148,7 @@ void CConsole::Impl::paintDirty() {
   if (!grid.takeDirty(frame_)) return;
   painter.paint(frame_, cursorInk());
   paintCount.fetch_add(1, std::memory_order_relaxed);
-  lastPaint_.store(monotonicNs(), std::memory_order_relaxed);
+  lastPaint_.store(now(), std::memory_order_relaxed);
 }
 
 void CConsole::Impl::scroll(int x, int y, int w, int h, int n, unsigned char attr) {
@@ -189,7 +180,7 @@ bool CConsole::Impl::scrollPixels(int x, int y, int w, int h, int n, unsigned ch
   if (carriesCursor) grid.copyTo(frame_, cursor.x, cursor.y, 1, 1);
   painter.paint(frame_, cursorInk());
   paintCount.fetch_add(1, std::memory_order_relaxed);
-  lastPaint_.store(monotonicNs(), std::memory_order_relaxed);
+  lastPaint_.store(now(), std::memory_order_relaxed);
   return true;
 }
 

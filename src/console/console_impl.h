@@ -26,6 +26,7 @@ struct CConsole::Impl {
   void start();
   void stop();
 
+  void useClock(CClock& clock);
   Grid grid;
   CEventQueue events;
   std::atomic<int> blinkPhase{0};  // 0..9; the cursor shows below 5
@@ -48,12 +49,16 @@ struct CConsole::Impl {
   void blink();
   void paintCursorCell();
   CursorInk cursorInk() const;
-  bool frameElapsed() const;
+  int64_t now() const { return clock_.load()->nanoseconds(); }
+  bool frameElapsed() const {
+    return now() - lastPaint_.load(std::memory_order_relaxed) >= FrameNs;
+  }
   void paintDirty();  // under the toolkit lock
   void paintWhenDue();
   void scheduleFrame();
 
   Frame frame_;                        // reused; under the toolkit lock
+  std::atomic<CClock*> clock_{&systemClock()};
   std::atomic<int64_t> lastPaint_{0};  // monotonic nanoseconds
   std::atomic<bool> framePlanned_{false};
   ThreadHandle guiThread;

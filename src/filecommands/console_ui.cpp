@@ -27,8 +27,8 @@ class Quiet {
 
 }  // namespace
 
-void ConsoleUi::watch(ProgressRecord& record) {
-  progress_ = std::make_unique<CopyProgress>(record);
+void ConsoleUi::watch(ProgressRecord& record, CClock& clock) {
+  progress_ = std::make_unique<CopyProgress>(record, clock);
 }
 
 void ConsoleUi::closeWindows() {

@@ -12,7 +12,7 @@ class ConsoleUi : public OperationUi {
   ~ConsoleUi() override { closeWindows(); }
 
   // Before the first item; until then no progress window is shown.
-  void watch(ProgressRecord& record);
+  void watch(ProgressRecord& record, CClock& clock = systemClock());
   void closeWindows();
 
   int ask(const Westring& text, const Westring& caption, AlertButtons buttons,

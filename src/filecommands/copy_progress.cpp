@@ -1,7 +1,5 @@
 #include "filecommands/copy_progress.h"
 
-#include <chrono>
-
 #include "console/console.h"
 #include "fileops/progress.h"
 #include "foundation/names.h"
@@ -11,18 +9,12 @@
 namespace {
 
 constexpr int RepaintMs = 100;
-constexpr double FrameSeconds = 1.0 / 60;
 constexpr int WindowRows = 9;
 constexpr int TitleRow = 0, SourceRow = 1, ToRow = 2, TargetRow = 3, CountRow = 4, BarRow = 5,
               StatisticsRow = 6;
 constexpr int FrameCells = 2;
 constexpr int Middle = -2;
 constexpr int BarColumn = 1;
-
-double secondsNow() {
-  using namespace std::chrono;
-  return duration<double>(steady_clock::now().time_since_epoch()).count();
-}
 
 }  // namespace
 
@@ -49,7 +41,7 @@ void CopyProgress::complete() {
 }
 
 bool CopyProgress::frameHasPassed() {
-  return secondsNow() - lastFrame_ >= FrameSeconds;
+  return clock_.nanoseconds() - lastFrame_ >= FrameNs;
 }
 
 void CopyProgress::fitWindow(int innerWidth) {
@@ -65,6 +57,7 @@ void CopyProgress::fitWindow(int innerWidth) {
   width_ = window_->innerWidth();
   shownFilled_ = -1;
   shownStatistics_ = L"";
+  repaint();
 }
 
 void CopyProgress::drawItem() {
@@ -81,7 +74,7 @@ void CopyProgress::drawItem() {
   window_->putCentred(TargetRow, target.data());
   window_->putCentred(CountRow, count.data());
   itemPending_ = false;
-  lastFrame_ = secondsNow();
+  lastFrame_ = clock_.nanoseconds();
   if (!thread_.running) {
     stop_.reset();
     thread_ = startThread(threadEntry, this);
@@ -89,6 +82,8 @@ void CopyProgress::drawItem() {
 }
 
 void CopyProgress::showItemsDone(int index, int count) {
+  itemsDone_ = index;
+  itemsOfAll_ = count;
   if (!window_) return;
   MutexLock guard(drawing_);
   drawBar(index, count);
@@ -99,17 +94,20 @@ void CopyProgress::threadEntry(void* self) {
 }
 
 void CopyProgress::repaintLoop() {
-  while (stop_.wait(RepaintMs) != 0) {
+  while (clock_.wait(stop_, RepaintMs) != 0) {
     MutexLock guard(drawing_);
-    if (!paused_) repaint();
+    if (!paused_ && record_.dirty.exchange(false, std::memory_order_relaxed)) repaint();
   }
 }
 
 void CopyProgress::repaint() {
-  if (!record_.dirty.exchange(false, std::memory_order_relaxed)) return;
   BatchScope batch;
-  drawBar(record_.done.load(std::memory_order_relaxed),
-          record_.total.load(std::memory_order_relaxed));
+  const int64_t total = record_.total.load(std::memory_order_relaxed);
+  if (total != 0) {
+    drawBar(record_.done.load(std::memory_order_relaxed), total);
+  } else {
+    drawBar(itemsDone_, itemsOfAll_);
+  }
   drawStatistics();
 }
 

@@ -5,7 +5,7 @@
 
 #include "fileops/operation.h"
 #include "fileops/progress.h"
-#include "foundation/threads.h"
+#include "foundation/clock.h"
 #include "ui/win.h"
 
 // The window of a copy or move and the thread that repaints its bar and statistics every 100 ms.
@@ -13,7 +13,8 @@
 // that lasts less than a frame are left out. All calls: application thread.
 class CopyProgress {
  public:
-  explicit CopyProgress(ProgressRecord& record) : record_(record) {}
+  explicit CopyProgress(ProgressRecord& record, CClock& clock = systemClock())
+      : record_(record), clock_(clock) {}
   ~CopyProgress() { close(); }
   CopyProgress(const CopyProgress&) = delete;
   CopyProgress& operator=(const CopyProgress&) = delete;
@@ -32,7 +33,7 @@ class CopyProgress {
  private:
   static void threadEntry(void* self);
   void repaintLoop();
-  void repaint();  // bar and statistics, when there is something new
+  void repaint();  // bar and statistics
   bool frameHasPassed();
   void drawItem();
   void fitWindow(int innerWidth);
@@ -40,6 +41,7 @@ class CopyProgress {
   void drawStatistics();
 
   ProgressRecord& record_;
+  CClock& clock_;
   std::unique_ptr<Win> window_;
   int width_ = 0;     // of the window's interior
   MutexSem drawing_;  // held by whoever draws in the window
@@ -50,10 +52,12 @@ class CopyProgress {
   TransferKind kind_ = TransferKind::Copy;
   std::string source_;
   std::string target_;
+  int itemsDone_ = 0;  // of renames, which move no bytes
+  int itemsOfAll_ = 0;
   int index_ = 1;
   int count_ = 1;
   bool itemPending_ = false;
-  double lastFrame_ = 0;
+  int64_t lastFrame_ = 0;  // nanoseconds of the clock
 
   int shownFilled_ = -1;
   int shownWidth_ = -1;

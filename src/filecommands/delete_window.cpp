@@ -1,7 +1,5 @@
 #include "filecommands/delete_window.h"
 
-#include <chrono>
-
 #include "console/console.h"
 #include "foundation/text_format.h"
 #include "foundation/utf8.h"
@@ -9,17 +7,11 @@
 
 namespace {
 
-constexpr double FrameSeconds = 1.0 / 60;
 constexpr int PathWidth = 70;
 constexpr int FrameAndMargin = 4;
 constexpr int WindowRows = 4;
 constexpr int UpperQuarter = -4;
 constexpr int TitleRow = 0, PathRow = 1;
-
-double secondsNow() {
-  using namespace std::chrono;
-  return duration<double>(steady_clock::now().time_since_epoch()).count();
-}
 
 }  // namespace
 
@@ -27,7 +19,7 @@ void DeleteWindow::show(const char* path, DeleteWindowUse use) {
   if (!window_ && use == DeleteWindowUse::IfOpen) return;
   path_ = path;
   pending_ = true;
-  if (!window_ || secondsNow() - lastFrame_ >= FrameSeconds) draw();
+  if (!window_ || clock_.nanoseconds() - lastFrame_ >= FrameNs) draw();
 }
 
 void DeleteWindow::complete() {
@@ -50,7 +42,7 @@ void DeleteWindow::draw() {
   window_->put(0, PathRow, Westring(L' ', window_->innerWidth()));
   window_->putCentred(PathRow, path.data());
   pending_ = false;
-  lastFrame_ = secondsNow();
+  lastFrame_ = clock_.nanoseconds();
 }
 
 void DeleteWindow::close() {

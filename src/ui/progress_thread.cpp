@@ -40,14 +40,16 @@ void ProgressIndicatorThread::finish() {
 
 void ProgressIndicatorThread::threadEntry(void* self) {
   auto* progress = static_cast<ProgressIndicatorThread*>(self);
-  for (uint32_t wait = FirstDrawMs; progress->stop_.wait(wait) != 0; wait = RedrawMs) {
+  for (uint32_t wait = FirstDrawMs; progress->clock_.wait(progress->stop_, wait) != 0;
+       wait = RedrawMs) {
     progress->update();
   }
 }
 
 FileReadProgress::FileReadProgress(const std::atomic<int64_t>* position,
-                                   const std::atomic<int64_t>* total, const Estring& title)
-    : position_(position), total_(total), title_(title) {
+                                   const std::atomic<int64_t>* total, const Estring& title,
+                                   CClock& clock)
+    : ProgressIndicatorThread(clock), position_(position), total_(total), title_(title) {
   begin();
 }
 
@@ -64,7 +66,8 @@ void FileReadProgress::update() {
   window_->redraw(-1);
 }
 
-DirReadProgress::DirReadProgress(const std::atomic<int>* fileCount) : fileCount_(fileCount) {
+DirReadProgress::DirReadProgress(const std::atomic<int>* fileCount, CClock& clock)
+    : ProgressIndicatorThread(clock), fileCount_(fileCount) {
   begin();
 }
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "foundation/threads.h"
+#include "foundation/clock.h"
 #include "ui/dialog.h"
 
 // Shows a progress window from a thread of its own, and only when the work lasts a second; then
@@ -12,7 +12,7 @@
 // on a half-destroyed object; call it too before any other window or panel is drawn.
 class ProgressIndicatorThread {
  public:
-  ProgressIndicatorThread() = default;
+  explicit ProgressIndicatorThread(CClock& clock = systemClock()) : clock_(clock) {}
   virtual ~ProgressIndicatorThread();
   ProgressIndicatorThread(const ProgressIndicatorThread&) = delete;
   ProgressIndicatorThread& operator=(const ProgressIndicatorThread&) = delete;
@@ -26,6 +26,7 @@ class ProgressIndicatorThread {
 
  private:
   static void threadEntry(void* self);
+  CClock& clock_;
   EventSem stop_;
   ThreadHandle thread_;
 };
@@ -34,7 +35,7 @@ class ProgressIndicatorThread {
 class FileReadProgress : public ProgressIndicatorThread {
  public:
   FileReadProgress(const std::atomic<int64_t>* position, const std::atomic<int64_t>* total,
-                   const Estring& title);
+                   const Estring& title, CClock& clock = systemClock());
   ~FileReadProgress() override { finish(); }
 
  protected:
@@ -50,7 +51,7 @@ class FileReadProgress : public ProgressIndicatorThread {
 // "Reading directory:" with a spinner and the count of names so far.
 class DirReadProgress : public ProgressIndicatorThread {
  public:
-  explicit DirReadProgress(const std::atomic<int>* fileCount);
+  explicit DirReadProgress(const std::atomic<int>* fileCount, CClock& clock = systemClock());
   ~DirReadProgress() override { finish(); }
 
  protected:

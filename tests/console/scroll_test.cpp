@@ -1,6 +1,7 @@
 #include <climits>
 
 #include "support/console_test.h"
+#include "support/manual_clock.h"
 
 namespace {
 class Scroll : public ConsoleTest {
@@ -70,16 +71,18 @@ void expectSameAsRepaint() {
 }
 
 TEST_F(Scroll, MovedPixelsAreThoseOfARepaint) {
+  static ManualClock clock;
+  const FrameClock frames(clock);
   for (const int size : {12, 9, 14}) {
     console->setGeometry(80, 25, Estring(""), size);
     fillRows();
     console->setCursorSize(100);
     console->setCursorPos(12, 8);
     console->completePainting();
-    // Long enough after the last paint, a lone scroll moves pixels.
+    // A frame after the last paint, a lone scroll moves pixels.
     const auto lone = [](auto scroll) {
       const unsigned long before = console->paintCount();
-      sleepMs(20);
+      clock.moveOn(20);
       scroll();
       EXPECT_EQ(console->paintCount(), before + 1);
     };

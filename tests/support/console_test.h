@@ -10,6 +10,16 @@
 #include "console/text_state.h"
 #include "support/wait_until.h"
 
+// The console counts its frames by this clock for as long as this lives. The clock must stay until
+// the end of the process: the toolkit's thread may be looking at it.
+class FrameClock {
+ public:
+  explicit FrameClock(CClock& clock) { console->setClock(&clock); }
+  ~FrameClock() { console->setClock(nullptr); }
+  FrameClock(const FrameClock&) = delete;
+  FrameClock& operator=(const FrameClock&) = delete;
+};
+
 // A test on the process's real console under the X display. Each test begins with a blank screen of
 // 80 by 25 cells in the default font, the default colours and options, no cursor and no event
 // waiting. When one fails, it prints the screen and saves its picture in the directory

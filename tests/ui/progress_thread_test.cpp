@@ -2,6 +2,7 @@
 
 #include "foundation/text_format.h"
 #include "options/colours.h"
+#include "support/manual_clock.h"
 #include "ui/ui_test.h"
 
 namespace {
@@ -20,7 +21,7 @@ class ProgressThreadTest : public UiTest {
 // Counts its draws; draws nothing.
 class CountingProgress : public ProgressIndicatorThread {
  public:
-  CountingProgress() { begin(); }
+  explicit CountingProgress(CClock& clock) : ProgressIndicatorThread(clock) { begin(); }
   ~CountingProgress() override { finish(); }
   int updates() const { return updates_; }
 
@@ -31,14 +32,19 @@ class CountingProgress : public ProgressIndicatorThread {
   std::atomic<int> updates_{0};
 };
 
+constexpr uint32_t FirstMs = 1000, NextMs = 250;
+
 }  // namespace
 
-TEST_F(ProgressThreadTest, AnOperationOf900MillisecondsShowsNoWindow) {
+TEST_F(ProgressThreadTest, AnOperationOfLessThanASecondShowsNoWindow) {
   const std::vector<Cell> before = screen();
   std::atomic<int> files{5};
+  ManualClock clock;
   {
-    DirReadProgress progress(&files);
-    sleepMs(900);
+    DirReadProgress progress(&files, clock);
+    clock.letPass(900);
+    EXPECT_EQ(screen(), before);
+    clock.letPass(99);
     EXPECT_EQ(screen(), before);
   }
   EXPECT_EQ(screen(), before);
@@ -46,18 +52,19 @@ TEST_F(ProgressThreadTest, AnOperationOf900MillisecondsShowsNoWindow) {
 
 TEST_F(ProgressThreadTest, ALongerOperationOpensItsWindowAndClosesItAtTheEnd) {
   const std::vector<Cell> before = screen();
-  const double start = clockSeconds();
   std::atomic<int> files{123};
+  ManualClock clock;
   {
-    DirReadProgress progress(&files);
+    DirReadProgress progress(&files, clock);
+    clock.letPass(FirstMs);
     ASSERT_TRUE(waitUntil([] { return isShown(L"Files: 123"); }));
-    EXPECT_GE(clockSeconds() - start, 0.99);
     EXPECT_EQ(textAt(22, 6, 1), L"\u2554");  // 35 by 6 cells: left (80-35)/2, top (25-6)/3
     EXPECT_EQ(textAt(56, 11, 1), L"\u255D");
     EXPECT_EQ(textAt(22 + 1 + 4, 6 + 1 + 1, 19), L"Reading directory: ");
     EXPECT_EQ(textAt(22 + 1 + 4, 6 + 1 + 2, 12), L"Files: 123  ");
     EXPECT_EQ(attrAt(27, 8), colourOf(Colour::Messages));
     files = 1234567;
+    clock.letPass(NextMs);
     const std::wstring grouped = formatSize(1234567, 12).data();
     ASSERT_TRUE(waitUntil([&grouped] { return isShown(L"Files: " + grouped + L" "); }));
   }
@@ -66,21 +73,24 @@ TEST_F(ProgressThreadTest, ALongerOperationOpensItsWindowAndClosesItAtTheEnd) {
 
 TEST_F(ProgressThreadTest, TheSpinnerTurns) {
   std::atomic<int> files{1};
-  DirReadProgress progress(&files);
+  ManualClock clock;
+  DirReadProgress progress(&files, clock);
   std::wstring seen;
-  ASSERT_TRUE(waitUntil([&seen] {
-    const std::wstring now = textAt(22 + 1 + 23, 6 + 1 + 1, 1);
-    if (isShown(L"Files:") && now != L" " && (seen.empty() || seen.back() != now[0])) seen += now;
-    return seen.size() >= 5;
-  }));
-  EXPECT_EQ(seen.substr(0, 5), L"-\\|/-");
+  for (uint32_t wait = FirstMs; seen.size() < 5; wait = NextMs) {
+    clock.letPass(wait);
+    clock.waitForWaiter();
+    seen += textAt(22 + 1 + 23, 6 + 1 + 1, 1);
+  }
+  EXPECT_EQ(seen, L"-\\|/-");
 }
 
 TEST_F(ProgressThreadTest, AFileReadShowsItsTitleAndABar) {
   const std::vector<Cell> before = screen();
   std::atomic<int64_t> position{250}, total{1000};
   {
-    FileReadProgress progress(&position, &total, "Reading File");
+    ManualClock clock;
+    FileReadProgress progress(&position, &total, "Reading File", clock);
+    clock.letPass(FirstMs);
     const std::wstring quarter = std::wstring(9, L'\u2588') + std::wstring(27, L'\u2591');
     ASSERT_TRUE(waitUntil([&quarter] { return isShown(quarter); }));
     EXPECT_EQ(textAt(20, 6, 1), L"\u2554");  // 40 by 5 cells
@@ -89,6 +99,7 @@ TEST_F(ProgressThreadTest, AFileReadShowsItsTitleAndABar) {
     EXPECT_EQ(textAt(21 + 13, 7, 12), L"Reading File");
     EXPECT_EQ(textAt(21 + 1, 9, 36), quarter);
     position = 1000;
+    clock.letPass(NextMs);
     ASSERT_TRUE(waitUntil([] { return isShown(std::wstring(36, L'\u2588')); }));
   }
   EXPECT_EQ(screen(), before);
@@ -96,21 +107,33 @@ TEST_F(ProgressThreadTest, AFileReadShowsItsTitleAndABar) {
 
 TEST_F(ProgressThreadTest, ATotalBelowOneDrawsTheWindowAndLeavesTheBarEmpty) {
   std::atomic<int64_t> position{250}, total{0};
-  FileReadProgress progress(&position, &total, "Reading File");
+  ManualClock clock;
+  FileReadProgress progress(&position, &total, "Reading File", clock);
+  clock.letPass(FirstMs);
   EXPECT_TRUE(waitUntil([] { return isShown(std::wstring(36, L'\u2591')); }));
 }
 
-TEST_F(ProgressThreadTest, UpdatesComeFourTimesASecond) {
-  CountingProgress progress;
-  const double start = clockSeconds();
-  ASSERT_TRUE(waitUntil([&progress] { return progress.updates() >= 4; }));
-  EXPECT_GE(clockSeconds() - start, 1.0 + 3 * 0.25 - 0.02);
+TEST_F(ProgressThreadTest, UpdatesComeFourTimesASecondOnceTheFirstIsOver) {
+  ManualClock clock;
+  CountingProgress progress(clock);
+  clock.letPass(FirstMs - 1);
+  EXPECT_EQ(progress.updates(), 0);
+  clock.letPass(1);
+  for (int updates = 1; updates < 4; ++updates) {
+    ASSERT_TRUE(clock.waitForWaiter());
+    EXPECT_EQ(progress.updates(), updates);
+    clock.letPass(NextMs - 1);
+    EXPECT_EQ(progress.updates(), updates);
+    clock.letPass(1);
+  }
 }
 
 TEST_F(ProgressThreadTest, FinishingEndsTheDrawingAndMayBeRepeated) {
   const std::vector<Cell> before = screen();
   std::atomic<int> files{1};
-  DirReadProgress progress(&files);
+  ManualClock clock;
+  DirReadProgress progress(&files, clock);
+  clock.letPass(FirstMs);
   ASSERT_TRUE(waitUntil([] { return isShown(L"Files:"); }));
   progress.finish();
   EXPECT_EQ(screen(), before);
@@ -121,7 +144,9 @@ TEST_F(ProgressThreadTest, FinishingEndsTheDrawingAndMayBeRepeated) {
 TEST_F(ProgressThreadTest, TheWindowLeavesTheTextStateOfTheProgramAlone) {
   setTextPos(7, 8);
   std::atomic<int64_t> position{250}, total{1000};
-  FileReadProgress progress(&position, &total, "Reading File");
+  ManualClock clock;
+  FileReadProgress progress(&position, &total, "Reading File", clock);
+  clock.letPass(FirstMs);
   ASSERT_TRUE(waitUntil([] { return isShown(L"Reading File"); }));
   EXPECT_EQ(textState.textX, 7);
   EXPECT_EQ(textState.textY, 8);
@@ -129,7 +154,7 @@ TEST_F(ProgressThreadTest, TheWindowLeavesTheTextStateOfTheProgramAlone) {
 
 TEST_F(ProgressThreadTest, ObjectsThatEndAtOnceNeverDraw) {
   for (int i = 0; i < 50; ++i) {
-    CountingProgress progress;
+    CountingProgress progress(systemClock());
     progress.finish();
     EXPECT_EQ(progress.updates(), 0);
   }
