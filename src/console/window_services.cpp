@@ -44,8 +44,12 @@ void onClipboardText(GtkClipboard*, const char* text, void* data) {
 }
 }  // namespace
 
+// What a cell would show, so that a name with a newline or an escape in it is readable and harmless
+// wherever the desktop shows it.
 void CConsole::setTitle(const Westring& text) {
-  impl_->title = toDisplayUtf8(text.data()).data();
+  Westring shown = text;
+  for (wchar_t* p = shown.data(); *p != 0; ++p) *p = mapControl(displayCharacter(*p));
+  impl_->title = toDisplayUtf8(shown.data()).data();
   ToolkitLock lock;
   if (lock.usable()) impl_->window.set_title(impl_->title);
 }

@@ -137,6 +137,16 @@ TEST_F(Console, TitleIsValidUtf8WhateverTheNameHolds) {
   EXPECT_EQ(console->title(), "\xC3\xA4") << "bytes come through the code page";
 }
 
+TEST_F(Console, ControlCharactersShowInTheTitleAsInACell) {
+  const Westring name(L"a\nb\x1B[0m\x7F\x85");
+  console->setTitle(name);
+  console->writeWide(0, 0, name.data(), 7);
+  EXPECT_EQ(console->title(), rowText(0, 0, name.length()));
+  EXPECT_EQ(console->title(),
+            "a\xE2\x97\x99"
+            "b\xE2\x86\x90[0m\xE2\x8C\x82\xE2\x8C\x82");
+}
+
 TEST_F(Console, BeepAndMissingIconsDoNoHarm) {
   console->beep();
   console->setIcon("/nonexistent/icon.png");
