@@ -29,7 +29,7 @@ constexpr OneFieldLayout NamedFile{6, 74, 9, 70};
 constexpr OneFieldLayout Filter{5, 76, 8, 72};
 constexpr int MaxFieldLength = 512;
 
-// True when the user ended the dialog with Enter; `text` is untouched by Esc.
+// True when the user ended the dialog with Enter; `text` is untouched otherwise.
 bool askText(const OneFieldLayout& layout, const char* heading, FieldHistory history,
              Westring& text) {
   Westring edited = text;
@@ -37,7 +37,8 @@ bool askText(const OneFieldLayout& layout, const char* heading, FieldHistory his
                 colourOf(Colour::Messages));
   dialog.addText(-1, 0, heading);
   dialog.addString(FieldX, FieldY, Group::New, &edited, layout.fieldWidth, MaxFieldLength, history);
-  if (dialog.run() == Key::Esc) return false;
+  const int ended = dialog.run();
+  if (ended == Key::Esc || ended == Dialog::ProgramEnds) return false;
   text = edited;
   return true;
 }

@@ -7,7 +7,6 @@
 #include "commander/key_commands.h"
 #include "console/input.h"
 #include "console/text_state.h"
-#include "foundation/signals.h"
 #include "foundation/text_format.h"
 #include "options/colours.h"
 #include "options/options.h"
@@ -18,6 +17,7 @@
 #include "panels/picture/panel_title.h"
 #include "panels/picture/status_line.h"
 #include "ui/alert.h"
+#include "ui/input_loop.h"
 
 namespace {
 
@@ -76,21 +76,16 @@ void placeTextCursor(MainLoop& loop) {
   setTextPos(x, panelPair().screenLines - 2);
 }
 
-// Waits for a key; the clock moves on while nothing comes.
-int waitForKey(MainLoop& loop, MouseMessage& mouse) {
-  unsigned char scan = 0;
-  int key = 0;
+// Waits for the user; the clock moves on while nothing comes.
+Input waitForInput() {
+  Input input;
   setCursorShape(CursorShape);
-  while (key == 0 && !endRequested()) {
-    key = getKey(&scan, &mouse, GlobalOptions::Clock ? msToNextMinute() : -1);
-    if (key == 0 && scan != 0) {
-      key = mouse.state & ShiftState::Shift ? Key::shifted(scan) : Key::extended(scan);
-    }
-    if (key == 0 && GlobalOptions::Clock) drawClock();
+  while (input.kind == Input::Kind::TimeOut) {
+    input = nextInput(GlobalOptions::Clock ? msToNextMinute() : NoLimit);
+    if (input.kind == Input::Kind::TimeOut && GlobalOptions::Clock) drawClock();
   }
   setCursorShape(0);
-  loop.shiftState = mouse.state;
-  return key;
+  return input;
 }
 
 void takeMouse(MainLoop& loop, const MouseMessage& mouse) {
@@ -123,6 +118,13 @@ void tellMissingDirectories(MainLoop& loop) {
   }
 }
 
+void takePending(MainLoop& loop) {
+  const int key = std::exchange(loop.pendingKey, 0);
+  loop.shiftState = lastShiftState();
+  if (key == Key::MouseEvent) return takeMouse(loop, loop.pendingMouse);
+  dispatchKey(loop, key);
+}
+
 void oneRound(MainLoop& loop) {
   PanelPair& pair = panelPair();
   panelsVisible(Visible::Yes);
@@ -140,17 +142,11 @@ void oneRound(MainLoop& loop) {
   placeTextCursor(loop);
   tellMissingDirectories(loop);
 
-  MouseMessage mouse;
-  int key = loop.pendingKey;
-  loop.pendingKey = 0;
-  if (key == 0) {
-    key = waitForKey(loop, mouse);
-  } else {
-    mouse = loop.pendingMouse;
-    loop.shiftState = lastShiftState();
-  }
-  if (key == Key::MouseEvent) return takeMouse(loop, mouse);
-  if (key != 0 && key != Key::ShiftChanged) dispatchKey(loop, key);
+  if (loop.pendingKey != 0) return takePending(loop);
+  const Input input = waitForInput();
+  loop.shiftState = input.mouse.state;
+  if (input.kind == Input::Kind::Mouse) return takeMouse(loop, input.mouse);
+  if (input.kind == Input::Kind::Key) dispatchKey(loop, input.key);
 }
 
 }  // namespace
@@ -170,8 +166,5 @@ Westring commandPrompt() {
 
 void runMainLoop(MainLoop& loop) {
   whenShiftChangesInSearch(drawKeyBar);
-  while (!loop.leaving) {
-    if (endRequested()) return;
-    oneRound(loop);
-  }
+  while (!loop.leaving && !programEnds()) oneRound(loop);
 }

@@ -4,10 +4,11 @@
 
 #include "commander/command_seams.h"
 #include "commander/menu_items.h"
-#include "console/input.h"
+#include "console/key_codes.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
 #include "options/colours.h"
+#include "ui/input_loop.h"
 #include "ui/win.h"
 
 namespace {
@@ -63,16 +64,10 @@ int MenuBar::run() {
   drawTitles();
   if (place.open) openDropDown();
   while (!done_) {
-    unsigned char scan = 0;
-    MouseMessage mouse;
-    int key = getKey(&scan, &mouse);
-    if (key == 0 && scan != 0) key = Key::extended(scan);
-    if (key == 0 || key == Key::ShiftChanged) continue;
-    if (key == Key::MouseEvent) {
-      takeMouse(mouse);
-    } else {
-      takeKey(key);
-    }
+    const Input input = nextInput();
+    if (input.kind == Input::Kind::Key) takeKey(input.key);
+    if (input.kind == Input::Kind::Mouse) takeMouse(input.mouse);
+    if (input.kind == Input::Kind::End) leave(0);
   }
   dropDown_.reset();
   return result_;

@@ -15,7 +15,6 @@
 #include "commander/screen_size.h"
 #include "commander/view_edit.h"
 #include "console/console.h"
-#include "console/key_codes.h"
 #include "console/text_state.h"
 #include "foundation/data_paths.h"
 #include "foundation/locale_settings.h"
@@ -181,9 +180,7 @@ bool refused(const Arguments& arguments) {
 
 // A request to end wakes the wait for a key.
 void wakeConsole() {
-  TEvent event;
-  event.code = Key::ShiftChanged;
-  if (console) console->events().put(event);
+  if (console) console->events().wake();
 }
 
 }  // namespace

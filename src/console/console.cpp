@@ -4,7 +4,6 @@
 #include <climits>
 
 #include "console/console_impl.h"
-#include "console/key_codes.h"
 #include "console/toolkit.h"
 #include "foundation/code_page.h"
 #include "foundation/utf8.h"
@@ -149,7 +148,7 @@ int CConsole::codePage() const {
 bool CConsole::readEvent(TEvent& out, uint32_t timeoutMs) {
   const bool waits = timeoutMs != 0 && eventCount() == 0;
   if (waits) {
-    if (displayLost()) return cancelOnce(out);
+    if (displayLost()) return false;
     completePainting();
   }
   const auto event = impl_->events.get(timeoutMs);
@@ -158,24 +157,14 @@ bool CConsole::readEvent(TEvent& out, uint32_t timeoutMs) {
   return true;
 }
 
-// Without a screen nobody will press a key: Esc ends one dialog after the other, and when all must
-// have ended the process does.
-bool CConsole::cancelOnce(TEvent& out) {
-  constexpr int DeepestNesting = 50;
-  if (++cancels_ > DeepestNesting) restForEver();
-void CConsole::setClock(CClock* clock) {
-  impl_->useClock(clock ? *clock : systemClock());
-}
-  out = TEvent{};
-  out.code = Key::Esc;
-  return true;
-}
-
 int CConsole::eventCount() const {
   return impl_->events.eventCount();
 }
 CEventQueue& CConsole::events() {
   return impl_->events;
+}
+void CConsole::setClock(CClock* clock) {
+  impl_->useClock(clock ? *clock : systemClock());
 }
 unsigned long CConsole::paintCount() const {
   return impl_->paintCount;

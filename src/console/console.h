@@ -24,13 +24,14 @@ struct GridSize {
 bool initToolkit(int* argc, char*** argv);
 // The end of the toolkit, after the CConsole was deleted.
 void endToolkit();
-// True once the connection to the display is lost. Painting then does nothing, getKey answers Esc
-// so that what is under way ends, and soon after the process ends with status 1. Any thread.
+// True once the connection to the display is lost. Painting then does nothing and the program ends
+// (programEnds, console/input.h). The process ends with status 1 when the console does, or after a
+// few seconds. Any thread.
 bool displayLost();
 
-// Pixels row after row as 0xRRGGBB.
 class CClock;
 
+// Pixels row after row as 0xRRGGBB.
 struct Picture {
   int width = 0;
   int height = 0;
@@ -102,7 +103,7 @@ class CConsole {
   void setIconList(const std::vector<std::string>& files);
   void beep();
 
-  // Input. readEvent: false on time-out.
+  // Input. readEvent: false on time-out, and at once when the display has gone.
   bool readEvent(TEvent& out, uint32_t timeoutMs);
   int eventCount() const;
   CEventQueue& events();
@@ -117,17 +118,15 @@ class CConsole {
   unsigned long windowId() const;
   // Paints since the start, for tests of what costs a paint.
   unsigned long paintCount() const;
-
   // By what clock frames are counted, the last of which is over by then; null for the system's. It
   // must outlive the console. For tests.
   void setClock(CClock* clock);
+
  private:
   struct Impl;
   static std::unique_ptr<Impl> makeImpl();
-  bool cancelOnce(TEvent& out);
 
   std::unique_ptr<Impl> impl_;
-  int cancels_ = 0;  // answers given in place of the user's since the display has gone
 };
 
 // The one console; null before it is made and after it was deleted. Application thread.

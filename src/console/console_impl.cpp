@@ -12,9 +12,7 @@ constexpr int64_t NsPerMs = 1'000'000;
 
 // Whoever waits for a key when the display goes looks up.
 void wakeReader(void* queue) {
-  TEvent event;
-  event.code = Key::Esc;
-  static_cast<CEventQueue*>(queue)->put(event);
+  static_cast<CEventQueue*>(queue)->wake();
 }
 }  // namespace
 

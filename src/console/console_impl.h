@@ -7,6 +7,7 @@
 #include "console/console_window.h"
 #include "console/grid.h"
 #include "console/painter.h"
+#include "foundation/clock.h"
 #include "foundation/threads.h"
 
 // What stands behind CConsole: the grid, the window, the two threads, and when to paint.
@@ -25,8 +26,8 @@ struct CConsole::Impl {
   void rebuild(int columns, int rows);  // under the toolkit lock
   void start();
   void stop();
-
   void useClock(CClock& clock);
+
   Grid grid;
   CEventQueue events;
   std::atomic<int> blinkPhase{0};  // 0..9; the cursor shows below 5
@@ -57,9 +58,9 @@ struct CConsole::Impl {
   void paintWhenDue();
   void scheduleFrame();
 
-  Frame frame_;                        // reused; under the toolkit lock
   std::atomic<CClock*> clock_{&systemClock()};
-  std::atomic<int64_t> lastPaint_{0};  // monotonic nanoseconds
+  Frame frame_;                        // reused; under the toolkit lock
+  std::atomic<int64_t> lastPaint_{0};  // nanoseconds of the clock
   std::atomic<bool> framePlanned_{false};
   ThreadHandle guiThread;
   EventSem blinkStop;

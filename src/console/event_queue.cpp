@@ -16,7 +16,7 @@ void CEventQueue::put(const TEvent& event) {
   {
     MutexLock guard(lock_);
     add(new TEvent(event));
-    queued_.store(count(), std::memory_order_relaxed);
+    queued_.store(count(), std::memory_order_release);
   }
   available_.post();
 }
@@ -30,8 +30,14 @@ std::unique_ptr<TEvent> CEventQueue::get(uint32_t timeoutMs) {
   MutexLock guard(lock_);
   first();
   std::unique_ptr<TEvent> event(detach());
-  queued_.store(count(), std::memory_order_relaxed);
+  queued_.store(count(), std::memory_order_release);
   return event;
+}
+
+void CEventQueue::wake() {
+  TEvent event;
+  event.kind = EventKind::Wake;
+  put(event);
 }
 
 std::unique_ptr<TEvent> CEventQueue::getKeyOnly() {
@@ -40,7 +46,7 @@ std::unique_ptr<TEvent> CEventQueue::getKeyOnly() {
   for (int i = 0; i < count(); ++i) {
     if (!answersAbortLook(*at(i))) continue;
     std::unique_ptr<TEvent> taken(detach());
-    queued_.store(count(), std::memory_order_relaxed);
+    queued_.store(count(), std::memory_order_release);
     return taken;
   }
   return nullptr;

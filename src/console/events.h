@@ -12,7 +12,8 @@ enum class EventKind : int {
   Release = 2,
   Drag = 3,
   DoubleClick = 4,
-  Wheel = 5
+  Wheel = 5,
+  Wake = 6  // no input: breaks off a wait
 };
 
 // One input event. `x`, `y` are cells; fields that a kind doesn't use are 0.
@@ -50,10 +51,11 @@ class CEventQueue : public TObjectStore<TEvent> {
   ~CEventQueue() override { clear(); }
   void put(const TEvent& event);
   std::unique_ptr<TEvent> get(uint32_t timeoutMs);  // null on time-out
+  void wake();                                      // breaks off a wait; any thread
   // Takes the first key away, as the answer to a look for an abort: shift changes, mouse events and
   // the window's close button stay in the queue's order and aren't looked at. Null without a key.
   std::unique_ptr<TEvent> getKeyOnly();
-  int eventCount() const { return queued_.load(std::memory_order_relaxed); }
+  int eventCount() const { return queued_.load(std::memory_order_acquire); }
 
  private:
   MutexSem lock_;

@@ -63,16 +63,24 @@ int takeMouse(const TEvent& event, MouseMessage* mouse) {
 }
 }  // namespace
 
-int getKey(unsigned char* flag, MouseMessage* mouse, int timeoutMs) {
-  if (flag) *flag = 0;
-  if (!console) return 0;
-  // Whoever waits is told to give up, up to the main loop, which ends the program.
-  if (endRequested()) return Key::Esc;
+int getKey(MouseMessage* mouse, int timeoutMs) {
+  if (!console || programEnds()) return 0;
   syncCursor();
   TEvent event;
   const uint32_t timeout = timeoutMs < 0 ? WaitForever : static_cast<uint32_t>(timeoutMs);
   if (!console->readEvent(event, timeout)) return 0;
-  return event.kind == EventKind::Key ? takeKey(event, mouse) : takeMouse(event, mouse);
+  switch (event.kind) {
+    case EventKind::Wake:
+      return 0;
+    case EventKind::Key:
+      return takeKey(event, mouse);
+    default:
+      return takeMouse(event, mouse);
+  }
+}
+
+bool programEnds() {
+  return endRequested() || displayLost();
 }
 
 bool keyPending() {
@@ -80,8 +88,8 @@ bool keyPending() {
 }
 
 bool escapePressed() {
+  if (programEnds()) return true;
   if (!console) return false;
-  if (displayLost()) return true;
   const auto event = console->events().getKeyOnly();
   return event && event->code == Key::Esc;
 }

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 #include "foundation/break_state.h"
 #include "foundation/threads.h"
@@ -32,8 +33,14 @@ Lock lock;
 std::unique_ptr<Gtk::Main> toolkit;
 pthread_t applicationThread;
 std::atomic<bool> lost{false};
-std::atomic<void (*)(void*)> lostNotify{nullptr};
-std::atomic<void*> lostArgument{nullptr};
+
+struct LossListener {
+  void (*notify)(void*);
+  void* argument;
+};
+// Changed and called under its lock: the argument lives for as long as it stands here.
+std::mutex lossLock;
+LossListener lossListener{nullptr, nullptr};
 
 EventSem& atRest() {
   static EventSem event;
@@ -88,7 +95,8 @@ int onConnectionLost(Display*) {
     BreakState armed = BreakState::Armed;
     breakState.compare_exchange_strong(armed, BreakState::Requested);
     startThread(endProcess, nullptr);
-    if (auto notify = lostNotify.load()) notify(lostArgument.load());
+    const std::lock_guard guard(lossLock);
+    if (lossListener.notify) lossListener.notify(lossListener.argument);
   }
   if (pthread_equal(pthread_self(), applicationThread)) {
     wakeWaiters();
@@ -120,8 +128,8 @@ bool displayLost() {
 }
 
 void whenDisplayLost(void (*notify)(void*), void* argument) {
-  lostArgument = argument;
-  lostNotify = notify;
+  const std::lock_guard guard(lossLock);
+  lossListener = {notify, argument};
 }
 
 void restForEver() {

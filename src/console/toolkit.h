@@ -19,7 +19,9 @@ class ToolkitLock {
   bool taken_;  // false when the display was lost before the lock was free
 };
 
-// Called once, from the thread that notices that the display has gone.
+// Who is told, once, by the thread that notices that the display has gone; null for nobody. When
+// this returns, the one before is no longer being told and may be deleted. `notify` may not call
+// this.
 void whenDisplayLost(void (*notify)(void* argument), void* argument);
 
 // The application thread has nothing left to bring to an end: the process may stop. Doesn't return.

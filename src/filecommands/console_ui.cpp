@@ -41,7 +41,9 @@ int ConsoleUi::ask(const Westring& text, const Westring& caption, AlertButtons b
   if (progress_) progress_->complete();
   deleteWindow_.complete();
   const Quiet quiet(progress_.get());
-  return alert(text, caption, buttons, colour);
+  const int answer = alert(text, caption, buttons, colour);
+  // The end of the program ends the command, and nothing is done that wasn't allowed.
+  return answer == Answer::ProgramEnds ? Answer::Cancel : answer;
 }
 
 TreeAnswer ConsoleUi::askDeleteTree(const Westring& path) {
@@ -51,7 +53,7 @@ TreeAnswer ConsoleUi::askDeleteTree(const Westring& path) {
 }
 
 bool ConsoleUi::escapePressed() {
-  return keyPending() && ::escapePressed();
+  return ::escapePressed();
 }
 
 void ConsoleUi::itemStarted(TransferKind kind, const char* source, const char* target, int index,

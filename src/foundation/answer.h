@@ -21,4 +21,5 @@ inline constexpr int All = 'a';
 inline constexpr int None = 'e';
 inline constexpr int Retry = 'r';
 inline constexpr int AllOlder = 'd';
+inline constexpr int ProgramEnds = 0;  // no answer: whoever asked stops and asks nothing more
 }  // namespace Answer

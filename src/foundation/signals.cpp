@@ -59,6 +59,10 @@ void requestEnd() {
   sem_post(endSemaphore());
 }
 
+void forgetEndRequest() {
+  endFlag.store(false, std::memory_order_relaxed);
+}
+
 EndWatcher::EndWatcher(std::function<void()> wake) : wake_(std::move(wake)) {
   thread_ = startThread(threadEntry, this);
 }

@@ -14,8 +14,9 @@
 // starts. A request that the parent had set to be ignored stays ignored.
 void installSignals();
 
-bool endRequested();  // any thread
-void requestEnd();    // what the signals do; also safe inside a signal handler
+bool endRequested();      // any thread
+void requestEnd();        // what the signals do; also safe inside a signal handler
+void forgetEndRequest();  // for tests, which go on after the end
 
 // Calls `wake` after each request to end, on a thread of its own, so that a main loop that waits
 // without limit can be woken by means that a signal handler must not use. At most one at a time.

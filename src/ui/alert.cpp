@@ -38,6 +38,7 @@ const ButtonSet& buttonSet(AlertButtons which) {
 
 int answerOf(int exitCode) {
   if (exitCode == Key::Enter) return Answer::Yes;
+  if (exitCode == Dialog::ProgramEnds) return Answer::ProgramEnds;
   return exitCode < 0 ? Key::Space : exitCode;
 }
 

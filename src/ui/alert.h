@@ -5,7 +5,7 @@
 
 // The message box: `text` wrapped at spaces into at most 10 lines, `caption` (a path, or empty)
 // shortened below it, one row of buttons. Returns an Answer. Enter is the first button, Esc always
-// Answer::Cancel. Application thread.
+// Answer::Cancel, the end of the program Answer::ProgramEnds. Application thread.
 int alert(const Westring& text, const Westring& caption, AlertButtons buttons = AlertButtons::Ok,
           AlertColour colour = AlertColour::Message);
 // The same with text in UTF-8.

@@ -1,7 +1,8 @@
 #include "ui/check_box.h"
 
 #include "console/key_codes.h"
-#include "ui/dialog_label.h"
+#include "ui/dialog.h"
+#include "ui/plain_elements.h"
 
 namespace {
 

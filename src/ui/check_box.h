@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/dialog.h"
+#include "ui/dialog_element.h"
 
 // "[X]" with a label; edits the caller's bool.
 class CheckBox : public DialogElement {

@@ -1,5 +1,7 @@
 #include "ui/colour_selector.h"
 
+#include "ui/dialog.h"
+
 namespace {
 constexpr int ForegroundMask = 0x0F;
 constexpr int BackgroundMask = 0xF0;

@@ -2,10 +2,11 @@
 
 #include <utility>
 
-#include "console/input.h"
+#include "console/key_codes.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
 #include "options/colours.h"
+#include "ui/input_loop.h"
 #include "ui/push_button.h"
 
 namespace {
@@ -75,22 +76,20 @@ int Dialog::run() {
   forgetButtons();
   setCursorShape(0);
   if (elements_.empty()) addExitKey(Key::Esc);
-  for (bool ended = false; !ended;) {
-    {
-      MutexLock guard(lock_);
-      BatchScope batch;
-      settleFocus();
-      elements_[focus_]->draw();
-    }
-    Message message;
-    readMessage(message);
-    MutexLock guard(lock_);
-    dispatch(message);
-    ended = exitCode_ != 0;
+  while (exitCode_ == 0) {
+    passOnHandedOver();
+    if (exitCode_ == 0) drawFocused();
+    if (exitCode_ == 0) takeInput(nextInput());
   }
   running = outer;
   if (outer) outer->forgetButtons();
   return exitCode_;
+}
+
+void Dialog::drawFocused() {
+  BatchScope batch;
+  settleFocus();
+  elements_[focus_]->draw();
 }
 
 void Dialog::forgetButtons() {
@@ -104,19 +103,23 @@ void Dialog::settleFocus() {
   if (!elements_[focus_]->enabled) moveBetweenGroups(1);
 }
 
-void Dialog::readMessage(Message& message) {
-  for (;;) {
-    MouseMessage mouse;
-    const int key = getKey(nullptr, &mouse);
-    if (key == Key::MouseEvent) {
-      if (!translateMouse(mouse, message)) continue;
+void Dialog::takeInput(const Input& input) {
+  Message message;
+  switch (input.kind) {
+    case Input::Kind::Key:
+      message.code = input.key;
+      return dispatch(message);
+    case Input::Kind::Mouse:
+      if (!translateMouse(input.mouse, message)) return;
       message.x -= originX();
       message.y -= originY();
+      return dispatch(message);
+    case Input::Kind::End:
+      exitCode_ = ProgramEnds;
       return;
-    }
-    if (key == 0 || key == Key::ShiftChanged) continue;
-    message = {MessageKind::Key, key, 0, 0};
-    return;
+    case Input::Kind::Shift:
+    case Input::Kind::TimeOut:
+      return;
   }
 }
 
@@ -257,10 +260,11 @@ void Dialog::moveBetweenGroups(int step) {
     setFocus(target);
     return;
   }
+  // Buttons alone: the keys go to the next one rather than nowhere.
+  if (elements_[focus_]->type() == ElementType::PushButton) moveInGroup(step);
 }
 
 void Dialog::setFocus(int index) {
-  MutexLock guard(lock_);
   auto valid = [this](int i) { return i >= 0 && i < elementCount() && i != focus_; };
   if (!valid(index) || !canChangeFocus(focus_, index) || !valid(index)) return;
   BatchScope batch;
@@ -276,7 +280,6 @@ void Dialog::setFocus(int index) {
 }
 
 void Dialog::redraw(int index) {
-  MutexLock guard(lock_);
   BatchScope batch;
   if (index < 0) {
     for (auto& element : elements_) element->draw();
@@ -308,9 +311,35 @@ void Dialog::commitAll() {
 }
 
 bool Dialog::sendMessage(int index, const Message& message) {
-  MutexLock guard(lock_);
-  if (index < 0 || index >= elementCount()) return false;
-  return elements_[index]->handleMessage(message);
+  if (pthread_equal(pthread_self(), ownThread_)) return deliver(index, message);
+  handOver(index, message);
+  return true;
+}
+
+bool Dialog::deliver(int index, const Message& message) {
+  return index >= 0 && index < elementCount() && elements_[index]->handleMessage(message);
+}
+
+void Dialog::handOver(int index, const Message& message) {
+  const bool ofList =
+      message.kind == MessageKind::ListLength || message.kind == MessageKind::ListContent;
+  const MutexLock guard(lock_);
+  for (HandedOver& earlier : handedOver_) {
+    if (!ofList || earlier.index != index || earlier.message.kind != message.kind) continue;
+    earlier.message = message;
+    return;
+  }
+  handedOver_.push_back({index, message});
+  if (handedOver_.size() == 1) console->events().wake();
+}
+
+void Dialog::passOnHandedOver() {
+  std::vector<HandedOver> messages;
+  {
+    const MutexLock guard(lock_);
+    messages.swap(handedOver_);
+  }
+  for (const HandedOver& each : messages) deliver(each.index, each.message);
 }
 
 void Dialog::setHotChars(const char* chars, int count) {

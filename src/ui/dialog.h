@@ -3,92 +3,13 @@
 #include <memory>
 #include <vector>
 
-#include "console/events.h"
 #include "foundation/string_collections.h"
 #include "foundation/threads.h"
 #include "history/history_store.h"
+#include "ui/dialog_element.h"
 #include "ui/win.h"
 
-class Dialog;
-
-enum class MessageKind : int {
-  Key = 1,
-  LeftPress = 2,
-  LeftDoubleClick = 3,
-  LeftRelease = 4,
-  LeftDrag = 5,
-  RightPress = 6,
-  RightRelease = 7,
-  Wheel = 8,        // code is the direction
-  ListLength = 10,  // code is the new length
-  ListContent = 11
-};
-
-struct Message {
-  MessageKind kind = MessageKind::Key;
-  int code = 0;
-  int x = 0;  // interior coordinates
-  int y = 0;
-};
-
-enum class ElementType : int {
-  StaticText = 0,
-  StringField = 5,
-  PushButton = 6,
-  RadioButton = 7,
-  CheckBox = 8,
-  CheckBox3S = 9,
-  ListBox = 10,
-  ColourSelector = 11,
-  ExitKey = 12,
-  ProgressIndicator = 13
-};
-
-enum class Group { Same, New };
-enum class Label { Left, Right };
-enum class KeepFormat { No, Yes };
-
-enum class Focus { Lost, Gained };
-
-// One control of a dialog. Owned by the dialog.
-class DialogElement {
- public:
-  DialogElement(Dialog& dialog, int x, int y, Group group);
-  virtual ~DialogElement();
-  DialogElement(const DialogElement&) = delete;
-  DialogElement& operator=(const DialogElement&) = delete;
-
-  virtual bool handleMessage(const Message& message);  // true when handled
-  virtual void activate();                             // by a hot key: takes the focus
-  virtual ElementType type() const = 0;
-  virtual void focusNotify(Focus focus);
-  virtual void draw() = 0;
-  virtual void commit() {}
-
-  int index() const { return index_; }
-  int x() const { return x_; }
-  int y() const { return y_; }
-  bool enabled = true;
-  int hotKey = 0;
-  bool tabStop = false;
-  int group = 0;       // index of the head of its group
-  int groupFocus = 0;  // on a head: the member that last had the focus
-
- protected:
-  bool focused() const;
-  char hotChar() const;  // 0 when it has none
-  // The message lies on this element's row, in its first `width` columns.
-  bool isWithin(const Message& message, int width) const;
-  void putLabel(int x, int y, const Westring& label);  // with its hot character highlighted
-  // The text cursor: on column `x` of this element's row when focused, else out of sight.
-  void showCursor(int x);
-  Dialog& dialog_;
-
- private:
-  int index_;
-  int x_;
-  int y_;
-};
+struct Input;
 
 struct ButtonSpec {
   int exitCode;
@@ -97,11 +18,12 @@ struct ButtonSpec {
 
 // A framed window of up to 100 controls, one of which has the focus. Controls edit the caller's
 // variables in place, which must outlive the dialog. `run` returns the code that ended it: a
-// button's exit code, 13, 27 or an exit key. Application thread; sendMessage may come from any
-// thread.
+// button's exit code, 13, 27, an exit key, or ProgramEnds, at which nothing is done and nothing
+// more is asked. Belongs to the thread that makes it; sendMessage may come from any thread.
 class Dialog : public Win {
  public:
   static constexpr int MaxElements = 100;
+  static constexpr int ProgramEnds = -2;
 
   Dialog(int left, int top, int right, int bottom, int attr);
   ~Dialog() override;
@@ -150,6 +72,10 @@ class Dialog : public Win {
   void setDefaultButton(int index);
   void setAttr(int slot, unsigned char attr);  // 0 text, 1 field, 2 focus
   void commitAll();
+  // Passes a message to an element and returns its answer. From another thread than the dialog's it
+  // waits for nobody: the message is handed over and the answer is true. The run loop passes it on
+  // before its next wait, so never while a control runs a window of its own. Of the messages about
+  // a list that weren't passed on yet the newest of each kind counts.
   bool sendMessage(int index, const Message& message);
 
   int elementCount() const { return static_cast<int>(elements_.size()); }
@@ -167,10 +93,14 @@ class Dialog : public Win {
   void setCurrentGroup(int head) { currentGroup_ = head; }
 
  private:
-  void readMessage(Message& message);
+  void takeInput(const Input& input);
   void dispatch(const Message& message);
+  bool deliver(int index, const Message& message);
+  void handOver(int index, const Message& message);
+  void passOnHandedOver();
   void forgetButtons();  // releases whose presses went elsewhere don't count
   void settleFocus();
+  void drawFocused();
   int enterCode() const;
   void takeKey(int key);
   bool activateByKey(int key);
@@ -192,8 +122,14 @@ class Dialog : public Win {
   unsigned char fieldAttr_;
   unsigned char focusAttr_;
   std::vector<char> hotChars_;
-  MutexSem lock_;
-  bool leftDown_ = false;  // its press came in this run, so its release counts
+  struct HandedOver {
+    int index;
+    Message message;
+  };
+  const pthread_t ownThread_ = pthread_self();
+  MutexSem lock_;                       // guards handedOver_, held for moments only
+  std::vector<HandedOver> handedOver_;  // from other threads, the oldest first
+  bool leftDown_ = false;               // its press came in this run, so its release counts
   bool leftDownOutside_ =
       false;                // that press lay outside the window and nothing but drags followed
   bool rightDown_ = false;  // as leftDown_

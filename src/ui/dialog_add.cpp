@@ -2,14 +2,12 @@
 #include "ui/check_box.h"
 #include "ui/colour_selector.h"
 #include "ui/dialog.h"
-#include "ui/dialog_label.h"
-#include "ui/exit_key.h"
 #include "ui/integer_field.h"
 #include "ui/list_box.h"
+#include "ui/plain_elements.h"
 #include "ui/progress_indicator.h"
 #include "ui/push_button.h"
 #include "ui/radio_button.h"
-#include "ui/static_text.h"
 #include "ui/string_field.h"
 
 namespace {
@@ -17,7 +15,6 @@ constexpr int ButtonGap = 2;
 }  // namespace
 
 int Dialog::add(std::unique_ptr<DialogElement> element) {
-  MutexLock guard(lock_);
   elements_.push_back(std::move(element));
   elements_.back()->draw();
   return elementCount() - 1;

@@ -1,7 +1,7 @@
+#include "ui/dialog_element.h"
+
 #include "console/text_state.h"
-#include "foundation/code_page.h"
 #include "ui/dialog.h"
-#include "ui/dialog_label.h"
 
 DialogElement::DialogElement(Dialog& dialog, int x, int y, Group newGroup)
     : dialog_(dialog), index_(dialog.elementCount()), x_(x), y_(y) {
@@ -46,8 +46,4 @@ void DialogElement::putLabel(int x, int y, const Westring& label) {
 void DialogElement::showCursor(int x) {
   if (focused()) dialog_.setPos(x, y_);
   setCursorShape(focused() ? DialogCursorSize : 0);
-}
-
-Westring dialogLabel(const char* bytes) {
-  return bytes ? fromCodePage(bytes, console->codePage()) : Westring();
 }

@@ -4,7 +4,8 @@
 
 #include "console/key_codes.h"
 #include "options/colours.h"
-#include "ui/dialog_label.h"
+#include "ui/dialog.h"
+#include "ui/plain_elements.h"
 
 ListBoxBase::ListBoxBase(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
                          int itemCount, int* selected, int exitOnEnter)

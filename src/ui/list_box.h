@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/string_collections.h"
-#include "ui/dialog.h"
+#include "ui/dialog_element.h"
 
 // What keys and clicks that end do; at least 1: the exit code of Enter and of a double click.
 namespace ListExit {

@@ -2,6 +2,7 @@
 
 #include "console/input.h"
 #include "options/options.h"
+#include "ui/dialog.h"
 #include "ui/list_box.h"
 
 namespace {

@@ -1,5 +1,7 @@
 #include "ui/progress_indicator.h"
 
+#include "ui/dialog.h"
+
 namespace {
 constexpr wchar_t DoneCell = 0x2588;
 constexpr wchar_t OpenCell = 0x2591;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/dialog.h"
+#include "ui/dialog_element.h"
 
 // A bar of `width` cells over the caller's fraction, 0 to 1. Drawn at construction and by redraw.
 class ProgressIndicator : public DialogElement {

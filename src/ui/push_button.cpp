@@ -3,7 +3,8 @@
 #include <string>
 
 #include "console/key_codes.h"
-#include "ui/dialog_label.h"
+#include "ui/dialog.h"
+#include "ui/plain_elements.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/dialog.h"
+#include "ui/dialog_element.h"
 
 // "[ label ]"; ends the dialog with its exit code, which is its hot key too. The first button of a
 // dialog becomes the default that Enter presses from elsewhere.

@@ -1,6 +1,7 @@
 #include "ui/radio_button.h"
 
-#include "ui/dialog_label.h"
+#include "ui/dialog.h"
+#include "ui/plain_elements.h"
 
 namespace {
 constexpr int ButtonCells = 3;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/dialog.h"
+#include "ui/dialog_element.h"
 
 // "(o)" of a group that shares the caller's number: the selection follows the focus.
 class RadioButton : public DialogElement {

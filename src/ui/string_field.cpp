@@ -4,6 +4,7 @@
 
 #include "console/clipboard.h"
 #include "console/key_codes.h"
+#include "ui/dialog.h"
 #include "ui/word_motion.h"
 
 namespace {
@@ -48,7 +49,8 @@ StringField::StringField(Dialog& dialog, int x, int y, Group newGroup, Westring*
       history_(history) {}
 
 StringField::~StringField() {
-  if (dialog_.exitCode() != Key::Esc) StringField::commit();
+  const int ended = dialog_.exitCode();
+  if (ended != Key::Esc && ended != Dialog::ProgramEnds) StringField::commit();
 }
 
 void StringField::commit() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "history/history_store.h"
-#include "ui/dialog.h"
+#include "ui/dialog_element.h"
 
 // A line of the caller's text, `width` columns of it shown. The first printable key replaces the
 // text as it stood; shifted cursor keys select; Alt-Down offers the field's history.

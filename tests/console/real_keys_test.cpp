@@ -131,7 +131,7 @@ TEST_F(RealKeys, ACapitalLeavesTheShiftStateToTheKeys) {
   EXPECT_EQ(lastShiftState(), ShiftState::Shift);
   XKeys::get().keyUp(XK_Shift_L);
   EXPECT_TRUE(waitUntil([] {
-    getKey(nullptr, nullptr, 10);
+    getKey(nullptr, 10);
     return lastShiftState() == 0;
   }));
 }
@@ -193,12 +193,12 @@ TEST_F(RealKeys, TheCloseButtonIsF10) {
 TEST_F(RealKeys, LosingTheFocusLetsGoOfTheModifiers) {
   XKeys::get().keyDown(XK_Alt_L);
   EXPECT_TRUE(waitUntil([] {
-    getKey(nullptr, nullptr, 10);
+    getKey(nullptr, 10);
     return lastShiftState() == ShiftState::Alt;
   }));
   XKeys::get().takeFocusAway();
   EXPECT_TRUE(waitUntil([] {
-    getKey(nullptr, nullptr, 10);
+    getKey(nullptr, 10);
     return lastShiftState() == 0;
   }));
   XKeys::get().keyUp(XK_Alt_L);
@@ -295,8 +295,8 @@ TEST_F(RealMouse, AMiddleClickIsNoKeyAndNoMessage) {
   XKeys::get().click(3, 3, 2);
   ASSERT_TRUE(waitUntil([] { return console->eventCount() == 2; }));
   MouseMessage message;
-  EXPECT_EQ(getKey(nullptr, &message, 0), 0);
-  EXPECT_EQ(getKey(nullptr, &message, 0), 0);
+  EXPECT_EQ(getKey(&message, 0), 0);
+  EXPECT_EQ(getKey(&message, 0), 0);
 }
 
 TEST_F(RealMouse, ShiftStatesComeWithAClick) {

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <functional>
 #include <thread>
@@ -42,14 +43,20 @@ void useServer(const XServer& server) {
   _exit(status);
 }
 
-// Runs `body` with a console on a server of its own; it ends the process.
+// Runs `body` with a console on a server of its own, and ends the console and the process.
 [[noreturn]] void onServer(const std::function<void(XServer&, CConsole&)>& body) {
   XServer server;
   useServer(server);
   if (!begin()) leave(9);
-  CConsole screen;
-  body(server, screen);
+  {
+    CConsole screen;
+    body(server, screen);
+  }
   leave(8);
+}
+
+void waitForTheEnd() {
+  while (!programEnds()) getKey();
 }
 
 using ToolkitDeathTest = Toolkit;
@@ -87,18 +94,18 @@ TEST_F(ToolkitDeathTest, ALostDisplayEndsAProgramThatWaitsForAKey) {
                 screen.writeWide(0, 0, L"text", 7);
                 screen.completePainting();
                 server.kill();
-                for (;;) getKey(nullptr, nullptr);
+                waitForTheEnd();
               }),
               testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
 }
 
-TEST_F(ToolkitDeathTest, ALostDisplayAnswersEscAndLetsAnOperationEnd) {
+TEST_F(ToolkitDeathTest, ALostDisplayIsNoEscAndLetsAnOperationEnd) {
   EXPECT_EXIT(onServer([](XServer& server, CConsole& screen) {
                 BreakScope operation;
                 server.kill();
                 while (!breakRequested()) {
                 }
-                const bool asked = getKey(nullptr, nullptr) == Key::Esc && escapePressed();
+                const bool told = programEnds() && getKey() == 0 && escapePressed();
                 // The screen is gone, but what the operation draws meanwhile does no harm.
                 screen.writeWide(0, 0, L"ending", 7);
                 screen.setGeometry(90, 30, Estring("DejaVu Sans"), 11);
@@ -107,8 +114,7 @@ TEST_F(ToolkitDeathTest, ALostDisplayAnswersEscAndLetsAnOperationEnd) {
                 screen.setClipboardText(Westring(L"x"));
                 screen.beep();
                 const bool empty = screen.getClipboardText().empty() && screen.picture().width == 0;
-                fputs(asked && empty && displayLost() ? "brought to its end\n" : "wrong\n", stderr);
-                for (;;) getKey(nullptr, nullptr);
+                fputs(told && empty && displayLost() ? "brought to its end\n" : "wrong\n", stderr);
               }),
               testing::ExitedWithCode(1),
               "^brought to its end\ntd: the connection to the X display is lost\n$");
@@ -122,7 +128,6 @@ TEST_F(ToolkitDeathTest, ALostDisplayIsNoticedWhilePainting) {
                   screen.completePainting();
                 }
                 fputs("noticed\n", stderr);
-                for (;;) getKey(nullptr, nullptr);
               }),
               testing::ExitedWithCode(1),
               "^noticed\ntd: the connection to the X display is lost\n$");
@@ -137,11 +142,65 @@ TEST_F(ToolkitDeathTest, ALostDisplayDoesNotKeepTheConsoleFromEnding) {
         {
           CConsole screen;
           server.kill();
-          getKey(nullptr, nullptr);
+          getKey();
         }
         leave(8);
       },
       testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
+}
+
+TEST_F(ToolkitDeathTest, ALostDisplayLeavesTimeToPutUnsavedWorkAside) {
+  EXPECT_EXIT(onServer([](XServer& server, CConsole&) {
+                server.kill();
+                waitForTheEnd();
+                // Where Esc means to stay, any number of further questions may be met on the way.
+                for (int i = 0; i < 1000; ++i) getKey();
+                fputs("saved\n", stderr);
+              }),
+              testing::ExitedWithCode(1), "^saved\ntd: the connection to the X display is lost\n$");
+}
+
+// Whoever is told when the display goes is told while he is there: neither half replaced nor after
+// his end.
+struct LossListener {
+  std::atomic<bool> alive{false};
+  static void told(void* self) {
+    if (!self || !static_cast<LossListener*>(self)->alive) leave(6);
+  }
+};
+
+TEST_F(ToolkitDeathTest, ADisplayLostWhileListenersComeAndGoIsNoCrash) {
+  EXPECT_EXIT(onServer([](XServer&, CConsole&) {
+                constexpr int Listeners = 64, RoundsAfterTheLoss = 1000;
+                static LossListener listeners[Listeners];
+                std::thread([] { XSetIOErrorHandler(nullptr)(nullptr); }).detach();
+                for (int i = 0, rest = RoundsAfterTheLoss; rest > 0; ++i) {
+                  LossListener& listener = listeners[i % Listeners];
+                  listener.alive = true;
+                  whenDisplayLost(LossListener::told, &listener);
+                  whenDisplayLost(nullptr, nullptr);
+                  listener.alive = false;
+                  if (displayLost()) --rest;
+                }
+              }),
+              testing::ExitedWithCode(1), "^td: the connection to the X display is lost\n$");
+}
+
+TEST_F(ToolkitDeathTest, ADisplayLostWhileTheConsoleEndsIsNoCrash) {
+  for (int delay = 0; delay < 6; ++delay) {
+    EXPECT_EXIT(
+        onServer([delay](XServer& server, CConsole&) {
+          std::thread([pid = server.pid(), delay] {
+            for (int i = 0; i < delay; ++i) sched_yield();
+            kill(pid, SIGKILL);
+          }).detach();
+        }),
+        [](int status) {
+          const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+          return code == 1 || code == 8;  // lost before or after the end
+        },
+        "");
+  }
 }
 
 TEST_F(ToolkitDeathTest, AThreadStuckWithTheLockDoesNotHoldUpTheEnd) {

@@ -31,7 +31,7 @@ class PanelMouseTest : public DrawnPanelsTest {
   }
   MouseOutcome next() {
     MouseMessage message;
-    if (getKey(nullptr, &message, 0) != Key::MouseEvent) return MouseOutcome::Nothing;
+    if (getKey(&message, 0) != Key::MouseEvent) return MouseOutcome::Nothing;
     return handlePanelMouse(message, state_, key_);
   }
   MouseOutcome wheel(int direction) {
@@ -607,7 +607,7 @@ TEST_F(PanelMouseTest, AKeyEndsScrollingAndIsNotLost) {
   queueKey(Key::F3);
   next();
   EXPECT_EQ(left().currentIndex(), 1);
-  EXPECT_EQ(getKey(nullptr, nullptr, 0), Key::F3);
+  EXPECT_EQ(getKey(nullptr, 0), Key::F3);
 }
 
 TEST_F(PanelMouseTest, ScrollingGoesOnWhileThePointerMovesInItsRow) {

@@ -83,7 +83,7 @@ void ConsoleTest::SetUp() {
   drainEvents();
   // The modifiers of an earlier test are let go.
   queueKey(Key::ShiftChanged, 0);
-  getKey(nullptr, nullptr, 0);
+  getKey(nullptr, 0);
 }
 
 void ConsoleTest::TearDown() {
@@ -206,7 +206,7 @@ int RealKeysTest::waitKey(MouseMessage* mouse, int timeoutMs) {
   int key = Key::ShiftChanged;
   waitUntil(
       [&] {
-        key = getKey(nullptr, mouse, 100);
+        key = getKey(mouse, 100);
         return key != Key::ShiftChanged && key != 0;
       },
       timeoutMs);

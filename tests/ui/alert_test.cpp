@@ -1,6 +1,7 @@
 #include "ui/alert.h"
 
 #include "options/colours.h"
+#include "support/end_request.h"
 #include "ui/alert_dialog.h"
 #include "ui/ui_test.h"
 
@@ -22,6 +23,16 @@ TEST_F(AlertTest, EscIsAlwaysCancel) {
   for (int set = 0; set <= 4; ++set) {
     EXPECT_EQ(answerTo({Key::Esc}, static_cast<AlertButtons>(set)), Answer::Cancel) << set;
   }
+}
+
+TEST_F(AlertTest, TheEndOfTheProgramIsNoAnswer) {
+  const EndRequest end;
+  EXPECT_EQ(alert("Save?", L"", AlertButtons::OkCancel), Answer::ProgramEnds);
+}
+
+TEST_F(AlertTest, TabAndEnterMeanTheSecondButton) {
+  queueKeys({Key::Tab, Key::Enter});
+  EXPECT_EQ(alert("Sure?", L"", AlertButtons::OkCancel), Answer::Cancel);
 }
 
 TEST_F(AlertTest, EnterIsTheFirstButton) {

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "options/colours.h"
+#include "support/end_request.h"
 #include "support/turkish_locale.h"
 #include "ui/ui_test.h"
 
@@ -278,7 +279,32 @@ TEST_F(DialogTest, TabToAHeadWithATabStopTakesTheElementReached) {
   EXPECT_EQ(dialog.focus(), 1);
 }
 
-TEST_F(DialogTest, WithOneGroupTabStaysWhereItIs) {
+TEST_F(DialogTest, WithButtonsAloneTabGoesToTheNextOne) {
+  Dialog dialog(-1, -2, 40, 10, Grey);
+  dialog.addButtons(-1, -1, Group::New, {{'a', "A"}, {'b', "B"}, {'c', "C"}});
+  queueKeys({Key::Tab, Key::Enter});
+  EXPECT_EQ(dialog.run(), 'b');
+  queueKeys({Key::Tab, Key::Tab, Key::Enter});
+  EXPECT_EQ(dialog.run(), 'a') << "behind the last comes the first";
+  queueKeys({Key::ShiftTab, Key::Enter});
+  EXPECT_EQ(dialog.run(), 'c');
+}
+
+TEST_F(DialogTest, BesideAnotherGroupTabLeavesTheButtons) {
+  Dialog dialog(-1, -2, 40, 10, Grey);
+  Westring text;
+  const int field = dialog.addString(1, 1, Group::New, &text, 10, 10);
+  const int ok = dialog.addOkCancel(-1, -1, Group::New);
+  dialog.addExitKey(TestDialog::Stop);
+  queueKeys({Key::Tab, TestDialog::Stop});
+  dialog.run();
+  EXPECT_EQ(dialog.focus(), ok);
+  queueKeys({Key::Tab, TestDialog::Stop});
+  dialog.run();
+  EXPECT_EQ(dialog.focus(), field);
+}
+
+TEST_F(DialogTest, WithOneGroupThatHoldsNoButtonsTabStaysWhereItIs) {
   TestDialog dialog;
   addProbe(dialog, Group::New);
   addProbe(dialog, Group::Same);
@@ -493,12 +519,104 @@ TEST_F(DialogTest, AnotherThreadMaySendMessagesWhileTheDialogRuns) {
   TestDialog dialog;
   Probe* probe = addProbe(dialog, Group::New);
   std::thread worker([&dialog] {
-    for (int i = 0; i < 200; ++i) dialog.sendMessage(0, {MessageKind::ListContent, i, 0, 0});
+    for (int i = 0; i < 200; ++i) {
+      EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftDrag, i, 0, 0}));
+    }
   });
   for (int i = 0; i < 50; ++i) queueKey('x');
   dialog.runQueued();
   worker.join();
-  EXPECT_EQ(probe->messages.size(), 251U);
+  dialog.runQueued();
+  EXPECT_EQ(probe->messages.size(), 252U);
+}
+
+// Ends its dialog by the first message that comes from elsewhere.
+class Awaiting : public Probe {
+ public:
+  using Probe::Probe;
+  bool handleMessage(const Message& message) override {
+    if (message.kind == MessageKind::ListLength) dialog_.setExitCode(message.code);
+    return Probe::handleMessage(message);
+  }
+};
+
+TEST_F(DialogTest, AMessageOfAnotherThreadWakesTheWaitingDialog) {
+  TestDialog dialog;
+  dialog.add(std::make_unique<Awaiting>(dialog, 0, 0, Group::New));
+  std::thread worker([&dialog] { dialog.sendMessage(0, {MessageKind::ListLength, 77, 0, 0}); });
+  EXPECT_EQ(dialog.run(), 77);
+  worker.join();
+}
+
+TEST_F(DialogTest, OfAListsMessagesNotYetPassedOnTheNewestCounts) {
+  TestDialog dialog;
+  Probe* probe = addProbe(dialog, Group::New);
+  std::thread([&dialog] {
+    for (int i = 0; i < 100; ++i) {
+      dialog.sendMessage(0, {MessageKind::ListLength, i, 0, 0});
+      dialog.sendMessage(0, {MessageKind::ListContent, 0, 0, 0});
+    }
+  }).join();
+  dialog.runQueued();
+  ASSERT_EQ(probe->messages.size(), 3U);
+  EXPECT_EQ(probe->messages[0].kind, MessageKind::ListLength);
+  EXPECT_EQ(probe->messages[0].code, 99);
+  EXPECT_EQ(probe->messages[1].kind, MessageKind::ListContent);
+}
+
+// Joins its worker inside a handler that runs a window of its own, as "Stop the search?" does.
+class Joining : public Probe {
+ public:
+  using Probe::Probe;
+  bool handleMessage(const Message& message) override {
+    Probe::handleMessage(message);
+    if (message.kind != MessageKind::Key || message.code != 'j') return false;
+    std::thread worker([this] {
+      for (int i = 0; i < 3; ++i) dialog_.sendMessage(0, {MessageKind::ListLength, i, 0, 0});
+    });
+    {
+      Dialog question(-1, -2, 20, 5, 0x70);
+      question.addOkCancel(-1, -1, Group::New);
+      question.run();
+    }
+    worker.join();
+    seenDuringTheQuestion = messages.size() > 1;
+    return true;
+  }
+  bool seenDuringTheQuestion = false;
+};
+
+TEST_F(DialogTest, AWorkerNeverWaitsForAControlThatAsksAQuestion) {
+  TestDialog dialog;
+  auto joining = std::make_unique<Joining>(dialog, 0, 0, Group::New);
+  Joining& control = *joining;
+  dialog.add(std::move(joining));
+  queueKeys({'j', Key::Enter});
+  dialog.runQueued();
+  EXPECT_FALSE(control.seenDuringTheQuestion) << "the list lies below the question";
+  ASSERT_EQ(control.messages.size(), 3U);
+  EXPECT_EQ(control.messages[1].code, 2);
+}
+
+TEST_F(DialogTest, TheEndOfTheProgramIsNeitherEscNorAKey) {
+  Dialog dialog(-1, -2, 40, 10, Grey);
+  dialog.addOkCancel(-1, -1, Group::New);
+  queueKeys({Key::Enter});
+  const EndRequest end;
+  EXPECT_EQ(dialog.run(), Dialog::ProgramEnds);
+  EXPECT_EQ(dialog.run(), Dialog::ProgramEnds);
+}
+
+TEST_F(DialogTest, TheEndOfTheProgramLeavesNothingInAHistory) {
+  const EndRequest end;
+  fieldHistory(FieldHistory::Destination)->clear();
+  Westring text = L"half typed";
+  {
+    Dialog dialog(-1, -2, 40, 10, Grey);
+    dialog.addString(1, 1, Group::New, &text, 20, 20, FieldHistory::Destination);
+    dialog.run();
+  }
+  EXPECT_EQ(fieldHistory(FieldHistory::Destination)->count(), 0);
 }
 
 TEST_F(DialogTest, AnExitKeyEndsWithItsOwnCode) {

@@ -12,6 +12,7 @@
 #include "panels/model/panel_pair.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/status_line.h"
+#include "ui/input_loop.h"
 
 namespace {
 
@@ -82,22 +83,23 @@ void showCursorBehindText(const Panel& panel) {
   setCursorShape(SearchCursorShape);
 }
 
-// What the search doesn't look at: shift changes, events without meaning, the end of a click.
-bool meansNothing(int key, const MouseMessage& mouse) {
-  if (key == 0 || key == Key::ShiftChanged) return true;
-  return key == Key::MouseEvent &&
-         (mouse.kind == MouseKind::LeftRelease || mouse.kind == MouseKind::RightRelease);
+// What the search looks at: a key, the mouse but for the end of a click, the end of the program.
+bool concernsSearch(const Input& input) {
+  if (input.kind != Input::Kind::Mouse) {
+    return input.kind == Input::Kind::Key || input.kind == Input::Kind::End;
+  }
+  return input.mouse.kind != MouseKind::LeftRelease && input.mouse.kind != MouseKind::RightRelease;
 }
 
-int readSearchKey(Panel& panel, MouseMessage& mouse) {
+Input readSearchInput(const Panel& panel) {
   TextStateGuard guard;
   showCursorBehindText(panel);
-  int key;
+  Input input;
   do {
-    key = getKey(nullptr, &mouse);
-    if (key == Key::ShiftChanged && showShiftState) showShiftState(lastShiftState());
-  } while (meansNothing(key, mouse));
-  return key;
+    input = nextInput();
+    if (input.kind == Input::Kind::Shift && showShiftState) showShiftState(lastShiftState());
+  } while (!concernsSearch(input));
+  return input;
 }
 
 bool isShiftTab(int key) {
@@ -127,9 +129,11 @@ int holdKeyboard(Panel& panel, MouseMessage& mouse) {
   int pending = 0;
   while (pending == 0 && !panel.quickSearch.empty()) {
     drawCursor(side, CursorBar::On);
-    const int key = readSearchKey(panel, mouse);
+    const Input input = readSearchInput(panel);
     drawCursor(side, CursorBar::Off);
-    if (!takeSearchKey(panel, key)) pending = key;
+    if (input.kind == Input::Kind::End) break;
+    mouse = input.mouse;
+    if (!takeSearchKey(panel, input.key)) pending = input.key;
   }
   panel.quickSearch = Westring();
   drawStatusLine(panel);

@@ -76,7 +76,7 @@ bool askExpression(TagMode mode, Westring& expression, Directories& directories)
   for (;;) {
     dialog.put(1, 0, groupHeading(mode, directories).data());
     const int ended = dialog.run();
-    if (ended != Key::AltD) return ended != Key::Esc;
+    if (ended != Key::AltD) return ended != Key::Esc && ended != Dialog::ProgramEnds;
     directories = flipped(directories);
   }
 }
