@@ -320,9 +320,15 @@ TEST_F(KeyCommands, EditTakesTheAssociationThenTheOptionThenTheInternalEditor) {
 }
 
 TEST_F(KeyCommands, AfterTheEditorThePanelsAreReadAgain) {
-  commandSeams().editFile = [this](const Westring&) { leftDir.write("new file", ""); };
+  const std::string under = currentName(left());
+  commandSeams().editFile = [this](const Westring&) {
+    leftDir.write("new file", "");
+    rightDir.write("other new file", "");
+  };
   press(Key::F4);
   EXPECT_NE(entryNamed(left(), "new file"), nullptr);
+  EXPECT_NE(entryNamed(right(), "other new file"), nullptr);
+  EXPECT_EQ(currentName(left()), under) << "the bar stays on the file that was edited";
 }
 
 TEST_F(KeyCommands, WhatIsViewedOrEditedInAnArchiveIsTakenOutFirst) {

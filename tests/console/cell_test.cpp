@@ -22,7 +22,9 @@ TEST(Cell, EverythingElseIsItself) {
   }
 }
 
-TEST(Cell, OccupiesEightBytesInAnArray) {
-  EXPECT_EQ(sizeof(Cell), 8u);
+TEST(Cell, IsABlankInGreyAndEqualOnlyInBothCharacterAndColour) {
+  EXPECT_EQ(Cell{}, (Cell{L' ', 7}));
+  EXPECT_FALSE((Cell{L'a', 7} == Cell{L'b', 7}));
+  EXPECT_FALSE((Cell{L'a', 7} == Cell{L'a', 8}));
 }
 }  // namespace

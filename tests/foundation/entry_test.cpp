@@ -1,7 +1,6 @@
 #include "foundation/entry.h"
 
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include <cwchar>
 
@@ -18,12 +17,16 @@ TEST(Entry, ANewOneIsBlankAndItsTotalIsUnset) {
   EXPECT_EQ(item->tagged, 0);
 }
 
-TEST(Entry, IsOneBlockJustLongEnoughForItsName) {
-  EXPECT_EQ(sizeof(entry), 40u);
-  const EntryPtr item(newEntry(20));
-  const size_t wanted = sizeof(entry) + 21 * sizeof(wchar_t);
-  EXPECT_GE(malloc_usable_size(item.get()), wanted);
-  EXPECT_LT(malloc_usable_size(item.get()), wanted + 16);
+TEST(Entry, HasRoomForANameOfTheLengthAskedFor) {
+  for (const int length : {0, 1, 20, 255}) {
+    const EntryPtr item(newEntry(length));
+    const std::wstring name(static_cast<size_t>(length), L'n');
+    wcscpy(item->name(), name.c_str());
+    item->size = 7;
+    EXPECT_EQ(item->name(), name);
+    const EntryPtr copy(copyEntry(item.get()));
+    EXPECT_EQ(copy->name(), name);
+  }
 }
 
 TEST(Entry, ACopyHoldsEverything) {
