@@ -6,6 +6,7 @@
 #include <chrono>
 
 #include "fileops/error_dialog.h"
+#include "foundation/not_offered.h"
 #include "foundation/system.h"
 
 namespace {
@@ -26,9 +27,8 @@ double secondsNow() {
 }
 
 // What the kernel answers when it can't move blocks between these two files.
-bool isNotOffered(int error) {
-  return error == EXDEV || error == EINVAL || error == EOPNOTSUPP || error == ENOSYS ||
-         error == EPERM;
+bool canNotMoveBlocks(int error) {
+  return isNotOffered(error) || error == EXDEV || error == EPERM;
 }
 
 class Copier {
@@ -122,7 +122,7 @@ size_t Copier::nextPiece() const {
 Step Copier::moveInKernel() {
   const double before = secondsNow();
   const ssize_t got = System::copyRange(job_.from, job_.to, nextPiece());
-  if (got < 0 && isNotOffered(errno)) return Step::UsePlainReads;
+  if (got < 0 && canNotMoveBlocks(errno)) return Step::UsePlainReads;
   if (got < 0 && errno == EIO) return readFailed(EIO);
   if (got < 0) return fail(CopyStatus::TargetFailed, errno);
   // A plain read has the last word on where the file ends: some file systems deliver nothing this

@@ -12,10 +12,6 @@ namespace {
 constexpr uint32_t LookMs = 50;
 constexpr off_t BlockSize = 512;  // the unit of st_blocks
 
-bool isSharedDevice(mode_t mode) {
-  return S_ISCHR(mode) || S_ISBLK(mode);
-}
-
 class FileCopy {
  public:
   FileCopy(RunningOperation& operation, const CopyRequest& request)
@@ -31,6 +27,7 @@ class FileCopy {
   CopyResult openDevice(mode_t mode, Descriptor& device);
   CopyResult fill(int to, Waits targetWaits);
   CopyResult finish(PartialFile& target);
+  int dress(int target) const;
   bool sourceStoodStill(off_t copied) const;
   bool replaces() const { return request_.replaced.has_value(); }
 
@@ -78,7 +75,9 @@ CopyResult FileCopy::run() {
 }
 
 CopyResult FileCopy::createTarget(PartialFile& target) const {
-  const mode_t mode = modeInTheMaking(info_.st_mode);
+  // Extended attributes are only given to a file that one may write to.
+  const mode_t writable = request_.kind == TransferKind::Move ? S_IWUSR : 0;
+  const mode_t mode = modeInTheMaking(info_.st_mode) | writable;
   if (replaces() && request_.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
   if (request_.making == Making::Directly && !replaces()) {
     const int error = target.createDirectly(request_.target, mode);
@@ -101,7 +100,7 @@ CopyResult FileCopy::copyToFile() {
   result = fill(target.fd(), Waits::No);
   if (result.status != CopyStatus::Done) {
     // Should the unfinished file stay after all, it is at least no more open than its source.
-    keepMode(target.fd(), info_);
+    static_cast<void>(keepMode(target.fd(), info_));
     return result;
   }
   return finish(target);
@@ -123,11 +122,7 @@ CopyResult FileCopy::fill(int to, Waits targetWaits) {
 
 CopyResult FileCopy::finish(PartialFile& target) {
   const bool move = request_.kind == TransferKind::Move;
-  if (move) keepOwnership(source_.get(), target.fd(), after_);
-  // Only its owner may set the time of a file that was written into.
-  const int timeError = keepTimes(target.fd(), after_);
-  if (timeError && !(timeError == EPERM && target.isInPlace())) return targetFailure(timeError);
-  keepMode(target.fd(), after_);
+  if (const int error = dress(target.fd())) return targetFailure(error);
   const off_t copied = move ? System::seek(target.fd(), 0, SEEK_CUR) : 0;
   const auto replace = replaces() ? PartialFile::Replace::Yes : PartialFile::Replace::No;
   if (const int error = target.commit(replace)) return targetFailure(error);
@@ -136,6 +131,13 @@ CopyResult FileCopy::finish(PartialFile& target) {
   if (request_.keepSource == KeepSource::Yes) return {};
   source_.reset();
   return removeMovedSource(operation_, request_);
+}
+
+int FileCopy::dress(int target) const {
+  int error = 0;
+  if (request_.kind == TransferKind::Move) error = keepOwnership(source_.get(), target, after_);
+  if (error == 0) error = keepTimes(target, after_);
+  return error ? error : keepMode(target, after_);
 }
 
 // What was added or changed since the file was opened is only in the source, and so is a file that
@@ -169,7 +171,7 @@ CopyResult FileCopy::copyToDevice(mode_t mode) {
   result = fill(device.get(), Waits::Yes);
   if (result.status != CopyStatus::Done) return result;
   // A device node belongs to the whole machine: its mode is nobody's copy.
-  if (!isSharedDevice(mode)) keepMode(device.get(), after_);
+  if (!isDeviceNode(mode)) static_cast<void>(keepMode(device.get(), after_));
   if (const int error = device.close()) return targetFailure(error);
   // What comes out at the other end is nobody's copy to keep.
   return {request_.kind == TransferKind::Copy ? CopyStatus::Done : CopyStatus::KeptSource, 0};
@@ -187,7 +189,11 @@ bool isUnchanged(const struct stat& before, const struct stat& now) {
 }
 
 bool isSpecialFile(mode_t mode) {
-  return S_ISFIFO(mode) || S_ISSOCK(mode) || S_ISCHR(mode) || S_ISBLK(mode);
+  return S_ISFIFO(mode) || S_ISSOCK(mode) || isDeviceNode(mode);
+}
+
+bool isDeviceNode(mode_t mode) {
+  return S_ISCHR(mode) || S_ISBLK(mode);
 }
 
 CopyResult copyFile(RunningOperation& operation, const CopyRequest& request) {

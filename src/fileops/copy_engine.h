@@ -42,6 +42,7 @@ CopyResult copyLink(RunningOperation& operation, const CopyRequest& request);
 CopyResult copyNode(RunningOperation& operation, const CopyRequest& request);
 
 bool isSpecialFile(mode_t mode);  // FIFO, socket, character or block device
+bool isDeviceNode(mode_t mode);   // character or block device
 
 // The number of a file that went is soon given to another one, which may be of another kind.
 bool isSameThing(const struct stat& before, const struct stat& now);

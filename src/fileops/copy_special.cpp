@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t FirstLinkBuffer = 512;
 constexpr size_t LargestLinkText = 1 << 20;
-constexpr mode_t PermissionBits = 07777;
+constexpr int NameOnly = O_PATH | O_NOFOLLOW | O_CLOEXEC;
 
 int readLinkText(const Place& link, std::string& text) {
   for (size_t size = FirstLinkBuffer; size <= LargestLinkText; size *= 2) {
@@ -27,26 +27,61 @@ int readLinkText(const Place& link, std::string& text) {
   return ENAMETOOLONG;
 }
 
-// Owner and time as the system allows; neither keeps the copy from being whole.
-void dress(int directory, const char* name, const CopyRequest& request, const struct stat& source) {
-  if (request.kind == TransferKind::Move) {
-    static_cast<void>(System::lchownAt(directory, name, source.st_uid, source.st_gid));
+// What was just made under `name`, and never what somebody put there since: a descriptor that only
+// names it, so that nothing is opened. 0, errno, or ESTALE for something else.
+int openMade(int directory, const char* name, const struct stat& source, Descriptor& made) {
+  made = Descriptor(System::openAt(directory, name, NameOnly));
+  if (!made.valid()) return errno;
+  struct stat info;
+  if (System::fstat(made.get(), &info) < 0) return errno;
+  const bool alike = (info.st_mode & S_IFMT) == (source.st_mode & S_IFMT) &&
+                     (!isDeviceNode(info.st_mode) || info.st_rdev == source.st_rdev);
+  return alike && info.st_nlink <= 1 ? 0 : ESTALE;
+}
+
+// What took the source's place since it was looked at has no say.
+int keepOwnershipOf(const CopyRequest& request, int made) {
+  const Place& place = request.source;
+  Descriptor source(System::openAt(place.directory, place.name, NameOnly));
+  struct stat info;
+  const bool same = source.valid() && System::fstat(source.get(), &info) == 0 &&
+                    isSameThing(*request.looked, info);
+  if (!same) source.reset();
+  return keepOwnership(source.get(), made, *request.looked);
+}
+
+// Owner, time and mode.
+int dress(int directory, const char* name, const CopyRequest& request) {
+  const struct stat& source = *request.looked;
+  if (S_ISLNK(source.st_mode) && request.kind == TransferKind::Copy) {
+    return keepLinkTimes(directory, name, source);
   }
-  if (!S_ISLNK(source.st_mode)) {
-    const mode_t mode = source.st_mode & PermissionBits;
-    static_cast<void>(System::chmodAt(directory, name, mode & ~(S_ISUID | S_ISGID)));
+  Descriptor made;
+  int error = openMade(directory, name, source, made);
+  if (error == 0 && request.kind == TransferKind::Move) {
+    error = keepOwnershipOf(request, made.get());
   }
-  const struct timespec time = copiedTime(source.st_mtim);
-  const struct timespec times[2] = {time, time};
-  static_cast<void>(System::utimensAt(directory, name, times, AT_SYMLINK_NOFOLLOW));
+  if (error == 0) error = keepTimes(made.get(), source);
+  if (error == 0 && !S_ISLNK(source.st_mode)) error = keepMode(made.get(), source);
+  return error;
+}
+
+// Makes it whole under `name`, or not at all.
+template <class Make>
+int makeWhole(const CopyRequest& request, const char* name, Make make) {
+  if (const int error = make(name)) return error;
+  const int error = dress(request.target.directory, name, request);
+  if (error && error != ESTALE) System::unlinkAt(request.target.directory, name, 0);
+  return error;
 }
 
 template <class Make>
 int makeInPlaceOf(const CopyRequest& request, Make make) {
   const Place& target = request.target;
   std::string temporary;
-  if (const int error = makeBeside(target, temporary, make)) return error;
-  dress(target.directory, temporary.c_str(), request, *request.looked);
+  const int made = makeBeside(target, temporary,
+                              [&](const char* name) { return makeWhole(request, name, make); });
+  if (made) return made;
   if (System::renameAt(target.directory, temporary.c_str(), target.directory, target.name) == 0) {
     return 0;
   }
@@ -74,8 +109,7 @@ CopyResult makeAnew(RunningOperation& operation, const CopyRequest& request, Mak
     error = makeInPlaceOf(request, make);
     if (error == EACCES) return {CopyStatus::Refused, EACCES};
   } else {
-    error = make(target.name);
-    if (error == 0) dress(target.directory, target.name, request, *request.looked);
+    error = makeWhole(request, target.name, make);
   }
   if (error) return targetFailure(error);
   operation.progress.advance(0);

@@ -87,8 +87,12 @@ Outcome Transfer::finishDirectory(Level& level) {
   settleDescriptions(level);
   const Outcome named = nameDirectory(level);
   if (named != Outcome::Done) return named;
-  dressDirectory(level);
-  Outcome outcome = level.left ? Outcome::LeftInPlace : Outcome::Done;
+  Outcome outcome = dressOrTell(level);
+  if (outcome != Outcome::Done) {
+    level.left = true;
+  } else if (level.left) {
+    outcome = Outcome::LeftInPlace;
+  }
   const bool clearing = !keepsSource(level.method);
   if (clearing && !level.left) outcome = removeSource(level);
   const bool sourceGone = clearing && outcome == Outcome::Done;
@@ -164,13 +168,25 @@ void Transfer::removeUnnamed(const Level& level) {
   removeTreeQuietly({target.directory, level.temporaryName.c_str(), target.path});
 }
 
-void Transfer::dressDirectory(const Level& level) {
-  if (!level.made && level.method != Method::ClearSource) return;
+int Transfer::dressDirectory(const Level& level) {
+  if (!level.made && level.method != Method::ClearSource) return 0;
+  int error = 0;
   if (level.method != Method::Copy) {
-    keepOwnership(level.source.fd(), level.target.get(), level.info);
-    static_cast<void>(keepTimes(level.target.get(), level.info));
+    error = keepOwnership(level.source.fd(), level.target.get(), level.info);
+    if (error == 0) error = keepTimes(level.target.get(), level.info);
   }
-  keepMode(level.target.get(), level.info);
+  const int modeError = keepMode(level.target.get(), level.info);
+  return error ? error : modeError;
+}
+
+// A source whose attributes couldn't be taken over stays.
+Outcome Transfer::dressOrTell(const Level& level) {
+  for (;;) {
+    const int error = dressDirectory(level);
+    if (error == 0) return Outcome::Done;
+    const ErrorAnswer answer = showError(operation_.ui, error, selfItem(level).target.shown());
+    if (answer != ErrorAnswer::Retry) return outcomeOf(answer);
+  }
 }
 
 // Never with what is in it: whatever appeared there in the meantime was not copied.
@@ -212,7 +228,7 @@ void Transfer::unwind() {
     if (unnamed && (level.replacesFile || tryName(level) != 0)) {
       removeUnnamed(level);
     } else {
-      dressDirectory(level);
+      static_cast<void>(dressDirectory(level));
       if (level.made) describeDirectory(level, false, selfItem(level));
     }
     levels_.pop_back();

@@ -1,5 +1,6 @@
 #include "fileops/rename_over_file.h"
 
+#include "foundation/not_offered.h"
 #include "foundation/partial_file.h"
 
 namespace {
@@ -7,10 +8,6 @@ namespace {
 int renamePlace(const Place& from, const Place& to) {
   const int result = System::renameAtNoReplace(from.directory, from.name, to.directory, to.name);
   return result == 0 ? 0 : errno;
-}
-
-bool isNotOffered(int error) {
-  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
 int exchange(const Place& a, const Place& b) {

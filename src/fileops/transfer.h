@@ -135,7 +135,8 @@ class Transfer {
   Outcome nameDirectory(Level& level);
   int tryName(const Level& level) const;
   void removeUnnamed(const Level& level);
-  static void dressDirectory(const Level& level);
+  static int dressDirectory(const Level& level);
+  Outcome dressOrTell(const Level& level);
   static void settleDescriptions(Level& level);
   static void carryOrphanLines(Level& level);
   Outcome removeSource(const Level& level);

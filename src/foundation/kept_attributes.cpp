@@ -1,5 +1,6 @@
 #include "foundation/kept_attributes.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -7,6 +8,7 @@
 #include <string>
 
 #include "foundation/dos_time.h"
+#include "foundation/not_offered.h"
 #include "foundation/system.h"
 
 namespace {
@@ -35,17 +37,29 @@ struct timespec copiedTimeAtTheEnds(struct timespec source) {
   return {source.tv_sec - (local.tm_sec & 1), 0};
 }
 
-void copyExtendedAttributes(int from, int to) {
+// 0 for what counts as done.
+int settled(int result) {
+  return result >= 0 || isAttributeNotOffered(errno) ? 0 : errno;
+}
+
+// One that is gone since it was listed, or that this process may not see, is none of its affairs.
+int copyExtendedAttribute(int from, int to, const char* name, std::string& room) {
+  const ssize_t size = System::getAttribute(from, name, room.data(), room.size());
+  if (size < 0) return errno == ENODATA || errno == EACCES ? 0 : settled(-1);
+  const int error = settled(System::setAttribute(to, name, room.data(), static_cast<size_t>(size)));
+  // The system's own guards give out their labels themselves.
+  return error == EACCES && strncmp(name, "security.", 9) == 0 ? 0 : error;
+}
+
+int copyExtendedAttributes(int from, int to) {
   std::string names(LargestAttributes, 0);
   const ssize_t length = System::listAttributes(from, names.data(), names.size());
-  if (length <= 0) return;
-  std::string value(LargestAttributes, 0);
+  if (length <= 0) return settled(static_cast<int>(length));
+  std::string room(LargestAttributes, 0);
   for (const char* name = names.data(); name < names.data() + length; name += strlen(name) + 1) {
-    const ssize_t size = System::getAttribute(from, name, value.data(), value.size());
-    if (size >= 0) {
-      static_cast<void>(System::setAttribute(to, name, value.data(), static_cast<size_t>(size)));
-    }
+    if (const int error = copyExtendedAttribute(from, to, name, room)) return error;
   }
+  return 0;
 }
 
 }  // namespace
@@ -61,7 +75,13 @@ struct timespec copiedTime(struct timespec source) {
 int keepTimes(int fd, const struct stat& source) {
   const struct timespec time = copiedTime(source.st_mtim);
   const struct timespec times[2] = {time, time};
-  return System::futimens(fd, times) == 0 ? 0 : errno;
+  return settled(System::futimens(fd, times));
+}
+
+int keepLinkTimes(int directory, const char* name, const struct stat& source) {
+  const struct timespec time = copiedTime(source.st_mtim);
+  const struct timespec times[2] = {time, time};
+  return settled(System::utimensAt(directory, name, times, AT_SYMLINK_NOFOLLOW));
 }
 
 mode_t keptMode(const struct stat& source, uid_t owner, gid_t group) {
@@ -70,22 +90,22 @@ mode_t keptMode(const struct stat& source, uid_t owner, gid_t group) {
   return same || S_ISDIR(source.st_mode) ? mode : mode & ~SetIdBits;
 }
 
-void keepMode(int fd, const struct stat& source) {
+int keepMode(int fd, const struct stat& source) {
   mode_t mode = source.st_mode & ModeBits;
   if ((mode & SetIdBits) != 0) {
     struct stat made;
     mode = System::fstat(fd, &made) == 0 ? keptMode(source, made.st_uid, made.st_gid)
                                          : mode & ~SetIdBits;
   }
-  static_cast<void>(System::fchmod(fd, mode));
+  return settled(System::fchmod(fd, mode));
 }
 
-void keepOwnership(int from, int to, const struct stat& source) {
-  if (System::fchown(to, source.st_uid, source.st_gid) < 0) {
-    // An ordinary user can at least keep the group, when it is one of theirs.
-    static_cast<void>(System::fchown(to, static_cast<uid_t>(-1), source.st_gid));
-  }
-  if (from >= 0) copyExtendedAttributes(from, to);
+int keepOwnership(int from, int to, const struct stat& source) {
+  int error = System::fchown(to, source.st_uid, source.st_gid) == 0 ? 0 : errno;
+  // An ordinary user can at least keep the group, when it is one of theirs.
+  if (error == EPERM) error = settled(System::fchown(to, static_cast<uid_t>(-1), source.st_gid));
+  if (error && !isNotOffered(error)) return error;
+  return from < 0 ? 0 : copyExtendedAttributes(from, to);
 }
 
 mode_t modeInTheMaking(mode_t source) {

@@ -10,16 +10,22 @@
 // The source's time in the grain of two seconds of local time; times outside 1980 to 2107 as they
 // are.
 struct timespec copiedTime(struct timespec source);
-// Access and modification time. 0 or errno.
+// The functions below take also descriptors opened with O_PATH, and give 0 or errno; what the file
+// system doesn't offer, or refuses for files of others, is done without and no error.
+
+// Access and modification time.
 int keepTimes(int fd, const struct stat& source);
+// The same for the name of a symbolic link.
+int keepLinkTimes(int directory, const char* name, const struct stat& source);
 
 // The mode for a copy that belongs to `owner` and `group`: set-id bits only stay with the same
 // ones, or a copy would lend the rights of whoever made it.
 mode_t keptMode(const struct stat& source, uid_t owner, gid_t group);
-// Puts the source's mode on an open file.
-void keepMode(int fd, const struct stat& source);
-// Owner, group and extended attributes, as far as the system allows; for a move. `from` may be -1.
-void keepOwnership(int from, int to, const struct stat& source);
+// The source's mode.
+int keepMode(int fd, const struct stat& source);
+// Owner, group and extended attributes, access lists among them; for a move. Without extended
+// attributes when `from` is -1.
+int keepOwnership(int from, int to, const struct stat& source);
 
 // The mode that a copy is made with: never more open than its source, before umask.
 mode_t modeInTheMaking(mode_t source);

@@ -2,14 +2,11 @@
 
 #include <cerrno>
 
+#include "foundation/not_offered.h"
+
 namespace {
 
 constexpr int NewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-
-// Some file systems can't flush; what was written is all they ever give.
-bool cannotFlush(int error) {
-  return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EROFS;
-}
 
 }  // namespace
 
@@ -49,7 +46,7 @@ int PartialFile::openInPlace(const Place& target, FileId looked) {
 }
 
 int PartialFile::commit(Replace replace) {
-  if (replace == Replace::Yes && System::sync(fd_.get()) < 0 && !cannotFlush(errno)) return errno;
+  if (replace == Replace::Yes && System::sync(fd_.get()) < 0 && !isNotOffered(errno)) return errno;
   if (const int error = fd_.close()) return error;
   if (way_ == Way::Beside) {
     const int result =

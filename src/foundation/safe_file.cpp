@@ -10,6 +10,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "foundation/not_offered.h"
 #include "foundation/utf8.h"
 
 namespace {
@@ -17,12 +18,6 @@ namespace {
 constexpr unsigned Attempts = 100;
 constexpr mode_t PrivateMode = 0600;
 constexpr unsigned Spread = 0x9E3779B9;  // odd: each count gives another number
-
-// File systems of other worlds keep no modes, or can't flush; what was written is whole all the
-// same.
-bool isUnsupported(int error) {
-  return error == ENOTSUP || error == ENOSYS || error == EINVAL || error == EPERM;
-}
 
 unsigned startNumber() {
   unsigned number;
@@ -78,8 +73,8 @@ int SafeFile::write(const void* bytes, size_t count) {
 
 int SafeFile::finish(mode_t mode) {
   if (!fd_.valid()) return EBADF;
-  if (System::sync(fd_.get()) < 0 && !isUnsupported(errno)) return errno;
-  if (System::fchmod(fd_.get(), mode) < 0 && !isUnsupported(errno)) return errno;
+  if (System::sync(fd_.get()) < 0 && !isNotOffered(errno)) return errno;
+  if (System::fchmod(fd_.get(), mode) < 0 && !isAttributeNotOffered(errno)) return errno;
   if (const int error = fd_.close()) return error;
   return System::rename(temporary_.c_str(), target_.c_str()) == 0 ? 0 : errno;
 }

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "foundation/not_offered.h"
+
 namespace {
 
 std::atomic<System::Hook> activeHook{nullptr};
@@ -54,6 +56,19 @@ Result shown(const char* call, void* found, Result result) {
   return result;
 }
 
+// A descriptor that only names a file (O_PATH) is refused by many calls, but the file itself, and
+// not whatever stands under its name by now, is reached through the process's own table.
+template <class ByDescriptor, class ByPath>
+auto throughAnyDescriptor(int fd, ByDescriptor byDescriptor, ByPath byPath) {
+  const auto result = byDescriptor();
+  if (result != -1 || errno != EBADF || fd < 0) return result;
+  char path[32];
+  snprintf(path, sizeof path, "/proc/self/fd/%d", fd);
+  const auto reached = byPath(path);
+  if (reached == -1 && errno == ENOENT) errno = ENOSYS;  // no such table here
+  return reached;
+}
+
 // Whatever is printed would end up in a file that got the number of a closed standard stream.
 int aboveStandardStreams(int fd, int flags) {
   if (fd < 0 || fd >= FirstFreeDescriptor) return fd;
@@ -63,11 +78,6 @@ int aboveStandardStreams(int fd, int flags) {
   ::close(fd);
   errno = error;
   return lifted;
-}
-
-// File systems without the atomic form say so with one of these.
-bool lacksNoReplace(int error) {
-  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
 }  // namespace
@@ -198,7 +208,7 @@ int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, cons
   const int result = guarded({"renameNoReplace", from, fromDirectory, to, toDirectory}, [&] {
     return ::renameat2(fromDirectory, from, toDirectory, to, RENAME_NOREPLACE);
   });
-  if (result == 0 || !lacksNoReplace(errno)) return result;
+  if (result == 0 || !isNotOffered(errno)) return result;
   struct ::stat existing;
   if (statAt(toDirectory, to, &existing, AT_SYMLINK_NOFOLLOW) == 0) {
     errno = EEXIST;
@@ -245,17 +255,17 @@ int chmod(const char* path, mode_t mode) {
   return guarded({"chmod", path}, [&] { return ::chmod(path, mode); });
 }
 
-int chmodAt(int directory, const char* name, mode_t mode) {
-  return guarded({"chmodAt", name, directory},
-                 [&] { return ::fchmodat(directory, name, mode, 0); });
-}
-
 int fchmod(int fd, mode_t mode) {
-  return guarded({"fchmod", NoPath, fd}, [&] { return ::fchmod(fd, mode); });
+  return guarded({"fchmod", NoPath, fd}, [&] {
+    return throughAnyDescriptor(
+        fd, [&] { return ::fchmod(fd, mode); },
+        [&](const char* path) { return ::chmod(path, mode); });
+  });
 }
 
 int fchown(int fd, uid_t owner, gid_t group) {
-  return guarded({"fchown", NoPath, fd}, [&] { return ::fchown(fd, owner, group); });
+  return guarded({"fchown", NoPath, fd},
+                 [&] { return ::fchownat(fd, "", owner, group, AT_EMPTY_PATH); });
 }
 
 int lchown(const char* path, uid_t owner, gid_t group) {
@@ -268,20 +278,35 @@ int lchownAt(int directory, const char* name, uid_t owner, gid_t group) {
 }
 
 ssize_t listAttributes(int fd, char* names, size_t bytes) {
-  return guarded({"listAttributes", NoPath, fd}, [&] { return ::flistxattr(fd, names, bytes); });
+  return guarded({"listAttributes", NoPath, fd}, [&] {
+    return throughAnyDescriptor(
+        fd, [&] { return ::flistxattr(fd, names, bytes); },
+        [&](const char* path) { return ::listxattr(path, names, bytes); });
+  });
 }
 
 ssize_t getAttribute(int fd, const char* name, void* value, size_t bytes) {
-  return guarded({"getAttribute", name, fd}, [&] { return ::fgetxattr(fd, name, value, bytes); });
+  return guarded({"getAttribute", name, fd}, [&] {
+    return throughAnyDescriptor(
+        fd, [&] { return ::fgetxattr(fd, name, value, bytes); },
+        [&](const char* path) { return ::getxattr(path, name, value, bytes); });
+  });
 }
 
 int setAttribute(int fd, const char* name, const void* value, size_t bytes) {
-  return guarded({"setAttribute", name, fd},
-                 [&] { return ::fsetxattr(fd, name, value, bytes, 0); });
+  return guarded({"setAttribute", name, fd}, [&] {
+    return throughAnyDescriptor(
+        fd, [&] { return ::fsetxattr(fd, name, value, bytes, 0); },
+        [&](const char* path) { return ::setxattr(path, name, value, bytes, 0); });
+  });
 }
 
 int futimens(int fd, const struct timespec times[2]) {
-  return guarded({"futimens", NoPath, fd}, [&] { return ::futimens(fd, times); });
+  return guarded({"futimens", NoPath, fd}, [&] {
+    const int result = ::futimens(fd, times);
+    if (result == 0 || errno != EBADF) return result;
+    return ::utimensat(fd, "", times, AT_EMPTY_PATH);
+  });
 }
 
 int utimensAt(int directory, const char* path, const struct timespec times[2], int flags) {

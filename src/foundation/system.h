@@ -50,7 +50,7 @@ ssize_t readlinkAt(int directory, const char* name, char* buffer, size_t bytes);
 int mknod(const char* path, mode_t mode, dev_t device);
 int mknodAt(int directory, const char* name, mode_t mode, dev_t device);
 int chmod(const char* path, mode_t mode);
-int chmodAt(int directory, const char* name, mode_t mode);
+// The calls on attributes by descriptor work through one that was opened with O_PATH as well.
 int fchmod(int fd, mode_t mode);
 int fchown(int fd, uid_t owner, gid_t group);
 int lchown(const char* path, uid_t owner, gid_t group);

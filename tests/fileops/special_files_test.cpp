@@ -190,6 +190,55 @@ TEST_F(SpecialFiles, InATreeTheyAreMadeAnewAndNeverRead) {
   EXPECT_TRUE(S_ISSOCK(statusOf(dir.path("to/copy/sock")).st_mode));
 }
 
+TEST_F(SpecialFiles, TheModeOfAFifoNeverGoesThroughALinkPutInItsPlace) {
+  struct Swap {
+    const TempDir& dir;
+    std::string made = {};
+
+    // As soon as something stands there, another one puts a link under its name.
+    static int onCall(const char* call, const char* path, void* context) {
+      auto* self = static_cast<Swap*>(context);
+      if (!self->made.empty()) {
+        std::filesystem::remove(self->made);
+        std::filesystem::create_symlink(self->dir.path("precious"), self->made);
+        self->made.clear();
+      }
+      if (strcmp(call, "mknodAt") == 0) self->made = path;
+      return 0;
+    }
+  };
+  dir.write("precious", "private");
+  dir.chmod("precious", 0600);
+  makeFifo("from/pipe", 0666);
+  dir.chmod("from/pipe", 0666);
+  const std::string source = dir.path("from/pipe");
+  const std::string target = dir.path("to/pipe");
+  CopyRequest request;
+  request.source = placeOf(source.c_str());
+  request.target = placeOf(target.c_str());
+  request.looked = statusOf(source);
+  RunningOperation operation(ui);
+  Swap swap{dir};
+  System::setHook(Swap::onCall, &swap);
+  const CopyResult result = copyNode(operation, request);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(result.status, CopyStatus::TargetFailed);
+  EXPECT_EQ(result.code, ESTALE);
+  EXPECT_EQ(dir.mode("precious"), 0600U);
+  EXPECT_EQ(std::filesystem::read_symlink(target), dir.path("precious")) << "nothing of ours";
+}
+
+TEST_F(SpecialFiles, TheModeOfAFifoIsWholeWhateverTheMask) {
+  makeFifo("from/pipe");
+  dir.chmod("from/pipe", 0666);
+  EXPECT_EQ(runInChild([&] {
+              umask(077);
+              EXPECT_EQ(copy("from", "to/copy"), Outcome::Done);
+            }),
+            0);
+  EXPECT_EQ(dir.mode("to/copy/pipe"), 0666U);
+}
+
 TEST_F(SpecialFiles, DeviceNodesInATreeNeedRoot) {
   if (!isRoot()) GTEST_SKIP() << "only root makes devices";
   ASSERT_EQ(mknod(dir.path("from/zero").c_str(), S_IFCHR | 0666, makedev(1, 5)), 0);
