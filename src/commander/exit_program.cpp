@@ -2,7 +2,7 @@
 
 #include "commander/command_seams.h"
 #include "console/text_state.h"
-#include "foundation/kept_attributes.h"
+#include "foundation/file_mode_mask.h"
 #include "foundation/safe_file.h"
 #include "foundation/utf8.h"
 #include "language/shell_quote.h"

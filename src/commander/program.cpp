@@ -17,6 +17,7 @@
 #include "console/console.h"
 #include "console/text_state.h"
 #include "foundation/data_paths.h"
+#include "foundation/file_mode_mask.h"
 #include "foundation/locale_settings.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
@@ -187,6 +188,7 @@ void wakeConsole() {
 
 int runProgram(int argc, char** argv) {
   fillStandardStreams();
+  static_cast<void>(fileModeMask());
   setlocale(LC_ALL, "");
   installSignals();
   setProgramPath(programPathOf(argc, argv));

@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <unordered_set>
 
+#include "foundation/file_mode_mask.h"
 #include "foundation/fold.h"
-#include "foundation/kept_attributes.h"
 #include "foundation/names.h"
 #include "foundation/safe_file.h"
 #include "foundation/system.h"

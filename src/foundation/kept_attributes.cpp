@@ -115,13 +115,3 @@ mode_t modeInTheMaking(mode_t source) {
 mode_t directoryModeInTheMaking(mode_t source) {
   return ((source & ModeBits) | OwnerOnly) & ~GroupAndOthers & ~SetIdBits;
 }
-
-mode_t fileModeMask() {
-  static const mode_t mask = [] {
-    constexpr mode_t Strictest = 0777;
-    const mode_t present = ::umask(Strictest);
-    ::umask(present);
-    return present;
-  }();
-  return mask;
-}

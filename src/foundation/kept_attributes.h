@@ -31,7 +31,3 @@ int keepOwnership(int from, int to, const struct stat& source);
 mode_t modeInTheMaking(mode_t source);
 // A directory that this process must be able to fill, and nobody else may see yet.
 mode_t directoryModeInTheMaking(mode_t source);
-
-// The process's umask. The system tells it only by changing it, so it is asked once; the program
-// never changes it. Application thread.
-mode_t fileModeMask();
