@@ -28,6 +28,7 @@ class FileCopy {
   CopyResult fill(int to, Waits targetWaits);
   CopyResult finish(PartialFile& target);
   int dress(int target) const;
+  CopyResult removeSource(off_t copied);
   bool sourceStoodStill(off_t copied) const;
   bool replaces() const { return request_.replaced.has_value(); }
 
@@ -78,7 +79,6 @@ CopyResult FileCopy::createTarget(PartialFile& target) const {
   // Extended attributes are only given to a file that one may write to.
   const mode_t writable = request_.kind == TransferKind::Move ? S_IWUSR : 0;
   const mode_t mode = modeInTheMaking(info_.st_mode) | writable;
-  if (replaces() && request_.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
   if (request_.making == Making::Directly && !replaces()) {
     const int error = target.createDirectly(request_.target, mode);
     return error ? targetFailure(error) : CopyResult{};
@@ -94,6 +94,12 @@ CopyResult FileCopy::createTarget(PartialFile& target) const {
 }
 
 CopyResult FileCopy::copyToFile() {
+  if (replaces() && request_.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
+  if (linkToMoved(operation_, request_, info_) == 0) {
+    after_ = info_;
+    operation_.progress.advance(info_.st_size);
+    return removeSource(info_.st_size);
+  }
   PartialFile target;
   CopyResult result = createTarget(target);
   if (result.status != CopyStatus::Done) return result;
@@ -127,6 +133,11 @@ CopyResult FileCopy::finish(PartialFile& target) {
   const auto replace = replaces() ? PartialFile::Replace::Yes : PartialFile::Replace::No;
   if (const int error = target.commit(replace)) return targetFailure(error);
   if (!move) return {};
+  operation_.movedLinks.remember(after_, request_.target);
+  return removeSource(copied);
+}
+
+CopyResult FileCopy::removeSource(off_t copied) {
   if (!sourceStoodStill(copied)) return {CopyStatus::LeftInPlace, 0};
   if (request_.keepSource == KeepSource::Yes) return {};
   source_.reset();
@@ -134,9 +145,12 @@ CopyResult FileCopy::finish(PartialFile& target) {
 }
 
 int FileCopy::dress(int target) const {
-  int error = 0;
-  if (request_.kind == TransferKind::Move) error = keepOwnership(source_.get(), target, after_);
-  if (error == 0) error = keepTimes(target, after_);
+  const bool move = request_.kind == TransferKind::Move;
+  const auto grain = move ? TimeGrain::Whole : TimeGrain::TwoSeconds;
+  struct stat times = after_;
+  times.st_atim = info_.st_atim;  // before it was read here
+  int error = move ? keepOwnership(source_.get(), target, after_) : 0;
+  if (error == 0) error = keepTimes(target, times, grain);
   return error ? error : keepMode(target, after_);
 }
 
@@ -198,6 +212,24 @@ bool isDeviceNode(mode_t mode) {
 
 CopyResult copyFile(RunningOperation& operation, const CopyRequest& request) {
   return FileCopy(operation, request).run();
+}
+
+int linkToMoved(RunningOperation& operation, const CopyRequest& request,
+                const struct stat& source) {
+  if (request.kind == TransferKind::Copy) return ENOENT;
+  const Place& target = request.target;
+  if (!request.replaced) return operation.movedLinks.link(source, target);
+  std::string name;
+  const int error = makeBeside(target, name, [&](const char* candidate) {
+    return operation.movedLinks.link(source, {target.directory, candidate, target.path});
+  });
+  if (error) return error;
+  const int renamed =
+      System::renameAt(target.directory, name.c_str(), target.directory, target.name);
+  const int renameError = renamed == 0 ? 0 : errno;
+  // Two names of one file stay both in a rename.
+  System::unlinkAt(target.directory, name.c_str(), 0);
+  return renameError;
 }
 
 CopyResult removeMovedSource(RunningOperation& operation, const CopyRequest& request) {

@@ -49,6 +49,11 @@ bool isSameThing(const struct stat& before, const struct stat& now);
 // The same thing with the same time.
 bool isUnchanged(const struct stat& before, const struct stat& now);
 
+// For a move: where the command moved another name of `source` already, the target becomes a
+// further name of what was made of it, in place of what it may replace. 0, or errno with nothing
+// changed.
+int linkToMoved(RunningOperation& operation, const CopyRequest& request, const struct stat& source);
+
 // For a move whose target is whole: takes the source away. When the user cancels here, a target
 // that took nobody's place is taken back.
 CopyResult removeMovedSource(RunningOperation& operation, const CopyRequest& request);

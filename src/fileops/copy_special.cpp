@@ -53,15 +53,15 @@ int keepOwnershipOf(const CopyRequest& request, int made) {
 // Owner, time and mode.
 int dress(int directory, const char* name, const CopyRequest& request) {
   const struct stat& source = *request.looked;
-  if (S_ISLNK(source.st_mode) && request.kind == TransferKind::Copy) {
+  const bool move = request.kind == TransferKind::Move;
+  if (S_ISLNK(source.st_mode) && !move) {
     return keepLinkTimes(directory, name, source);
   }
   Descriptor made;
   int error = openMade(directory, name, source, made);
-  if (error == 0 && request.kind == TransferKind::Move) {
-    error = keepOwnershipOf(request, made.get());
-  }
-  if (error == 0) error = keepTimes(made.get(), source);
+  if (error == 0 && move) error = keepOwnershipOf(request, made.get());
+  const auto grain = move ? TimeGrain::Whole : TimeGrain::TwoSeconds;
+  if (error == 0) error = keepTimes(made.get(), source, grain);
   if (error == 0 && !S_ISLNK(source.st_mode)) error = keepMode(made.get(), source);
   return error;
 }
@@ -103,15 +103,18 @@ bool isStillThere(const CopyRequest& request) {
 template <class Make>
 CopyResult makeAnew(RunningOperation& operation, const CopyRequest& request, Make make) {
   const Place& target = request.target;
-  int error = 0;
-  if (request.replaced) {
-    if (request.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
-    error = makeInPlaceOf(request, make);
-    if (error == EACCES) return {CopyStatus::Refused, EACCES};
-  } else {
-    error = makeWhole(request, target.name, make);
+  if (request.replaced && request.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
+  if (linkToMoved(operation, request, *request.looked) != 0) {
+    int error = 0;
+    if (request.replaced) {
+      error = makeInPlaceOf(request, make);
+      if (error == EACCES) return {CopyStatus::Refused, EACCES};
+    } else {
+      error = makeWhole(request, target.name, make);
+    }
+    if (error) return targetFailure(error);
+    if (request.kind == TransferKind::Move) operation.movedLinks.remember(*request.looked, target);
   }
-  if (error) return targetFailure(error);
   operation.progress.advance(0);
   if (request.kind == TransferKind::Copy) return {};
   if (!isStillThere(request)) return {CopyStatus::LeftInPlace, 0};

@@ -173,7 +173,7 @@ int Transfer::dressDirectory(const Level& level) {
   int error = 0;
   if (level.method != Method::Copy) {
     error = keepOwnership(level.source.fd(), level.target.get(), level.info);
-    if (error == 0) error = keepTimes(level.target.get(), level.info);
+    if (error == 0) error = keepTimes(level.target.get(), level.info, TimeGrain::Whole);
   }
   const int modeError = keepMode(level.target.get(), level.info);
   return error ? error : modeError;

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "fileops/description_file.h"
+#include "fileops/moved_links.h"
 #include "fileops/progress.h"
 #include "foundation/answer.h"
 #include "foundation/westring.h"
@@ -99,6 +100,7 @@ class RunningOperation {
   OperationAnswers answers;
   ProgressRecord progress;
   DescriptionCache descriptions;
+  MovedLinks movedLinks;
   bool interruptible = true;  // what cleans up goes on to its end
   bool foldNames = false;     // names of plain files copied out of directories become lower case
 

@@ -62,6 +62,13 @@ int copyExtendedAttributes(int from, int to) {
   return 0;
 }
 
+// A new file takes over the access list that its directory has ready for new ones; what is moved
+// has its own, or none.
+int dropInheritedList(int fd, const char* name) {
+  if (System::removeAttribute(fd, name) == 0 || errno == ENODATA) return 0;
+  return settled(-1);
+}
+
 }  // namespace
 
 struct timespec copiedTime(struct timespec source) {
@@ -72,10 +79,11 @@ struct timespec copiedTime(struct timespec source) {
   return {source.tv_sec - 1, 0};
 }
 
-int keepTimes(int fd, const struct stat& source) {
+int keepTimes(int fd, const struct stat& source, TimeGrain grain) {
   const struct timespec time = copiedTime(source.st_mtim);
-  const struct timespec times[2] = {time, time};
-  return settled(System::futimens(fd, times));
+  const struct timespec copied[2] = {time, time};
+  const struct timespec whole[2] = {source.st_atim, source.st_mtim};
+  return settled(System::futimens(fd, grain == TimeGrain::Whole ? whole : copied));
 }
 
 int keepLinkTimes(int directory, const char* name, const struct stat& source) {
@@ -105,7 +113,10 @@ int keepOwnership(int from, int to, const struct stat& source) {
   // An ordinary user can at least keep the group, when it is one of theirs.
   if (error == EPERM) error = settled(System::fchown(to, static_cast<uid_t>(-1), source.st_gid));
   if (error && !isNotOffered(error)) return error;
-  return from < 0 ? 0 : copyExtendedAttributes(from, to);
+  error = S_ISLNK(source.st_mode) ? 0 : dropInheritedList(to, "system.posix_acl_access");
+  const bool directory = S_ISDIR(source.st_mode);
+  if (error == 0 && directory) error = dropInheritedList(to, "system.posix_acl_default");
+  return error || from < 0 ? error : copyExtendedAttributes(from, to);
 }
 
 mode_t modeInTheMaking(mode_t source) {

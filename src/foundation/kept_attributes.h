@@ -13,9 +13,11 @@ struct timespec copiedTime(struct timespec source);
 // The functions below take also descriptors opened with O_PATH, and give 0 or errno; what the file
 // system doesn't offer, or refuses for files of others, is done without and no error.
 
-// Access and modification time.
-int keepTimes(int fd, const struct stat& source);
-// The same for the name of a symbolic link.
+// A copy has the source's modification time for both of its times, in their grain of two seconds; a
+// move has both times whole.
+enum class TimeGrain { TwoSeconds, Whole };
+int keepTimes(int fd, const struct stat& source, TimeGrain grain);
+// As of a copy, for the name of a symbolic link.
 int keepLinkTimes(int directory, const char* name, const struct stat& source);
 
 // The mode for a copy that belongs to `owner` and `group`: set-id bits only stay with the same

@@ -224,6 +224,11 @@ int renameExchange(int fromDirectory, const char* from, int toDirectory, const c
   });
 }
 
+int linkAt(int fromDirectory, const char* from, int toDirectory, const char* to) {
+  return guarded({"linkAt", from, fromDirectory, to, toDirectory},
+                 [&] { return ::linkat(fromDirectory, from, toDirectory, to, 0); });
+}
+
 int symlink(const char* target, const char* path) {
   return guarded({"symlink", path}, [&] { return ::symlink(target, path); });
 }
@@ -298,6 +303,14 @@ int setAttribute(int fd, const char* name, const void* value, size_t bytes) {
     return throughAnyDescriptor(
         fd, [&] { return ::fsetxattr(fd, name, value, bytes, 0); },
         [&](const char* path) { return ::setxattr(path, name, value, bytes, 0); });
+  });
+}
+
+int removeAttribute(int fd, const char* name) {
+  return guarded({"removeAttribute", name, fd}, [&] {
+    return throughAnyDescriptor(
+        fd, [&] { return ::fremovexattr(fd, name); },
+        [&](const char* path) { return ::removexattr(path, name); });
   });
 }
 

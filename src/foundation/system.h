@@ -43,6 +43,8 @@ int renameAtNoReplace(int fromDirectory, const char* from, int toDirectory, cons
 // Both must exist; each gets the other's name in one step. EINVAL or ENOSYS where that isn't
 // offered.
 int renameExchange(int fromDirectory, const char* from, int toDirectory, const char* to);
+// Another name for `from` itself, also when that is a symbolic link.
+int linkAt(int fromDirectory, const char* from, int toDirectory, const char* to);
 int symlink(const char* target, const char* path);
 int symlinkAt(const char* target, int directory, const char* name);
 ssize_t readlink(const char* path, char* buffer, size_t bytes);
@@ -58,6 +60,7 @@ int lchownAt(int directory, const char* name, uid_t owner, gid_t group);
 ssize_t listAttributes(int fd, char* names, size_t bytes);  // extended attributes
 ssize_t getAttribute(int fd, const char* name, void* value, size_t bytes);
 int setAttribute(int fd, const char* name, const void* value, size_t bytes);
+int removeAttribute(int fd, const char* name);
 int futimens(int fd, const struct timespec times[2]);
 int utimensAt(int directory, const char* path, const struct timespec times[2], int flags);
 DIR* openDirectory(const char* path);
