@@ -16,7 +16,6 @@ namespace {
 
 constexpr off_t LargestFile = 64 << 20;  // nobody describes so much; such a file is left alone
 constexpr mode_t NewFileMode = 0660;
-constexpr mode_t ModeBits = 07777;
 
 bool unchanged(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
@@ -185,12 +184,10 @@ int DescriptionFile::removeFile() {
 
 int DescriptionFile::write(const std::string& content) {
   SafeFile file;
-  if (const int error = file.create(decodeFileName(path().c_str()))) return error;
+  // Anybody's directory may hold one; a link there is never written through.
+  if (const int error = file.create(decodeFileName(path().c_str()), Links::Refuse)) return error;
   if (const int error = file.write(content.data(), content.size())) return error;
-  if (state_ != State::Read) return file.commit(NewFileMode & ~fileModeMask());
-  // The file of another user stays theirs, where the system lets us give it back.
-  static_cast<void>(System::fchown(file.descriptor(), info_.st_uid, info_.st_gid));
-  return file.commit(info_.st_mode & ModeBits);
+  return file.commit(NewFileMode & ~fileModeMask());
 }
 
 void DescriptionFile::forgetChanges() {

@@ -10,13 +10,14 @@
 #include <cstring>
 #include <ctime>
 
+#include "foundation/kept_attributes.h"
 #include "foundation/not_offered.h"
-#include "foundation/utf8.h"
+#include "foundation/place.h"
+#include "foundation/status.h"
 
 namespace {
 
 constexpr unsigned Attempts = 100;
-constexpr mode_t PrivateMode = 0600;
 constexpr unsigned Spread = 0x9E3779B9;  // odd: each count gives another number
 
 unsigned startNumber() {
@@ -41,16 +42,46 @@ SafeFile::~SafeFile() {
   discard();
 }
 
-int SafeFile::create(const Westring& target) {
+int SafeFile::create(const Westring& target, Links links) {
   discard();
-  target_ = toUtf8(target).data();
+  read_.reset();
+  if (const int error = findWrittenPlace(bytePath(target), links, place_)) return error;
+  if (const int error = lookAtTarget()) return error;
+  return createBeside();
+}
+
+int SafeFile::create(const Westring& target, const FileStamp& read) {
+  if (const int error = create(target)) return error;
+  read_ = read;
+  const int error = lookAtTarget();
+  if (error) discard();
+  return error;
+}
+
+int SafeFile::lookAtTarget() {
+  struct stat info;
+  old_.reset();
+  if (System::statAt(place_.directory.get(), place_.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) < 0) {
+    if (errno != ENOENT) return errno;
+  } else {
+    if (S_ISDIR(info.st_mode)) return EISDIR;
+    if (!S_ISREG(info.st_mode)) return EINVAL;
+    old_ = info;
+  }
+  if (!read_) return 0;
+  const FileStamp now = old_ ? FileStamp::of(*old_) : FileStamp();
+  return now == *read_ ? 0 : Status::ChangedMeanwhile;
+}
+
+int SafeFile::createBeside() {
+  constexpr int NewFile = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   for (unsigned attempt = 0; attempt < Attempts; ++attempt) {
-    const std::string name = temporaryNameBeside(target_.c_str(), attempt);
-    const int fd =
-        System::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, PrivateMode);
-    if (fd >= 0) {
-      fd_ = Descriptor(fd);
+    const std::string name = temporaryNameBeside(place_.name.c_str(), attempt);
+    fd_ = Descriptor(System::openAt(place_.directory.get(), name.c_str(), NewFile, PrivateMode));
+    if (fd_.valid()) {
       temporary_ = name;
+      temporaryPath_ = place_.directoryPath;
+      replaceTail(temporaryPath_, temporaryPath_.size(), name.c_str());
       return 0;
     }
     if (errno != EEXIST) return errno;
@@ -71,23 +102,72 @@ int SafeFile::write(const void* bytes, size_t count) {
   return 0;
 }
 
-int SafeFile::finish(mode_t mode) {
-  if (!fd_.valid()) return EBADF;
-  if (System::sync(fd_.get()) < 0 && !isNotOffered(errno)) return errno;
-  if (System::fchmod(fd_.get(), mode) < 0 && !isAttributeNotOffered(errno)) return errno;
-  if (const int error = fd_.close()) return error;
-  return System::rename(temporary_.c_str(), target_.c_str()) == 0 ? 0 : errno;
+int SafeFile::dressAs(const struct stat& old) {
+  Descriptor from(
+      System::openAt(place_.directory.get(), place_.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  struct stat info;
+  if (!from.valid() || System::fstat(from.get(), &info) < 0) return errno;
+  if (idOf(info) != idOf(old)) from.reset();
+  if (const int error = keepOwnership(from.get(), fd_.get(), old)) return error;
+  if (System::fstat(fd_.get(), &info) < 0) return errno;
+  struct stat kept = old;
+  // Where the group couldn't be kept, another one must not get its rights.
+  if (info.st_gid != old.st_gid) kept.st_mode &= ~S_IRWXG | (old.st_mode & S_IRWXO) << 3;
+  return keepMode(fd_.get(), kept);
 }
 
-int SafeFile::commit(mode_t mode) {
-  const int error = finish(mode);
-  if (error == 0) temporary_.clear();  // it has the target's name now
+int SafeFile::dress(mode_t newMode) {
+  if (const int error = lookAtTarget()) return error;
+  if (old_) return dressAs(*old_);
+  if (System::fchmod(fd_.get(), newMode) < 0 && !isAttributeNotOffered(errno)) return errno;
+  return 0;
+}
+
+int SafeFile::takeName() {
+  const int directory = place_.directory.get();
+  const bool mustBeNew = read_ && !read_->exists;
+  const int renamed =
+      mustBeNew
+          ? System::renameAtNoReplace(directory, temporary_.c_str(), directory, place_.name.c_str())
+          : System::renameAt(directory, temporary_.c_str(), directory, place_.name.c_str());
+  if (renamed < 0) return mustBeNew && errno == EEXIST ? Status::ChangedMeanwhile : errno;
+  temporary_.clear();
+  return 0;
+}
+
+// Without it the new file is whole, but the name may lead to the old one after a power failure.
+int SafeFile::syncDirectory() {
+  const Descriptor directory(
+      System::openAt(place_.directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!directory.valid()) return errno == EACCES ? 0 : errno;
+  return System::sync(directory.get()) == 0 || isNotOffered(errno) ? 0 : errno;
+}
+
+int SafeFile::commit(mode_t newMode) {
+  if (!fd_.valid()) return EBADF;
+  stamp_ = {};
+  struct stat made;
+  int error = dress(newMode);
+  if (error == 0 && System::sync(fd_.get()) < 0 && !isNotOffered(errno)) error = errno;
+  if (error == 0 && System::fstat(fd_.get(), &made) < 0) error = errno;
+  if (error == 0) error = fd_.close();
+  if (error == 0) error = takeName();
+  if (error) {
+    discard();
+    return error;
+  }
   discard();
-  return error;
+  struct stat info;
+  const bool ours = System::statAt(place_.directory.get(), place_.name.c_str(), &info,
+                                   AT_SYMLINK_NOFOLLOW) == 0 &&
+                    idOf(info) == idOf(made);
+  stamp_ = FileStamp::of(ours ? info : made);
+  return syncDirectory();
 }
 
 void SafeFile::discard() {
   fd_.reset();
-  if (!temporary_.empty()) System::unlink(temporary_.c_str());
+  if (!temporary_.empty()) System::unlinkAt(place_.directory.get(), temporary_.c_str(), 0);
   temporary_.clear();
+  temporaryPath_.clear();
 }

@@ -1,35 +1,61 @@
 #pragma once
 
+#include <sys/stat.h>
+
+#include <optional>
 #include <string>
 
+#include "foundation/file_stamp.h"
 #include "foundation/system.h"
 #include "foundation/westring.h"
+#include "foundation/written_place.h"
 
 // Replaces a file by a whole new one: what is written goes to a new file beside the target
 // (exclusive, not through links, mode 0600 while in the making), and commit flushes it and renames
-// it over the target. Without commit the destructor removes it and the target is untouched.
+// it over the target. Where the target is a symbolic link, the file that it leads to is replaced,
+// or made, and the link stays. Without commit the destructor removes the new file and the target is
+// untouched.
 class SafeFile {
  public:
+  static constexpr mode_t PrivateMode = 0600;
+
   SafeFile() = default;
   ~SafeFile();
   SafeFile(const SafeFile&) = delete;
   SafeFile& operator=(const SafeFile&) = delete;
 
-  int create(const Westring& target);  // 0 or errno
+  // 0 or errno; only a regular file is ever replaced (EISDIR, EINVAL).
+  int create(const Westring& target, Links links = Links::Follow);
+  // The same for a target that was read before: Status::ChangedMeanwhile, here or from commit, when
+  // it isn't any more what it was then.
+  int create(const Westring& target, const FileStamp& read);
   int descriptor() const { return fd_.get(); }
   int write(const void* bytes, size_t count);  // all of it, or errno
-  // fsync, chmod, close, rename; 0 or errno. After an error the new file is gone and the target is
-  // as it was.
-  int commit(mode_t mode);
+  // Gives the new file the target's owner, mode and extended attributes, as far as the system
+  // allows, or `newMode` where there was none; fsync, close, rename, fsync of the directory. 0 or
+  // an error, after which the new file is gone and the target is as it was; only an error of the
+  // very last step comes when the target is the new one already (`stamp` tells).
+  int commit(mode_t newMode = PrivateMode);
   void discard();
-  const std::string& temporaryPath() const { return temporary_; }  // "" when there is none
+  const std::string& temporaryPath() const { return temporaryPath_; }  // "" when there is none
+  // The target after commit, for the next `create`; without one there is nothing in it.
+  const FileStamp& stamp() const { return stamp_; }
 
  private:
-  int finish(mode_t mode);
+  int lookAtTarget();
+  int createBeside();
+  int dress(mode_t newMode);
+  int dressAs(const struct stat& old);
+  int takeName();
+  int syncDirectory();
 
   Descriptor fd_;
-  std::string target_;
-  std::string temporary_;
+  WrittenPlace place_;
+  std::string temporary_;  // name in the place's directory; "" when there is none
+  std::string temporaryPath_;
+  std::optional<struct stat> old_;  // the target, when it was looked at last
+  std::optional<FileStamp> read_;   // what it must still be
+  FileStamp stamp_;
 };
 
 // The recognisable path of a file in the making, in the directory of `utf8Target`: ".td-" and eight
