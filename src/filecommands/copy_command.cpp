@@ -7,6 +7,7 @@
 #include "fileops/directory_size.h"
 #include "fileops/error_dialog.h"
 #include "fileops/folded_name.h"
+#include "fileops/notices.h"
 #include "fileops/target_name.h"
 #include "fileops/transfer.h"
 #include "foundation/break_state.h"
@@ -234,6 +235,7 @@ Outcome CopyCommand::transferTagged(Transfer& transfer, const entry& item, int i
 
 void CopyCommand::end() {
   operation_.descriptions.flush();
+  tellChanged(operation_);
   ui_.closeWindows();
   panelRefresh();
   if (!panelPair().holds(source_) || newName_.empty()) return;

@@ -52,6 +52,8 @@ class Copier {
     }
   }
 
+  off_t copied() const { return copied_; }
+
  private:
   void skipHole();
   off_t endInHole();
@@ -195,6 +197,9 @@ CopyResult waitReady(RunningOperation& operation, int fd, short events) {
   }
 }
 
-CopyResult copyBlocks(RunningOperation& operation, const BlockCopy& job) {
-  return Copier(operation, job).run();
+CopyResult copyBlocks(RunningOperation& operation, const BlockCopy& job, off_t& copied) {
+  Copier copier(operation, job);
+  const CopyResult result = copier.run();
+  copied += copier.copied();
+  return result;
 }

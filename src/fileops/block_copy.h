@@ -20,7 +20,8 @@ struct BlockCopy {
 };
 
 // Moves everything from the one descriptor to the other, looking for Break and Esc at least 20
-// times a second. Done, Cancelled, SourceFailed, TargetFailed or Failed.
-CopyResult copyBlocks(RunningOperation& operation, const BlockCopy& job);
+// times a second, and adds their number to `copied`. Done, Cancelled, SourceFailed, TargetFailed or
+// Failed.
+CopyResult copyBlocks(RunningOperation& operation, const BlockCopy& job, off_t& copied);
 // Waits until the descriptor is ready for `events` of poll, or the operation is cancelled.
 CopyResult waitReady(RunningOperation& operation, int fd, short events);

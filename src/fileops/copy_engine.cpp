@@ -2,7 +2,9 @@
 
 #include "fileops/block_copy.h"
 #include "fileops/delete_file.h"
+#include "fileops/notices.h"
 #include "foundation/kept_attributes.h"
+#include "foundation/mount_id.h"
 #include "foundation/partial_file.h"
 #include "foundation/system.h"
 #include "foundation/threads.h"
@@ -28,8 +30,9 @@ class FileCopy {
   CopyResult fill(int to, Waits targetWaits);
   CopyResult finish(PartialFile& target);
   int dress(int target) const;
-  CopyResult removeSource(off_t copied);
-  bool sourceStoodStill(off_t copied) const;
+  CopyResult removeSource();
+  void noteChange();
+  bool sourceStoodStill() const;
   bool replaces() const { return request_.replaced.has_value(); }
 
   RunningOperation& operation_;
@@ -37,6 +40,7 @@ class FileCopy {
   Descriptor source_;
   struct stat info_ {};   // of the source, when it was opened
   struct stat after_ {};  // and when it had been read
+  off_t copied_ = 0;
 };
 
 // The first try asks for a file that nobody writes to; where the system refuses that, a second one
@@ -97,21 +101,25 @@ CopyResult FileCopy::copyToFile() {
   if (replaces() && request_.overwrite == Permission::No) return {CopyStatus::Exists, EEXIST};
   if (linkToMoved(operation_, request_, info_) == 0) {
     after_ = info_;
-    operation_.progress.advance(info_.st_size);
-    return removeSource(info_.st_size);
+    copied_ = info_.st_size;
+    operation_.progress.advance(copied_);
+    return removeSource();
   }
   PartialFile target;
   CopyResult result = createTarget(target);
   if (result.status != CopyStatus::Done) return result;
   result = fill(target.fd(), Waits::No);
-  if (result.status != CopyStatus::Done) {
+  if (result.status == CopyStatus::Done) {
+    result = finish(target);
+  } else {
     // Should the unfinished file stay after all, it is at least no more open than its source.
     static_cast<void>(keepMode(target.fd(), info_));
-    return result;
   }
-  return finish(target);
+  if (target.discard() != 0) tellLeftover(operation_, target.path());
+  return result;
 }
 
+// All that the source has when its end is read; what is added to it meanwhile comes along.
 CopyResult FileCopy::fill(int to, Waits targetWaits) {
   BlockCopy job;
   job.from = source_.get();
@@ -121,24 +129,43 @@ CopyResult FileCopy::fill(int to, Waits targetWaits) {
   job.stored = info_.st_blocks * BlockSize;
   job.sourceWaits = S_ISREG(info_.st_mode) ? Waits::No : Waits::Yes;
   job.targetWaits = targetWaits;
-  const CopyResult result = copyBlocks(operation_, job);
-  if (result.status != CopyStatus::Done) return result;
-  return System::fstat(source_.get(), &after_) == 0 ? result : sourceFailure(errno);
+  for (;;) {
+    const off_t before = copied_;
+    const CopyResult result = copyBlocks(operation_, job, copied_);
+    if (result.status != CopyStatus::Done) return result;
+    if (System::fstat(source_.get(), &after_) < 0) return sourceFailure(errno);
+    if (!S_ISREG(after_.st_mode) || copied_ >= after_.st_size) return result;
+    // What the kernel shows of itself has no true size; anywhere else bytes are missing.
+    if (copied_ == before) return isKernelFileSystem(source_.get()) ? result : sourceFailure(EIO);
+    job.expected = job.stored = 0;
+  }
 }
 
 CopyResult FileCopy::finish(PartialFile& target) {
   const bool move = request_.kind == TransferKind::Move;
   if (const int error = dress(target.fd())) return targetFailure(error);
-  const off_t copied = move ? System::seek(target.fd(), 0, SEEK_CUR) : 0;
   const auto replace = replaces() ? PartialFile::Replace::Yes : PartialFile::Replace::No;
   if (const int error = target.commit(replace)) return targetFailure(error);
-  if (!move) return {};
-  operation_.movedLinks.remember(after_, request_.target);
-  return removeSource(copied);
+  if (move) {
+    operation_.movedLinks.remember(after_, request_.target);
+    return removeSource();
+  }
+  noteChange();
+  return {};
 }
 
-CopyResult FileCopy::removeSource(off_t copied) {
-  if (!sourceStoodStill(copied)) return {CopyStatus::LeftInPlace, 0};
+void FileCopy::noteChange() {
+  const bool changed = !isUnchanged(info_, after_) || info_.st_size != after_.st_size ||
+                       info_.st_ctim.tv_sec != after_.st_ctim.tv_sec ||
+                       info_.st_ctim.tv_nsec != after_.st_ctim.tv_nsec;
+  if (S_ISREG(info_.st_mode) && changed) operation_.changedSources.add(request_.source.path);
+}
+
+CopyResult FileCopy::removeSource() {
+  if (!sourceStoodStill()) {
+    operation_.changedSources.add(request_.source.path);
+    return {CopyStatus::LeftInPlace, 0};
+  }
   if (request_.keepSource == KeepSource::Yes) return {};
   source_.reset();
   return removeMovedSource(operation_, request_);
@@ -157,11 +184,11 @@ int FileCopy::dress(int target) const {
 // What was added or changed since the file was opened is only in the source, and so is a file that
 // was saved anew under its name. A name that can't be looked at can't be removed, which is told
 // there.
-bool FileCopy::sourceStoodStill(off_t copied) const {
+bool FileCopy::sourceStoodStill() const {
   const Place& place = request_.source;
   struct stat now;
   if (System::statAt(place.directory, place.name, &now, AT_SYMLINK_NOFOLLOW) < 0) now = after_;
-  return S_ISREG(now.st_mode) && now.st_size == copied && isUnchanged(info_, now);
+  return S_ISREG(now.st_mode) && now.st_size == copied_ && isUnchanged(info_, now);
 }
 
 // A FIFO that nobody reads yet can't be opened without waiting for ever.
@@ -187,6 +214,7 @@ CopyResult FileCopy::copyToDevice(mode_t mode) {
   // A device node belongs to the whole machine: its mode is nobody's copy.
   if (!isDeviceNode(mode)) static_cast<void>(keepMode(device.get(), after_));
   if (const int error = device.close()) return targetFailure(error);
+  noteChange();
   // What comes out at the other end is nobody's copy to keep.
   return {request_.kind == TransferKind::Copy ? CopyStatus::Done : CopyStatus::KeptSource, 0};
 }

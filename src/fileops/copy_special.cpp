@@ -1,6 +1,7 @@
 #include <string>
 
 #include "fileops/copy_engine.h"
+#include "fileops/notices.h"
 #include "foundation/kept_attributes.h"
 #include "foundation/partial_file.h"
 #include "foundation/system.h"
@@ -66,27 +67,34 @@ int dress(int directory, const char* name, const CopyRequest& request) {
   return error;
 }
 
+void removeMade(RunningOperation& operation, const Place& target, const char* name) {
+  if (System::unlinkAt(target.directory, name, 0) == 0 || errno == ENOENT) return;
+  tellLeftover(operation, pathBeside(target, name));
+}
+
 // Makes it whole under `name`, or not at all.
 template <class Make>
-int makeWhole(const CopyRequest& request, const char* name, Make make) {
+int makeWhole(RunningOperation& operation, const CopyRequest& request, const char* name,
+              Make make) {
   if (const int error = make(name)) return error;
   const int error = dress(request.target.directory, name, request);
-  if (error && error != ESTALE) System::unlinkAt(request.target.directory, name, 0);
+  if (error && error != ESTALE) removeMade(operation, request.target, name);
   return error;
 }
 
 template <class Make>
-int makeInPlaceOf(const CopyRequest& request, Make make) {
+int makeInPlaceOf(RunningOperation& operation, const CopyRequest& request, Make make) {
   const Place& target = request.target;
   std::string temporary;
-  const int made = makeBeside(target, temporary,
-                              [&](const char* name) { return makeWhole(request, name, make); });
+  const int made = makeBeside(target, temporary, [&](const char* name) {
+    return makeWhole(operation, request, name, make);
+  });
   if (made) return made;
   if (System::renameAt(target.directory, temporary.c_str(), target.directory, target.name) == 0) {
     return 0;
   }
   const int error = errno;
-  System::unlinkAt(target.directory, temporary.c_str(), 0);
+  removeMade(operation, target, temporary.c_str());
   return error;
 }
 
@@ -107,10 +115,10 @@ CopyResult makeAnew(RunningOperation& operation, const CopyRequest& request, Mak
   if (linkToMoved(operation, request, *request.looked) != 0) {
     int error = 0;
     if (request.replaced) {
-      error = makeInPlaceOf(request, make);
+      error = makeInPlaceOf(operation, request, make);
       if (error == EACCES) return {CopyStatus::Refused, EACCES};
     } else {
-      error = makeWhole(request, target.name, make);
+      error = makeWhole(operation, request, target.name, make);
     }
     if (error) return targetFailure(error);
     if (request.kind == TransferKind::Move) operation.movedLinks.remember(*request.looked, target);

@@ -1,8 +1,10 @@
 #include "fileops/delete_tree.h"
 #include "fileops/error_dialog.h"
+#include "fileops/notices.h"
 #include "fileops/rename_over_file.h"
 #include "fileops/transfer_level.h"
 #include "foundation/kept_attributes.h"
+#include "foundation/partial_file.h"
 #include "foundation/place.h"
 
 // A directory whose members are all done: its target gets its name and attributes, the source of a
@@ -165,7 +167,12 @@ Outcome Transfer::nameDirectory(Level& level) {
 // What can't get its name is of no use to anybody; it holds copies only.
 void Transfer::removeUnnamed(const Level& level) {
   const Place target = selfItem(level).target;
-  removeTreeQuietly({target.directory, level.temporaryName.c_str(), target.path});
+  const char* name = level.temporaryName.c_str();
+  removeTreeQuietly({target.directory, name, target.path});
+  struct stat info;
+  if (System::statAt(target.directory, name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
+    tellLeftover(operation_, pathBeside(target, level.temporaryName));
+  }
 }
 
 int Transfer::dressDirectory(const Level& level) {

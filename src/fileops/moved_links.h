@@ -2,8 +2,8 @@
 
 #include <sys/stat.h>
 
-#include <map>
 #include <string>
+#include <unordered_map>
 
 #include "foundation/place.h"
 
@@ -26,12 +26,7 @@ class MovedLinks {
     struct stat info {};
     nlink_t left = 0;  // names that may still come
   };
-  struct Less {
-    bool operator()(FileId a, FileId b) const {
-      return a.device != b.device ? a.device < b.device : a.inode < b.inode;
-    }
-  };
   static int linkFrom(const std::string& path, const Made& made, const Place& target);
 
-  std::map<FileId, Made, Less> made_;
+  std::unordered_map<FileId, Made, FileIdHash> made_;
 };

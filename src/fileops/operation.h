@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "fileops/description_file.h"
 #include "fileops/moved_links.h"
@@ -26,6 +27,16 @@ struct OperationAnswers {
   StandingAnswer openFile = StandingAnswer::Ask;
   bool mergeAll = false;
   bool deleteTree = false;  // "All" at the tree question
+};
+
+// Files that changed while they were copied.
+struct ChangedSources {
+  std::string first;  // its path
+  int count = 0;
+
+  void add(const char* path) {
+    if (count++ == 0) first = path;
+  }
 };
 
 enum class TransferKind { Copy, Move };
@@ -101,6 +112,7 @@ class RunningOperation {
   ProgressRecord progress;
   DescriptionCache descriptions;
   MovedLinks movedLinks;
+  ChangedSources changedSources;
   bool interruptible = true;  // what cleans up goes on to its end
   bool foldNames = false;     // names of plain files copied out of directories become lower case
 

@@ -10,6 +10,12 @@ constexpr int NewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 
 }  // namespace
 
+std::string pathBeside(const Place& place, const std::string& name) {
+  std::string path = byteParent(place.path);
+  replaceTail(path, path.size(), byteName(name.c_str()));
+  return path;
+}
+
 int PartialFile::createDirectly(const Place& target, mode_t mode) {
   Descriptor fd(System::openAt(target.directory, target.name, NewFile, mode));
   if (!fd.valid()) return errno;
@@ -60,10 +66,16 @@ int PartialFile::commit(Replace replace) {
   return 0;
 }
 
-void PartialFile::discard() {
+int PartialFile::discard() {
   fd_.reset();
+  int error = 0;
   if (way_ == Way::Direct || way_ == Way::Beside) {
-    System::unlinkAt(target_.directory, name_.c_str(), 0);
+    error = System::unlinkAt(target_.directory, name_.c_str(), 0) == 0 ? 0 : errno;
   }
   way_ = Way::None;
+  return error == ENOENT ? 0 : error;
+}
+
+std::string PartialFile::path() const {
+  return pathBeside(target_, name_);
 }

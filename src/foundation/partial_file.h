@@ -12,7 +12,7 @@ class PartialFile {
   enum class Replace { No, Yes };
 
   PartialFile() = default;
-  ~PartialFile() { discard(); }
+  ~PartialFile() { static_cast<void>(discard()); }
   PartialFile(const PartialFile&) = delete;
   PartialFile& operator=(const PartialFile&) = delete;
 
@@ -31,7 +31,9 @@ class PartialFile {
   // Closes it and gives it its name. Replacing flushes first, so that the name never stands for
   // less than the old or the new file. 0 or errno.
   int commit(Replace replace);
-  void discard();
+  // Removes it unless it was committed. 0, or errno when it stays, as `path` says.
+  int discard();
+  std::string path() const;  // where it lies, as the user knows it
 
  private:
   enum class Way { None, Direct, Beside, InPlace };
@@ -41,6 +43,9 @@ class PartialFile {
   Descriptor fd_;
   Way way_ = Way::None;
 };
+
+// The path that a name beside `place` has, as the user knows it.
+std::string pathBeside(const Place& place, const std::string& name);
 
 // Makes something under a temporary name beside `target`: `make` is called with one name after the
 // other until it gives another result than EEXIST. 0 and the name, or errno.
