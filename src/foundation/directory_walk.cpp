@@ -61,6 +61,8 @@ WalkStep DirectoryWalk::goInto(const Place& place, FollowLinks links) {
     WalkFault fault = WalkFault::Opening;
     const int error = open(place, links, level, fault);
     if (interrupted_) return WalkStep::Stop;
+    // What is told about next may be unmounted before it is tried again.
+    if (error && fault != WalkFault::Listing) opening_.close();
     const WalkRetry retry = error ? visitor_.failed({fault, error, place}) : WalkRetry::Anyway;
     if (retry == WalkRetry::Again) continue;
     if (retry == WalkRetry::Stop) return WalkStep::Stop;

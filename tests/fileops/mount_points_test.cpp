@@ -20,6 +20,16 @@ class MountPointsTest : public FileOpsTest {
     dir.write("tree/sub/mount/precious", "precious");
     dir.write("tree/sub/mount/deep/precious", "deep");
   }
+  // While a question about the mount is up, the user can unmount it.
+  void expectNothingOpenAtQuestions() {
+    ui.onQuestion = [this](const auto&) {
+      for (const auto& item : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code closed;
+        const std::string open = std::filesystem::read_symlink(item.path(), closed);
+        EXPECT_FALSE(open.starts_with(dir.path("tree/sub/mount"))) << open;
+      }
+    };
+  }
   static const std::map<std::string, std::string>& mounted() {
     static const std::map<std::string, std::string> all{
         {"deep", "directory"}, {"deep/precious", "file deep"}, {"precious", "file precious"}};
@@ -36,6 +46,7 @@ class MountPointsTest : public FileOpsTest {
 }  // namespace
 
 TEST_F(MountPointsTest, ADeletedTreeKeepsWhatIsMountedInItAndTheRestGoes) {
+  expectNothingOpenAtQuestions();
   const InjectedMount mount(dir.path("tree/sub/mount"));
   ui.treeAnswers = {TreeAnswer::Yes};
   ui.answers = {Answer::Skip};
@@ -104,6 +115,7 @@ TEST_F(MountPointsTest, ACleanUpLeavesAMountAlone) {
 }
 
 TEST_F(MountPointsTest, AMoveToAnotherDeviceLeavesTheMountAndTakesTheRest) {
+  expectNothingOpenAtQuestions();
   const InjectedMount mount(dir.path("tree/sub/mount"));
   const OtherDevice other;
   ui.answers = {Answer::Skip};
