@@ -16,51 +16,43 @@
 // at once. Where it is to take a file's place it has a temporary name also in a move, and the
 // source stays until it is whole.
 
-namespace {
-
-constexpr size_t MostOpenLevels = 64;
-
-constexpr int DirectoryFlags = O_DIRECTORY | O_CLOEXEC;
-
-// A directory that may be entered but not read does as well.
-int openTargetDirectory(int directory, const char* name, Descriptor& result) {
-  result = Descriptor(System::openAt(directory, name, O_RDONLY | DirectoryFlags));
-  if (!result.valid() && errno == EACCES) {
-    result = Descriptor(System::openAt(directory, name, O_PATH | DirectoryFlags));
-  }
-  return result.valid() ? 0 : errno;
-}
-
-}  // namespace
-
 CopyResult Transfer::enterDirectory(const Item& item, const Attempt& attempt,
                                     const struct stat& source) {
   if (leadsIntoItself(item, idOf(source))) return refuseIntoItself(item);
   auto level = std::make_unique<Level>();
   level->info = source;
-  level->sourceId = idOf(source);
   level->method = item.method;
   level->sourceLength = strlen(item.source.path);
   level->targetLength = strlen(item.target.path);
   level->parentSource = item.sourceDescriptions;
   level->parentTarget = item.targetDescriptions;
+  CopyResult result = openSource(item, *level);
+  if (result.status == CopyStatus::Done) result = mergeOrMake(item, attempt, *level);
+  if (result.status != CopyStatus::Done) {
+    // What is told about next may be unmounted before it is tried again.
+    openingSource_.close();
+    openingTarget_.reset();
+    return result;
+  }
+  level->own = level->made || item.inOwnDirectory || made_.contains(level->targetId);
+  if (level->made && !item.inOwnDirectory) made_.insert(level->targetId);
+  push(item, std::move(level));
+  openDescriptions(*levels_.back());
+  return {CopyStatus::Entered, 0};
+}
+
+CopyResult Transfer::openSource(const Item& item, Level& level) {
   const auto links = item.method == Method::Copy ? FollowLinks::Yes : FollowLinks::No;
-  if (const int error = level->source.open(item.source.directory, item.source.name, links)) {
+  if (const int error = openingSource_.open(item.source.directory, item.source.name, links)) {
     return sourceFailure(error);
   }
   FileId opened;
-  if (const int error = level->source.id(opened)) return sourceFailure(error);
-  if (opened != level->sourceId) return sourceFailure(ESTALE);
+  if (const int error = openingSource_.id(opened)) return sourceFailure(error);
+  if (opened != idOf(level.info)) return sourceFailure(ESTALE);
   // What is mounted there can't go with the tree, so nothing is taken out of it.
-  if (item.method != Method::Copy && isMountPoint(level->source.fd())) return sourceFailure(EBUSY);
-  if (const int error = level->names.read(level->source.fd())) return sourceFailure(error);
-  const CopyResult result = mergeOrMake(item, attempt, *level);
-  if (result.status != CopyStatus::Done) return result;
-  level->own = level->made || item.inOwnDirectory || made_.contains(level->targetId);
-  if (level->made && !item.inOwnDirectory) made_.insert(level->targetId);
-  push(std::move(level));
-  openDescriptions(*levels_.back());
-  return {CopyStatus::Entered, 0};
+  if (item.method != Method::Copy && isMountPoint(openingSource_.fd())) return sourceFailure(EBUSY);
+  if (const int error = level.names.read(openingSource_.fd())) return sourceFailure(error);
+  return {};
 }
 
 bool Transfer::leadsIntoItself(const Item& item, FileId source) {
@@ -68,10 +60,7 @@ bool Transfer::leadsIntoItself(const Item& item, FileId source) {
     aboveTarget_ = directoriesAbove(item.target.path);
     return liesInside(item.source.path, source, item.target.path);
   }
-  const auto same = [&](const std::unique_ptr<Level>& level) {
-    return level->sourceId == source || level->targetId == source;
-  };
-  return std::any_of(levels_.begin(), levels_.end(), same) ||
+  return sources_.holds(source) || targets_.holds(source) ||
          std::find(aboveTarget_.begin(), aboveTarget_.end(), source) != aboveTarget_.end();
 }
 
@@ -122,11 +111,11 @@ CopyResult Transfer::makeTarget(const Item& item, const Attempt& attempt, Level&
 
 CopyResult Transfer::openTarget(const Item& item, Level& level) {
   const char* name = level.temporaryName.empty() ? item.target.name : level.temporaryName.c_str();
-  if (const int error = openTargetDirectory(item.target.directory, name, level.target)) {
+  if (const int error = openToWorkIn(item.target.directory, name, openingTarget_)) {
     return targetFailure(error);
   }
   struct stat info;
-  if (System::fstat(level.target.get(), &info) < 0) return targetFailure(errno);
+  if (System::fstat(openingTarget_.get(), &info) < 0) return targetFailure(errno);
   level.targetId = idOf(info);
   return {};
 }
@@ -145,10 +134,16 @@ void Transfer::openDescriptions(Level& level) {
   level.targetDescriptions = std::make_unique<DescriptionFile>(realTarget(), presence);
 }
 
-void Transfer::push(std::unique_ptr<Level> level) {
+void Transfer::push(const Item& item, std::unique_ptr<Level> level) {
+  Place target = item.target;
+  if (!level->temporaryName.empty()) target.name = level->temporaryName.c_str();
+  sources_.push(openingSource_.release(), idOf(level->info), item.source, WayUp::AlsoByNames);
+  targets_.push(std::move(openingTarget_), level->targetId, target, WayUp::AlsoByNames);
   levels_.push_back(std::move(level));
-  if (levels_.size() <= MostOpenLevels) return;
-  Level& outer = *levels_[levels_.size() - 1 - MostOpenLevels];
-  outer.source.close();
-  outer.target.reset();
+}
+
+void Transfer::pop() {
+  levels_.pop_back();
+  sources_.pop();
+  targets_.pop();
 }

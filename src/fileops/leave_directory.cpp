@@ -12,57 +12,31 @@
 
 namespace {
 
-constexpr int ReopenFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-
 Outcome outcomeOf(ErrorAnswer answer) {
   return answer == ErrorAnswer::Cancel ? Outcome::Cancelled : Outcome::Failed;
-}
-
-bool isDirectoryWithId(int fd, FileId wanted) {
-  struct stat info;
-  return System::fstat(fd, &info) == 0 && idOf(info) == wanted;
 }
 
 }  // namespace
 
 Transfer::Verdict Transfer::leaveDirectory() {
   Level& level = *levels_.back();
-  reopenParent(level);
+  reopenParent();
   const Outcome outcome = finishDirectory(level);
   if (level.method == Method::MoveWhole && outcome == Outcome::Done) noteCopied(level.info);
   const bool clears = level.method == Method::MoveWhole && level.replacesFile;
   Item item = selfItem(level);
-  levels_.pop_back();
+  pop();
   if (!clears || outcome != Outcome::Done) return decided(outcome);
   item.method = Method::ClearSource;
   return clearItem(item);
 }
 
-// Only so many levels stay open. The one above is found again through this one, or by its path
-// where a link led here; should it be another one now, nothing more is done in it.
-void Transfer::reopenParent(Level& child) {
-  if (levels_.size() < 2) return;
+// Should the directory above be another one now, nothing more is done in it.
+void Transfer::reopenParent() {
+  const int sourceError = sources_.reopenParent();
+  const int targetError = targets_.reopenParent();
+  if (sourceError == 0 && targetError == 0) return;
   Level& parent = *levels_[levels_.size() - 2];
-  if (!parent.source.isOpen()) {
-    const auto isParent = [&] {
-      return parent.source.isOpen() && isDirectoryWithId(parent.source.fd(), parent.sourceId);
-    };
-    static_cast<void>(parent.source.open(child.source.fd(), "..", FollowLinks::Yes));
-    if (!isParent()) {
-      const std::string path = source_.substr(0, parent.sourceLength);
-      static_cast<void>(parent.source.open(AT_FDCWD, path.c_str(), FollowLinks::Yes));
-    }
-    if (!isParent()) parent.source.close();
-  }
-  if (!parent.target.valid()) {
-    parent.target = Descriptor(System::openAt(child.target.get(), "..", ReopenFlags));
-    if (!isDirectoryWithId(parent.target.get(), parent.targetId)) {
-      const std::string path = target_.substr(0, parent.targetLength);
-      parent.target = Descriptor(System::openAt(AT_FDCWD, path.c_str(), ReopenFlags));
-    }
-    if (!isDirectoryWithId(parent.target.get(), parent.targetId)) parent.target.reset();
-  }
-  if (parent.source.isOpen() && parent.target.valid()) return;
   parent.left = true;
   parent.next = parent.names.count();
 }
@@ -73,9 +47,8 @@ Transfer::Item Transfer::selfItem(const Level& level) const {
   item.source = placeOf(source_.c_str());
   item.target = placeOf(target_.c_str());
   if (!outermost) {
-    const Level& parent = *levels_[levels_.size() - 2];
-    item.source = {parent.source.fd(), byteName(source_.c_str()), source_.c_str()};
-    item.target = {parent.target.get(), byteName(target_.c_str()), target_.c_str()};
+    item.source = {sources_.parentFd(), byteName(source_.c_str()), source_.c_str()};
+    item.target = {targets_.parentFd(), byteName(target_.c_str()), target_.c_str()};
   }
   item.sourceDescriptions = level.parentSource;
   item.targetDescriptions = level.parentTarget;
@@ -175,14 +148,14 @@ void Transfer::removeUnnamed(const Level& level) {
   }
 }
 
-int Transfer::dressDirectory(const Level& level) {
+int Transfer::dressDirectory(const Level& level) const {
   if (!level.made && level.method != Method::ClearSource) return 0;
   int error = 0;
   if (level.method != Method::Copy) {
-    error = keepOwnership(level.source.fd(), level.target.get(), level.info);
-    if (error == 0) error = keepTimes(level.target.get(), level.info, TimeGrain::Whole);
+    error = keepOwnership(sources_.fd(), targets_.fd(), level.info);
+    if (error == 0) error = keepTimes(targets_.fd(), level.info, TimeGrain::Whole);
   }
-  const int modeError = keepMode(level.target.get(), level.info);
+  const int modeError = keepMode(targets_.fd(), level.info);
   return error ? error : modeError;
 }
 
@@ -227,7 +200,7 @@ void Transfer::unwind() {
   while (!levels_.empty()) {
     Level& level = *levels_.back();
     level.left = true;
-    reopenParent(level);
+    reopenParent();
     source_.resize(level.sourceLength);
     target_.resize(level.targetLength);
     settleDescriptions(level);
@@ -238,6 +211,6 @@ void Transfer::unwind() {
       static_cast<void>(dressDirectory(level));
       if (level.made) describeDirectory(level, false, selfItem(level));
     }
-    levels_.pop_back();
+    pop();
   }
 }

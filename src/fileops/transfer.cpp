@@ -77,8 +77,7 @@ bool Transfer::isKeptBack(Level& level, size_t index) {
   if (!isDescriptionFileName(name)) return false;
   unsigned char type = level.names.type(index);
   struct stat info;
-  if (type == DT_UNKNOWN &&
-      System::statAt(level.source.fd(), name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
+  if (type == DT_UNKNOWN && System::statAt(sources_.fd(), name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
     type = IFTODT(info.st_mode);
   }
   if (type != DT_REG) return false;
@@ -94,13 +93,13 @@ Transfer::Item Transfer::memberItem(Level& level, size_t index) {
   item.making = level.making;
   item.inOwnDirectory = level.own;
   replaceTail(source_, level.sourceLength, level.names.name(index));
-  if (operation_.foldNames && !isDirectoryMember(level.source.fd(), level.names.name(index))) {
+  if (operation_.foldNames && !isDirectoryMember(sources_.fd(), level.names.name(index))) {
     replaceTail(target_, level.targetLength, foldedName(level.names.name(index)).c_str());
   } else {
     replaceTail(target_, level.targetLength, level.names.name(index));
   }
-  item.source = {level.source.fd(), byteName(source_.c_str()), source_.c_str()};
-  item.target = {level.target.get(), byteName(target_.c_str()), target_.c_str()};
+  item.source = {sources_.fd(), byteName(source_.c_str()), source_.c_str()};
+  item.target = {targets_.fd(), byteName(target_.c_str()), target_.c_str()};
   item.sourceDescriptions = level.sourceDescriptions.get();
   item.targetDescriptions = level.targetDescriptions.get();
   return item;

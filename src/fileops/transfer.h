@@ -11,9 +11,10 @@
 #include "fileops/operation.h"
 #include "fileops/overwrite_question.h"
 #include "foundation/directory_names.h"
+#include "foundation/directory_stack.h"
 
 // Copies or moves items, one after the other, with everything in them, asking what has to be asked.
-// A tree is walked with a stack of its own and a bounded number of open directories. Paths are
+// Paths are
 // absolute and taken as they are; none may be longer than LongestPath.
 class Transfer {
  public:
@@ -115,13 +116,15 @@ class Transfer {
 
   // enter_directory.cpp
   CopyResult enterDirectory(const Item& item, const Attempt& attempt, const struct stat& source);
+  CopyResult openSource(const Item& item, Level& level);
   CopyResult mergeOrMake(const Item& item, const Attempt& attempt, Level& level);
-  static CopyResult makeTarget(const Item& item, const Attempt& attempt, Level& level);
-  static CopyResult openTarget(const Item& item, Level& level);
+  CopyResult makeTarget(const Item& item, const Attempt& attempt, Level& level);
+  CopyResult openTarget(const Item& item, Level& level);
   bool leadsIntoItself(const Item& item, FileId source);
   CopyResult refuseIntoItself(const Item& item);
   void openDescriptions(Level& level);
-  void push(std::unique_ptr<Level> level);
+  void push(const Item& item, std::unique_ptr<Level> level);
+  void pop();
 
   // clear_source.cpp
   void noteCopied(const struct stat& source);
@@ -131,11 +134,11 @@ class Transfer {
   // leave_directory.cpp
   Verdict leaveDirectory();
   Outcome finishDirectory(Level& level);
-  void reopenParent(Level& child);
+  void reopenParent();
   Outcome nameDirectory(Level& level);
   int tryName(const Level& level) const;
   void removeUnnamed(const Level& level);
-  static int dressDirectory(const Level& level);
+  int dressDirectory(const Level& level) const;
   Outcome dressOrTell(const Level& level);
   static void settleDescriptions(Level& level);
   static void carryOrphanLines(Level& level);
@@ -148,6 +151,10 @@ class Transfer {
   RunningOperation& operation_;
   const TransferKind kind_;
   std::vector<std::unique_ptr<Level>> levels_;
+  DirectoryStack sources_;  // of the levels
+  DirectoryStack targets_;
+  OpenDirectory openingSource_;  // what is about to become the innermost level
+  Descriptor openingTarget_;
   std::vector<FileId> aboveTarget_;  // of the item's target
   bool toldKept_ = false;            // that a device keeps no file for its source
   // By the whole command: files and directories in directories that were there before.

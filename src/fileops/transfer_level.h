@@ -2,16 +2,12 @@
 
 #include "fileops/description_file.h"
 #include "fileops/transfer.h"
-#include "foundation/system.h"
 
 struct Transfer::Level {
-  OpenDirectory source;
-  Descriptor target;
   DirectoryNames names;
   size_t next = 0;          // of the names
   size_t sourceLength = 0;  // of the directory's own path in source_
   size_t targetLength = 0;
-  FileId sourceId;
   FileId targetId;
   struct stat info {};  // of the source
   Method method = Method::Copy;
