@@ -1,9 +1,12 @@
 # How every library of the tree is built: C++20, all warnings are errors.
 
-# What was compiled once is taken from there again, where ccache is installed.
+# What was compiled once is taken from there again, where ccache is installed; also for a checkout in
+# another directory, and for the tests with their precompiled headers.
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
 endif()
 
 add_library(td_flags INTERFACE)
@@ -13,7 +16,10 @@ target_compile_options(td_flags INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-d
 target_include_directories(td_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(td_flags INTERFACE _FILE_OFFSET_BITS=64 TD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(td_flags INTERFACE Threads::Threads)
-target_link_options(td_flags INTERFACE -fuse-ld=lld)
+find_program(LLD ld.lld)
+if(LLD)
+  target_link_options(td_flags INTERFACE -fuse-ld=lld)
+endif()
 if(CMAKE_BUILD_TYPE STREQUAL Release)
   target_compile_options(td_flags INTERFACE -fstack-protector-strong)
   # Fortified calls need an optimising compiler; tests are built without.
@@ -64,6 +70,12 @@ function(td_test name)
     set(environment "TSAN_OPTIONS=suppressions=${support}/tsan.supp:print_suppressions=0")
   else()
     set(environment "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0")
+  endif()
+  if(ARG_PURE)
+    add_test(NAME ${name}.All COMMAND test_${name} --gtest_brief=1
+             WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
+    set_tests_properties(${name}.All PROPERTIES TIMEOUT 600 LABELS ${name} ENVIRONMENT ${environment})
+    return()
   endif()
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
                        PROPERTIES TIMEOUT 120 LABELS ${name} ENVIRONMENT ${environment})
