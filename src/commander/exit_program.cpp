@@ -47,6 +47,6 @@ void writeExitScript(const Westring& script, const Westring& directory) {
   Westring rest = directory.length() > driveLength ? mid(directory, driveLength, 0) : Westring();
   Estring text = first + ":\r\ncd \"" + toUtf8(escapeInDoubleQuotes(rest)) + "\"\r\n";
   SafeFile file;
-  if (file.create(script) != 0) return;
+  if (file.create(script, Links::Refuse) != 0) return;
   if (file.write(text.data(), text.length()) == 0) file.commit(scriptMode & ~fileModeMask());
 }
