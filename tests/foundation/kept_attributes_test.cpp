@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "support/as_user.h"
-#include "support/files.h"
 #include "foundation/dos_time.h"
 #include "foundation/system.h"
+#include "support/as_user.h"
+#include "support/files.h"
 
 namespace {
 
