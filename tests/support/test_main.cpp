@@ -1,44 +1,54 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <clocale>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <map>
 #include <string>
-#include <vector>
 
 #include "support/test_end.h"
 
 namespace {
 
+using Variables = std::map<std::string, std::string>;
+
+Variables presentVariables() {
+  Variables variables;
+  for (char** variable = environ; *variable; ++variable) {
+    const std::string text = *variable;
+    const size_t equals = text.find('=');
+    variables[text.substr(0, equals)] = text.substr(equals + 1);
+  }
+  return variables;
+}
+
 // Puts back what a test changed of its process, so that the tests of one process don't see each
-// other.
+// other. What stayed as it was is left alone: the toolkit's threads read the environment.
 class ProcessState : public testing::EmptyTestEventListener {
  public:
   void OnTestStart(const testing::TestInfo&) override {
     directory_ = std::filesystem::current_path();
-    variables_.clear();
-    for (char** variable = environ; *variable; ++variable) variables_.emplace_back(*variable);
-    mask_ = ::umask(0);
-    ::umask(mask_);
+    variables_ = presentVariables();
   }
   void OnTestEnd(const testing::TestInfo&) override {
     std::filesystem::current_path(directory_);
-    clearenv();
-    for (std::string& variable : variables_) {
-      const size_t equals = variable.find('=');
-      setenv(variable.substr(0, equals).c_str(), variable.c_str() + equals + 1, 1);
+    const Variables changed = presentVariables();
+    if (changed == variables_) return;
+    for (const auto& [name, value] : changed) {
+      if (!variables_.contains(name)) unsetenv(name.c_str());
+    }
+    for (const auto& [name, value] : variables_) {
+      const auto now = changed.find(name);
+      if (now == changed.end() || now->second != value) setenv(name.c_str(), value.c_str(), 1);
     }
     tzset();
-    ::umask(mask_);
   }
 
  private:
   std::filesystem::path directory_;
-  std::vector<std::string> variables_;
-  mode_t mask_ = 0;
+  Variables variables_;
 };
 
 }  // namespace
