@@ -56,13 +56,10 @@ class ConsoleOwner {
 
 // Defaults, and a screen that agrees with them.
 void applyOptions() {
-  using namespace GlobalOptions;
-  constexpr int defaultSpeed = 8, maxSpeed = 1000, maxTab = 8;
-  setDefaultOptions();
+  GlobalOptions::setDefaultOptions();
   defaultColours();
   callSeam(commandSeams().loadConfiguration);
-  if (MouSpeed <= 0 || MouSpeed > maxSpeed) MouSpeed = defaultSpeed;
-  if (TabWidth < 1 || TabWidth > maxTab) TabWidth = maxTab;
+  GlobalOptions::correctNumbers();
   applyScreenOptions();
 }
 

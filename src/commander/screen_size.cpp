@@ -45,14 +45,14 @@ void resize(int columns, int lines) {
 }  // namespace
 
 int wantedLines() {
-  int lines = GlobalOptions::Lines;
-  if (lines == 0) return 0;
-  return lines < FewLines || lines > CConsole::MaxRows ? FewLines : lines;
+  const int lines = GlobalOptions::Lines;
+  return lines != 0 && (lines < FewLines || lines > CConsole::MaxRows) ? FewLines : lines;
 }
 
 int wantedColumns() {
-  int columns = GlobalOptions::Columns;
-  return columns == 0 ? 0 : std::clamp(columns, FewColumns, CConsole::MaxColumns);
+  const int columns = GlobalOptions::Columns;
+  return columns != 0 && (columns < FewColumns || columns > CConsole::MaxColumns) ? FewColumns
+                                                                                  : columns;
 }
 
 void applyScreenOptions() {

@@ -2,89 +2,64 @@
 
 #include "foundation/westring.h"
 
+// How the configuration file says the value of an option; with it goes the type of its variable.
+enum class OptionKind {
+  Text,      // an Estring, as it is
+  WideText,  // a Westring, in the encoding of the system's texts
+  Number,
+  Switch,     // a bool: "on" or "off"
+  Character,  // one byte
+  TimeMode,   // 12 or 24
+  SortWord,   // a word for a SortCode
+  StyleWord,  // a word for a PanelStyle
+  TypeWord,   // a word for a PanelType
+  Colours,    // the numbers of the colour table
+  Former      // a key without a variable
+};
+
+template <OptionKind>
+struct OptionValue {
+  using Type = int;
+};
+template <>
+struct OptionValue<OptionKind::Text> {
+  using Type = Estring;
+};
+template <>
+struct OptionValue<OptionKind::WideText> {
+  using Type = Westring;
+};
+template <>
+struct OptionValue<OptionKind::Switch> {
+  using Type = bool;
+};
+template <>
+struct OptionValue<OptionKind::Character> {
+  using Type = char;
+};
+
+// A number outside `least` to `most` becomes `otherwise`, unless it is the option's default.
+struct OptionRange {
+  constexpr OptionRange(int from, int to, int instead)
+      : least(from), most(to), otherwise(instead) {}
+  int least;
+  int most;
+  int otherwise;
+};
+
 // The configuration variables, one global of one fixed type each; the name of a variable is its key
-// in the configuration file. They belong to the application thread and live for the whole run.
+// in the configuration file, and options.def lists them. They belong to the application thread and
+// live for the whole run.
 namespace GlobalOptions {
 
-extern bool AutoIndent;
-extern bool AutoSave;
-extern Westring Background;
-extern bool BriefWordRight;
-extern Westring CaseFilter;
-extern Estring CaseMod;
-extern bool CaseModRecurse;
-extern bool CaseModDirs;
-extern bool CaseModFiles;
-extern bool Clock;    // show the clock
-extern char CmdChar;  // macro lead character
-extern bool CMPContents;
-extern Westring CMPMask;
-extern int CMPSize;
-extern int CMPTime;
-extern bool CMPUnmatched;
-extern int CodePage;       // 0 means 850
-extern int Confirmations;  // ConfirmationOff bits
-extern bool CtrlRDriveChng;
-extern bool DisableInvert;
-extern Westring Editor;
-extern Westring Editor2;
-extern bool EscPanelSwitch;
-extern bool ExpandedTrees;
-extern bool FFRootSearch;
-extern bool FFRecurse;
-extern bool FFCase;
-extern bool FFWholeWord;
-extern bool FFMultiDrive;
-extern Estring FFDriveList;
-extern Estring FontFamily;
-extern int FontSize;  // points
-extern bool FullScreen;
-extern bool Hidden;  // list hidden files
-extern int IndentWidth;
-extern bool KeepExtVisible;
-extern Westring Left;
-extern Westring Right;
-extern Westring LeftFilter;
-extern Westring RightFilter;
-extern int LeftSort;  // SortCode of panels
-extern int RightSort;
-extern int LeftStyle;  // PanelStyle
-extern int RightStyle;
-extern bool LeftShowing;
-extern bool RightShowing;
-extern int LeftType;  // PanelType
-extern int RightType;
-extern int Lines;    // wanted lines, 0 for the default
-extern int Columns;  // wanted columns, 0 for the default
-extern int MaxHist;
-extern int MouSpeed;
-extern bool NumLock;
-extern bool OverStrike;
-extern Westring PathAppend;
-extern bool PathPrompt;
-extern bool PMClip;
-extern bool RetainCount;
-extern int Saver;
-extern int ScrollDelay;  // milliseconds
-extern bool Shadows;
-extern bool SizeCountPause;
-extern char StartupSide;  // 'L' or 'R'
-extern bool StickyAlt;
-extern int TabWidth;
-extern bool TagDirs;
-extern int TimeMode;  // 12 or 24
-extern bool ThousandSep;
-extern Estring TranslateCP;
-extern Westring TreeDir;
-extern Westring Viewer;
-extern Westring Viewer2;
-extern bool ViewerWrap;
-extern bool WaitDOS;
+#define OPTION(kind, name, value) extern OptionValue<OptionKind::kind>::Type name;
+#include "options/options.def"
 
 inline constexpr int ShortcutCount = 10;
 extern Westring directoryShortcuts[ShortcutCount];  // d0 to d9
 
 void setDefaultOptions();
+void correctNumbers();  // those outside their range
 
 }  // namespace GlobalOptions
 

@@ -258,7 +258,7 @@ TEST_F(ScreenLayout, ConfiguredSizesAreKeptWithinWhatPanelsNeed) {
   const struct {
     int lines, columns, resultLines, resultColumns;
   } rows[] = {{0, 0, 25, 80},      {0, 60, 25, 80},  {6, 0, 25, 80},     {30, 100, 30, 100},
-              {251, 132, 25, 132}, {-5, -5, 25, 80}, {250, 80, 250, 80}, {25, 100000, 25, 500}};
+              {251, 132, 25, 132}, {-5, -5, 25, 80}, {250, 80, 250, 80}, {25, 100000, 25, 80}};
   for (const auto& row : rows) {
     console->setGeometry(80, 25, Estring(), 0);
     GlobalOptions::Lines = row.lines;

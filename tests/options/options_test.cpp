@@ -80,4 +80,32 @@ TEST(Options, TextsAndCharactersHaveTheirDefaults) {
   EXPECT_EQ(StartupSide, 'L');
 }
 
+TEST(Options, ANumberOutsideItsRangeIsCorrected) {
+  struct Row {
+    const char* name;
+    int* option;
+    int value;
+    int corrected;
+  };
+#define NUMBER(name, value, corrected) \
+  { #name, &name, value, corrected }
+  const Row rows[] = {
+      NUMBER(Lines, 0, 0),          NUMBER(Lines, 24, 25),         NUMBER(Lines, 25, 25),
+      NUMBER(Lines, 250, 250),      NUMBER(Lines, 251, 25),        NUMBER(Lines, -1, 25),
+      NUMBER(Columns, 0, 0),        NUMBER(Columns, 79, 80),       NUMBER(Columns, 80, 80),
+      NUMBER(Columns, 500, 500),    NUMBER(Columns, 501, 80),      NUMBER(FontSize, 3, 12),
+      NUMBER(FontSize, 4, 4),       NUMBER(FontSize, 72, 72),      NUMBER(FontSize, 73, 12),
+      NUMBER(FontSize, 0, 12),      NUMBER(MaxHist, 0, 500),       NUMBER(MaxHist, -3, 500),
+      NUMBER(MaxHist, 1, 1),        NUMBER(MaxHist, 99999, 99999), NUMBER(MouSpeed, 0, 8),
+      NUMBER(MouSpeed, 1000, 1000), NUMBER(MouSpeed, 1001, 8),     NUMBER(TabWidth, 0, 8),
+      NUMBER(TabWidth, 1, 1),       NUMBER(TabWidth, 9, 8),        NUMBER(CMPSize, -7, -7)};
+#undef NUMBER
+  for (const Row& row : rows) {
+    *row.option = row.value;
+    correctNumbers();
+    EXPECT_EQ(*row.option, row.corrected) << row.name << " " << row.value;
+  }
+  setDefaultOptions();
+}
+
 }  // namespace

@@ -17,7 +17,7 @@ TOOLKIT_FOLDER = "console/"
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]*)"|<([^>]*)>)', re.MULTILINE)
 FILE_LIST_HEAD = "## Files"
 FILE_LINE = re.compile(r"^\| `([^`]+)` \| [^ |]")
-SOURCE_NAME = re.compile(r"`([\w./-]+\.(?:h|cpp))`")
+SOURCE_NAME = re.compile(r"`([\w./-]+\.(?:h|cpp|def))`")
 
 
 def read_layers(page):
@@ -40,7 +40,7 @@ def folder_of(name):
 
 def read_sources(source_dir):
     """Name below src/ -> the text of each source and header."""
-    found = sorted(path for path in source_dir.rglob("*") if path.suffix in (".h", ".cpp"))
+    found = sorted(path for path in source_dir.rglob("*") if path.suffix in (".h", ".cpp", ".def"))
     return {
         path.relative_to(source_dir).as_posix(): path.read_text(encoding="utf-8") for path in found
     }
