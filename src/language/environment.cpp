@@ -19,7 +19,8 @@ int KeyedValueSet::compareKeys(Estring* a, Estring* b) {
 const char* Environment::get(const char* name) {
   Estring key(name);
   for (Environment* layer = this; layer != nullptr; layer = layer->parent_) {
-    if (const KeyedValue* pair = layer->find(&key)) return pair->value.data();
+    const KeyedValue* pair = layer->find(&key);
+    if (pair != nullptr) return pair->hidden ? nullptr : pair->value.data();
   }
   return nullptr;
 }
@@ -35,11 +36,18 @@ void Environment::set(const char* name, const char* value) {
   forgetBlock();
 }
 
+void Environment::hide(const char* name) {
+  put(name, "");
+  Estring key(name);
+  find(&key)->hidden = true;
+}
+
 void Environment::put(const char* name, const char* value) {
   forgetBlock();
   Estring key(name);
   if (KeyedValue* pair = find(&key)) {
     pair->value = value;
+    pair->hidden = false;
     return;
   }
   auto pair = std::make_unique<KeyedValue>();
@@ -52,7 +60,11 @@ void Environment::flatten(Environment& target) {
   if (parent_ != nullptr) parent_->flatten(target);
   for (long i = 0; i < count(); ++i) {
     const KeyedValue* pair = peek(i);
-    target.put(pair->name.data(), pair->value.data());
+    if (pair->hidden) {
+      target.set(pair->name.data(), nullptr);
+    } else {
+      target.put(pair->name.data(), pair->value.data());
+    }
   }
 }
 
@@ -60,6 +72,7 @@ const std::vector<std::string>& Environment::block() {
   if (!blockValid_) {
     for (long i = 0; i < count(); ++i) {
       const KeyedValue* pair = peek(i);
+      if (pair->hidden) continue;
       block_.push_back(std::string(pair->name.data()) + "=" + pair->value.data());
     }
     blockValid_ = true;
@@ -118,6 +131,15 @@ Westring home() {
   return value != nullptr && *value != 0 ? decodeFileName(value) : homeDirectory();
 }
 
+// As it is written, or in capitals.
+const char* commandValue(const wchar_t* begin, const wchar_t* end) {
+  if (begin == end) return nullptr;
+  std::wstring name(begin, end);
+  if (const char* value = sessionValue(name)) return value;
+  for (wchar_t& ch : name) ch = foldChar(ch);
+  return sessionValue(name);
+}
+
 }  // namespace
 
 Westring expandPathVariables(const Westring& text) {
@@ -159,9 +181,8 @@ Westring expandCommandVariables(const Westring& text) {
       continue;
     }
     const wchar_t* end = cursor + 1;
-    std::wstring name;
-    for (; !endsCommandName(*end); ++end) name += foldChar(*end);
-    const char* value = name.empty() ? nullptr : sessionValue(name);
+    while (!endsCommandName(*end)) ++end;
+    const char* value = commandValue(cursor + 1, end);
     if (value == nullptr) {
       result += *cursor++;
       continue;

@@ -9,6 +9,7 @@
 struct KeyedValue {
   Estring name;
   Estring value;
+  bool hidden = false;  // as if no layer below had the name
 };
 
 // Sorted by name, exactly.
@@ -29,6 +30,7 @@ class Environment : public KeyedValueSet {
 
   const char* get(const char* name);              // here, then in the parents; null when unset
   void set(const char* name, const char* value);  // a null or empty value removes the pair
+  void hide(const char* name);                    // and those of the parents don't come back
   void flatten(Environment& target);              // parents first, so that nearer layers win
   const std::vector<std::string>& block();        // "name=value" strings of this layer
 
@@ -58,6 +60,6 @@ Environment& sessionEnvironment();
 // "~/" at the start, or "~" alone, becomes the home directory; "$NAME" its value in the session
 // environment (a '$' right behind goes with it), an unset name goes.
 Westring expandPathVariables(const Westring& text);
-// Any "$NAME" up to white space, '$' or '/', folded to upper case; an unknown one stays. A '$'
-// behind a backslash is no variable: so a quoted file name stays as it is.
+// Any "$NAME" up to white space, '$' or '/', as it is written, else folded to upper case; an
+// unknown one stays. A '$' behind a backslash is no variable: so a quoted file name stays as it is.
 Westring expandCommandVariables(const Westring& text);

@@ -154,6 +154,27 @@ TEST(Environment, TheThreeLayersOfTheProgramAreChained) {
   EXPECT_EQ(value(sessionEnvironment(), "PATH"), path == nullptr ? "(unset)" : path);
 }
 
+TEST(Environment, AHiddenNameDoesNotComeBackFromTheParents) {
+  Environment process;
+  Environment session(&process);
+  process.set("A", "1");
+  process.set("B", "2");
+  session.set("A", "3");
+  session.hide("A");
+  session.hide("NEVER");
+  EXPECT_EQ(value(session, "A"), "(unset)");
+  EXPECT_EQ(value(process, "A"), "1");
+  EXPECT_TRUE(session.block().empty());
+  Environment target;
+  session.flatten(target);
+  EXPECT_EQ(target.block(), std::vector<std::string>{"B=2"});
+  session.set("A", "4");
+  EXPECT_EQ(value(session, "A"), "4");
+  session.hide("A");
+  session.set("A", nullptr);
+  EXPECT_EQ(value(session, "A"), "1");
+}
+
 TEST(PathVariables, NamesAreReplacedWithTheirValues) {
   SessionValue a("TD_A", "/one");
   SessionValue b("TD_B2", "two");
@@ -221,11 +242,14 @@ TEST(CommandVariables, NamesRunUpToWhiteSpaceDollarOrSlash) {
   EXPECT_EQ(commandOf(L"$TD_A$$TD_A"), "oneone");
 }
 
-TEST(CommandVariables, NamesAreFoldedToUpperCase) {
+TEST(CommandVariables, ANameIsTakenAsWrittenElseInCapitals) {
   SessionValue a("TD_A", "one");
-  SessionValue small("td_small", "never found");
+  SessionValue small("td_proxy", "small");
+  SessionValue large("TD_PROXY", "large");
   EXPECT_EQ(commandOf(L"$td_a"), "one");
-  EXPECT_EQ(commandOf(L"$td_small"), "$td_small");
+  EXPECT_EQ(commandOf(L"$td_proxy"), "small");
+  EXPECT_EQ(commandOf(L"$TD_PROXY"), "large");
+  EXPECT_EQ(commandOf(L"$Td_Proxy"), "large");
 }
 
 TEST(CommandVariables, AnUnknownNameStays) {
