@@ -12,12 +12,12 @@ bool answersAbortLook(const TEvent& event) {
 }
 }  // namespace
 
+// Whoever takes the event may be the one who deletes the queue next: this thread must be done with
+// everything but the lock by then.
 void CEventQueue::put(const TEvent& event) {
-  {
-    MutexLock guard(lock_);
-    add(new TEvent(event));
-    queued_.store(count(), std::memory_order_release);
-  }
+  MutexLock guard(lock_);
+  add(new TEvent(event));
+  queued_.store(count(), std::memory_order_release);
   available_.post();
 }
 
