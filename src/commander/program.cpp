@@ -41,9 +41,8 @@ constexpr const char* IconFiles[] = {TD_ICONS "/16x16/apps/tandemdeck.png",
 // The console lives as long as this; other code reaches it by the process-wide pointer.
 class ConsoleOwner {
  public:
-  ConsoleOwner() : owned_(std::make_unique<CConsole>()) { console = owned_.get(); }
+  ConsoleOwner() : owned_(std::make_unique<CConsole>()) {}
   ~ConsoleOwner() {
-    console = nullptr;
     owned_.reset();
     endToolkit();
   }

@@ -8,7 +8,7 @@
 #include "foundation/code_page.h"
 #include "foundation/utf8.h"
 
-CConsole* console = nullptr;
+constinit ConsolePointer console;
 
 namespace {
 constexpr int MinFontSize = 4, MaxFontSize = 72;  // points
@@ -16,7 +16,7 @@ constexpr int MinFontSize = 4, MaxFontSize = 72;  // points
 
 CConsole::CConsole() : impl_(makeImpl()) {
   impl_->start();
-  console = this;
+  console.standing_.store(this, std::memory_order_release);
 }
 
 std::unique_ptr<CConsole::Impl> CConsole::makeImpl() {
@@ -26,7 +26,7 @@ std::unique_ptr<CConsole::Impl> CConsole::makeImpl() {
 
 CConsole::~CConsole() {
   impl_->stop();
-  console = nullptr;
+  console.standing_.store(nullptr, std::memory_order_release);
   ToolkitLock lock;
   impl_.reset();
 }

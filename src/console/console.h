@@ -129,8 +129,21 @@ class CConsole {
   std::unique_ptr<Impl> impl_;
 };
 
-// The one console; null before it is made and after it was deleted. Application thread.
-extern CConsole* console;
+// The way to the one console: null before it stands and after it was deleted. The application
+// thread makes and deletes it; a thread that sees it here sees it whole, and may use it for as long
+// as the application thread is known not to delete it.
+class ConsolePointer {
+ public:
+  operator CConsole*() const { return standing_.load(std::memory_order_acquire); }
+  CConsole* operator->() const { return *this; }
+
+ private:
+  friend class CConsole;  // its constructor and its destructor
+
+  std::atomic<CConsole*> standing_{nullptr};
+};
+
+extern constinit ConsolePointer console;
 
 class BatchScope {
  public:
