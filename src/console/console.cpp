@@ -35,6 +35,10 @@ std::vector<Cell> CConsole::getCells(int x, int y, int w, int h) const {
   return impl_->grid.getCells(x, y, w, h);
 }
 
+void CConsole::getCells(int x, int y, int w, int h, Cell* cells) const {
+  impl_->grid.getCells(x, y, w, h, cells);
+}
+
 void CConsole::putCells(int x, int y, int w, int h, const Cell* cells) {
   if (impl_->grid.putCells(x, y, w, h, cells)) impl_->changed();
 }
@@ -155,6 +159,17 @@ bool CConsole::readEvent(TEvent& out, uint32_t timeoutMs) {
   if (!event) return false;
   out = *event;
   return true;
+}
+
+void CConsole::attachTerminal(std::unique_ptr<TerminalSession> session) {
+  // Deleted under the lock too: a handler that has it is never overtaken.
+  ToolkitLock lock;
+  impl_->terminal = session.get();
+  impl_->window.setTerminal(std::move(session));
+}
+
+void CConsole::detachTerminal() {
+  attachTerminal(nullptr);
 }
 
 int CConsole::eventCount() const {

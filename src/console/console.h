@@ -30,6 +30,7 @@ void endToolkit();
 bool displayLost();
 
 class CClock;
+class TerminalSession;
 
 // Pixels row after row as 0xRRGGBB.
 struct Picture {
@@ -61,6 +62,8 @@ class CConsole {
 
   // Row after row; a cell outside the grid reads as a blank and is not written.
   std::vector<Cell> getCells(int x, int y, int w, int h) const;
+  // The same into an array of w*h cells.
+  void getCells(int x, int y, int w, int h, Cell* cells) const;
   void putCells(int x, int y, int w, int h, const Cell* cells);
   void fillAttr(int x, int y, int n, unsigned char attr);
   void fillBlank(int x, int y, int w, int h, unsigned char attr);
@@ -82,7 +85,7 @@ class CConsole {
 
   void scrollDown(int x, int y, int w, int h, int n, unsigned char attr);
   void scrollUp(int x, int y, int w, int h, int n, unsigned char attr);
-  void writeTty(const char* utf8Text);
+  void writeTty(const char* utf8Text);      // to the terminal while one is attached
   void setDefaultAttr(unsigned char attr);  // of teletype output and the blank lines it scrolls in
   unsigned char defaultAttr() const;
 
@@ -107,6 +110,11 @@ class CConsole {
   bool readEvent(TEvent& out, uint32_t timeoutMs);
   int eventCount() const;
   CEventQueue& events();
+
+  // A running command gets the keyboard until it is detached; one that is attached already is
+  // deleted. Mouse events are dropped meanwhile. Application thread.
+  void attachTerminal(std::unique_ptr<TerminalSession> session);
+  void detachTerminal();
 
   void setClipboardText(const Westring& text);
   Westring getClipboardText();

@@ -7,6 +7,7 @@
 #include "console/console_window.h"
 #include "console/grid.h"
 #include "console/painter.h"
+#include "console/terminal_session.h"
 #include "foundation/clock.h"
 #include "foundation/threads.h"
 
@@ -40,6 +41,7 @@ struct CConsole::Impl {
   std::string title;
   std::atomic<int> batchDepth{0};
   std::atomic<unsigned long> paintCount{0};
+  TerminalSession* terminal = nullptr;  // the window's; application thread
 
  private:
   static void guiEntry(void* self);

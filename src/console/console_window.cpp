@@ -26,6 +26,11 @@ int buttonOf(unsigned gdkButton) {
   return gdkButton == GdkRight ? Right : Other;
 }
 
+struct PasteRequest {
+  ConsoleWindow* window;
+  unsigned terminalNumber;
+};
+
 // The symbol of the key in the first layout, so that Alt and Ctrl keys work while another script is
 // switched on. Shift still chooses between the key's two characters, other modifiers count for
 // nothing.
@@ -66,6 +71,10 @@ bool CConsoleDrawingArea::on_expose_event(GdkEventExpose* event) {
   return true;
 }
 
+void CConsoleDrawingArea::put(const TEvent& event) {
+  if (mouse_ == MouseInput::Queued) events_.put(event);
+}
+
 void CConsoleDrawingArea::queueMouse(EventKind kind, int code, unsigned state, double x, double y) {
   TEvent event;
   event.kind = kind;
@@ -75,7 +84,7 @@ void CConsoleDrawingArea::queueMouse(EventKind kind, int code, unsigned state, d
     event.x = static_cast<int>(x) / painter_->cellWidth();
     event.y = static_cast<int>(y) / painter_->cellHeight();
   }
-  events_.put(event);
+  put(event);
 }
 
 bool CConsoleDrawingArea::on_button_press_event(GdkEventButton* event) {
@@ -109,7 +118,7 @@ bool CConsoleDrawingArea::on_scroll_event(GdkEventScroll* event) {
   wheel.kind = EventKind::Wheel;
   wheel.code = event->direction == GDK_SCROLL_UP ? 1 : -1;
   wheel.state = static_cast<int>(event->state) & ShiftState::Mask;
-  events_.put(wheel);
+  put(wheel);
   return true;
 }
 
@@ -126,12 +135,59 @@ void ConsoleWindow::setPixels(int width, int height) {
   resize(width, height);
 }
 
-void ConsoleWindow::queueKey(int code, int state, int hwCode) {
+// Modifiers that changed meanwhile are told when the queue has the keyboard again.
+void ConsoleWindow::setTerminal(std::unique_ptr<TerminalSession> session) {
+  terminal_ = std::move(session);
+  ++terminalNumber_;
+  area.setMouse(terminal_ ? MouseInput::Dropped : MouseInput::Queued);
+  if (!terminal_ && latestShiftState_ != shiftState_) {
+    queueKey(Key::ShiftChanged, latestShiftState_, 0);
+  }
+}
+
+void ConsoleWindow::queueKey(Key::Code code, int state, int hwCode) {
   TEvent event;
   event.code = code;
   event.state = state;
   event.hwCode = hwCode;
   events_.put(event);
+  shiftState_ = latestShiftState_ = state;
+}
+
+void ConsoleWindow::take(Key::Code code, int state, int hwCode) {
+  if (terminal_) {
+    sendToTerminal(code, state);
+  } else {
+    queueKey(code, state, hwCode);
+  }
+  blinkPhase_.store(0, std::memory_order_relaxed);
+}
+
+void ConsoleWindow::sendToTerminal(Key::Code code, int state) {
+  latestShiftState_ = state;
+  if (code == Key::ShiftInsert) {
+    paste();
+  } else if (!terminal_->sendKey(code)) {
+    beep();
+  }
+}
+
+void ConsoleWindow::paste() {
+  auto request = std::make_unique<PasteRequest>(PasteRequest{this, terminalNumber_});
+  gtk_clipboard_request_text(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD), onPaste,
+                             request.release());
+}
+
+// The owner of the clipboard may answer late, when another command has the keyboard or none.
+void ConsoleWindow::onPaste(GtkClipboard*, const char* text, void* data) {
+  const std::unique_ptr<PasteRequest> request(static_cast<PasteRequest*>(data));
+  ConsoleWindow& window = *request->window;
+  if (!text || !window.terminal_ || window.terminalNumber_ != request->terminalNumber) return;
+  if (!window.terminal_->sendText(fromUtf8(text))) window.beep();
+}
+
+void ConsoleWindow::beep() {
+  gdk_display_beep(gdk_display_get_default());
 }
 
 bool ConsoleWindow::on_key_press_event(GdkEventKey* event) {
@@ -155,13 +211,13 @@ bool ConsoleWindow::handleKey(GdkEventKey* event) {
       break;
     case KeyAction::Break:
       requestBreak();
+      if (terminal_ && input.press) terminal_->breakPressed();
       break;
     case KeyAction::InputMethod:
       gtk_im_context_filter_keypress(imContext_.get(), event);
       break;
     case KeyAction::Queue:
-      queueKey(result.code, result.state, input.hwCode);
-      blinkPhase_.store(0, std::memory_order_relaxed);
+      take(result.code, result.state, input.hwCode);
       break;
   }
   return true;
@@ -183,14 +239,17 @@ void ConsoleWindow::commit(const char* utf8) {
   const Westring text = fromUtf8(utf8);
   for (const wchar_t* p = text.data(); *p != 0; ++p) {
     const int beyond = *p > LastPlainCharacter ? Key::WideCharacter : 0;
-    queueKey(static_cast<int>(*p) | beyond, 0, 0);
+    take(static_cast<int>(*p) | beyond, 0, 0);
   }
-  blinkPhase_.store(0, std::memory_order_relaxed);
 }
 
 // Closing the window is a key like any other: the program decides.
 bool ConsoleWindow::on_delete_event(GdkEventAny*) {
-  queueKey(Key::F10, 0, 0);
+  if (terminal_) {
+    terminal_->closePressed();
+  } else {
+    queueKey(Key::F10, 0, 0);
+  }
   return true;
 }
 
@@ -214,6 +273,6 @@ bool ConsoleWindow::on_focus_in_event(GdkEventFocus* event) {
 // The release of a modifier that was down when the focus went will never come.
 bool ConsoleWindow::on_focus_out_event(GdkEventFocus* event) {
   if (imContext_) gtk_im_context_focus_out(imContext_.get());
-  queueKey(Key::ShiftChanged, 0, 0);
+  take(Key::ShiftChanged, 0, 0);
   return Gtk::Window::on_focus_out_event(event);
 }

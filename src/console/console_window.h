@@ -4,9 +4,13 @@
 #include <gtkmm/window.h>
 
 #include <atomic>
+#include <memory>
 
 #include "console/events.h"
 #include "console/painter.h"
+#include "console/terminal_session.h"
+
+enum class MouseInput { Dropped, Queued };
 
 // The widget: copies the back store to the window and turns the mouse into events. Handlers run on
 // the toolkit thread with the toolkit lock held.
@@ -15,6 +19,7 @@ class CConsoleDrawingArea : public Gtk::DrawingArea {
   explicit CConsoleDrawingArea(CEventQueue& events);
 
   void setPainter(const Painter* painter) { painter_ = painter; }
+  void setMouse(MouseInput mouse) { mouse_ = mouse; }
 
  protected:
   bool on_expose_event(GdkEventExpose* event) override;
@@ -24,10 +29,12 @@ class CConsoleDrawingArea : public Gtk::DrawingArea {
   bool on_scroll_event(GdkEventScroll* event) override;
 
  private:
+  void put(const TEvent& event);
   void queueMouse(EventKind kind, int code, unsigned state, double x, double y);
 
   CEventQueue& events_;
   const Painter* painter_ = nullptr;
+  MouseInput mouse_ = MouseInput::Queued;
 };
 
 // The top-level window: keys, text from the input method, the close button, the focus.
@@ -40,6 +47,9 @@ class ConsoleWindow : public Gtk::Window {
   CConsoleDrawingArea area;
 
   void setPixels(int width, int height);
+  // Who gets the keys instead of the queue; null for nobody. The one before is deleted. Under the
+  // toolkit lock.
+  void setTerminal(std::unique_ptr<TerminalSession> session);
 
  protected:
   bool on_key_press_event(GdkEventKey* event) override;
@@ -54,9 +64,18 @@ class ConsoleWindow : public Gtk::Window {
   void ensureInputMethod(GdkWindow* window);
   static void onCommit(GtkIMContext* context, const char* utf8, void* self);
   void commit(const char* utf8);
-  void queueKey(int code, int state, int hwCode);
+  void queueKey(Key::Code code, int state, int hwCode);
+  void take(Key::Code code, int state, int hwCode);
+  void sendToTerminal(Key::Code code, int state);
+  void paste();
+  static void onPaste(GtkClipboard* clipboard, const char* text, void* request);
+  void beep();
 
   CEventQueue& events_;
   std::atomic<int>& blinkPhase_;
   ObjectPtr<GtkIMContext> imContext_;
+  std::unique_ptr<TerminalSession> terminal_;
+  unsigned terminalNumber_ = 0;  // counts them: tells a late paste that its terminal has gone
+  int shiftState_ = 0;           // as the queue's reader knows it, and as it is now
+  int latestShiftState_ = 0;
 };

@@ -1,6 +1,7 @@
 #include "console/grid.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 constexpr unsigned char BlankAttr = 7;
@@ -49,6 +50,8 @@ void Grid::resize(int columns, int rows) {
   columns_ = columns;
   rows_ = rows;
   cells_.assign(static_cast<size_t>(columns) * static_cast<size_t>(rows), Cell{L' ', BlankAttr});
+  order_.resize(static_cast<size_t>(rows));
+  std::iota(order_.begin(), order_.end(), 0);
   dirty_.resize(rows);
 }
 
@@ -69,15 +72,19 @@ bool Grid::clipLocked(int& x, int& y, int& w, int& h) const {
 std::vector<Cell> Grid::getCells(int x, int y, int w, int h) const {
   if (w <= 0 || h <= 0) return {};
   std::vector<Cell> result(static_cast<size_t>(w) * static_cast<size_t>(h));
+  getCells(x, y, w, h, result.data());
+  return result;
+}
+
+void Grid::getCells(int x, int y, int w, int h, Cell* cells) const {
   std::lock_guard guard(lock_);
   int left = x, top = y, width = w, height = h;
-  if (!clipLocked(left, top, width, height)) return result;
+  const bool anyInside = clipLocked(left, top, width, height);
+  if (!anyInside || width != w || height != h) std::fill_n(cells, static_cast<long>(w) * h, Cell{});
+  if (!anyInside) return;
   for (int row = top; row < top + height; ++row) {
-    const size_t target =
-        static_cast<size_t>(row - y) * static_cast<size_t>(w) + static_cast<size_t>(left - x);
-    std::copy_n(rowAt(row) + left, width, result.begin() + static_cast<long>(target));
+    std::copy_n(rowAt(row) + left, width, cells + static_cast<long>(row - y) * w + (left - x));
   }
-  return result;
 }
 
 bool Grid::putCells(int x, int y, int w, int h, const Cell* cells) {
@@ -169,7 +176,10 @@ bool Grid::writeWide(int x, int y, const wchar_t* text, unsigned char attr) {
 void Grid::scrollLocked(int x, int y, int w, int h, int n, unsigned char attr) {
   const int distance = std::clamp(n, -h, h);
   const int kept = h - std::abs(distance);
-  if (distance > 0) {
+  if (w == columns_) {
+    const auto first = order_.begin() + y, last = first + h;
+    std::rotate(first, distance > 0 ? first + kept : first - distance, last);
+  } else if (distance > 0) {
     for (int row = y + kept - 1; row >= y; --row) {
       std::copy_n(rowAt(row) + x, w, rowAt(row + distance) + x);
     }

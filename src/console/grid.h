@@ -65,6 +65,7 @@ class Grid {
   GridSize size() const;
 
   std::vector<Cell> getCells(int x, int y, int w, int h) const;
+  void getCells(int x, int y, int w, int h, Cell* cells) const;
   bool putCells(int x, int y, int w, int h, const Cell* cells);
   bool fillAttr(int x, int y, int n, unsigned char attr);
   bool fillBlank(int x, int y, int w, int h, unsigned char attr);
@@ -96,10 +97,11 @@ class Grid {
   void copyPart(Frame& frame, int x, int y, int count) const;
   bool store(int x, int y, Cell cell);  // true when it changed
   void touchCursor();
-  Cell* rowAt(int y) { return &cells_[static_cast<size_t>(y) * static_cast<size_t>(columns_)]; }
-  const Cell* rowAt(int y) const {
-    return &cells_[static_cast<size_t>(y) * static_cast<size_t>(columns_)];
+  size_t indexOf(int y) const {
+    return static_cast<size_t>(order_[static_cast<size_t>(y)]) * static_cast<size_t>(columns_);
   }
+  Cell* rowAt(int y) { return &cells_[indexOf(y)]; }
+  const Cell* rowAt(int y) const { return &cells_[indexOf(y)]; }
 
   template <class Source>
   bool writeRow(int x, int y, Source next);
@@ -108,6 +110,7 @@ class Grid {
   int columns_ = 0;
   int rows_ = 0;
   std::vector<Cell> cells_;
+  std::vector<int> order_;  // which row of `cells_` is row y: whole rows scroll by their numbers
   CursorState cursor_;
   DirtyBox dirty_;
 };

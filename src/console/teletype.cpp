@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "console/console.h"
+#include "console/console_impl.h"
 #include "foundation/utf8.h"
 
 namespace {
@@ -73,6 +73,10 @@ class Teletype {
 }  // namespace
 
 void CConsole::writeTty(const char* utf8Text) {
+  if (impl_->terminal) {
+    impl_->terminal->write(utf8Text);
+    return;
+  }
   const Westring text = fromUtf8(utf8Text);
   beginBatch();
   const int size = cursorSize();
