@@ -10,6 +10,7 @@
 #include "foundation/entry.h"
 #include "foundation/string_collections.h"
 #include "foundation/westring.h"
+#include "tree/tree_lines.h"
 #include "ui/win.h"
 
 namespace SortCode {
@@ -35,20 +36,6 @@ int pageColumns(PanelStyle style);
 struct PanelPosition {
   int top = 0;
   int cursor = 0;
-};
-
-struct TREENODE;
-
-// What a line of a tree panel knows beside its entry.
-struct TreeLine {
-  static constexpr int DeepestBranch = 64;  // bits of the mask
-
-  TREENODE* node = nullptr;     // of the tree that the line shows; not owned
-  int level = 0;                // depth, 0 at the root
-  uint64_t branches = 0;        // bit k: the branch at depth k + 1 goes on below this line
-  bool childrenHidden = false;  // directories below it don't show
-
-  bool goesOn(int slot) const { return slot < DeepestBranch && ((branches >> slot) & 1) != 0; }
 };
 
 struct TLinkTargetCacheEntry {
