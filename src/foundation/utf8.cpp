@@ -106,6 +106,17 @@ Estring toUtf8(const Westring& text) {
   return toUtf8(text.data());
 }
 
+size_t decodeCharacter(std::string_view bytes, wchar_t& character) {
+  unsigned char sequence[5] = {};  // ends in a NUL, which belongs to no sequence
+  std::copy_n(bytes.begin(), std::min<size_t>(bytes.size(), 4), sequence);
+  character = sequence[0];
+  if (character < OneByteLimit) return 1;
+  wchar_t value = 0;
+  const int length = readSequence(sequence, value);
+  if (length > 0) character = value != 0 ? value : OverlongNul;
+  return static_cast<size_t>(std::max(length, 1));
+}
+
 bool decodeUtf8(const char* bytes, Westring& result) {
   const auto* p = reinterpret_cast<const unsigned char*>(bytes);
   bool valid = true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "foundation/westring.h"
 
 // Wide text to UTF-8, as every path goes to the system. A value at or below 0x7F, negative ones
@@ -12,6 +14,10 @@ Estring toUtf8(const Westring& text);
 // whole input was valid.
 bool decodeUtf8(const char* bytes, Westring& result);
 Westring fromUtf8(const char* bytes);
+
+// The same for the character that `bytes`, one at least, begin with; returns how many it took. One
+// that is cut by the end of `bytes` is invalid.
+size_t decodeCharacter(std::string_view bytes, wchar_t& character);
 
 // The lossless decoder for names that come from the system: each byte that is no part of valid
 // UTF-8 (overlong forms, surrogates and values above U+10FFFF are invalid here) becomes the
