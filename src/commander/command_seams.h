@@ -59,11 +59,6 @@ struct CommandSeams {
   // `panel` is the viewer's list, or null.
   std::function<void(const Westring& file, Panel* panel)> viewFile;
   std::function<void(const Westring& file)> editFile;
-  // Runs a command with its macros expanded, once per file if they ask for it. `file` is what it is
-  // for; "" stands for the entry under the cursor.
-  std::function<void(const Westring& text, const Westring& file, int side)> processCommand;
-  // Opens the file under the cursor by an association, as a program or as an archive.
-  std::function<void(Panel&)> openFile;
 };
 
 CommandSeams& commandSeams();

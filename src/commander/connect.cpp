@@ -1,14 +1,27 @@
 #include "commander/connect.h"
 
+#include "commander/view_edit.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
+#include "shell/internal_programs.h"
+
+namespace {
+
+class ViewerAndEditor : public InternalPrograms {
+  void view(const Westring& path) override { viewFile(path); }
+  void edit(const Westring& path) override { editFile(path); }
+};
+
+}  // namespace
 
 void connectModules() {
   static DirectoryTree noTree;
   static ArchiveActions noArchives;
   static HistoryWindows noWindows;
+  static ViewerAndEditor viewerAndEditor;
   directoryTree().connect(noTree);
   archiveActions().connect(noArchives);
   historyWindows().connect(noWindows);
+  internalPrograms().connect(viewerAndEditor);
 }

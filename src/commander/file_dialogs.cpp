@@ -1,6 +1,5 @@
 #include "commander/file_dialogs.h"
 
-#include "commander/execute_line.h"
 #include "commander/view_edit.h"
 #include "console/key_codes.h"
 #include "foundation/names.h"
@@ -12,6 +11,7 @@
 #include "panels/model/panel_position.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/reader/directory_reader.h"
+#include "shell/process_command.h"
 #include "ui/alert.h"
 #include "ui/dialog.h"
 
@@ -62,13 +62,17 @@ bool askFile(const char* heading, Westring& path) {
   return false;
 }
 
+void runOn(const Westring& path, const Westring& program) {
+  processCommand(program, panelPair().activeSide, Westring(), MacroMode::Program, path);
+}
+
 }  // namespace
 
 void viewNamedFile() {
   Westring path;
   if (!askFile("View the file:", path)) return;
   if (!GlobalOptions::Viewer.empty()) {
-    runInPanel(GlobalOptions::Viewer, path, panelPair().activeSide);
+    runOn(path, GlobalOptions::Viewer);
     return;
   }
   viewFile(path);
@@ -78,7 +82,7 @@ void editNamedFile() {
   Westring path;
   if (!askFile("Edit the file:", path)) return;
   if (!GlobalOptions::Editor.empty()) {
-    runInPanel(GlobalOptions::Editor, path, panelPair().activeSide);
+    runOn(path, GlobalOptions::Editor);
   } else {
     editFile(path);
   }

@@ -10,6 +10,7 @@
 #include "panels/model/directory_tree.h"
 #include "panels/model/panel_position.h"
 #include "panels/picture/panel_draw.h"
+#include "shell/open_file.h"
 #include "ui/alert.h"
 
 namespace {
@@ -96,7 +97,7 @@ Westring currentDirectoryOf(const Panel& panel) {
 void enterCurrent(Panel& panel) {
   const entry* item = panel.currentEntry();
   if (!item || !panel.showing || !panel.isFiles()) return;
-  if (!item->isDirectory()) return callSeam(commandSeams().openFile, panel);
+  if (!item->isDirectory()) return openFile(panel, *item);
   if (panel.isTreeStyle()) return showBeside(panel);
   enterName(panel, item->name());
 }

@@ -8,8 +8,7 @@ void goToPreviousPath();
 void goHome();
 void goToShortcut(int digit);
 void storeShortcut(int digit);
-// Opens the entry under the cursor: enters a directory, hands a file to the module that opens
-// files.
+// Opens the entry under the cursor: enters a directory, opens a file.
 void enterCurrent(Panel& panel);
 // Enters the entry under the cursor as a directory or as an archive, whatever else it may be.
 void enterAsDirectory(Panel& panel);

@@ -7,7 +7,6 @@
 #include "commander/key_commands.h"
 #include "console/input.h"
 #include "console/text_state.h"
-#include "foundation/text_format.h"
 #include "options/colours.h"
 #include "options/options.h"
 #include "panels/commands/panel_switch.h"
@@ -16,13 +15,13 @@
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
 #include "panels/picture/status_line.h"
+#include "shell/prompt.h"
 #include "ui/alert.h"
 #include "ui/input_loop.h"
 
 namespace {
 
 constexpr int CursorShape = 15;  // percent of a cell, as in input fields
-constexpr int ShortPromptLength = 2;
 
 // An active panel that went off hands over to the other one.
 void chooseActiveSide(MainLoop& loop) {
@@ -159,9 +158,7 @@ Westring commandPrompt() {
   PanelPair& pair = panelPair();
   Panel& active = pair.active();
   Panel& shown = active.isFiles() && !active.isTreeStyle() ? active : pair.inactive();
-  Westring path = shownPath(shown);
-  if (!GlobalOptions::PathPrompt) path = left(path, ShortPromptLength);
-  return shortenPath(path, pair.screenColumns / 2 - 1) + L">";
+  return promptOf(shown);
 }
 
 void runMainLoop(MainLoop& loop) {

@@ -1,8 +1,9 @@
 #include "commander/command_rooms.h"
 #include "commander/command_seams.h"
-#include "commander/execute_line.h"
 #include "commander/exit_program.h"
+#include "commander/go_commands.h"
 #include "commander/menu_bar.h"
+#include "shell/execute_line.h"
 
 namespace {
 
@@ -25,8 +26,14 @@ Action openingUserMenu(UserMenuKind kind) {
   return [kind] { callSeam(commandSeams().userMenu, panelPair().activeSide, kind); };
 }
 
+// Without a line the entry under the cursor is meant.
+void runLine(MainLoop& loop, Separate separate) {
+  if (loop.line.empty()) return enterCurrent(panelPair().active());
+  if (executeLine(loop.line.text(), separate) == LineOutcome::Taken) loop.line.clear();
+}
+
 Action executing(Separate separate) {
-  return [separate](MainLoop& loop) { executeLine(loop, separate); };
+  return [separate](MainLoop& loop) { runLine(loop, separate); };
 }
 
 void openHistory(MainLoop& loop) {
@@ -34,8 +41,8 @@ void openHistory(MainLoop& loop) {
   HistoryChoice choice = commandSeams().commandHistoryWindow();
   if (choice.action == HistoryChoice::Action::Nothing) return;
   loop.line.setText(choice.command);
-  if (choice.action == HistoryChoice::Action::Run) executeLine(loop, Separate::No);
-  if (choice.action == HistoryChoice::Action::RunSeparately) executeLine(loop, Separate::Yes);
+  if (choice.action == HistoryChoice::Action::Run) runLine(loop, Separate::No);
+  if (choice.action == HistoryChoice::Action::RunSeparately) runLine(loop, Separate::Yes);
 }
 
 std::vector<Command> helpAndMenuRows() {

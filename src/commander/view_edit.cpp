@@ -1,15 +1,16 @@
 #include "commander/view_edit.h"
 
 #include "commander/command_seams.h"
-#include "commander/execute_line.h"
 #include "commander/main_loop.h"
 #include "filecommands/archive_actions.h"
 #include "foundation/names.h"
 #include "language/association_set.h"
+#include "language/temporary_names.h"
 #include "options/options.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
 #include "panels/reader/directory_reader.h"
+#include "shell/process_command.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ Westring commandFor(AssociationSet& set, const wchar_t* name, Program program,
 
 // `file` "" is the entry under the cursor.
 void runProgram(const Westring& command, const Westring& file) {
-  runInPanel(command, file, panelPair().activeSide);
+  processCommand(command, panelPair().activeSide, Westring(), MacroMode::Program, file);
 }
 
 // Takes the entry's file out of an archive; elsewhere it stands where it is. False when it could
@@ -35,6 +36,7 @@ bool fetchFile(Panel& panel, const Westring& name, Westring& path) {
     path = joinPath(shownPath(panel), name);
     return true;
   }
+  removeTemporaries();  // of the command before
   path = archiveActions()->extract(panel, name);
   return !path.empty();
 }

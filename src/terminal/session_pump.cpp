@@ -28,13 +28,14 @@ class SessionPump {
         buffer_(BufferSize),
         lastOutput_(now()) {}
 
-  void run() {
+  SessionEnd run() {
     do {
       oneRound();
       endWhenAsked();
       followSize();
     } while (!child_.reap());
     drain();
+    return hungUp_ ? SessionEnd::HungUp : SessionEnd::Own;
   }
 
  private:
@@ -106,7 +107,7 @@ class SessionPump {
 
 }  // namespace
 
-void pumpSession(ChildProcess& child, PseudoTerminal& terminal, ChildInput& input,
-                 SessionScreen& screen) {
-  SessionPump(child, terminal, input, screen).run();
+SessionEnd pumpSession(ChildProcess& child, PseudoTerminal& terminal, ChildInput& input,
+                       SessionScreen& screen) {
+  return SessionPump(child, terminal, input, screen).run();
 }

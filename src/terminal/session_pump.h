@@ -23,5 +23,6 @@ class SessionScreen {
 // write on and isn't waited for. When the end is asked for, by the input, the screen, or since the
 // program itself has to end, the command's session is hung up, and killed 2 seconds later.
 // Application thread.
-void pumpSession(ChildProcess& child, PseudoTerminal& terminal, ChildInput& input,
-                 SessionScreen& screen);
+enum class [[nodiscard]] SessionEnd{Own, HungUp};
+SessionEnd pumpSession(ChildProcess& child, PseudoTerminal& terminal, ChildInput& input,
+                       SessionScreen& screen);

@@ -10,6 +10,7 @@
 #include "commander/seam_log.h"
 #include "foundation/path_info.h"
 #include "language/environment.h"
+#include "shell/logged_shell.h"
 #include "support/fault_hook.h"
 
 namespace {
@@ -72,8 +73,8 @@ TEST_F(GoCommands, CtrlPageUpGoesUpAndDrawsWhatIsThere) {
 }
 
 TEST_F(GoCommands, CtrlPageDownEntersDirectoriesAndArchivesAndNothingElse) {
-  std::vector<std::string> opened;
-  commandSeams().openFile = [&](Panel& panel) { opened.push_back(currentName(panel)); };
+  LoggedShell shell;
+  leftDir.chmod("file", 0755);
   cursorTo("file");
   press(Key::CtrlPageDown);
   EXPECT_EQ(place(), leftDir.path());
@@ -86,7 +87,7 @@ TEST_F(GoCommands, CtrlPageDownEntersDirectoriesAndArchivesAndNothingElse) {
   EXPECT_EQ(currentName(left()), "pack.zip");
   press(Key::CtrlPageDown);
   EXPECT_EQ(place(), in("pack.zip"));
-  EXPECT_TRUE(opened.empty());
+  EXPECT_TRUE(shell.take().empty());
 }
 
 TEST_F(GoCommands, CtrlBackslashGoesToTheRoot) {
@@ -402,50 +403,47 @@ TEST_F(GoCommands, CdLeadsToTheDirectoryOfExactlyThatName) {
 }
 
 TEST_F(GoCommands, ACommandNeverRunsInAnotherDirectory) {
-  int run = 0;
-  commandSeams().processCommand = [&](const Westring&, const Westring&, int) { ++run; };
+  LoggedShell shell;
   goTo("sub");
   {
     FaultHook refuse("chdir", EACCES);
     const std::string box = dialogScreen("Permission denied", [&] { execute("rm *"); });
     EXPECT_NE(box.find(in("sub")), std::string::npos);
   }
-  EXPECT_EQ(run, 0);
+  EXPECT_TRUE(shell.take().empty());
   EXPECT_EQ(line(), "rm *");
   EXPECT_EQ(place(), in("sub"));
   press(Key::Enter);
-  EXPECT_EQ(run, 1);
+  EXPECT_EQ(shell.take(), std::vector<std::string>{"rm *"});
   EXPECT_EQ(bytes(currentDir()), in("sub"));
 }
 
 TEST_F(GoCommands, WhereTheDirectoryIsGoneACommandLeadsToTheNearestAboveIt) {
-  int run = 0;
-  commandSeams().processCommand = [&](const Westring&, const Westring&, int) { ++run; };
+  LoggedShell shell;
   goTo("sub/deep");
   std::filesystem::remove_all(in("sub"));
   const std::string box = dialogScreen("No such file or directory", [&] { execute("rm *"); });
   EXPECT_NE(box.find(in("sub/deep")), std::string::npos);
-  EXPECT_EQ(run, 0);
+  EXPECT_TRUE(shell.take().empty());
   EXPECT_EQ(line(), "rm *");
   EXPECT_EQ(place(), leftDir.path());
   EXPECT_EQ(bytes(currentDir()), leftDir.path());
 }
 
-TEST_F(GoCommands, CdGoesIntoTheHistoryAndAnUnconnectedShellKeepsTheLine) {
+TEST_F(GoCommands, CdAndOtherCommandsGoIntoTheHistory) {
+  LoggedShell shell;
   execute("cd sub");
   EXPECT_EQ(stored(commandHistory()), std::vector<std::string>{"cd sub"});
   execute("make all");
-  EXPECT_EQ(line(), "make all");
-  EXPECT_EQ(commandHistory().count(), 1);
+  EXPECT_EQ(commandHistory().count(), 2);
+  EXPECT_EQ(shell.take(), std::vector<std::string>{"make all"});
   execute("cd");  // alone it belongs to the shell
-  EXPECT_EQ(line(), "cd");
+  EXPECT_EQ(line(), "");
+  EXPECT_EQ(shell.take(), std::vector<std::string>{"cd"});
 }
 
-TEST_F(GoCommands, AConnectedShellGetsTheLine) {
-  std::vector<std::string> run;
-  commandSeams().processCommand = [&](const Westring& text, const Westring&, int side) {
-    run.push_back(bytes(text) + " " + std::to_string(side));
-  };
+TEST_F(GoCommands, TheShellGetsTheLine) {
+  LoggedShell shell;
   execute("  make all ");
   EXPECT_EQ(line(), "");
   GlobalOptions::Background = L"nohup";
@@ -454,11 +452,11 @@ TEST_F(GoCommands, AConnectedShellGetsTheLine) {
   GlobalOptions::Background = L"";
   type("cd sub");
   press(Key::AltEnter, ShiftState::Alt);
-  EXPECT_EQ(run, (std::vector<std::string>{"make all 0", "nohup make 0"}));
+  EXPECT_EQ(shell.take(), (std::vector<std::string>{"make all", "nohup make"}));
   EXPECT_EQ(place(), in("sub"));
   execute("   ");
   EXPECT_EQ(line(), "");
-  EXPECT_EQ(run.size(), 2u);
+  EXPECT_TRUE(shell.take().empty());
 }
 
 }  // namespace

@@ -206,8 +206,9 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
       {Key::AltF10, "tree 70"},
       {Key::AltF8, "history"},
       {Key::ShiftAltF8, "directory history"},
-      {Key::Enter, "open file.txt"},
+      {Key::Enter, "run open file.txt"},
   };
+  associationSets().associations.addPair(L"*.txt", L"open");
   for (const auto& row : rows) {
     press(row.key);
     EXPECT_EQ(log.take(), std::vector<std::string>{row.call}) << std::hex << row.key;
@@ -255,10 +256,10 @@ TEST_F(KeyCommands, AChosenCommandRunsOrGoesOnTheLine) {
   GlobalOptions::Background = L"bg";
   log.historyChoice = {HistoryChoice::Action::Run, L"make"};
   press(Key::AltF8);
-  EXPECT_EQ(log.take(), (std::vector<std::string>{"history", "run make [] 0"}));
+  EXPECT_EQ(log.take(), (std::vector<std::string>{"history", "run make"}));
   log.historyChoice.action = HistoryChoice::Action::RunSeparately;
   press(Key::AltF8);
-  EXPECT_EQ(log.take(), (std::vector<std::string>{"history", "run bg make [] 0"}));
+  EXPECT_EQ(log.take(), (std::vector<std::string>{"history", "run bg make"}));
   EXPECT_EQ(line(), "");
   log.historyChoice.action = HistoryChoice::Action::PutOnLine;
   press(Key::AltF8);
@@ -278,13 +279,13 @@ TEST_F(KeyCommands, ViewTakesTheAssociationThenTheOptionThenTheInternalViewer) {
             std::vector<std::string>{"view " + leftDir.path("file.txt") + " of a list"});
   GlobalOptions::Viewer = L"less";
   press(Key::F3);
-  EXPECT_EQ(log.take(), std::vector<std::string>{"run less [] 0"});
+  EXPECT_EQ(log.take(), std::vector<std::string>{"run less file.txt"});
   associationSets().viewers.addPair(L"*.txt", L"special");
   press(Key::F3);
-  EXPECT_EQ(log.take(), std::vector<std::string>{"run special [] 0"});
+  EXPECT_EQ(log.take(), std::vector<std::string>{"run special file.txt"});
   cursorTo("second");
   press(Key::F3);
-  EXPECT_EQ(log.take(), std::vector<std::string>{"run less [] 0"});
+  EXPECT_EQ(log.take(), std::vector<std::string>{"run less second"});
 }
 
 TEST_F(KeyCommands, AltF3TakesTheSecondViewerAndNoAssociation) {
@@ -295,7 +296,7 @@ TEST_F(KeyCommands, AltF3TakesTheSecondViewerAndNoAssociation) {
             std::vector<std::string>{"view " + leftDir.path("file.txt") + " of a list"});
   GlobalOptions::Viewer2 = L"hex";
   press(Key::AltF3);
-  EXPECT_EQ(log.take(), std::vector<std::string>{"run hex [] 0"});
+  EXPECT_EQ(log.take(), std::vector<std::string>{"run hex file.txt"});
 }
 
 TEST_F(KeyCommands, ViewCountsADirectoryAndEditLeavesItAlone) {
@@ -315,8 +316,8 @@ TEST_F(KeyCommands, EditTakesTheAssociationThenTheOptionThenTheInternalEditor) {
   associationSets().editors.addPair(L"*.txt", L"special");
   press(Key::F4);
   press(Key::AltF4);
-  EXPECT_EQ(log.take(),
-            (std::vector<std::string>{"run vi [] 0", "run special [] 0", "run ed [] 0"}));
+  EXPECT_EQ(log.take(), (std::vector<std::string>{"run vi file.txt", "run special file.txt",
+                                                  "run ed file.txt"}));
 }
 
 TEST_F(KeyCommands, AfterTheEditorThePanelsAreReadAgain) {
@@ -340,7 +341,7 @@ TEST_F(KeyCommands, WhatIsViewedOrEditedInAnArchiveIsTakenOutFirst) {
   EXPECT_EQ(log.take(),
             (std::vector<std::string>{"extract inner.txt", "view /tmp/extracted of a list",
                                       "extract inner.txt", "edit /tmp/extracted",
-                                      "extract inner.txt", "run less [/tmp/extracted] 0"}));
+                                      "extract inner.txt", "run less /tmp/extracted"}));
   log.extracted = L"";
   press(Key::F3);
   press(Key::F4);

@@ -2,6 +2,7 @@
 
 #include "commander/main_loop_test.h"
 #include "commander/seam_log.h"
+#include "language/association_set.h"
 
 namespace {
 
@@ -54,10 +55,11 @@ TEST_F(MainLoopMouse, ADoubleClickEntersADirectory) {
 }
 
 TEST_F(MainLoopMouse, ADoubleClickOpensAFileAlsoWithTextOnTheLine) {
+  associationSets().associations.addPair(L"file", L"open");
   type("text");
   doubleClick(5, 3);
   screenAfterQueued();
-  EXPECT_EQ(calls(), std::vector<std::string>{"open file"});
+  EXPECT_EQ(calls(), std::vector<std::string>{"run open file"});
   EXPECT_EQ(line(), "text");
 }
 

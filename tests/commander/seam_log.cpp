@@ -43,10 +43,6 @@ void SeamLog::connect() {
     note("view " + bytes(file) + (panel ? " of a list" : ""));
   };
   seams.editFile = [this](const Westring& file) { note("edit " + bytes(file)); };
-  seams.processCommand = [this](const Westring& text, const Westring& file, int side) {
-    note("run " + bytes(text) + " [" + bytes(file) + "] " + std::to_string(side));
-  };
-  seams.openFile = ofPanel("open");
 }
 
 void SeamLog::disconnect() {

@@ -8,8 +8,9 @@
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
+#include "shell/logged_shell.h"
 
-// What connected modules were asked for, in order.
+// What connected modules were asked for, in order, and then what the shell was.
 class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindows {
  public:
   ~SeamLog() override { disconnect(); }
@@ -23,7 +24,10 @@ class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindo
   Westring extract(Panel& panel, const Westring& name) override;
   void compress(Panel& panel) override;
 
-  std::vector<std::string> take() { return std::exchange(calls_, {}); }
+  std::vector<std::string> take() {
+    for (const std::string& command : shell_.take()) note("run " + command);
+    return std::exchange(calls_, {});
+  }
   std::string last() { return calls_.empty() ? "" : calls_.back(); }
   // What the windows of other modules answer.
   HistoryChoice historyChoice;
@@ -34,4 +38,5 @@ class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindo
   void note(const std::string& call) { calls_.push_back(call); }
 
   std::vector<std::string> calls_;
+  LoggedShell shell_;
 };

@@ -39,18 +39,6 @@ TEST_F(Prompt, CdDotDotGoesUp) {
   EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(Prompt, AnotherLineStaysOnThePrompt) {
-  start();
-  type("echo hello");
-  press(XK_Return);
-  press(XK_Left, {XK_Control_L});
-  type("x");
-  expectText(">echo xhello");
-  press(XK_Escape);
-  expectNoText("echo");
-  EXPECT_EQ(quit(), 0);
-}
-
 TEST_F(Prompt, ANameIsInsertedQuotedAndCdReadsItBack) {
   left().makeDir("with blank");
   left().write("with blank/inside", "");

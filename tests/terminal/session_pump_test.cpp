@@ -219,6 +219,7 @@ TEST_F(Session, ACommandIsToldOfANewSize) {
 TEST_F(Session, OneBreakEndsNothing) {
   whenShown("go", [this] { input->breakPressed(); });
   EXPECT_EQ(run("echo go; sleep 0.3; exit 7"), 7);
+  EXPECT_EQ(end, SessionEnd::Own);
 }
 
 TEST_F(Session, BreakTwiceEndsACommandThatIgnoresControlC) {
@@ -228,6 +229,7 @@ TEST_F(Session, BreakTwiceEndsACommandThatIgnoresControlC) {
     input->breakPressed();
   });
   EXPECT_EQ(run("trap '' INT; echo go; while :; do sleep 1; done"), 128 + SIGHUP);
+  EXPECT_EQ(end, SessionEnd::HungUp);
 }
 
 TEST_F(Session, ACommandThatIgnoresTheHangUpIsKilledWithAllOfItsSession) {
@@ -247,8 +249,8 @@ TEST_F(Session, AHangUpEndsAStoppedProcess) {
 }
 
 TEST_F(Session, TheEndOfTheProgramEndsTheCommand) {
-  std::unique_ptr<EndRequest> end;
-  whenShown("go", [&] { end = std::make_unique<EndRequest>(); });
+  std::unique_ptr<EndRequest> request;
+  whenShown("go", [&] { request = std::make_unique<EndRequest>(); });
   EXPECT_EQ(run("echo go; exec sleep 1000"), 128 + SIGHUP);
 }
 

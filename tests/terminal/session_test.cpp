@@ -46,7 +46,7 @@ int SessionTest::run(const std::string& command, const std::string& shell) {
   EXPECT_EQ(child.start({shell, command, environment}, terminal.slave()), 0);
   input = std::make_unique<ChildInput>(terminal.master());
   Screen screen(*this);
-  pumpSession(child, terminal, *input, screen);
+  end = pumpSession(child, terminal, *input, screen);
   input.reset();
   return child.status();
 }

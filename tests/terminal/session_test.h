@@ -26,6 +26,7 @@ class SessionTest : public testing::Test {
   // Types at the command that runs. False when it takes no more.
   bool type(std::string_view bytes) { return input->put(bytes) == ChildInput::Put::Taken; }
 
+  SessionEnd end = SessionEnd::Own;  // of the last command
   std::string output;
   size_t outputSize = 0;
   bool keepOutput = true;  // else only its size is counted

@@ -1,4 +1,4 @@
-#include "commander/ask_text.h"
+#include "shell/ask_text.h"
 
 #include "console/key_codes.h"
 #include "foundation/utf8.h"

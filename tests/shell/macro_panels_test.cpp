@@ -1,23 +1,23 @@
 // What macros see of the two panels.
 
-#include "commander/macro_panels.h"
+#include "shell/macro_panels.h"
 
 #include <unistd.h>
 
 #include <cstdlib>
 
-#include "commander/main_loop_test.h"
-#include "commander/seam_log.h"
+#include "filecommands/archive_actions.h"
 #include "language/shell_quote.h"
 #include "panels/commands/selection.h"
 #include "panels/reader/directory_reader.h"
+#include "shell/shell_test.h"
 
 namespace {
 
-class MacroPanels : public MainLoopTest {
+class MacroPanels : public ShellTest {
  protected:
   void SetUp() override {
-    MainLoopTest::SetUp();
+    ShellTest::SetUp();
     setenv("TMP", temporary_.path().c_str(), 1);
     for (const char* name : {"a b", "c", "d"}) leftDir.write(name, "x");
     rightDir.write("far.c", "x");
@@ -27,13 +27,15 @@ class MacroPanels : public MainLoopTest {
   }
   void TearDown() override {
     unsetenv("TMP");
-    MainLoopTest::TearDown();
+    ShellTest::TearDown();
   }
 
   // "-" when the command must not run.
   std::string expand(const wchar_t* command, int side = 0) {
-    Westring result;
-    return expandPanelCommand(command, side, result) ? bytes(result) : "-";
+    PanelMacros macros(side);
+    Westring result = command;
+    const auto end = expandCommand(result, Westring(), macros, MacroMode::Command);
+    return end == MacroResult::Failed ? "-" : bytes(result);
   }
   void tag(const wchar_t* name) {
     selectName(left(), name);
@@ -94,13 +96,20 @@ TEST_F(MacroPanels, AMemberOfAnArchiveNeedsItsReaderToBeExtracted) {
   enterArchive();
   EXPECT_EQ(expand(L"less !"), "-");
   EXPECT_EQ(expand(L"echo !x"), "echo inner");
-  SeamLog log;
-  log.connect();
-  log.extracted = L"/tmp/a copy";
+  struct Extractor : ArchiveActions {
+    ~Extractor() override { archiveActions().disconnect(); }
+    Westring extract(Panel&, const Westring& name) override {
+      asked.push_back("extract " + bytes(name));
+      return extracted;
+    }
+    std::vector<std::string> asked;
+    Westring extracted = L"/tmp/a copy";
+  } log;
+  archiveActions().connect(log);
   EXPECT_EQ(expand(L"less !"), "less /tmp/a\\ copy");
   EXPECT_EQ(expand(L"less !F", 1), "less /tmp/a\\ copy");
   const std::string asked = "extract inner.txt";
-  EXPECT_EQ(log.take(), (std::vector<std::string>{asked, asked}));
+  EXPECT_EQ(log.asked, (std::vector<std::string>{asked, asked}));
   log.extracted = L"";
   EXPECT_EQ(expand(L"less !f"), "-");
 }

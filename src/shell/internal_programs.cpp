@@ -1,0 +1,6 @@
+#include "shell/internal_programs.h"
+
+Connection<InternalPrograms>& internalPrograms() {
+  static Connection<InternalPrograms> connection;
+  return connection;
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "language/macro_expansion.h"
+
+// Replaces the macros of a command and runs it for the panel of `side`, once, or once for each
+// tagged file when the command asks for that; `echo` is shown with the first run only. `file` is
+// what the command is for; "" stands for the entry under the cursor, and then the temporary files
+// of the command before are removed first. A command that comes out empty isn't run. 0, or negative
+// when it was cancelled or couldn't be run. Application thread.
+int processCommand(const Westring& text, int side, const Westring& echo,
+                   MacroMode mode = MacroMode::Command, const Westring& file = Westring());
