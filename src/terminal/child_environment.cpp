@@ -1,5 +1,6 @@
 #include "terminal/child_environment.h"
 
+#include "foundation/data_paths.h"
 #include "foundation/place.h"
 #include "foundation/system.h"
 #include "language/environment.h"
@@ -16,6 +17,17 @@ bool isWorkingDirectory(const std::string& path) {
          System::stat(".", &present) == 0 && idOf(named) == idOf(present);
 }
 
+// Shells ask for bracketed pastes by a sequence that our terminal would show. The file that
+// INPUTRC names, with which they don't, takes in the one that they would have read themselves. No
+// value where it isn't installed.
+std::string lineEditorSettings() {
+  const std::string users = bytePath(homeDirectory()) + "/.inputrc";
+  struct stat info;
+  const bool usersOwn = System::stat(users.c_str(), &info) == 0;
+  const std::string ours = bytePath(sharedDirectory()) + (usersOwn ? "inputrc" : "inputrc.system");
+  return System::stat(ours.c_str(), &info) == 0 ? ours : "";
+}
+
 }  // namespace
 
 std::vector<std::string> childEnvironment(const Westring& directory) {
@@ -25,6 +37,10 @@ std::vector<std::string> childEnvironment(const Westring& directory) {
   const std::string path = bytePath(directory);
   all.set("PWD", isWorkingDirectory(path) ? path.c_str() : nullptr);
   all.set("TERM", "ansi");
+  if (const std::string settings = lineEditorSettings();
+      all.get("INPUTRC") == nullptr && !settings.empty()) {
+    all.set("INPUTRC", settings.c_str());
+  }
   all.set("NCURSES_NO_UTF8_ACS", "1");  // lines come as characters, not as an alternate set
   return all.block();
 }

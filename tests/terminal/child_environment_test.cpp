@@ -53,3 +53,19 @@ TEST(ChildEnvironment, TheDirectoryIsTheOneThatIsShown) {
   EXPECT_EQ(valueIn(childEnvironment(dir.wide()), "PWD"), "");
   EXPECT_EQ(valueIn(childEnvironment(L""), "PWD"), "");
 }
+
+TEST(ChildEnvironment, LineEditorsReadOurSettingsUnlessTheUserNamesOthers) {
+  const TempDir home, share;
+  setenv("HOME", home.path().c_str(), 1);
+  setenv("TD_SHARE", share.path().c_str(), 1);
+  configuredEnvironment().set("INPUTRC", nullptr);
+  sessionEnvironment().hide("INPUTRC");
+  EXPECT_EQ(valueIn(here(), "INPUTRC"), "") << "not installed";
+  share.write("inputrc", "");
+  share.write("inputrc.system", "");
+  EXPECT_EQ(valueIn(here(), "INPUTRC"), share.path("inputrc.system"));
+  home.write(".inputrc", "");
+  EXPECT_EQ(valueIn(here(), "INPUTRC"), share.path("inputrc"));
+  sessionEnvironment().set("INPUTRC", "/mine");
+  EXPECT_EQ(valueIn(here(), "INPUTRC"), "/mine");
+}

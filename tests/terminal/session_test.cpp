@@ -77,3 +77,20 @@ pid_t numberBehind(const std::string& output, const std::string& label) {
   const size_t at = output.find(label);
   return at == std::string::npos ? 0 : std::atoi(output.c_str() + at + label.size());
 }
+
+// The screen shows private sequences as text: the prompt must not hold any.
+TEST_F(SessionTest, ThePromptOfAnInteractiveBashIsClean) {
+  const TempDir home;
+  const std::string data = std::filesystem::absolute(__FILE__).parent_path() / "../../data/";
+  home.write(".inputrc", "set enable-bracketed-paste on\n\"\\C-g\": \"echo mine\"\n");
+  for (const char* settings : {"inputrc", "inputrc.system"}) {
+    environment = {"PATH=/usr/bin:/bin", "TERM=ansi", "HOME=" + home.path(), "PS1=ready> ",
+                   "INPUTRC=" + data + settings};
+    output.clear();
+    whenShown("ready> ", [this] { ASSERT_TRUE(type("\x07 it; exit\r")); });
+    run("exec bash --norc -i");
+    EXPECT_EQ(output.find("\x1b[?"), std::string::npos) << output;
+    EXPECT_EQ(output.find("mine it") != std::string::npos, settings == std::string("inputrc"))
+        << output;
+  }
+}
