@@ -39,10 +39,6 @@ struct CommandSeams {
   std::function<void(HelpTopic topic)> help;
   std::function<void(int side, UserMenuKind kind)> userMenu;
   std::function<void()> editUserMenu;
-  std::function<void()> editAssociations;
-  // Overwrites the options with what the configuration file says.
-  std::function<void()> loadConfiguration;
-  std::function<void()> saveConfiguration;
   std::function<void()> configurationDialog;
   std::function<void()> coloursDialog;
   std::function<void()> confirmationsDialog;

@@ -1,6 +1,6 @@
 #include "commander/exit_program.h"
 
-#include "commander/command_seams.h"
+#include "config/config_writer.h"
 #include "console/text_state.h"
 #include "foundation/file_mode_mask.h"
 #include "foundation/safe_file.h"
@@ -20,7 +20,7 @@ bool confirmExit() {
 
 void leavePanels() {
   constexpr int shellCursor = 15;
-  if (GlobalOptions::AutoSave) callSeam(commandSeams().saveConfiguration);
+  if (GlobalOptions::AutoSave) saveConfiguration();
   for (int side = 1; side >= 0; --side) {
     Panel& panel = panelPair().side[side];
     while (panel.archive) panel.archive = std::move(panel.archive->parent);

@@ -111,9 +111,9 @@ void takeMouse(MainLoop& loop, const MouseMessage& mouse) {
   loop.raise(Redraw::CommandRow);
 }
 
-void tellMissingDirectories(MainLoop& loop) {
-  for (const Westring& path : std::exchange(loop.missingDirectories, {})) {
-    alert("Invalid directory", path, AlertButtons::Ok, AlertColour::Error);
+void tellNotices(MainLoop& loop) {
+  for (const StartNotice& notice : std::exchange(loop.notices, {})) {
+    alert(notice.text, notice.path, AlertButtons::Ok, AlertColour::Error);
   }
 }
 
@@ -139,7 +139,7 @@ void oneRound(MainLoop& loop) {
   drawBelowPanels(loop);
   panel.saved = {panel.top, panel.cursor};
   placeTextCursor(loop);
-  tellMissingDirectories(loop);
+  tellNotices(loop);
 
   if (loop.pendingKey != 0) return takePending(loop);
   const Input input = waitForInput();

@@ -10,6 +10,12 @@
 // How much of the rows below the panels the next round draws anew.
 enum class Redraw : int { Nothing = 0, CommandRow = 1, All = 2 };
 
+// What went wrong at the start: a text and what it is about, or "".
+struct StartNotice {
+  const char* text;
+  Westring path;
+};
+
 // What outlives one round of the main loop and what commands may change. Application thread.
 struct MainLoop {
   CommandLine line;
@@ -22,7 +28,7 @@ struct MainLoop {
   int drawnShiftState = -1;   // what the key bar shows
   PanelMouseState mouse;
   bool leaving = false;
-  std::vector<Westring> missingDirectories;  // of the start: told when the first screen stands
+  std::vector<StartNotice> notices;  // told when the first screen stands
   Westring prompt;
 
   void raise(Redraw level) {

@@ -1,6 +1,10 @@
 #include "commander/command_rooms.h"
 #include "commander/command_seams.h"
 #include "commander/screen_size.h"
+#include "commander/view_edit.h"
+#include "config/config_reader.h"
+#include "config/config_writer.h"
+#include "foundation/data_paths.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
 #include "panels/model/panel_pair.h"
@@ -62,6 +66,18 @@ void toggleThousandSeparator() {
 void toggleRetainCount() {
   flip(GlobalOptions::RetainCount);
   reReadPanels();
+}
+
+// What was changed in the file by hand may colour the rows anew.
+void saveSetup() {
+  saveConfiguration();
+  redrawPanels();
+}
+
+void editAssociations() {
+  editFile(dataFilePath(DataFile::Configuration));
+  loadConfiguration(ConfigScope::ListsOnly);
+  redrawPanels();
 }
 
 std::function<bool()> isOn(const bool& option) {
@@ -126,12 +142,12 @@ std::vector<Command> dialogRows() {
        .help = HelpTopic::Confirmations},
       {.name = "Save setup",
        .codes = {MenuCode::SaveSetup, Key::ShiftF9},
-       .run = seam(&CommandSeams::saveConfiguration),
+       .run = saveSetup,
        .menu = {"Save Setup      Shft-F9", 0},
        .label = "SavSet"},
       {.name = "Edit associations",
        .codes = {MenuCode::EditAssociations},
-       .run = seam(&CommandSeams::editAssociations),
+       .run = editAssociations,
        .menu = {"Edit Associations", 5},
        .help = HelpTopic::ConfigurationFile},
   };

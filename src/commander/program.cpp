@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "commander/arguments.h"
-#include "commander/command_seams.h"
 #include "commander/connect.h"
 #include "commander/exit_program.h"
 #include "commander/main_loop.h"
 #include "commander/screen_size.h"
 #include "commander/view_edit.h"
+#include "config/config_reader.h"
 #include "console/console.h"
 #include "console/text_state.h"
 #include "foundation/data_paths.h"
@@ -25,7 +25,6 @@
 #include "foundation/system.h"
 #include "foundation/utf8.h"
 #include "language/typed_path.h"
-#include "options/colours.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
 #include "panels/picture/panel_clock.h"
@@ -53,12 +52,9 @@ class ConsoleOwner {
   std::unique_ptr<CConsole> owned_;
 };
 
-// Defaults, and a screen that agrees with them.
+// The options of the file, and a screen that agrees with them.
 void applyOptions() {
-  GlobalOptions::setDefaultOptions();
-  defaultColours();
-  callSeam(commandSeams().loadConfiguration);
-  GlobalOptions::correctNumbers();
+  loadConfiguration(ConfigScope::Everything);
   applyScreenOptions();
 }
 
@@ -158,7 +154,11 @@ Westring fromHere(const Westring& name) {
 void runPanels(const Arguments& arguments) {
   Westring exitScript = fromHere(arguments.exitScript);
   MainLoop loop;
-  loop.missingDirectories = initPanels(arguments);
+  const bool hasHome = !dataFilePath(DataFile::Configuration).empty();
+  if (!hasHome) loop.notices.push_back({"No home directory: nothing will be kept", Westring()});
+  for (const Westring& path : initPanels(arguments)) {
+    loop.notices.push_back({"Invalid directory", path});
+  }
   runMainLoop(loop);
   Westring directory = physicalDirectory(panelPair().active());
   leavePanels();

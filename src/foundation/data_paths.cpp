@@ -1,9 +1,11 @@
 #include "foundation/data_paths.h"
 
+#include <cerrno>
 #include <cstdlib>
 
 #include "foundation/names.h"
 #include "foundation/path_info.h"
+#include "foundation/system.h"
 #include "foundation/utf8.h"
 
 namespace {
@@ -11,6 +13,7 @@ namespace {
 constexpr wchar_t SharedDirectory[] = L"/usr/share/tandemdeck/";
 constexpr wchar_t DocumentationDirectory[] = L"/usr/share/doc/tandemdeck/";
 constexpr wchar_t UserDirectory[] = L".tdx/";
+constexpr mode_t PrivateDirectory = 0700;
 constexpr wchar_t RootDirectory[] = L"/";
 constexpr char SharedVariable[] = "TD_SHARE";
 constexpr char HomeVariable[] = "HOME";
@@ -29,9 +32,22 @@ Westring activeBaseName() {
   return baseName(configurationPath.empty() ? ownPath : configurationPath);
 }
 
+// HOME, or what the user data base says; "" when neither tells.
+Westring knownHome() {
+  const char* home = getenv(HomeVariable);
+  return home && *home ? decodeFileName(home) : homeOfUser();
+}
+
+// "" without a home.
 Westring userDirectory() {
   if (!configurationPath.empty()) return addSlash(parentOf(configurationPath));
-  return addSlash(homeDirectory()) + UserDirectory;
+  const Westring home = knownHome();
+  return home.empty() ? home : addSlash(home) + UserDirectory;
+}
+
+Westring userFile(const Westring& name) {
+  const Westring directory = userDirectory();
+  return directory.empty() ? directory : directory + name;
 }
 
 }  // namespace
@@ -56,26 +72,31 @@ Westring dataFilePath(DataFile kind, DataPlace place) {
     case DataFile::Manual:
       return Westring(DocumentationDirectory) + L"manual/" + base + L"html";
     case DataFile::UserMenu:
-      return userDirectory() + base + L"mnu";
+      return userFile(base + L"mnu");
     case DataFile::Configuration:
-      return userDirectory() + base + L"ini";
+      return userFile(base + L"ini");
     case DataFile::History:
-      return userDirectory() + base + L"hst";
+      return userFile(base + L"hst");
     case DataFile::Log:
-      return userDirectory() + base + L"log";
+      return userFile(base + L"log");
     case DataFile::SyntaxDefinitions: {
-      const Westring directory = place == DataPlace::Shared ? sharedDirectory() : userDirectory();
-      return directory + dropRight(base, 1) + L"syntax.ini";
+      const Westring name = dropRight(base, 1) + L"syntax.ini";
+      return place == DataPlace::Shared ? sharedDirectory() + name : userFile(name);
     }
   }
   return Westring();
 }
 
 Westring homeDirectory() {
-  const char* home = getenv(HomeVariable);
-  if (home && *home) return decodeFileName(home);
-  const Westring stored = homeOfUser();
-  return stored.empty() ? Westring(RootDirectory) : stored;
+  const Westring home = knownHome();
+  return home.empty() ? Westring(RootDirectory) : home;
+}
+
+int makeUserDirectory() {
+  const Westring directory = userDirectory();
+  if (directory.empty()) return ENOENT;
+  if (System::mkdir(toUtf8(directory).data(), PrivateDirectory) == 0 || errno == EEXIST) return 0;
+  return errno;
 }
 
 Westring sharedDirectory() {

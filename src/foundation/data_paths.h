@@ -18,8 +18,12 @@ void setProgramPath(const Westring& absolutePath);
 const Westring& programPath();
 void setConfigurationFile(const Westring& absolutePath);  // "" for none
 
-// The path of one of the program's files. `place` counts for the syntax definitions only.
+// The path of one of the program's files. `place` counts for the syntax definitions only. "" for a
+// file of the user when nothing tells where the user's files could lie.
 Westring dataFilePath(DataFile kind, DataPlace place = DataPlace::PerUser);
+
+// Makes the directory of the user's files, for nobody else, unless it is there. 0 or errno.
+int makeUserDirectory();
 
 // HOME, or the user data base's home directory, or "/" when neither tells.
 Westring homeDirectory();

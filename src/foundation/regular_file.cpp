@@ -11,9 +11,9 @@ namespace {
 constexpr size_t PieceSize = 65536;
 }
 
-int openRegularFile(const Westring& path, Descriptor& result) {
-  Descriptor opened(
-      System::open(toUtf8(path).data(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+int openRegularFile(const Westring& path, Descriptor& result, Links links) {
+  const int follow = links == Links::Follow ? 0 : O_NOFOLLOW;
+  Descriptor opened(System::open(toUtf8(path).data(), O_RDONLY | follow | O_NONBLOCK | O_CLOEXEC));
   if (!opened.valid()) return errno;
   struct stat info;
   if (System::fstat(opened.get(), &info) < 0) return errno;
@@ -22,10 +22,16 @@ int openRegularFile(const Westring& path, Descriptor& result) {
   return 0;
 }
 
-int readRegularFile(const Westring& path, std::string& content, size_t limit) {
+int readRegularFile(const Westring& path, std::string& content, size_t limit, Links links,
+                    FileStamp* stamp) {
   content.clear();
   Descriptor file;
-  if (const int error = openRegularFile(path, file)) return error;
+  if (const int error = openRegularFile(path, file, links)) return error;
+  if (stamp != nullptr) {
+    struct stat info;
+    if (System::fstat(file.get(), &info) < 0) return errno;
+    *stamp = FileStamp::of(info);
+  }
   for (;;) {
     const size_t before = content.size();
     const size_t piece = std::min(PieceSize, limit - before + 1);

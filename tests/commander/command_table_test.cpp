@@ -238,6 +238,7 @@ class CommandEffects : public MainLoopTest {
     std::ostringstream out;
     out << screenText() << console->eventCount() << line() << loop.pendingKey;
     for (const std::string& call : log.take()) out << call;
+    out << homeDir.exists(".tdx/td.ini");
     for (const Panel& panel : panelPair().side) {
       out << bytes(panel.path) << panel.sort << static_cast<int>(panel.style)
           << static_cast<int>(panel.type) << panel.showing << panel.taggedCount;
@@ -259,6 +260,7 @@ class CommandEffects : public MainLoopTest {
     press(code, code == Key::AltBackslash ? ShiftState::Alt : 0);
     const bool changed = everything() != before;
     drainEvents();
+    std::filesystem::remove_all(homeDir.path(".tdx"));
     return changed;
   }
 

@@ -1,5 +1,7 @@
 // What each key and menu code does, and when it does nothing.
 
+#include <filesystem>
+
 #include "commander/command.h"
 #include "commander/main_loop_test.h"
 #include "commander/seam_log.h"
@@ -103,14 +105,15 @@ class KeyCommands : public MainLoopTest {
     log.take();
   }
 
-  // True when the key called a module, or opened a window, which the queued Esc then left.
+  // True when the key called a module, saved, or opened a window, which the queued Esc then left.
   bool acts(int key, int state) {
     queueKey(Key::Esc);
     queueKey(Key::Esc);
     press(key, state);
     const bool opened = console->eventCount() < 2;
     drainEvents();
-    return opened || !log.take().empty();
+    const bool saved = homeDir.exists(".tdx/td.ini");
+    return opened || saved || !log.take().empty();
   }
 
   SeamLog log;
@@ -162,14 +165,12 @@ TEST_F(KeyCommands, KeysWithoutAFunctionHereDoNothing) {
 TEST_F(KeyCommands, UnconnectedModulesLeaveTheirKeysSilent) {
   commandSeams() = CommandSeams{};
   SeamLog::disconnect();
-  for (int key : {Key::F1,          Key::F2,          Key::ShiftF2,
-                  Key::F3,          Key::AltF3,       Key::F4,
-                  Key::AltF4,       Key::ShiftF7,     Key::AltF7,
-                  Key::AltF8,       Key::AltF5,       Key::AltF6,
-                  Key::AltF10,      Key::ShiftF9,     Key::ctrl('a'),
-                  Key::ctrl('c'),   Key::ctrl('k'),   Key::ctrl('q'),
-                  Key::CtrlShiftF5, Key::ShiftAltF8,  MenuCode::Configuration,
-                  Key::Enter,       Key::CtrlPageDown}) {
+  for (int key : {Key::F1,        Key::F2,          Key::ShiftF2,    Key::F3,
+                  Key::AltF3,     Key::F4,          Key::AltF4,      Key::ShiftF7,
+                  Key::AltF7,     Key::AltF8,       Key::AltF5,      Key::AltF6,
+                  Key::AltF10,    Key::ctrl('a'),   Key::ctrl('c'),  Key::ctrl('k'),
+                  Key::ctrl('q'), Key::CtrlShiftF5, Key::ShiftAltF8, MenuCode::Configuration,
+                  Key::Enter,     Key::CtrlPageDown}) {
     EXPECT_FALSE(acts(key, 0)) << std::hex << key;
   }
   EXPECT_EQ(currentName(left()), "file.txt");
@@ -195,12 +196,9 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
       {MenuCode::FileDateTime, "date file.txt"},
       {Key::ctrl('k'), "compare"},
       {Key::ctrl('q'), "count file.txt"},
-      {Key::ShiftF9, "save"},
-      {MenuCode::SaveSetup, "save"},
       {MenuCode::Configuration, "configuration"},
       {MenuCode::Colours, "colours"},
       {MenuCode::Confirmations, "confirmations"},
-      {MenuCode::EditAssociations, "edit associations"},
       {MenuCode::EditUserMenu, "edit user menu"},
       {Key::AltF5, "stored paths"},
       {Key::AltF10, "tree 70"},
@@ -213,6 +211,25 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
     press(row.key);
     EXPECT_EQ(log.take(), std::vector<std::string>{row.call}) << std::hex << row.key;
   }
+}
+
+TEST_F(KeyCommands, SaveSetupWritesTheConfigurationFile) {
+  for (int key : {Key::ShiftF9, MenuCode::SaveSetup}) {
+    GlobalOptions::Hidden = true;
+    press(key);
+    EXPECT_TRUE(homeDir.exists(".tdx/td.ini")) << std::hex << key;
+    std::filesystem::remove_all(homeDir.path(".tdx"));
+  }
+}
+
+TEST_F(KeyCommands, EditAssociationsEditsTheFileAndReadsItsListsAgain) {
+  homeDir.makeDir(".tdx");
+  homeDir.write(".tdx/td.ini", "Hidden=on\n[Colours]\n*.txt: bright red\n");
+  press(MenuCode::EditAssociations);
+  EXPECT_EQ(log.take(), std::vector<std::string>{"edit " + homeDir.path(".tdx/td.ini")});
+  EXPECT_EQ(associationSets().fileColours.count(), 1);
+  EXPECT_FALSE(GlobalOptions::Hidden);
+  associationSets().fileColours.clear();
 }
 
 TEST_F(KeyCommands, AllOfThemWorkForTheActiveSide) {

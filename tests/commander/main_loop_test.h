@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "commander/command_seams.h"
 #include "commander/key_commands.h"
 #include "commander/main_loop.h"
+#include "foundation/data_paths.h"
 #include "foundation/names.h"
 #include "panels/commands/change_directory.h"
 #include "panels/model/panel_position.h"
@@ -20,6 +22,9 @@ class MainLoopTest : public PanelScreenTest {
     commandSeams() = CommandSeams{};
     commandHistory().clear();
     setActiveSide(0);
+    setenv("HOME", homeDir.path().c_str(), 1);
+    setProgramPath(L"/usr/bin/td");
+    setConfigurationFile(L"");
   }
   void TearDown() override {
     commandSeams() = CommandSeams{};
@@ -98,6 +103,6 @@ class MainLoopTest : public PanelScreenTest {
     cursorTo("inner.txt");
   }
 
-  TempDir leftDir, rightDir;
+  TempDir leftDir, rightDir, homeDir;
   MainLoop loop;
 };

@@ -16,8 +16,6 @@ void SeamLog::connect() {
     note("user menu " + std::to_string(side) + (kind == UserMenuKind::Main ? " main" : " here"));
   };
   seams.editUserMenu = plain("edit user menu");
-  seams.editAssociations = plain("edit associations");
-  seams.saveConfiguration = plain("save");
   seams.configurationDialog = plain("configuration");
   seams.coloursDialog = plain("colours");
   seams.confirmationsDialog = plain("confirmations");

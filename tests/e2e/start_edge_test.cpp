@@ -21,8 +21,10 @@ class StartEdge : public ProgramTest {
     ProgramTest::TearDown();
     commandSeams() = CommandSeams{};
   }
-  // What the configuration file would say.
-  void configure(std::function<void()> set) { commandSeams().loadConfiguration = std::move(set); }
+  void configure(const std::string& text) {
+    home().makeDir(".tdx");
+    home().write(".tdx/td.ini", text);
+  }
   bool promptIs(const std::string& path) {
     return row(0, 23, static_cast<int>(path.size()) + 1) == path + ">";
   }
@@ -208,17 +210,14 @@ TEST_F(StartEdge, ViewAndEditRunAloneTheViewerFirst) {
 // ---- options
 
 TEST_F(StartEdge, AConfiguredWidthOf60IsWidenedTo80) {
-  configure([] { GlobalOptions::Columns = 60; });
+  configure("Columns=60\n");
   start();
   EXPECT_EQ(console->columns(), 80);
   EXPECT_EQ(quit(), 0);
 }
 
 TEST_F(StartEdge, AConfiguredSizeIsTheFirstScreens) {
-  configure([] {
-    GlobalOptions::Columns = 132;
-    GlobalOptions::Lines = 50;
-  });
+  configure("Columns=132\nLines=50\n");
   start();
   EXPECT_EQ(console->columns(), 132);
   EXPECT_EQ(console->rows(), 50);
@@ -227,11 +226,7 @@ TEST_F(StartEdge, AConfiguredSizeIsTheFirstScreens) {
 }
 
 TEST_F(StartEdge, NumbersOutOfRangeGoBackToTheirDefaults) {
-  configure([] {
-    GlobalOptions::MouSpeed = 1001;
-    GlobalOptions::TabWidth = 9;
-    GlobalOptions::Lines = 251;
-  });
+  configure("MouSpeed=1001\nTabWidth=9\nLines=251\n");
   start();
   EXPECT_EQ(GlobalOptions::MouSpeed, 8);
   EXPECT_EQ(GlobalOptions::TabWidth, 8);
@@ -240,10 +235,7 @@ TEST_F(StartEdge, NumbersOutOfRangeGoBackToTheirDefaults) {
 }
 
 TEST_F(StartEdge, NumbersAtTheEndsOfTheirRangeStay) {
-  configure([] {
-    GlobalOptions::MouSpeed = 1000;
-    GlobalOptions::TabWidth = 1;
-  });
+  configure("MouSpeed=1000\nTabWidth=1\n");
   start();
   EXPECT_EQ(GlobalOptions::MouSpeed, 1000);
   EXPECT_EQ(GlobalOptions::TabWidth, 1);
@@ -253,15 +245,9 @@ TEST_F(StartEdge, NumbersAtTheEndsOfTheirRangeStay) {
 TEST_F(StartEdge, PanelsStartAsConfigured) {
   left().write("b.one", "");
   left().write("a.two", "");
-  configure([] {
-    using namespace GlobalOptions;
-    LeftSort = 5;
-    LeftStyle = 0;
-    LeftFilter = L"*.one";
-    RightType = 1;
-    StartupSide = 'R';
-    Clock = true;
-  });
+  configure(
+      "LeftSort=rname\nLeftStyle=brief\nLeftFilter=*.one\nRightType=info\nStartupSide=R\n"
+      "Clock=on\n");
   start();
   expectText("b.one");
   EXPECT_FALSE(shows("a.two"));
@@ -272,10 +258,7 @@ TEST_F(StartEdge, PanelsStartAsConfigured) {
 }
 
 TEST_F(StartEdge, PanelsThatWereOffStayOff) {
-  configure([this] {
-    GlobalOptions::LeftShowing = false;
-    GlobalOptions::Right = fromUtf8(right().path().c_str());
-  });
+  configure("LeftShowing=off\nRight=" + right().path() + "\n");
   startPlain({});
   expectPrompt(right().path());
   EXPECT_EQ(row(0, 5, 40), std::string(40, ' '));
@@ -285,19 +268,18 @@ TEST_F(StartEdge, PanelsThatWereOffStayOff) {
 }
 
 TEST_F(StartEdge, TheDirectoryOnTheCommandLineGoesBeforeTheConfiguredOne) {
-  configure([this] { GlobalOptions::Left = fromUtf8(right().path().c_str()); });
+  configure("Left=" + right().path() + "\n");
   start();
   expectPrompt(left().path());
   EXPECT_EQ(quit(), 0);
 }
 
 TEST_F(StartEdge, AutoSaveSavesAtTheEndWhileThePanelsStillStand) {
-  std::vector<bool> showing;
-  commandSeams().saveConfiguration = [&] { showing.push_back(panelPair().side[0].showing); };
-  configure([] { GlobalOptions::AutoSave = true; });
+  configure("AutoSave=on\nLeftShowing=on\n");
   start();
   EXPECT_EQ(quit(), 0);
-  EXPECT_EQ(showing, std::vector<bool>{true});
+  const std::string saved = home().read(".tdx/td.ini");
+  EXPECT_NE(saved.find("LeftShowing=on\r\n"), std::string::npos) << saved;
 }
 
 }  // namespace

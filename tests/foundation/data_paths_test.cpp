@@ -4,10 +4,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 
 #include "foundation/path_info.h"
 #include "foundation/utf8.h"
+#include "support/as_user.h"
+#include "support/temp_dir.h"
 
 namespace {
 
@@ -85,6 +88,33 @@ TEST_F(DataPathsTest, AHomeAtTheRootOrWithASlashNeedsNoSecondOne) {
 TEST_F(DataPathsTest, AHomeOfAnyBytesIsKept) {
   setenv("HOME", "/home/\xff", 1);
   EXPECT_EQ(path(DataFile::Log), "/home/\xff/.tdx/td.log");
+}
+
+TEST_F(DataPathsTest, WithoutAnyHomeThereAreNoFilesOfTheUser) {
+  constexpr uid_t nobodyKnows = 54321;
+  EXPECT_EQ(runInChild([] {
+              if (geteuid() == 0 && setuid(nobodyKnows) != 0) return ChildFailed;
+              if (getpwuid(getuid()) != nullptr) return 0;  // an ordinary user has a home
+              unsetenv("HOME");
+              const bool none = path(DataFile::Configuration).empty() &&
+                                path(DataFile::History).empty() && makeUserDirectory() == ENOENT;
+              const bool others = !path(DataFile::Help).empty() &&
+                                  std::string(toUtf8(homeDirectory()).data()) == "/";
+              return none && others ? 0 : 1;
+            }),
+            0);
+}
+
+TEST_F(DataPathsTest, TheDirectoryOfTheUserIsMadeForNobodyElse) {
+  const TempDir dir;
+  setenv("HOME", dir.path().c_str(), 1);
+  EXPECT_EQ(makeUserDirectory(), 0);
+  EXPECT_EQ(dir.mode(".tdx"), 0700u);
+  dir.chmod(".tdx", 0755);
+  EXPECT_EQ(makeUserDirectory(), 0);
+  EXPECT_EQ(dir.mode(".tdx"), 0755u);
+  setenv("HOME", dir.path("missing").c_str(), 1);
+  EXPECT_EQ(makeUserDirectory(), ENOENT);
 }
 
 }  // namespace

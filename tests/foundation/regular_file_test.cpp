@@ -51,6 +51,20 @@ TEST_F(RegularFileTest, LinksPipesAndDirectoriesAreLeftAlone) {
   EXPECT_EQ(readRegularFile(L"/dev/zero", content, 100), EINVAL);
 }
 
+TEST_F(RegularFileTest, ALinkIsFollowedWhereThatIsWanted) {
+  dir.write("file", "text");
+  dir.link("file", "link");
+  dir.makeDir("directory");
+  dir.link("directory", "other");
+  FileStamp stamp;
+  EXPECT_EQ(readRegularFile(dir.wide("link"), content, 100, Links::Follow, &stamp), 0);
+  EXPECT_EQ(content, "text");
+  EXPECT_TRUE(stamp.exists);
+  EXPECT_EQ(stamp.size, 4);
+  EXPECT_EQ(readRegularFile(dir.wide("other"), content, 100, Links::Follow), EISDIR);
+  EXPECT_EQ(readRegularFile(L"/dev/null", content, 100, Links::Follow), EINVAL);
+}
+
 TEST_F(RegularFileTest, EveryFailedCallIsReported) {
   dir.write("file", "text");
   for (int number = 1;; ++number) {

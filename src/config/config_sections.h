@@ -2,7 +2,7 @@
 
 // The sections of the configuration file, in the order of their headers.
 enum class ConfigSection : int {
-  ArchiverZip = 0,
+  ArchiverZip = 0,  // those of the archivers stand in the order of Archiver
   ArchiverRar,
   ArchiverLharc,
   ArchiverArj,
@@ -22,11 +22,11 @@ enum class ConfigSection : int {
 inline constexpr int ConfigSectionCount = 15;
 extern const char* const sectionTable[ConfigSectionCount];
 
-enum class ConfigLine {
-  Taken,       // a header, a pair of an association set, or a line that means nothing
-  KeyAndValue  // key and value with '=' between them, for whoever reads the options of the section
-};
+inline const char* headerOf(ConfigSection section) {
+  return sectionTable[static_cast<int>(section)];
+}
 
-// Looks at one line of the configuration file, without its line end: a header changes `section`, a
-// line with ':' goes into one of associationSets(). Application thread.
-ConfigLine parseConfigLine(const char* line, ConfigSection& section);
+// A header as it stands in the table changes `section`; true for one.
+bool takeHeader(const char* line, ConfigSection& section);
+// Where the key of a line ends; null for a line without a value.
+const char* findDelimiter(const char* line, ConfigSection section);

@@ -1,0 +1,13 @@
+#include "foundation/bounded_lines.h"
+
+bool BoundedLines::next(std::string& line) {
+  if (rest_.empty()) return false;
+  const size_t end = rest_.find('\n');
+  hadEnd_ = end != std::string_view::npos;
+  std::string_view found = rest_.substr(0, end);
+  rest_.remove_prefix(hadEnd_ ? end + 1 : rest_.size());
+  if (found.ends_with('\r')) found.remove_suffix(1);
+  wasCut_ = found.size() > LongestLine;
+  line = found.substr(0, LongestLine);
+  return true;
+}

@@ -1,0 +1,190 @@
+// Settings that outlive the program.
+
+#include <unistd.h>
+#include <csignal>
+
+#include "console/console.h"
+#include "e2e/program_test.h"
+#include "options/colours.h"
+#include "options/options.h"
+
+namespace {
+
+class Settings : public ProgramTest {
+ protected:
+  void writeIni(const std::string& text) {
+    home().makeDir(".tdx");
+    home().write(".tdx/td.ini", text);
+  }
+  std::string ini() const { return home().read(".tdx/td.ini"); }
+  bool says(const std::string& line) const {
+    return ("\n" + ini()).find("\n" + line + "\r\n") != std::string::npos;
+  }
+  void saveByKey() {
+    press(XK_F9, {XK_Shift_L});
+    expectSoon("the file", [this] { return ini().ends_with("\r\n"); });
+  }
+  void chooseInOptions(char letter) {
+    press(XK_F9);
+    type("o");
+    type(std::string(1, letter));
+  }
+};
+
+// A td.ini as somebody wrote it over the years.
+const std::string LongUsed =
+    "; my settings\n"
+    "Hidden=ON\n"
+    "  clock = on  \n"
+    "*.txt: edit !\n"
+    "Foo=1\n"
+    "[Colours]\n"
+    "*.c | *.h: bright yellow\n"
+    "%size>1m: bright red\n"
+    "[Directory Colours]\n"
+    "src: white on blue\n"
+    "[Environment]\n"
+    "TDBASE=~/base\n"
+    "TDPATH=$TDBASE/bin\n"
+    "[General Options]\n"
+    "LeftSort=rname\n"
+    "RightType=info\n"
+    "Lines=30\n"
+    "Colours=27 48 30 62 26 32 7 112 79 48 3 63 48 15 14 7 27 48\n"
+    "d5=/tmp\n"
+    "[Archiver:NEW]\n"
+    "StartupSide=L";
+
+TEST_F(Settings, ChangedByKeysAndSavedTheyAreThereAtTheNextStart) {
+  left().write(".hidden", "");
+  left().write("b", "");
+  start();
+  press(XK_h, {XK_Control_L});
+  expectText(".hidden");
+  press(XK_F6, {XK_Control_L});
+  press(XK_F1, {XK_Alt_L, XK_Shift_L});
+  press(XK_F2, {XK_Control_L});
+  press(XK_F9, {XK_Alt_L});
+  expectSoon("50 lines", [] { return console->rows() == 50; });
+  saveByKey();
+  EXPECT_TRUE(says("Hidden=on"));
+  EXPECT_TRUE(says("LeftStyle=brief"));
+  EXPECT_TRUE(says("LeftShowing=on"));
+  EXPECT_TRUE(says("RightShowing=off"));
+  EXPECT_TRUE(says("Lines=0")) << "only a configured number of lines is written";
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, ALongUsedFileIsTakenAsItStands) {
+  left().write(".hidden.c", "");
+  left().write("plain", "");
+  left().makeDir("src");
+  writeIni(LongUsed);
+  startPlain({"-l", left().path(), "-r", right().path()}, FirstScreen::Box);
+  expectText("Bad directive (Foo) in td.ini, line 5");
+  press(XK_Return);
+  expectNoText("Bad directive");
+  expectText("10Quit");
+  EXPECT_EQ(console->rows(), 30);
+  expectText(".hidden.c");
+  expectText("INFO");
+  const auto attrOf = [this](const std::string& name) {
+    for (int y = 1; y < 25; ++y) {
+      if (row(1, y, static_cast<int>(name.size())) == name) return attrAt(1, y);
+    }
+    return -1;
+  };
+  EXPECT_EQ(attrOf(".hidden.c"), 0x1E);
+  EXPECT_EQ(attrOf("src"), 0x17);
+  EXPECT_EQ(attrOf("plain"), 0x1B);
+  saveByKey();
+  for (const char* line :
+       {"*.txt: edit !", "*.c | *.h: bright yellow", "%size>1m: bright red", "src: white on blue",
+        "TDBASE=~/base", "TDPATH=$TDBASE/bin", "Hidden=on", "Clock=on", "LeftSort=rname",
+        "RightType=info", "Lines=30", "d5=/tmp", "StartupSide=L"}) {
+    EXPECT_TRUE(says(line)) << line;
+  }
+  EXPECT_EQ(home().read(".tdx/td.ini~"), LongUsed);
+  EXPECT_EQ(home().mode(".tdx/td.ini~"), 0600u);
+  press(XK_5, {XK_Control_L});
+  expectSoon("the shortcut's directory", [this] { return row(0, 28, 5) == "/tmp>"; });
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, TheMenuItemSavesToo) {
+  start();
+  chooseInOptions('s');
+  expectSoon("the file", [this] { return says("Hidden=off"); });
+  EXPECT_EQ(home().mode(".tdx"), 0700u);
+  EXPECT_EQ(home().mode(".tdx/td.ini"), 0600u);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, ShortcutsStoredByKeyAreSaved) {
+  start();
+  press(XK_3, {XK_Control_L, XK_Shift_L});
+  press(XK_Tab);
+  press(XK_3, {XK_Control_L});
+  expectSoon("the stored directory", [this] {
+    return row(0, 23, static_cast<int>(left().path().size()) + 1) == left().path() + ">";
+  });
+  saveByKey();
+  EXPECT_TRUE(says("d3=" + left().path()));
+  EXPECT_TRUE(says("StartupSide=R"));
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, WithoutAutoSaveTheEndWritesNothing) {
+  start();
+  press(XK_h, {XK_Control_L});
+  EXPECT_EQ(quit(), 0);
+  EXPECT_FALSE(home().exists(".tdx/td.ini"));
+}
+
+TEST_F(Settings, AutoSaveSavesWhenTheProgramIsToldToEnd) {
+  writeIni("AutoSave=on\n");
+  left().write(".hidden", "");
+  start();
+  press(XK_h, {XK_Control_L});
+  expectText(".hidden");
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+  EXPECT_TRUE(says("Hidden=on"));
+}
+
+TEST_F(Settings, AFontThatIsNotThereLeavesEachCellInItsPlace) {
+  writeIni("FontFamily=No Such Font At All\nFontSize=16\nColumns=90\n");
+  start();
+  EXPECT_EQ(console->columns(), 90);
+  EXPECT_GE(console->cellHeight(), 16);
+  EXPECT_EQ(row(24).substr(0, 5), "1Help");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, AnUnreadableFileIsToldAndThePanelsComeUp) {
+  home().makeDir(".tdx");
+  home().makeDir(".tdx/td.ini");
+  startPlain({"-l", left().path()}, FirstScreen::Box);
+  expectText("Is a directory");
+  press(XK_Return);
+  expectText("10Quit");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, EditAssociationsReadsTheColoursAgain) {
+  left().write("some.c", "");
+  start();
+  writeIni("[Colours]\n*.c: bright red\n");
+  press(XK_F9);
+  type("c");
+  type("a");
+  expectSoon("the new colour", [this] {
+    for (int y = 1; y < 20; ++y) {
+      if (row(1, y, 4) == "some") return attrAt(1, y) == 0x1C;
+    }
+    return false;
+  });
+  EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
