@@ -41,6 +41,7 @@ std::vector<std::string> childEnvironment(const Westring& directory) {
       all.get("INPUTRC") == nullptr && !settings.empty()) {
     all.set("INPUTRC", settings.c_str());
   }
+  all.set("TERM_URLS", "no");           // a link's address would show beside its text
   all.set("NCURSES_NO_UTF8_ACS", "1");  // lines come as characters, not as an alternate set
   return all.block();
 }

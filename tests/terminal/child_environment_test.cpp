@@ -25,6 +25,7 @@ TEST(ChildEnvironment, TheTerminalIsOurs) {
   sessionEnvironment().set("TERM", "other");
   EXPECT_TRUE(has(here(), "TERM=ansi"));
   EXPECT_TRUE(has(here(), "NCURSES_NO_UTF8_ACS=1"));
+  EXPECT_TRUE(has(here(), "TERM_URLS=no"));
 }
 
 TEST(ChildEnvironment, WhatAnotherTerminalSaidIsTakenOut) {
