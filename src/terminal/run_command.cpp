@@ -5,77 +5,49 @@
 
 #include "console/console.h"
 #include "console/input.h"
-#include "console/terminal_session.h"
 #include "foundation/break_state.h"
 #include "foundation/place.h"
+#include "terminal/ansi_emulator.h"
 #include "terminal/child_environment.h"
 #include "terminal/session_pump.h"
+#include "terminal/utf8_tail.h"
 
 namespace {
 
-// The keyboard and the screen of a command, for as long as it lives.
+// The keyboard and the screen of a command, for as long as it lives. Characters that come in pieces
+// are put together.
 class AttachedScreen : public SessionScreen {
  public:
-  explicit AttachedScreen(ChildInput& input);
+  explicit AttachedScreen(ChildInput& input) {
+    auto terminal = std::make_unique<CAnsiTerminalEmulator>(*console, input);
+    terminal_ = terminal.get();
+    console->attachTerminal(std::move(terminal));
+  }
   ~AttachedScreen() override { console->detachTerminal(); }
   AttachedScreen(const AttachedScreen&) = delete;
   AttachedScreen& operator=(const AttachedScreen&) = delete;
 
-  void write(std::string_view bytes) override { session_->write(bytes); }
-  void showHeldBack() override {}
+  void write(std::string_view bytes) override {
+    std::string joined;
+    if (!heldBack_.empty()) {
+      joined = heldBack_.append(bytes);
+      bytes = joined;
+    }
+    const size_t whole = bytes.size() - unfinishedUtf8(bytes);
+    terminal_->write(bytes.substr(0, whole));
+    heldBack_ = bytes.substr(whole);
+  }
+  void showHeldBack() override {
+    if (heldBack_.empty()) return;
+    terminal_->write(heldBack_);
+    heldBack_.clear();
+  }
   GridSize size() const override { return console->getSize(); }
 
  private:
-  class Plain;
-  TerminalSession* session_ = nullptr;
+  CAnsiTerminalEmulator* terminal_;
+  std::string heldBack_;  // the beginning of a character
 };
-
-// Characters and line ends.
-class AttachedScreen::Plain : public TerminalSession {
- public:
-  explicit Plain(ChildInput& input) : input_(input) {}
-
-  void write(std::string_view bytes) override {
-    for (const wchar_t* p = fromUtf8(std::string(bytes).c_str()).data(); *p != 0; ++p) put(*p);
-  }
-  bool sendKey(Key::Code code) override {
-    const char byte = static_cast<char>(code);
-    return input_.put({&byte, 1}) == ChildInput::Put::Taken;
-  }
-  bool sendText(const Westring& text) override {
-    return input_.put(toUtf8(text).data()) == ChildInput::Put::Taken;
-  }
-  void breakPressed() override { input_.breakPressed(); }
-  void closePressed() override { input_.closePressed(); }
-
- private:
-  static void put(wchar_t ch) {
-    const GridSize size = console->getSize();
-    CursorPos at = console->getCursorPos();
-    if (ch == L'\r') {
-      at.x = 0;
-    } else if (ch == L'\n' || at.x >= size.columns) {
-      at.x = 0;
-      if (at.y + 1 < size.rows) {
-        ++at.y;
-      } else {
-        console->scrollUp(0, 0, size.columns, size.rows, 1, console->defaultAttr());
-      }
-    } else {
-      const wchar_t text[] = {ch, 0};
-      console->writeWide(at.x++, at.y, text, console->defaultAttr());
-    }
-    console->setCursorPos(at.x, at.y);
-  }
-
-  ChildInput& input_;
-};
-
-AttachedScreen::AttachedScreen(ChildInput& input) {
-  auto session = std::make_unique<Plain>(input);
-  session_ = session.get();
-  console->attachTerminal(std::move(session));
-}
 
 // What a command prints that nobody is to see. It has no keyboard, so Esc and Break end it.
 class NoScreen : public SessionScreen {
