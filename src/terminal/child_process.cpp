@@ -102,12 +102,15 @@ bool ChildProcess::reap() {
   return true;
 }
 
-// The leader isn't reaped yet, so its number, which is the session's, is nobody else's.
+// All but the leader. It isn't reaped yet, so its number, which is the session's, is nobody else's.
 void ChildProcess::signalSession(int signal) const {
   if (reaped_) return;
-  for (const pid_t member : membersOf(leader_)) ::kill(member, signal);
+  for (const pid_t member : membersOf(leader_)) {
+    if (member != leader_) ::kill(member, signal);
+  }
 }
 
+// The leader waits for the end of the command, also of one that takes its time.
 void ChildProcess::hangUp() {
   signalSession(SIGHUP);
   signalSession(SIGCONT);  // or a stopped one would never see it

@@ -44,10 +44,11 @@ bool takeTerminal(int slave) {
   return true;
 }
 
-// The leader outlives what is meant for the command: keys that interrupt or stop, the hang-up, and
-// a change of the foreground group from outside it.
+// The leader outlives what is meant for the command: keys that interrupt or stop, and a change of
+// the foreground group from outside it. It doesn't outlive the terminal: when td is gone, its end
+// hangs up the command.
 void ignoreTerminalSignals() {
-  for (int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTSTP, SIGTTIN, SIGTTOU, SIGPIPE}) {
+  for (int signal : {SIGINT, SIGQUIT, SIGTSTP, SIGTTIN, SIGTTOU, SIGPIPE}) {
     std::signal(signal, SIG_IGN);
   }
 }

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <string>
@@ -265,6 +267,23 @@ TEST_F(Session, ATerminalThatIsNotToBeHadIsAnError) {
     EXPECT_EQ(terminal.open(size), EMFILE);
   }
   setrlimit(RLIMIT_NOFILE, &before);
+}
+
+TEST_F(Session, TheDeathOfTheProgramHangsUpTheCommand) {
+  const TempDir dir;
+  const pid_t program = fork();
+  if (program == 0) {
+    PseudoTerminal terminal;
+    ChildProcess child;
+    const std::string command = "echo $$ > " + dir.path("new") + "; mv " + dir.path("new") + " " +
+                                dir.path("shell") + "; while :; do sleep 1; done";
+    if (terminal.open(size) == 0) child.start({PlainShell, command, environment}, terminal.slave());
+    waitUntil([&] { return dir.exists("shell"); });
+    _exit(0);
+  }
+  ASSERT_EQ(waitpid(program, nullptr, 0), program);
+  output = "shell=" + dir.read("shell");
+  expectGone("shell=");
 }
 
 TEST_F(Session, AChildThatIsGivenUpIsKilledAndReaped) {

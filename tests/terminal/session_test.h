@@ -40,6 +40,7 @@ class SessionTest : public testing::Test {
   std::string awaited_;
   std::function<void()> action_;
   int descriptors_ = 0;
+  pid_t others_ = -1;  // whether the process has children besides: 0, else -1
 };
 
 // How many descriptors this process has.
