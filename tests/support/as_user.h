@@ -2,15 +2,29 @@
 
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <string>
 #include <type_traits>
 
 // The system's user without any rights; permission checks mean nothing to root.
 inline constexpr unsigned OrdinaryUser = 65534;
 inline constexpr int ChildFailed = 255;
+
+// The whole process goes on as an ordinary user, whoever ran it. It may still be traced: a
+// sanitizer looks for leaks from outside.
+inline bool becomeUser() {
+  return geteuid() != 0 || (setgroups(0, nullptr) == 0 && setgid(OrdinaryUser) == 0 &&
+                            setuid(OrdinaryUser) == 0 && prctl(PR_SET_DUMPABLE, 1) == 0);
+}
+
+// What root made becomes the ordinary user's own.
+inline bool giveToUser(const std::string& path) {
+  return geteuid() != 0 || chown(path.c_str(), OrdinaryUser, OrdinaryUser) == 0;
+}
 
 // Runs `check` in a child process; a function without a result gives 1 when an expectation in it
 // failed (its text shows as usual) and 0 otherwise. The exit status, or 128 + the signal that ended
@@ -40,10 +54,7 @@ int runInChild(Check check) {
 template <class Check>
 int runAsUser(Check check) {
   return runInChild([&check] {
-    if (geteuid() == 0 &&
-        (setgroups(0, nullptr) != 0 || setgid(OrdinaryUser) != 0 || setuid(OrdinaryUser) != 0)) {
-      return ChildFailed;
-    }
+    if (!becomeUser()) return ChildFailed;
     if constexpr (std::is_void_v<decltype(check())>) {
       check();
       return testing::Test::HasFailure() ? 1 : 0;
