@@ -12,7 +12,7 @@ enum class Redraw : int { Nothing = 0, CommandRow = 1, All = 2 };
 
 // What went wrong at the start: a text and what it is about, or "".
 struct StartNotice {
-  const char* text;
+  Westring text;
   Westring path;
 };
 

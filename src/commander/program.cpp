@@ -77,9 +77,9 @@ StartPlace startPlace() {
 }
 
 // The panel's start directory: what was asked for, else the working directory, else the nearest
-// that there is. What isn't there goes into `missing`.
+// that there is. What isn't there is told once.
 void chooseStartDirectory(Panel& panel, const Westring& argument, const Westring& configured,
-                          std::vector<Westring>& missing) {
+                          std::vector<StartNotice>& notices) {
   const StartPlace here = startPlace();
   changeToNearest(panel, here.path);
   const Westring& wanted = argument.empty() ? configured : argument;
@@ -90,9 +90,9 @@ void chooseStartDirectory(Panel& panel, const Westring& argument, const Westring
     lost = meanings.empty() ? wanted : meanings.back();
     if (!meanings.empty()) changeToNearest(panel, lost);
   }
-  const auto isSame = [&lost](const Westring& one) { return sameName(one, lost); };
-  if (!lost.empty() && std::none_of(missing.begin(), missing.end(), isSame))
-    missing.push_back(lost);
+  const auto isSame = [&lost](const StartNotice& one) { return sameName(one.path, lost); };
+  if (!lost.empty() && std::none_of(notices.begin(), notices.end(), isSame))
+    notices.push_back({L"Invalid directory", lost});
 }
 
 struct SideOptions {
@@ -101,7 +101,7 @@ struct SideOptions {
   const Westring& filter;
 };
 
-void initPanel(int side, const SideOptions& options) {
+void initPanel(int side, const SideOptions& options, std::vector<StartNotice>& notices) {
   Panel& panel = panelPair().side[side];
   panel.sort = options.sort;
   panel.style = static_cast<PanelStyle>(options.style);
@@ -109,32 +109,33 @@ void initPanel(int side, const SideOptions& options) {
   panel.filter = options.filter;
   panel.showing = true;
   updatePageSize(panel);
-  readDirectory(panel);
+  const ReadTrouble trouble = tryReadDirectory(panel);
+  if (!trouble.text.empty()) notices.push_back({trouble.text, trouble.path});
   panel.lastPath = panel.path;
   panel.showing = options.showing;
   if (options.showing) openPanelWindow(side);
 }
 
-// The start directories that are not there come back.
-std::vector<Westring> initPanels(const Arguments& arguments) {
+// What is to be told of the start directories comes back.
+std::vector<StartNotice> initPanels(const Arguments& arguments) {
   using namespace GlobalOptions;
-  std::vector<Westring> missing;
-  chooseStartDirectory(panelPair().side[0], arguments.leftDirectory, Left, missing);
-  chooseStartDirectory(panelPair().side[1], arguments.rightDirectory, Right, missing);
+  std::vector<StartNotice> notices;
+  chooseStartDirectory(panelPair().side[0], arguments.leftDirectory, Left, notices);
+  chooseStartDirectory(panelPair().side[1], arguments.rightDirectory, Right, notices);
   console->writeTty("\n\n");
   Panel& left = panelPair().side[0];
   Panel& right = panelPair().side[1];
   Westring wanted = left.path;
-  initPanel(0, {LeftSort, LeftStyle, LeftType, LeftShowing, LeftFilter});
+  initPanel(0, {LeftSort, LeftStyle, LeftType, LeftShowing, LeftFilter}, notices);
   // Where the left panel could not stay, the right one needs no message of its own.
   if (sameName(right.path, wanted)) right.path = left.path;
-  initPanel(1, {RightSort, RightStyle, RightType, RightShowing, RightFilter});
+  initPanel(1, {RightSort, RightStyle, RightType, RightShowing, RightFilter}, notices);
   setActiveSide(StartupSide == 'R' ? 1 : 0);
   static_cast<void>(setWorkingDirectory(panelPair().active()));
   setWindowTitle(nullptr);
   markActivePanel();
   drawClock();
-  return missing;
+  return notices;
 }
 
 void runAlone(const Arguments& arguments) {
@@ -154,10 +155,10 @@ Westring fromHere(const Westring& name) {
 void runPanels(const Arguments& arguments) {
   Westring exitScript = fromHere(arguments.exitScript);
   MainLoop loop;
-  const bool hasHome = !dataFilePath(DataFile::Configuration).empty();
-  if (!hasHome) loop.notices.push_back({"No home directory: nothing will be kept", Westring()});
-  for (const Westring& path : initPanels(arguments)) {
-    loop.notices.push_back({"Invalid directory", path});
+  loop.notices = initPanels(arguments);
+  if (dataFilePath(DataFile::Configuration).empty()) {
+    loop.notices.insert(loop.notices.begin(),
+                        {L"No home directory: nothing will be kept", Westring()});
   }
   runMainLoop(loop);
   Westring directory = physicalDirectory(panelPair().active());

@@ -236,10 +236,6 @@ bool leadsUp(const Panel& panel, int status) {
   return !panel.isRoot() && (status == ENOTDIR || status == EACCES || status == ENAMETOOLONG);
 }
 
-void tellReadError(int status, const Westring& path) {
-  if (console) alert(errorText(status), path, AlertButtons::Ok, AlertColour::Error);
-}
-
 // Reads the nearest path above one that can't be read.
 int readAbove(Panel& panel, int status) {
   UpwardStep step;
@@ -252,15 +248,17 @@ int readAbove(Panel& panel, int status) {
   return status;
 }
 
-// Reads the path, or the nearest one above it; whatever goes wrong on the way is told once.
-void readNearest(Panel& panel) {
+// Reads the path, or the nearest one above it; the first thing that goes wrong is what there is to
+// tell.
+ReadTrouble readNearest(Panel& panel) {
   const Westring wanted = panel.path;
   int status = readOnce(panel, Progress::Shown);
-  if (startsListing(status) || status == NoListing) return;
+  if (startsListing(status) || status == NoListing) return {};
   const int first = status;
   if (leadsUp(panel, status)) status = readAbove(panel, status);
   if (!startsListing(status) && status != NoListing) panel.readError = status;
-  if (first != Status::NotReady) tellReadError(first, wanted);
+  if (first == Status::NotReady) return {};
+  return {errorText(first), wanted};
 }
 
 void readTreeView(Panel& panel) {
@@ -282,19 +280,27 @@ void markInfoBeside(const Panel& panel) {
 }  // namespace
 
 void readDirectory(Panel& panel) {
+  const ReadTrouble trouble = tryReadDirectory(panel);
+  if (!trouble.text.empty() && console) {
+    alert(trouble.text, trouble.path, AlertButtons::Ok, AlertColour::Error);
+  }
+}
+
+ReadTrouble tryReadDirectory(Panel& panel) {
   if (!panel.showing || panel.type == PanelType::Info) {
     panel.needsRead = true;
-    return;
+    return {};
   }
   panel.needsRead = false;
   panel.needsDraw = true;
   closeLeftArchives(panel.archive, panel.path);
   if (panel.isTreeStyle()) {
     readTreeView(panel);
-    return;
+    return {};
   }
-  readNearest(panel);
+  const ReadTrouble trouble = readNearest(panel);
   markInfoBeside(panel);
+  return trouble;
 }
 
 int readListing(Panel& panel) {
