@@ -24,9 +24,9 @@ struct GridSize {
 bool initToolkit(int* argc, char*** argv);
 // The end of the toolkit, after the CConsole was deleted.
 void endToolkit();
-// True once the connection to the display is lost. Painting then does nothing and the program ends
-// (programEnds, console/input.h). The process ends with status 1 when the console does, or after a
-// few seconds. Any thread.
+// True once the connection to the display is lost or the window was destroyed. Painting then does
+// nothing and the program ends (programEnds, console/input.h). The process ends with status 1 when
+// the console does, or after a few seconds. Any thread.
 bool displayLost();
 
 class CClock;
@@ -126,8 +126,8 @@ class CConsole {
   unsigned long windowId() const;
   // Paints since the start, for tests of what costs a paint.
   unsigned long paintCount() const;
-  // By what clock frames are counted, the last of which is over by then; null for the system's. It
-  // must outlive the console. For tests.
+  // By what clock frames, the last of which is over by then, and the cursor's blinking are counted;
+  // null for the system's. It must outlive the console. Application thread. For tests.
   void setClock(CClock* clock);
 
  private:

@@ -30,6 +30,7 @@ void CConsole::Impl::start() {
     rebuild(size.columns, size.rows);
     window.show_all();
   }
+  startBlinking();
   guiThread = startThread(guiEntry, this);
   // Ending a loop that has not begun would leave the destructor waiting for ever.
   loopRunning_.wait(WaitForever);
@@ -44,6 +45,7 @@ void CConsole::Impl::stop() {
     Gtk::Main::quit();
   }
   joinThread(guiThread);
+  stopBlinking();
   while (g_source_remove_by_user_data(this)) {
   }
 }
@@ -61,18 +63,23 @@ int CConsole::Impl::loopStarted(void* self) {
 }
 
 void CConsole::Impl::runToolkit() {
-  ThreadHandle blinkThread = startThread(blinkEntry, this);
-  {
-    ToolkitLock lock;
-    if (lock.usable()) {
-      g_idle_add_full(G_PRIORITY_HIGH, loopStarted, this, nullptr);
-      Gtk::Main::run();
-    } else {
-      loopRunning_.post();
-    }
+  ToolkitLock lock;
+  if (lock.usable()) {
+    g_idle_add_full(G_PRIORITY_HIGH, loopStarted, this, nullptr);
+    Gtk::Main::run();
+  } else {
+    loopRunning_.post();
   }
-  blinkStop.post();
-  joinThread(blinkThread);
+}
+
+void CConsole::Impl::startBlinking() {
+  blinkStop_.reset();
+  blinkThread_ = startThread(blinkEntry, this);
+}
+
+void CConsole::Impl::stopBlinking() {
+  blinkStop_.post();
+  joinThread(blinkThread_);
 }
 
 void CConsole::Impl::blink() {
@@ -81,7 +88,7 @@ void CConsole::Impl::blink() {
     if (phase == 0 || phase == FirstHiddenPhase) paintCursorCell();
     // A key or a cursor move that starts the cycle anew meanwhile wins.
     blinkPhase.compare_exchange_strong(phase, (phase + 1) % BlinkPhases, std::memory_order_relaxed);
-  } while (blinkStop.wait(BlinkTickMs) != 0);
+  } while (clock_.load()->wait(blinkStop_, BlinkTickMs) != 0);
 }
 
 CursorInk CConsole::Impl::cursorInk() const {
@@ -99,9 +106,12 @@ void CConsole::Impl::paintCursorCell() {
   painter.paint(frame_, cursorInk());
 }
 
+// Nobody goes on waiting on the clock before.
 void CConsole::Impl::useClock(CClock& clock) {
+  stopBlinking();
   lastPaint_ = clock.nanoseconds() - FrameNs;
   clock_ = &clock;
+  startBlinking();
 }
 
 void CConsole::Impl::changed() {

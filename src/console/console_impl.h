@@ -49,6 +49,8 @@ struct CConsole::Impl {
   static int loopStarted(void* self);
   static int frameOver(void* self);
   void runToolkit();
+  void startBlinking();
+  void stopBlinking();
   void blink();
   void paintCursorCell();
   CursorInk cursorInk() const;
@@ -65,6 +67,7 @@ struct CConsole::Impl {
   std::atomic<int64_t> lastPaint_{0};  // nanoseconds of the clock
   std::atomic<bool> framePlanned_{false};
   ThreadHandle guiThread;
-  EventSem blinkStop;
+  ThreadHandle blinkThread_;  // waits on the clock
+  EventSem blinkStop_;
   EventSem loopRunning_;
 };

@@ -1,4 +1,4 @@
-#include <chrono>
+#include <optional>
 #include <random>
 
 #include "support/console_test.h"
@@ -413,28 +413,55 @@ TEST_F(Cursor, MovesCostNoPaintWhileItIsHidden) {
   EXPECT_EQ(paintsOf([] { console->setCursorSize(14); }), 0u);
 }
 
-TEST_F(Cursor, BlinksEveryHalfSecondAndShowsAtOnceWhenMoved) {
-  using Clock = std::chrono::steady_clock;
-  console->setCursorSize(100);
-  console->setCursorPos(1, 1);
-  const auto shown = [&] { return barHeight(1, 1, 0xFFFFFF) > 0; };
-  EXPECT_TRUE(shown());
-  ASSERT_TRUE(waitUntil([&] { return !shown(); }, 2000));
-  const auto hiddenAt = Clock::now();
-  ASSERT_TRUE(waitUntil(shown, 2000));
-  const double hidden = std::chrono::duration<double>(Clock::now() - hiddenAt).count();
-  EXPECT_GT(hidden, 0.35);
-  EXPECT_LT(hidden, 2.0) << "as long as a busy machine may take to look";
-  ASSERT_TRUE(waitUntil([&] { return !shown(); }, 2000));
-  console->setCursorPos(1, 1);
-  EXPECT_TRUE(shown());
+// The cursor with a clock that the test moves on.
+class BlinkingCursor : public Cursor {
+ protected:
+  void SetUp() override {
+    Cursor::SetUp();
+    frames_.emplace(clock());
+    ASSERT_TRUE(clock().waitForWaiter());
+    console->setCursorSize(100);
+    console->setCursorPos(1, 1);
+  }
+  // Lets a tenth of a second pass, and what the cursor does then.
+  static void tick() {
+    clock().letPass(100);
+    ASSERT_TRUE(clock().waitForWaiter());
+  }
+  static ManualClock& clock() {
+    static ManualClock clock;
+    return clock;
+  }
+  // For each of the next tenths whether the cursor shows.
+  std::string phases(int ticks) {
+    std::string result;
+    for (int i = 0; i < ticks; ++i) {
+      tick();
+      result += barHeight(1, 1, 0xFFFFFF) > 0 ? '#' : '.';
+    }
+    return result;
+  }
+
+ private:
+  std::optional<FrameClock> frames_;
+};
+
+TEST_F(BlinkingCursor, ShowsForHalfASecondAndHidesForTheNext) {
+  EXPECT_EQ(phases(20), "#####.....#####.....");
 }
 
-TEST_F(Cursor, BlinksOnCellsAsTheyAreNow) {
-  console->setCursorSize(100);
-  console->setCursorPos(0, 0);
-  console->writeWide(0, 0, L"\x2588", 0x0C);
-  ASSERT_TRUE(
-      waitUntil([&] { return cellPixels(console->picture(), 0, 0).front() == 0xFF0000u; }, 2000));
+TEST_F(BlinkingCursor, ShowsAtOnceWhenMoved) {
+  EXPECT_EQ(phases(7), "#####..");
+  console->setCursorPos(1, 1);
+  EXPECT_GT(barHeight(1, 1, 0xFFFFFF), 0);
+  EXPECT_EQ(phases(6), "#####.");
+}
+
+TEST_F(BlinkingCursor, HidesFromCellsAsTheyAreNow) {
+  console->writeWide(1, 1, L"\x2588", 0x0C);
+  const auto colour = [this] { return cellPixels(console->picture(), 1, 1).front(); };
+  EXPECT_EQ(colour(), 0xFFFFFFu);
+  for (int i = 0; i < 10 && colour() == 0xFFFFFFu; ++i) tick();
+  EXPECT_EQ(colour(), 0xFF0000u);
 }
 }  // namespace

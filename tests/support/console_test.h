@@ -10,8 +10,8 @@
 #include "console/text_state.h"
 #include "support/wait_until.h"
 
-// The console counts its frames by this clock for as long as this lives. The clock must stay until
-// the end of the process: the toolkit's thread may be looking at it.
+// The console counts its frames and blinks by this clock for as long as this lives. The clock must
+// stay until the end of the process: the toolkit's thread may be looking at it.
 class FrameClock {
  public:
   explicit FrameClock(CClock& clock) { console->setClock(&clock); }
