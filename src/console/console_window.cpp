@@ -4,6 +4,7 @@
 
 #include "console/key_codes.h"
 #include "console/key_table.h"
+#include "console/toolkit.h"
 #include "foundation/break_state.h"
 #include "foundation/utf8.h"
 
@@ -241,6 +242,18 @@ void ConsoleWindow::commit(const char* utf8) {
     const int beyond = *p > LastPlainCharacter ? Key::WideCharacter : 0;
     take(static_cast<int>(*p) | beyond, 0, 0);
   }
+}
+
+void ConsoleWindow::on_realize() {
+  Gtk::Window::on_realize();
+  gdk_window_add_filter(get_window()->gobj(), onXEvent, nullptr);
+}
+
+// A window that another program destroys is nothing that the toolkit could go on with.
+GdkFilterReturn ConsoleWindow::onXEvent(GdkXEvent* event, GdkEvent*, void*) {
+  if (static_cast<XEvent*>(event)->type != DestroyNotify) return GDK_FILTER_CONTINUE;
+  windowDestroyed();
+  return GDK_FILTER_REMOVE;
 }
 
 // Closing the window is a key like any other: the program decides.

@@ -56,10 +56,12 @@ class ConsoleWindow : public Gtk::Window {
   bool on_key_release_event(GdkEventKey* event) override;
   bool on_delete_event(GdkEventAny* event) override;
   bool on_map_event(GdkEventAny* event) override;
+  void on_realize() override;
   bool on_focus_in_event(GdkEventFocus* event) override;
   bool on_focus_out_event(GdkEventFocus* event) override;
 
  private:
+  static GdkFilterReturn onXEvent(GdkXEvent* event, GdkEvent* translated, void* unused);
   bool handleKey(GdkEventKey* event);
   void ensureInputMethod(GdkWindow* window);
   static void onCommit(GtkIMContext* context, const char* utf8, void* self);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cstring>
 #include <memory>
 #include <mutex>
 
@@ -20,6 +21,7 @@ namespace {
 // How long the application thread may take to end what it is doing once the display has gone.
 constexpr uint32_t GraceMs = 5000;
 constexpr char LostMessage[] = "td: the connection to the X display is lost\n";
+constexpr char DestroyedMessage[] = "td: the window was destroyed\n";
 
 // A lock of our own in place of GLib's, so that the thread sanitizer sees who holds it.
 struct Lock {
@@ -80,24 +82,28 @@ void wakeWaiters() {
   pthread_mutex_unlock(&lock.mutex);
 }
 
-void endProcess(void*) {
+void endProcess(void* message) {
   atRest().wait(GraceMs);
-  const ssize_t ignored = write(STDERR_FILENO, LostMessage, sizeof LostMessage - 1);
+  const auto* text = static_cast<const char*>(message);
+  const ssize_t ignored = write(STDERR_FILENO, text, strlen(text));
   static_cast<void>(ignored);
   _exit(1);
+}
+
+// Whatever goes first ends the program, with its message.
+void loseScreen(const char* message) {
+  if (lost.exchange(true)) return;
+  BreakState armed = BreakState::Armed;
+  breakState.compare_exchange_strong(armed, BreakState::Requested);
+  startThread(endProcess, const_cast<char*>(message));
+  const std::lock_guard guard(lossLock);
+  if (lossListener.notify) lossListener.notify(lossListener.argument);
 }
 
 // Runs on whichever thread notices. The application thread goes on without a screen until it has
 // brought its work to an end; every other thread stops here, without the lock.
 int onConnectionLost(Display*) {
-  const bool first = !lost.exchange(true);
-  if (first) {
-    BreakState armed = BreakState::Armed;
-    breakState.compare_exchange_strong(armed, BreakState::Requested);
-    startThread(endProcess, nullptr);
-    const std::lock_guard guard(lossLock);
-    if (lossListener.notify) lossListener.notify(lossListener.argument);
-  }
+  loseScreen(LostMessage);
   if (pthread_equal(pthread_self(), applicationThread)) {
     wakeWaiters();
     return 0;
@@ -107,6 +113,17 @@ int onConnectionLost(Display*) {
 }
 
 void carryOn(Display*, void*) {}
+
+int (*toolkitsErrorHandler)(Display*, XErrorEvent*) = nullptr;
+
+// What was asked of a destroyed window fails before its end is told. Windows of others are spoken
+// to only where the toolkit takes errors for itself.
+int onError(Display* display, XErrorEvent* error) {
+  if (error->error_code != BadWindow && error->error_code != BadDrawable)
+    return toolkitsErrorHandler(display, error);
+  windowDestroyed();
+  return 0;
+}
 }  // namespace
 
 ToolkitLock::ToolkitLock() : taken_(take(OnLoss::GiveUp)) {}
@@ -132,6 +149,11 @@ void whenDisplayLost(void (*notify)(void*), void* argument) {
   lossListener = {notify, argument};
 }
 
+void windowDestroyed() {
+  loseScreen(DestroyedMessage);
+  wakeWaiters();
+}
+
 void restForEver() {
   atRest().post();
   for (;;) pause();
@@ -146,6 +168,7 @@ bool initToolkit(int* argc, char*** argv) {
   if (!gtk_init_check(argc, argv)) return false;
   XSetIOErrorHandler(onConnectionLost);
   XSetIOErrorExitHandler(gdk_x11_get_default_xdisplay(), carryOn, nullptr);
+  toolkitsErrorHandler = XSetErrorHandler(onError);
   toolkit = std::make_unique<Gtk::Main>(*argc, *argv);
   return true;
 }

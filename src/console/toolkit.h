@@ -24,5 +24,9 @@ class ToolkitLock {
 // this.
 void whenDisplayLost(void (*notify)(void* argument), void* argument);
 
+// Another program destroyed the window: from now on all is as when the display is lost, but the
+// message of the process. Any thread.
+void windowDestroyed();
+
 // The application thread has nothing left to bring to an end: the process may stop. Doesn't return.
 [[noreturn]] void restForEver();

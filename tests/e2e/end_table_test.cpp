@@ -25,11 +25,19 @@
 namespace {
 
 constexpr int NeverShown = 7, NeverStarted = 8;  // exit statuses of a test that went wrong
-constexpr char LostMessage[] = "^td: the connection to the X display is lost\n$";
 constexpr int AltA = 0x1001E;
 
-enum class Way { Terminate, Close, LoseDisplay };
-constexpr const char* WayNames[] = {"Terminate", "Close", "LoseDisplay"};
+enum class Way { Terminate, Close, LoseDisplay, DestroyWindow };
+constexpr const char* WayNames[] = {"Terminate", "Close", "LoseDisplay", "DestroyWindow"};
+
+struct Ending {
+  int status;
+  const char* message;
+};
+constexpr Ending Endings[] = {{0, "^$"},
+                              {0, "^$"},
+                              {1, "^td: the connection to the X display is lost\n$"},
+                              {1, "^td: the window was destroyed\n$"}};
 
 // Whether the command is at its work, held in the middle of a file, when the end comes.
 enum class Work { None, Copy, Move };
@@ -51,6 +59,7 @@ struct Place {
 // The close button is a key to whoever has the keyboard: it leaves a menu, ends a search, means
 // nothing to a question, and waits for the end of a copy.
 const Place Places[] = {
+    {"prompt", {}, {}},
     {"menu", {{"Commands    Options", {Key::F9}}, {"Brief-Wide", {Key::Enter}}}, {Key::F10}},
     {"quickSearch", {{"Search: a", {AltA}}}, {}},
     {"dialog", {{"Copy \"abc\" to", {Key::End, Key::F5}}}, {Key::Esc, Key::F10}},
@@ -179,6 +188,9 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
       case Way::LoseDisplay:
         server.kill();
         break;
+      case Way::DestroyWindow:
+        server.destroyWindow(console->windowId());
+        break;
     }
     if (!waitUntil(programEnds)) _exit(NeverStarted);
   }
@@ -202,8 +214,8 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
 };
 
 TEST_P(EndTableDeathTest, LeavesNothingHalfDone) {
-  const bool lost = way() == Way::LoseDisplay;
-  EXPECT_EXIT(runToEnd(), testing::ExitedWithCode(lost ? 1 : 0), lost ? LostMessage : "");
+  const Ending& ending = Endings[static_cast<int>(way())];
+  EXPECT_EXIT(runToEnd(), testing::ExitedWithCode(ending.status), ending.message);
 
   EXPECT_EQ(namesIn("tmp"), std::vector<std::string>()) << "temporaries";
   // Only the close button waits for the end of what is being done.
@@ -230,7 +242,7 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<Way, Place>>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Ends, EndTableDeathTest,
                          testing::Combine(testing::Values(Way::Terminate, Way::Close,
-                                                          Way::LoseDisplay),
+                                                          Way::LoseDisplay, Way::DestroyWindow),
                                           testing::ValuesIn(Places)),
                          nameOf);
 

@@ -1,5 +1,6 @@
 #include "support/x_display.h"
 
+#include <X11/Xlib.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -68,6 +69,14 @@ void XServer::kill() {
   ::kill(pid_, SIGKILL);
   waitpid(pid_, nullptr, 0);
   pid_ = -1;
+}
+
+void XServer::destroyWindow(unsigned long window) const {
+  Display* display = XOpenDisplay(name_.c_str());
+  if (!display) throw std::runtime_error("no connection to Xvfb");
+  XDestroyWindow(display, window);
+  XSync(display, False);
+  XCloseDisplay(display);
 }
 
 const std::string& XDisplay::ownName() {

@@ -15,6 +15,7 @@ class XServer {
   const std::string& name() const { return name_; }  // ":7"
   pid_t pid() const { return pid_; }
   void kill();
+  void destroyWindow(unsigned long window) const;  // as another program would
 
  private:
   pid_t pid_ = -1;
