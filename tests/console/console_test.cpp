@@ -4,9 +4,13 @@
 
 #include "console/key_codes.h"
 #include "support/console_test.h"
+#include "support/temp_dir.h"
+#include "support/x_keys.h"
 
 namespace {
 using Console = ConsoleTest;
+using Size = std::pair<int, int>;
+using Sizes = std::vector<Size>;
 
 TEST_F(Console, BeginsWithEightyByTwentyFiveBlanksInAttributeSeven) {
   EXPECT_EQ(console->columns(), 80);
@@ -147,11 +151,37 @@ TEST_F(Console, ControlCharactersShowInTheTitleAsInACell) {
             "b\xE2\x86\x90[0m\xE2\x8C\x82\xE2\x8C\x82");
 }
 
-TEST_F(Console, BeepAndMissingIconsDoNoHarm) {
-  console->beep();
+TEST_F(Console, ABeepRingsTheServersBell) {
+  EXPECT_EQ(XKeys::get().bellsOf([] { console->beep(); }), 1);
+  EXPECT_EQ(XKeys::get().bellsOf([] {
+    console->beep();
+    console->beep();
+  }),
+            2);
+}
+
+TEST_F(Console, AnIconThatIsMissingLeavesTheOneBefore) {
+  const TempDir dir;
+  const auto iconSize = [] { return XKeys::get().iconSizes(console->windowId()); };
+  console->setGeometry(10, 2, Estring(""), 0);
+  ASSERT_EQ(console->savePicture(dir.path("small.png").c_str()), 0);
+  const Size small{console->picture().width, console->picture().height};
+  console->setGeometry(12, 3, Estring(""), 0);
+  ASSERT_EQ(console->savePicture(dir.path("large.png").c_str()), 0);
+  const Size large{console->picture().width, console->picture().height};
+
+  console->setIcon(dir.path("small.png").c_str());
+  EXPECT_EQ(iconSize(), Sizes{small});
   console->setIcon("/nonexistent/icon.png");
-  console->setIconList({"/nonexistent/a.png", "/nonexistent/b.svg"});
+  EXPECT_EQ(iconSize(), Sizes{small});
+  console->setIconList({"/nonexistent/a.png", dir.path("large.png"), "/nonexistent/b.svg"});
+  EXPECT_EQ(iconSize(), Sizes{large}) << "those of a list that are there";
+  console->setIconList({"/nonexistent/a.png"});
+  EXPECT_EQ(iconSize(), Sizes{});
+  console->setIconList({dir.path("small.png"), dir.path("large.png")});
+  EXPECT_EQ(iconSize(), (Sizes{small, large}));
   console->setIconList({});
+  EXPECT_EQ(iconSize(), Sizes{});
 }
 
 TEST_F(Console, GeometryTakesFamilyAndSizeOnlyWhenGiven) {

@@ -4,7 +4,9 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <string>
 #include <thread>
 
 #include "console/console.h"
@@ -53,6 +55,13 @@ void useServer(const XServer& server) {
     body(server, screen);
   }
   leave(8);
+}
+
+bool sleeps(pid_t thread) {
+  std::ifstream status("/proc/self/task/" + std::to_string(thread) + "/stat");
+  std::string text;
+  std::getline(status, text);
+  return text.find(") S ") != std::string::npos;
 }
 
 void waitForTheEnd() {
@@ -212,9 +221,8 @@ TEST_F(ToolkitDeathTest, AThreadStuckWithTheLockDoesNotHoldUpTheEnd) {
                   for (;;) pause();
                 }).detach();
                 if (!waitUntil([&stuck] { return stuck.load(); })) leave(8);
-                // By then the console waits for the lock.
                 std::thread([] {
-                  sleep(1);
+                  waitUntil([] { return sleeps(getpid()); });  // for the lock
                   XSetIOErrorHandler(nullptr)(nullptr);
                 }).detach();
                 screen.setTitle("waits for the lock");

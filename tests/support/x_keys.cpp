@@ -262,6 +262,40 @@ std::string XKeys::windowTitle(unsigned long window) {
   return title;
 }
 
+std::vector<std::pair<int, int>> XKeys::iconSizes(unsigned long window) {
+  console->picture();  // an answer of the server: what was asked before is done
+  constexpr long Most = 1 << 20;
+  Atom type = 0;
+  int format = 0;
+  unsigned long count = 0, rest = 0;
+  unsigned char* data = nullptr;
+  XGetWindowProperty(impl_->display, window, XInternAtom(impl_->display, "_NET_WM_ICON", False), 0,
+                     Most, False, XA_CARDINAL, &type, &format, &count, &rest, &data);
+  const auto* words = reinterpret_cast<const unsigned long*>(data);
+  std::vector<std::pair<int, int>> sizes;
+  for (unsigned long at = 0; at + 2 <= count; at += 2 + words[at] * words[at + 1]) {
+    sizes.emplace_back(static_cast<int>(words[at]), static_cast<int>(words[at + 1]));
+  }
+  if (data) XFree(data);
+  return sizes;
+}
+
+int XKeys::bellsOf(const std::function<void()>& action) {
+  int firstEvent = 0;
+  XkbQueryExtension(impl_->display, nullptr, &firstEvent, nullptr, nullptr, nullptr);
+  XkbSelectEvents(impl_->display, XkbUseCoreKbd, XkbBellNotifyMask, XkbBellNotifyMask);
+  impl_->sync();
+  action();
+  console->picture();  // an answer of the server: what was asked before is done
+  impl_->sync();
+  XkbSelectEvents(impl_->display, XkbUseCoreKbd, XkbBellNotifyMask, 0);
+  int bells = 0;
+  for (XEvent event; XCheckTypedEvent(impl_->display, firstEvent, &event);) {
+    if (reinterpret_cast<const XkbAnyEvent&>(event).xkb_type == XkbBellNotify) ++bells;
+  }
+  return bells;
+}
+
 std::string XKeys::readClipboard(int timeoutMs) {
   Display* display = impl_->display;
   const Atom selection = XInternAtom(display, "CLIPBOARD", False);

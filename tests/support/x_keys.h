@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Presses real keys and mouse buttons at the X server of the test, from a connection of its own.
@@ -46,6 +48,11 @@ class XKeys {
   // What the screen of the window shows, 0xRRGGBB row after row; empty when it can't be read.
   std::vector<unsigned> windowPixels(unsigned long window, int& width, int& height);
   std::string windowTitle(unsigned long window);
+  // Width and height of each icon that the window offers, as the server has them once the console
+  // has asked for a picture.
+  std::vector<std::pair<int, int>> iconSizes(unsigned long window);
+  // How often the bell rings by what `action` does.
+  int bellsOf(const std::function<void()>& action);
   // The selection CLIPBOARD as another program would read or own it.
   std::string readClipboard(int timeoutMs = 10000);
   void ownClipboard(const std::string& utf8Text, int serveMs);
