@@ -21,6 +21,15 @@ class ChangeDirectoryTest : public PanelTest {
   Panel& panel;
 };
 
+// The variables of the process are read once, those of the session whenever one is asked for.
+class SessionHome {
+ public:
+  explicit SessionHome(const std::string& path) { sessionEnvironment().set("HOME", path.c_str()); }
+  ~SessionHome() { sessionEnvironment().set("HOME", nullptr); }
+  SessionHome(const SessionHome&) = delete;
+  SessionHome& operator=(const SessionHome&) = delete;
+};
+
 }  // namespace
 
 TEST_F(ChangeDirectoryTest, TakesAbsoluteAndRelativePaths) {
@@ -144,7 +153,7 @@ TEST_F(ChangeDirectoryTest, AnExactPathIsTakenAsItIs) {
 TEST_F(ChangeDirectoryTest, ATildeIsExpandedWhenNoSuchDirectoryIsThere) {
   dir.makeDir("home");
   dir.makeDir("home/sub");
-  setenv("HOME", dir.path("home").c_str(), 1);
+  const SessionHome home(dir.path("home"));
   EXPECT_TRUE(changeDirectory(panel, L"~/sub"));
   EXPECT_EQ(dir.path("home/sub"), bytes(panel.path));
   EXPECT_TRUE(changeDirectory(panel, L"~"));
