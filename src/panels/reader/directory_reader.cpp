@@ -298,7 +298,7 @@ ReadTrouble tryReadDirectory(Panel& panel) {
     readTreeView(panel);
     return {};
   }
-  const ReadTrouble trouble = readNearest(panel);
+  ReadTrouble trouble = readNearest(panel);
   markInfoBeside(panel);
   return trouble;
 }
