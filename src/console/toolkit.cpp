@@ -116,9 +116,11 @@ void carryOn(Display*, void*) {}
 
 int (*toolkitsErrorHandler)(Display*, XErrorEvent*) = nullptr;
 
-// What was asked of a destroyed window fails before its end is told. Windows of others are spoken
-// to only where the toolkit takes errors for itself.
+// What was asked of a destroyed window fails before its end is told, and then whatever is asked of
+// things that couldn't be made for it. Windows of others are spoken to only where the toolkit takes
+// errors for itself.
 int onError(Display* display, XErrorEvent* error) {
+  if (displayLost()) return 0;
   if (error->error_code != BadWindow && error->error_code != BadDrawable)
     return toolkitsErrorHandler(display, error);
   windowDestroyed();
