@@ -44,7 +44,6 @@ struct CommandSeams {
   std::function<void()> confirmationsDialog;
   std::function<void(int side, FindStart start)> fileFind;
   std::function<void()> compareDirectories;
-  std::function<void(Panel&)> countDirectorySizes;
   std::function<void(Panel&)> fileAttributes;
   std::function<void(Panel&)> fileCase;
   std::function<void(Panel&)> fileDateTime;

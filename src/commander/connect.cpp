@@ -5,6 +5,7 @@
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
 #include "shell/internal_programs.h"
+#include "tools/panel_trees.h"
 
 namespace {
 
@@ -16,11 +17,10 @@ class ViewerAndEditor : public InternalPrograms {
 }  // namespace
 
 void connectModules() {
-  static DirectoryTree noTree;
   static ArchiveActions noArchives;
   static HistoryWindows noWindows;
   static ViewerAndEditor viewerAndEditor;
-  directoryTree().connect(noTree);
+  directoryTree().connect(panelTrees());
   archiveActions().connect(noArchives);
   historyWindows().connect(noWindows);
   internalPrograms().connect(viewerAndEditor);

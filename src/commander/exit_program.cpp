@@ -9,6 +9,7 @@
 #include "language/temporary_names.h"
 #include "options/colours.h"
 #include "options/options.h"
+#include "panels/model/directory_tree.h"
 #include "panels/picture/panel_title.h"
 #include "panels/picture/panel_window.h"
 #include "ui/alert.h"
@@ -21,6 +22,7 @@ bool confirmExit() {
 void leavePanels() {
   constexpr int shellCursor = 15;
   if (GlobalOptions::AutoSave) saveConfiguration();
+  directoryTree()->save();
   for (int side = 1; side >= 0; --side) {
     Panel& panel = panelPair().side[side];
     while (panel.archive) panel.archive = std::move(panel.archive->parent);

@@ -7,6 +7,7 @@
 #include "filecommands/delete_by_name.h"
 #include "filecommands/delete_command.h"
 #include "filecommands/make_directory.h"
+#include "tools/directory_sizes.h"
 
 namespace {
 
@@ -174,7 +175,7 @@ std::vector<Command> searchRows() {
       {.name = "Calculate directory sizes",
        .codes = {Key::ctrl('q')},
        .when = PanelsOn | Files | Entry,
-       .run = seam(&CommandSeams::countDirectorySizes),
+       .run = [] { countDirectorySizes(panelPair().active()); },
        .menu = {"Calculate Dir Size   Ctrl-Q", 10}},
   };
 }

@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr int TreeWindowWidth = 70;
-
 Panel& active() {
   return panelPair().active();
 }
@@ -142,7 +140,7 @@ void goToChosen(const Westring& path) {
 }
 
 void chooseDirectoryOfTree() {
-  goToChosen(directoryTree()->choose(active(), TreeWindowWidth));
+  goToChosen(directoryTree()->choose(active(), TreeWindowUse::Command));
 }
 
 void chooseDirectoryOfHistory() {

@@ -1,5 +1,6 @@
 #include "commander/main_loop.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "commander/go_commands.h"
@@ -11,6 +12,7 @@
 #include "options/options.h"
 #include "panels/commands/panel_switch.h"
 #include "panels/commands/quick_search.h"
+#include "panels/model/directory_tree.h"
 #include "panels/picture/panel_clock.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
@@ -75,12 +77,19 @@ void placeTextCursor(MainLoop& loop) {
   setTextPos(x, panelPair().screenLines - 2);
 }
 
+// The shorter of two waits.
+int sooner(int a, int b) {
+  if (a == NoLimit || b == NoLimit) return std::max(a, b);
+  return std::min(a, b);
+}
+
 // Waits for the user; the clock moves on while nothing comes.
 Input waitForInput() {
   Input input;
   setCursorShape(CursorShape);
   while (input.kind == Input::Kind::TimeOut) {
-    input = nextInput(GlobalOptions::Clock ? msToNextMinute() : NoLimit);
+    const int clockMs = GlobalOptions::Clock ? msToNextMinute() : NoLimit;
+    input = nextInput(sooner(clockMs, directoryTree()->saveWhileWaiting()));
     if (input.kind == Input::Kind::TimeOut && GlobalOptions::Clock) drawClock();
   }
   setCursorShape(0);

@@ -11,6 +11,7 @@
 #include "panels/picture/panel_title.h"
 #include "panels/reader/directory_reader.h"
 #include "shell/process_command.h"
+#include "tools/directory_sizes.h"
 
 namespace {
 
@@ -54,7 +55,7 @@ void viewCommand(Program program) {
   Panel& panel = panelPair().active();
   entry* item = panel.currentEntry();
   if (bothPanelsOff() || !panel.isFiles() || !item) return;
-  if (item->isDirectory()) return callSeam(commandSeams().countDirectorySizes, panel);
+  if (item->isDirectory()) return countDirectorySizes(panel);
   Westring name = item->name();
   Westring command = commandFor(associationSets().viewers, name.data(), program,
                                 GlobalOptions::Viewer, GlobalOptions::Viewer2);

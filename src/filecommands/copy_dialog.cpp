@@ -33,7 +33,7 @@ bool isToggleKey(int key) {
 bool pick(int key, Westring& text) {
   PanelPair& pair = panelPair();
   const bool tree = key == Key::F10;
-  const Westring chosen = tree ? directoryTree()->choose(pair.active(), pair.screenColumns / 2 - 2)
+  const Westring chosen = tree ? directoryTree()->choose(pair.active(), TreeWindowUse::Field)
                                : historyWindows()->chooseDirectory();
   if (chosen.empty()) return false;
   text = tree ? chosen : addSlash(chosen);

@@ -12,6 +12,7 @@
 #include "options/colours.h"
 #include "panels/commands/change_directory.h"
 #include "panels/commands/panel_switch.h"
+#include "panels/model/directory_tree.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
 #include "shell/internal_programs.h"
@@ -91,6 +92,8 @@ bool enterPanelDirectory(Panel& panel) {
 
 int runInShell(const Westring& command, Panel& panel, const Westring& echo, unsigned flags) {
   if ((flags & RunFlag::StayInDirectory) == 0 && !enterPanelDirectory(panel)) return -ENOENT;
+  // The command may want to see it, or end the program.
+  directoryTree()->save();
   const bool hidden = (flags & RunFlag::Hidden) != 0;
   const int result = hidden ? run(command, panel, flags) : runOnScreen(command, panel, echo, flags);
   for (Panel& side : panelPair().side) side.needsRead = true;

@@ -23,7 +23,6 @@ void SeamLog::connect() {
     note("find " + std::to_string(side) + (start == FindStart::WithLastResult ? " last" : " new"));
   };
   seams.compareDirectories = plain("compare");
-  seams.countDirectorySizes = ofPanel("count");
   seams.fileAttributes = ofPanel("attributes");
   seams.fileCase = ofPanel("case");
   seams.fileDateTime = ofPanel("date");
@@ -49,8 +48,8 @@ void SeamLog::disconnect() {
   historyWindows().disconnect();
 }
 
-Westring SeamLog::choose(Panel&, int width) {
-  note("tree " + std::to_string(width));
+Westring SeamLog::choose(Panel&, TreeWindowUse use) {
+  note(use == TreeWindowUse::Command ? "tree" : "tree for a field");
   return directory;
 }
 

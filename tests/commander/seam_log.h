@@ -17,7 +17,7 @@ class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindo
   void connect();  // fills every place of commandSeams and every connection
   static void disconnect();
 
-  Westring choose(Panel&, int width) override;
+  Westring choose(Panel&, TreeWindowUse use) override;
   Westring chooseDirectory() override;
   void remove(Panel& panel) override;
   void transfer(Panel& panel, TransferKind kind) override;

@@ -150,11 +150,11 @@ class PickingTree : public DirectoryTree {
  public:
   PickingTree() { directoryTree().connect(*this); }
   ~PickingTree() override { directoryTree().disconnect(); }
-  Westring choose(Panel&, int cells) override {
-    width = cells;
+  Westring choose(Panel&, TreeWindowUse given) override {
+    use = given;
     return L"/picked/from/tree";
   }
-  int width = 0;
+  std::optional<TreeWindowUse> use;
 };
 
 class PickingHistory : public HistoryWindows {
@@ -198,7 +198,7 @@ TEST_F(CopyCommandTest, TheSideButtonsDoNothingUntilConnectedAndFillTheFieldThen
   copyWith({{"Copy \"a\" to", {Key::F10}},
             {"/picked/from/tree", {Key::AltBackslash}},
             {"/picked/from/history/", {Key::Esc}}});
-  EXPECT_EQ(tree.width, 38);
+  EXPECT_EQ(tree.use, TreeWindowUse::Field);
 }
 
 TEST_F(CopyCommandTest, OnTwoDotsWithNothingTaggedNothingHappens) {

@@ -124,6 +124,7 @@ struct PanelContents {
   int pageSize = 1;  // entries in a page, at least 1
   int readError = 0;
   std::vector<TreeLine> treeLines;       // in the tree styles one for each entry
+  uint64_t treeVersion = 0;              // of the tree, when these were made of it
   bool rescanTree = false;               // the tree view is to be read again
   std::unique_ptr<OpenArchive> archive;  // innermost open archive
   int nameOffset = 0;                    // characters by which a long name is scrolled

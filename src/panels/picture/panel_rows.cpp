@@ -17,6 +17,7 @@ constexpr wchar_t LinkArrow = 0x00BB;
 constexpr wchar_t LinkSuffix = L'@';
 constexpr wchar_t HiddenSuffix = 0x2591;
 constexpr int DialogTreeWidth = 70;
+constexpr int LeastOfName = 8;  // cells of a tree line
 constexpr unsigned char ForegroundBits = 0x0F;
 constexpr unsigned char BackgroundBits = 0xF0;
 
@@ -68,9 +69,11 @@ CellString treeRow(Panel& panel, int index, const RowLayout& layout, unsigned ch
                    int& nameOffset) {
   const TreeLine line = panel.treeLineAt(index);
   const int room = layout.style == PanelStyle::DialogTree ? DialogTreeWidth : layout.interior;
+  const int nameWidth = std::max(room - treePrefixWidth(line), std::min(LeastOfName, room));
   CellString row = treePrefix(line, attr);
-  row.append(nameColumn(panel, *panel.entries[index], std::max(0, room - treePrefixWidth(line)),
-                        attr, nameOffset));
+  row.append(nameColumn(panel, *panel.entries[index], nameWidth, attr, nameOffset));
+  // Where the branches leave no room for a name, the line is scrolled.
+  if (row.length() > room) row = mid(row, row.length() - room, -1);
   return padded(row, layout.interior);
 }
 

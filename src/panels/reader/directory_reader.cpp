@@ -124,7 +124,7 @@ void Listing::take(EntryPtr hit) {
   }
   if (!isListed(*hit, dot, dotDotStart)) return;
   hit->sortGroup = sortGroupOf(*hit, parent);
-  if (totals_ && hit->isDirectory() && !parent) countTotal(*hit);
+  if (totals_ && hit->isDirectory() && !hit->isLink() && !parent) countTotal(*hit);
   panel_.entries.add(std::move(hit));
 }
 
@@ -220,14 +220,16 @@ int readOnce(Panel& panel, Progress shown) {
     return status;
   }
   Listing listing(panel, filesRead);
+  int last = status;
   if (hit) {
-    const int last = listing.collect(source, std::move(hit));
+    last = listing.collect(source, std::move(hit));
     if (last != 0 && last != Status::NoMoreFiles && last != NoListing) panel.readError = last;
   }
   listing.complete();
   restoreTags(panel, kept);
   progress.reset();
-  directoryTree()->directoryRead(panel, listing.fileBytes());
+  // Of a list that breaks off nobody must take that the rest isn't there.
+  if (last == Status::NoMoreFiles) directoryTree()->directoryRead(panel, listing.fileBytes());
   restoreCursor(panel, remembered);
   return status;
 }
@@ -262,11 +264,13 @@ ReadTrouble readNearest(Panel& panel) {
 }
 
 void readTreeView(Panel& panel) {
+  const Westring current = panel.treeLines.empty() ? Westring() : treeDirectory(panel);
   clearListing(panel);
   panel.lastPath = panel.path;
   panel.readError = 0;
   directoryTree()->fill(panel);
   normalisePosition(panel);
+  if (!current.empty()) directoryTree()->select(panel, current);
 }
 
 // The next round draws it.

@@ -1,0 +1,214 @@
+#include "tools/panel_trees.h"
+
+#include <cstring>
+
+#include "foundation/fold.h"
+#include "foundation/names.h"
+#include "foundation/utf8.h"
+#include "panels/model/panel.h"
+#include "panels/model/panel_pair.h"
+#include "panels/model/panel_position.h"
+#include "tools/tree_scan_window.h"
+#include "tools/tree_window.h"
+#include "tree/tree_changes.h"
+#include "tree/tree_file.h"
+#include "ui/alert.h"
+
+namespace {
+
+constexpr int64_t NsOfMs = 1'000'000;
+constexpr int64_t LeastMsBetweenSaves = 2000;
+
+void cursorToNode(Panel& panel, const TREENODE* node) {
+  for (size_t i = 0; i < panel.treeLines.size(); ++i) {
+    if (panel.treeLines[i].node == node) panel.cursor = static_cast<int>(i) - panel.top;
+  }
+  normalisePosition(panel);
+}
+
+// The first directory of just that name, in any case, from `start` on and then from the root.
+TREENODE* findWholeName(TREENODE* root, TREENODE* start, const Westring& name) {
+  const auto search = [&](TREENODE* from, const TREENODE* end) -> TREENODE* {
+    for (TREENODE* node = from; node && node != end; node = nextInSubtree(node, root)) {
+      if (compareNoCase(node->name.data(), name.data()) == 0) return node;
+    }
+    return nullptr;
+  };
+  TREENODE* found = start ? search(start, nullptr) : nullptr;
+  return found ? found : search(root, start);
+}
+
+}  // namespace
+
+PanelTrees& panelTrees() {
+  static PanelTrees trees;
+  return trees;
+}
+
+CTree& PanelTrees::tree() {
+  CTree& tree = set_.treeOf(TTreeKey{});
+  if (!tree.root()) {
+    EscapeWatch escape(clock_);
+    static_cast<void>(loadTree(tree, treeFilePath(), [&escape] { return escape.pressed(); }));
+  }
+  return tree;
+}
+
+bool PanelTrees::scan() {
+  CTree& disk = tree();
+  {
+    TreeScanWindow window(clock_);
+    if (scanTree(disk, window) != ScanEnd::Whole) return false;
+  }
+  declined_ = false;
+  save();
+  return true;
+}
+
+// ---- what it is told
+
+void PanelTrees::directoryRead(const Panel& panel, int64_t fileBytes) {
+  if (panel.archive) return;
+  CTree& disk = tree();
+  TREENODE* directory = disk.find(panel.path);
+  if (!directory) return;
+  synchronise(disk, directory, *panel.subdirectories);
+  sumUp(directory, fileBytes);
+  freeRemoved();
+}
+
+void PanelTrees::made(const Panel&, const Westring& path) {
+  addDirectory(tree(), path);
+}
+
+void PanelTrees::renamed(const Panel&, const Westring& from, const Westring& to) {
+  renameDirectory(tree(), from, to);
+  freeRemoved();
+}
+
+void PanelTrees::removed(const Westring& path) {
+  removeDirectory(tree(), path);
+  freeRemoved();
+}
+
+std::optional<int64_t> PanelTrees::totalOf(const Panel& panel, const Westring& path) {
+  if (panel.archive) return std::nullopt;
+  const TREENODE* directory = tree().find(path);
+  const int64_t size = directory ? knownSize(directory) : TREENODE::Unknown;
+  if (size == TREENODE::Unknown) return std::nullopt;
+  return size;
+}
+
+Westring PanelTrees::find(const Panel& panel, const Westring& name) {
+  CTree& disk = tree();
+  if (!disk.root() || name.empty()) return Westring();
+  TREENODE* here = disk.find(panel.path);
+  TREENODE* found = findWholeName(disk.root(), here, name);
+  if (!found) found = findNextByPrefix(disk.root(), here, name);
+  return found ? pathOfNode(found) : Westring();
+}
+
+// What was taken out of the tree is still read by lists that were made before.
+void PanelTrees::freeRemoved() {
+  CTree& disk = tree();
+  for (const Panel& panel : panelPair().side) {
+    if (!panel.treeLines.empty() && panel.treeVersion != disk.version()) return;
+  }
+  disk.freeRemoved();
+}
+
+// ---- saving
+
+bool PanelTrees::wantsSave() {
+  const CTree& disk = set_.treeOf(TTreeKey{});
+  return disk.dirty && disk.loaded && disk.root();
+}
+
+int PanelTrees::write() {
+  CTree& disk = tree();
+  const int error = saveTree(disk, treeFilePath());
+  lastSave_ = clock_.nanoseconds();
+  everSaved_ = true;
+  refused_ = error != 0;
+  refusedVersion_ = disk.version();
+  return error;
+}
+
+void PanelTrees::save() {
+  if (!wantsSave()) return;
+  const int error = write();
+  if (error == 0) return;
+  alert(L"Error writing tree data file: " + Westring(fromUtf8(strerror(error))), treeFilePath(),
+        AlertButtons::Ok, AlertColour::Error);
+}
+
+int PanelTrees::saveWhileWaiting() {
+  // What couldn't be written isn't tried again until there is more to write, and told only once.
+  if (!wantsSave() || (refused_ && refusedVersion_ == tree().version())) return NoLimit;
+  const int64_t sinceMs = (clock_.nanoseconds() - lastSave_) / NsOfMs;
+  if (everSaved_ && sinceMs < LeastMsBetweenSaves) {
+    return static_cast<int>(LeastMsBetweenSaves - sinceMs);
+  }
+  if (refused_) {
+    write();
+  } else {
+    save();
+  }
+  return NoLimit;
+}
+
+// ---- panels of the tree style
+
+void PanelTrees::fill(Panel& panel) {
+  const bool asked = panel.rescanTree;
+  panel.rescanTree = false;
+  if ((asked || (needsScan() && !declined_)) && !scan()) declined_ = true;
+  showTreeLines(panel, tree());
+  freeRemoved();
+}
+
+Westring PanelTrees::pathOf(const Panel& panel, int index) {
+  const TREENODE* node = panel.treeLineAt(index).node;
+  return node ? pathOfNode(node) : Westring();
+}
+
+void PanelTrees::select(Panel& panel, const Westring& path) {
+  CTree& disk = tree();
+  TREENODE* node = disk.find(path);
+  const bool stale = panel.treeVersion != disk.version();
+  if (node) showNode(node);
+  if (stale || node) showTreeLines(panel, disk);
+  if (node) cursorToNode(panel, node);
+  normalisePosition(panel);
+  panel.needsDraw = true;
+  freeRemoved();
+}
+
+void PanelTrees::open(Panel& panel, TreeReach reach, bool expanded) {
+  TREENODE* node = panel.treeLineAt(panel.currentIndex()).node;
+  if (!node) return;
+  if (reach == TreeReach::Subtree) {
+    expandSubtree(node, expanded);
+  } else {
+    node->expanded = expanded || node->level == 0;
+  }
+  showTreeLines(panel, tree());
+  cursorToNode(panel, node);
+  panel.needsDraw = true;
+}
+
+// ---- the window
+
+Westring PanelTrees::choose(Panel& panel, TreeWindowUse use) {
+  if (needsScan() && !scan()) return Westring();
+  CTree& disk = tree();
+  if (!disk.root()) return Westring();
+  if (!disk.loaded) {
+    disk.loaded = disk.dirty = true;
+    save();
+  }
+  TreeWindow window(disk, panel.path, use, [this] { return scan(); });
+  const Westring chosen = window.choose();
+  freeRemoved();
+  return chosen;
+}
