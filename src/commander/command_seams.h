@@ -4,13 +4,6 @@
 
 #include "panels/model/panel_pair.h"
 
-// What the user chose in the window of the command history.
-struct HistoryChoice {
-  enum class Action { Nothing, PutOnLine, Run, RunSeparately };
-  Action action = Action::Nothing;
-  Westring command;
-};
-
 // The topics of the help file by number.
 enum class HelpTopic : int {
   None = -1,
@@ -49,8 +42,6 @@ struct CommandSeams {
   std::function<void(Panel&)> fileDateTime;
   std::function<void(Panel&)> makeSymbolicLink;
   std::function<void(Panel&)> makeObjects;
-  std::function<bool(Panel&)> storedPaths;
-  std::function<HistoryChoice()> commandHistoryWindow;
   // `panel` is the viewer's list, or null.
   std::function<void(const Westring& file, Panel* panel)> viewFile;
   std::function<void(const Westring& file)> editFile;

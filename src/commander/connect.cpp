@@ -5,6 +5,7 @@
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
 #include "shell/internal_programs.h"
+#include "tools/directory_history_window.h"
 #include "tools/panel_trees.h"
 
 namespace {
@@ -18,10 +19,10 @@ class ViewerAndEditor : public InternalPrograms {
 
 void connectModules() {
   static ArchiveActions noArchives;
-  static HistoryWindows noWindows;
+  static HistoryWindowsOfTools windows;
   static ViewerAndEditor viewerAndEditor;
   directoryTree().connect(panelTrees());
   archiveActions().connect(noArchives);
-  historyWindows().connect(noWindows);
+  historyWindows().connect(windows);
   internalPrograms().connect(viewerAndEditor);
 }

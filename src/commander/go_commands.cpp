@@ -1,7 +1,7 @@
 #include "commander/go_commands.h"
 
 #include "commander/command_rooms.h"
-#include "commander/command_seams.h"
+#include "filecommands/entry_path.h"
 #include "filecommands/history_windows.h"
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
@@ -11,6 +11,7 @@
 #include "panels/model/panel_position.h"
 #include "panels/picture/panel_draw.h"
 #include "shell/open_file.h"
+#include "tools/stored_paths.h"
 #include "ui/alert.h"
 
 namespace {
@@ -77,19 +78,13 @@ void goHome() {
 void goToShortcut(int digit) {
   const Westring& shortcut = GlobalOptions::directoryShortcuts[digit];
   if (shortcut.empty()) return;
-  Panel& panel = active().isFiles() && active().isTreeStyle() ? panelPair().inactive() : active();
-  if (!goToPath(panel, shortcut)) {
+  if (!goToPath(panelThatGoes(active()), shortcut)) {
     alert("Invalid Directory", shortcut, AlertButtons::Ok, AlertColour::Error);
   }
 }
 
 void storeShortcut(int digit) {
   GlobalOptions::directoryShortcuts[digit] = currentDirectoryOf(active());
-}
-
-Westring currentDirectoryOf(const Panel& panel) {
-  const entry* line = panel.isFiles() && panel.isTreeStyle() ? panel.currentEntry() : nullptr;
-  return line ? treeDirectory(panel) : shownPath(panel);
 }
 
 void enterCurrent(Panel& panel) {
@@ -148,7 +143,7 @@ void chooseDirectoryOfHistory() {
 }
 
 void chooseStoredPath() {
-  if (commandSeams().storedPaths) commandSeams().storedPaths(active());
+  if (storedPaths(active())) drawPanel(panelThatGoes(active()));
 }
 
 std::vector<Command> choiceRows() {

@@ -13,9 +13,6 @@ void enterCurrent(Panel& panel);
 // Enters the entry under the cursor as a directory or as an archive, whatever else it may be.
 void enterAsDirectory(Panel& panel);
 void goUp(Panel& panel);
-// The directory of the panel; in a tree the one of the current line.
-Westring currentDirectoryOf(const Panel& panel);
-
 // Whether the option that turns Ctrl-R into a drive change counts.
 enum class DriveChange { Never, Allowed };
 void reRead(Panel& panel, DriveChange driveChange);

@@ -1,6 +1,7 @@
 #include "commander/command_rooms.h"
 #include "commander/go_commands.h"
 #include "console/clipboard.h"
+#include "filecommands/entry_path.h"
 #include "foundation/names.h"
 #include "language/shell_quote.h"
 #include "panels/commands/panel_switch.h"

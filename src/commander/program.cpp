@@ -24,6 +24,7 @@
 #include "foundation/signals.h"
 #include "foundation/system.h"
 #include "foundation/utf8.h"
+#include "history/history_store.h"
 #include "language/typed_path.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
@@ -154,6 +155,7 @@ Westring fromHere(const Westring& name) {
 
 void runPanels(const Arguments& arguments) {
   Westring exitScript = fromHere(arguments.exitScript);
+  loadHistory(GlobalOptions::MaxHist);
   MainLoop loop;
   loop.notices = initPanels(arguments);
   if (dataFilePath(DataFile::Configuration).empty()) {
@@ -207,6 +209,7 @@ int runProgram(int argc, char** argv) {
   applyOptions();
   readLocaleSettings(GlobalOptions::CodePage);
   console->setCodePage(GlobalOptions::CodePage);
+  keepHistoryIn(dataFilePath(DataFile::History));
   if (!arguments.fileToView.empty() || !arguments.fileToEdit.empty()) {
     runAlone(arguments);
     return 0;

@@ -4,6 +4,7 @@
 #include "commander/go_commands.h"
 #include "commander/menu_bar.h"
 #include "shell/execute_line.h"
+#include "tools/command_history_window.h"
 
 namespace {
 
@@ -37,12 +38,11 @@ Action executing(Separate separate) {
 }
 
 void openHistory(MainLoop& loop) {
-  if (!commandSeams().commandHistoryWindow) return;
-  HistoryChoice choice = commandSeams().commandHistoryWindow();
-  if (choice.action == HistoryChoice::Action::Nothing) return;
-  loop.line.setText(choice.command);
-  if (choice.action == HistoryChoice::Action::Run) runLine(loop, Separate::No);
-  if (choice.action == HistoryChoice::Action::RunSeparately) runLine(loop, Separate::Yes);
+  Westring command;
+  const auto help = [] { callSeam(commandSeams().help, HelpTopic::CommandHistory); };
+  const HistoryOutcome outcome = commandHistoryWindow(command, help);
+  if (outcome == HistoryOutcome::PutOnLine) loop.line.setText(command);
+  if (outcome == HistoryOutcome::Run) loop.line.clear();
 }
 
 std::vector<Command> helpAndMenuRows() {

@@ -22,3 +22,8 @@ Panel& panelOpposite(const Panel& panel) {
   PanelPair& pair = panelPair();
   return pair.holds(panel) ? pair.other(panel) : pair.inactive();
 }
+
+Westring currentDirectoryOf(const Panel& panel) {
+  const entry* line = panel.isFiles() && panel.isTreeStyle() ? panel.currentEntry() : nullptr;
+  return line ? treeDirectory(panel) : shownPath(panel);
+}

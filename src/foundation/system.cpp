@@ -1,6 +1,7 @@
 #include "foundation/system.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -141,6 +142,10 @@ int truncate(int fd, off_t length) {
 
 int sync(int fd) {
   return guarded({"sync", NoPath, fd}, [&] { return ::fsync(fd); });
+}
+
+int lock(int fd, int operation) {
+  return guarded({"lock", NoPath, fd}, [&] { return ::flock(fd, operation); });
 }
 
 int stat(const char* path, struct ::stat* result) {

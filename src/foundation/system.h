@@ -24,6 +24,7 @@ ssize_t copyRange(int from, int to, size_t bytes);  // copy_file_range at the cu
 off_t seek(int fd, off_t position, int whence);
 int truncate(int fd, off_t length);
 int sync(int fd);
+int lock(int fd, int operation);  // flock: advisory, gone when the file is closed
 int stat(const char* path, struct ::stat* result);
 int lstat(const char* path, struct ::stat* result);
 int statAt(int directory, const char* name, struct ::stat* result, int flags);

@@ -1,8 +1,11 @@
 #include "history/history_store.h"
 
+#include <algorithm>
 #include <cwctype>
 
 #include "foundation/names.h"
+#include "foundation/utf8.h"
+#include "history/history_file.h"
 
 namespace {
 
@@ -21,6 +24,22 @@ void append(FnStringStore& store, const Westring& text) {
   store.add(new Westring(text));
 }
 
+Westring& historyPath() {
+  static Westring path;
+  return path;
+}
+
+// A memory that can't be written is no reason to disturb the user.
+void appendToFile(const std::string& line) {
+  if (line.empty() || historyPath().empty()) return;
+  static_cast<void>(HistoryFile(historyPath()).append(line));
+}
+
+void fill(FnStringStore& store, const std::vector<std::string>& texts) {
+  store.clear();
+  for (const std::string& text : texts) append(store, decodeFileName(text.c_str()));
+}
+
 }  // namespace
 
 FnStringStore* fieldHistory(FieldHistory which) {
@@ -35,6 +54,7 @@ void addField(FieldHistory which, const Westring& text) {
   Westring copy = text;  // the text may be one of the store's own
   removeEqual(*store, [&](const Westring& old) { return old == copy; });
   append(*store, copy);
+  appendToFile(historyLineOfField(static_cast<int>(which), copy));
 }
 
 FnStringStore& commandHistory() {
@@ -47,6 +67,7 @@ void addCommand(const Westring& text) {
   if (command.empty()) return;
   removeEqual(commandHistory(), [&](const Westring& old) { return sameName(old, command); });
   append(commandHistory(), command);
+  appendToFile(historyLineOfCommand(command));
 }
 
 FnStringStore& directoryHistory() {
@@ -70,4 +91,27 @@ void removeNewestDirectory(const Westring& left) {
   FnStringStore& store = directoryHistory();
   const Westring* newest = store.last();
   if (newest && sameName(*newest, left)) store.remove();
+}
+
+void keepHistoryIn(const Westring& path) {
+  historyPath() = path;
+}
+
+void loadHistory(int mostCommands) {
+  if (historyPath().empty()) return;
+  const HistoryFile file(historyPath());
+  std::string bytes;
+  if (file.read(bytes) != 0) return;
+  const auto most = static_cast<size_t>(std::max(mostCommands, 1));
+  const HistoryContent content = readHistoryLines(bytes, most);
+  fill(commandHistory(), content.commands);
+  for (int number = 0; number < FieldHistoryCount; ++number) {
+    fill(*fieldHistory(static_cast<FieldHistory>(number)), content.fields[number]);
+  }
+  if (content.commandLines <= most) return;
+  static_cast<void>(file.rewrite([most](const std::string& now) -> std::optional<std::string> {
+    const HistoryContent latest = readHistoryLines(now, most);
+    if (latest.commandLines <= most) return std::nullopt;
+    return historyText(latest);
+  }));
 }

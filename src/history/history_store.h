@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/string_collections.h"
+#include "history/history_lines.h"
 
 // Which history a string field keeps.
 enum class FieldHistory : int {
@@ -14,10 +15,11 @@ enum class FieldHistory : int {
   // Make directory and delete by name name the class that keeps nothing.
 };
 
-inline constexpr int FieldHistoryCount = 12;
 inline constexpr int DirectoryHistoryLimit = 100;
 
-// The histories of this run; the most recent element is last. Application thread.
+// The histories of this run; the most recent element is last. What is added goes into the file of
+// the histories too, once there is one; what can't be written is only remembered. Application
+// thread.
 FnStringStore* fieldHistory(FieldHistory which);  // null for a class that keeps nothing
 // Any string equal without regard to case goes, then the text is appended.
 void addField(FieldHistory which, const Westring& text);
@@ -30,3 +32,9 @@ FnStringStore& directoryHistory();
 void addDirectory(const Westring& path);
 // Going up: the newest entry goes if it is the directory just left.
 void removeNewestDirectory(const Westring& left);
+
+// The file from now on; "" for none.
+void keepHistoryIn(const Westring& path);
+// Takes what the file holds. One with more than `mostCommands` lines of commands is written anew
+// with the newest of them and the newest entries of each field.
+void loadHistory(int mostCommands);

@@ -230,6 +230,7 @@ class CommandEffects : public MainLoopTest {
     log.connect();
     openPanels();
     cursorTo("file.txt");
+    addCommand(L"ls");
   }
 
   // All that a command may change, as text; what it asked of other modules comes into it too.

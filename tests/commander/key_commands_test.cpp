@@ -118,7 +118,13 @@ class KeyCommands : public MainLoopTest {
   SeamLog log;
 };
 
-class CommandConditions : public KeyCommands, public testing::WithParamInterface<CommandRow> {};
+class CommandConditions : public KeyCommands, public testing::WithParamInterface<CommandRow> {
+ protected:
+  void SetUp() override {
+    KeyCommands::SetUp();
+    addCommand(L"ls");
+  }
+};
 
 TEST_P(CommandConditions, ActInAPanelOfFiles) {
   EXPECT_TRUE(acts(GetParam().key, GetParam().state));
@@ -164,12 +170,13 @@ TEST_F(KeyCommands, KeysWithoutAFunctionHereDoNothing) {
 TEST_F(KeyCommands, UnconnectedModulesLeaveTheirKeysSilent) {
   commandSeams() = CommandSeams{};
   SeamLog::disconnect();
-  for (int key : {Key::F1,        Key::F2,          Key::ShiftF2,    Key::F3,
-                  Key::AltF3,     Key::F4,          Key::AltF4,      Key::ShiftF7,
-                  Key::AltF7,     Key::AltF8,       Key::AltF5,      Key::AltF6,
-                  Key::AltF10,    Key::ctrl('a'),   Key::ctrl('c'),  Key::ctrl('k'),
-                  Key::ctrl('q'), Key::CtrlShiftF5, Key::ShiftAltF8, MenuCode::Configuration,
-                  Key::Enter,     Key::CtrlPageDown}) {
+  for (int key : {Key::F1,          Key::F2,          Key::ShiftF2,
+                  Key::F3,          Key::AltF3,       Key::F4,
+                  Key::AltF4,       Key::ShiftF7,     Key::AltF7,
+                  Key::AltF6,       Key::AltF10,      Key::ctrl('a'),
+                  Key::ctrl('c'),   Key::ctrl('k'),   Key::ctrl('q'),
+                  Key::CtrlShiftF5, Key::ShiftAltF8,  MenuCode::Configuration,
+                  Key::Enter,       Key::CtrlPageDown}) {
     EXPECT_FALSE(acts(key, 0)) << std::hex << key;
   }
   EXPECT_EQ(currentName(left()), "file.txt");
@@ -198,9 +205,7 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
       {MenuCode::Colours, "colours"},
       {MenuCode::Confirmations, "confirmations"},
       {MenuCode::EditUserMenu, "edit user menu"},
-      {Key::AltF5, "stored paths"},
       {Key::AltF10, "tree"},
-      {Key::AltF8, "history"},
       {Key::ShiftAltF8, "directory history"},
       {Key::Enter, "run open file.txt"},
   };
@@ -269,21 +274,40 @@ TEST_F(KeyCommands, AChosenDirectoryBecomesThePanelsFromTheTop) {
 
 TEST_F(KeyCommands, AChosenCommandRunsOrGoesOnTheLine) {
   GlobalOptions::Background = L"bg";
-  log.historyChoice = {HistoryChoice::Action::Run, L"make"};
+  addCommand(L"make");
+  type("x");
+  queueKey(Key::Enter);
   press(Key::AltF8);
-  EXPECT_EQ(log.take(), (std::vector<std::string>{"history", "run make"}));
-  log.historyChoice.action = HistoryChoice::Action::RunSeparately;
-  press(Key::AltF8);
-  EXPECT_EQ(log.take(), (std::vector<std::string>{"history", "run bg make"}));
+  EXPECT_EQ(log.take(), std::vector<std::string>{"run make"});
   EXPECT_EQ(line(), "");
-  log.historyChoice.action = HistoryChoice::Action::PutOnLine;
+  queueKey(Key::AltEnter);
   press(Key::AltF8);
-  EXPECT_EQ(log.take(), std::vector<std::string>{"history"});
+  EXPECT_EQ(log.take(), std::vector<std::string>{"run bg make"});
+  queueKey(Key::Up);
+  queueKey(Key::CtrlEnter);
+  press(Key::AltF8);
   EXPECT_EQ(line(), "make");
   type("x");
-  log.historyChoice.action = HistoryChoice::Action::Nothing;
+  queueKey(Key::Esc);
   press(Key::AltF8);
   EXPECT_EQ(line(), "makex");
+  EXPECT_EQ(log.take(), std::vector<std::string>{});
+}
+
+TEST_F(KeyCommands, F1InTheCommandHistoryIsAboutIt) {
+  addCommand(L"make");
+  queueKey(Key::F1);
+  queueKey(Key::Esc);
+  press(Key::AltF8);
+  EXPECT_EQ(log.take(), std::vector<std::string>{"help 5"});
+}
+
+TEST_F(KeyCommands, AChosenStoredPathBecomesThePanels) {
+  GlobalOptions::directoryShortcuts[3] = rightDir.wide();
+  queueKey('3');
+  press(Key::AltF5);
+  EXPECT_EQ(bytes(left().path), rightDir.path());
+  EXPECT_EQ(left().currentIndex(), 0);
 }
 
 // ---- View and Edit

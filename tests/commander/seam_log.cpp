@@ -28,14 +28,6 @@ void SeamLog::connect() {
   seams.fileDateTime = ofPanel("date");
   seams.makeSymbolicLink = ofPanel("link");
   seams.makeObjects = ofPanel("objects");
-  seams.storedPaths = [this](Panel&) {
-    note("stored paths");
-    return false;
-  };
-  seams.commandHistoryWindow = [this] {
-    note("history");
-    return historyChoice;
-  };
   seams.viewFile = [this](const Westring& file, Panel* panel) {
     note("view " + bytes(file) + (panel ? " of a list" : ""));
   };

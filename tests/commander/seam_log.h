@@ -30,7 +30,6 @@ class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindo
   }
   std::string last() { return calls_.empty() ? "" : calls_.back(); }
   // What the windows of other modules answer.
-  HistoryChoice historyChoice;
   Westring directory;
   Westring extracted;
 
