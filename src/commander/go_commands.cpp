@@ -135,7 +135,11 @@ void goToChosen(const Westring& path) {
 }
 
 void chooseDirectoryOfTree() {
-  goToChosen(directoryTree()->choose(active(), TreeWindowUse::Command));
+  const Westring chosen = directoryTree()->choose(active(), TreeWindowUse::Command);
+  goToChosen(chosen);
+  if (active().isFiles() && active().isTreeStyle() && !chosen.empty()) {
+    directoryTree()->select(active(), chosen);
+  }
 }
 
 void chooseDirectoryOfHistory() {

@@ -127,13 +127,15 @@ void takeTotal(Panel& panel, entry& item, int64_t bytes) {
   item.level = 1;
 }
 
-void countInto(Panel& panel, const std::vector<entry*>& directories, SizeWindow& window) {
+// False when the user ended it.
+bool countInto(Panel& panel, const std::vector<entry*>& directories, SizeWindow& window) {
   for (entry* item : directories) {
     const std::string path = bytePath(joinPath(panel.path, item->name()));
     const auto bytes = countDirectory(panelTrees().tree(), path, window.counters, window);
-    if (!bytes) return;
+    if (!bytes) return false;
     takeTotal(panel, *item, *bytes);
   }
+  return true;
 }
 
 }  // namespace
@@ -144,9 +146,9 @@ void countDirectorySizes(Panel& panel) {
   if (directories.empty()) return;
   {
     SizeWindow window;
-    countInto(panel, directories, window);
+    const bool whole = countInto(panel, directories, window);
     window.stop();
-    if (GlobalOptions::SizeCountPause) window.waitForButton();
+    if (whole && GlobalOptions::SizeCountPause) window.waitForButton();
   }
   panelTrees().save();
   PanelPair& pair = panelPair();

@@ -1,5 +1,6 @@
 #include "tools/panel_trees.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "foundation/fold.h"
@@ -19,11 +20,15 @@ namespace {
 constexpr int64_t NsOfMs = 1'000'000;
 constexpr int64_t LeastMsBetweenSaves = 2000;
 
-void cursorToNode(Panel& panel, const TREENODE* node) {
-  for (size_t i = 0; i < panel.treeLines.size(); ++i) {
-    if (panel.treeLines[i].node == node) panel.cursor = static_cast<int>(i) - panel.top;
-  }
+// False when no line shows it.
+bool cursorToNode(Panel& panel, const TREENODE* node) {
+  const auto& lines = panel.treeLines;
+  const auto found = std::find_if(lines.begin(), lines.end(),
+                                  [node](const TreeLine& line) { return line.node == node; });
+  if (found == lines.end()) return false;
+  panel.cursor = static_cast<int>(found - lines.begin()) - panel.top;
   normalisePosition(panel);
+  return true;
 }
 
 // The first directory of just that name, in any case, from `start` on and then from the root.
@@ -175,10 +180,12 @@ Westring PanelTrees::pathOf(const Panel& panel, int index) {
 void PanelTrees::select(Panel& panel, const Westring& path) {
   CTree& disk = tree();
   TREENODE* node = disk.find(path);
-  const bool stale = panel.treeVersion != disk.version();
-  if (node) showNode(node);
-  if (stale || node) showTreeLines(panel, disk);
-  if (node) cursorToNode(panel, node);
+  if (panel.treeVersion != disk.version()) showTreeLines(panel, disk);
+  if (node && !cursorToNode(panel, node)) {
+    showNode(node);
+    showTreeLines(panel, disk);
+    cursorToNode(panel, node);
+  }
   normalisePosition(panel);
   panel.needsDraw = true;
   freeRemoved();
@@ -193,7 +200,7 @@ void PanelTrees::open(Panel& panel, TreeReach reach, bool expanded) {
     node->expanded = expanded || node->level == 0;
   }
   showTreeLines(panel, tree());
-  cursorToNode(panel, node);
+  if (!cursorToNode(panel, node)) normalisePosition(panel);
   panel.needsDraw = true;
 }
 
@@ -208,7 +215,7 @@ Westring PanelTrees::choose(Panel& panel, TreeWindowUse use) {
     save();
   }
   TreeWindow window(disk, panel.path, use, [this] { return scan(); });
-  const Westring chosen = window.choose();
+  Westring chosen = window.choose();
   freeRemoved();
   return chosen;
 }

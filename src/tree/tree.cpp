@@ -97,6 +97,7 @@ CTree::~CTree() {
 TREENODE* CTree::makeRoot() {
   dropRoot();
   root_ = new Node;
+  ++version_;
   root_->name = RootName;
   root_->name[0] = static_cast<wchar_t>(key.drive);
   return root_;

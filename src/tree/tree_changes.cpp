@@ -60,7 +60,7 @@ bool renameDirectory(CTree& tree, const Westring& from, const Westring& to) {
   const bool otherPath = compareNoCase(from.data(), to.data()) != 0;
   TREENODE* found = otherPath ? tree.find(to) : nullptr;
   if (!found) {
-    tree.rename(node, lastComponent(to));
+    tree.rename(node, lastComponent(withoutSlashes(to)));
     found = tree.find(to);
   }
   tree.dirty = true;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -215,6 +216,8 @@ int TreeWriter::write(const CTree& tree) {
 Westring treeFilePath() {
   if (!GlobalOptions::TreeDir.empty())
     return addSlash(GlobalOptions::TreeDir) + NameInTreeDirectory;
+  const char* home = getenv("HOME");
+  if ((!home || !*home) && homeOfUser().empty()) return Westring();
   return addSlash(homeDirectory()) + UserDirectory + NameInUserDirectory;
 }
 
@@ -239,7 +242,10 @@ TreeLoad loadTree(CTree& tree, const Westring& file, const std::function<bool()>
 int saveTree(CTree& tree, const Westring& file) {
   tree.sort();
   if (!tree.root() || !tree.loaded || tree.isPrivate) return 0;
-  if (file.empty()) return ENOENT;
+  if (file.empty()) {
+    tree.dirty = false;
+    return 0;
+  }
   // One that is there already, or can't be made, shows when the file is written.
   System::mkdir(toUtf8(parentOf(file)).data(), PrivateDirectory);
   SafeFile target;

@@ -1,6 +1,9 @@
 #include "tools/directory_sizes.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "foundation/system.h"
 
 #include "panels/commands/change_directory.h"
 #include "panels/commands/panel_switch.h"
@@ -86,6 +89,27 @@ TEST_F(DirectorySizes, WithThePauseTheWindowStaysUntilItsButton) {
   countAt("one");
   EXPECT_FALSE(shows("Reading Directories"));
   EXPECT_EQ(item("one").size, 1234u);
+}
+
+TEST_F(DirectorySizes, EscLeavesWhatWasntCountedAndAsksForNoButton) {
+  GlobalOptions::SizeCountPause = true;
+  for (const char* name : {"one", "two"}) {
+    selectName(left(), decodeFileName(name).data());
+    toggleTag(left(), left().currentIndex(), TagMode::Tag);
+  }
+  // A disk so slow that Esc is seen in the first directory.
+  System::setHook(
+      [](const char* call, const char*, void*) {
+        if (std::string(call) == "readNames") usleep(60'000);
+        return 0;
+      },
+      nullptr);
+  queueKey(Key::Esc);
+  countDirectorySizes(left());
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(item("two").level, 0);
+  EXPECT_FALSE(shows("Reading Directories"));
+  EXPECT_EQ(left().taggedSize, 0);
 }
 
 TEST_F(DirectorySizes, ATreePanelBesideIsMadeAnew) {

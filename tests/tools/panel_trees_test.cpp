@@ -10,6 +10,7 @@
 #include "panels/reader/directory_reader.h"
 #include "support/fault_hook.h"
 #include "tools/tools_test.h"
+#include "tree/tree_changes.h"
 
 namespace {
 
@@ -232,6 +233,41 @@ TEST_F(PanelTreesTest, WithoutATreeNothingIsFoundOrSaved) {
   EXPECT_EQ(bytes(trees.find(left(), L"a")), "");
   EXPECT_EQ(trees.totalOf(left(), L"/a"), std::nullopt);
   EXPECT_FALSE(home.exists(".tdx"));
+}
+
+TEST_F(PanelTreesTest, CommandsInATreePanelActOnItsLineAndLeaveTheCursorThere) {
+  for (const char* name : {"one", "two", "two/below"}) leftDir.makeDir(name);
+  knowOnly(leftDir.path("one"));
+  addDirectory(trees.tree(), leftDir.wide("two"));
+  addDirectory(trees.tree(), leftDir.wide("two/below"));
+  openWindows();
+  ASSERT_TRUE(goToPath(right(), leftDir.wide()));
+  setStyle(0, PanelStyle::Tree);
+  trees.select(left(), leftDir.wide("two"));
+  leftDir.makeDir("a");
+  trees.made(left(), leftDir.wide("a"));
+  panelRefresh();
+  EXPECT_EQ(bytes(treeDirectory(left())), leftDir.path("two"));
+  EXPECT_NE(entryNamed(left(), "a"), nullptr);
+  trees.removed(leftDir.wide("two"));
+  panelRefresh();
+  EXPECT_EQ(entryNamed(left(), "below"), nullptr);
+  EXPECT_NE(left().currentEntry(), nullptr);
+}
+
+TEST_F(PanelTreesTest, TwoTreePanelsShareTheTree) {
+  showTree();
+  setStyle(1, PanelStyle::Tree);
+  cursorToLine("a");
+  trees.collapse(left(), TreeReach::Line);
+  trees.removed(L"/b");
+  EXPECT_EQ(bytes(trees.pathOf(right(), 5)), "/b") << "its lines are those of before";
+  readDirectory(left());
+  EXPECT_EQ(bytes(trees.pathOf(right(), 5)), "/b");
+  readDirectory(right());
+  EXPECT_EQ(listed(right()), (std::vector<std::string>{"/", "a"}));
+  swapPanels();
+  EXPECT_EQ(listed(left()), (std::vector<std::string>{"/", "a"}));
 }
 
 // ---- looking through the disk

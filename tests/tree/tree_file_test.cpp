@@ -210,6 +210,15 @@ TEST_F(TreeFile, LiesInItsDirectoryOrAtHome) {
   GlobalOptions::TreeDir = L"";
 }
 
+TEST_F(TreeFile, WithoutAPlaceNothingIsWrittenNorWantedAgain) {
+  grow(tree, "/a");
+  tree.loaded = true;
+  tree.dirty = true;
+  EXPECT_EQ(saveTree(tree, L""), 0);
+  EXPECT_FALSE(tree.dirty);
+  EXPECT_EQ(loadTree(tree, L""), TreeLoad::NoFile);
+}
+
 // ---- faults
 
 TEST_F(TreeFile, WhateverFailsTheOldFileOrTheNewOneIsWhole) {
