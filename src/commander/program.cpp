@@ -25,6 +25,7 @@
 #include "foundation/system.h"
 #include "foundation/utf8.h"
 #include "history/history_store.h"
+#include "language/temporary_names.h"
 #include "language/typed_path.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"

@@ -4,8 +4,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -19,6 +22,7 @@ namespace {
 
 constexpr unsigned ProcessMask = 0xFFFF;
 constexpr int MostNames = 1000000;  // a stop for a directory where each name is taken again at once
+constexpr time_t SecondsOfDay = 24 * 60 * 60;
 constexpr mode_t OwnerFile = 0600;
 constexpr mode_t OwnerDirectory = 0700;
 
@@ -62,7 +66,52 @@ bool writeAll(int fd, const std::string& bytes) {
   return true;
 }
 
+// The process number in a temporary's name; nothing when it is no such name.
+std::optional<unsigned> processOf(const std::string& name) {
+  unsigned process = 0;
+  int sequence = 0;
+  if (sscanf(name.c_str(), "TD#%u.%d", &process, &sequence) != 2) return std::nullopt;
+  const std::string exact = "TD#" + std::to_string(process) + "." + std::to_string(sequence);
+  const bool ours = name == exact && process <= ProcessMask;
+  return ours ? std::optional(process) : std::nullopt;
+}
+
+bool isOld(int directory, const char* name) {
+  struct stat info;
+  if (System::statAt(directory, name, &info, AT_SYMLINK_NOFOLLOW) != 0) return false;
+  return info.st_uid == geteuid() && info.st_mtime < time(nullptr) - SecondsOfDay;
+}
+
+// The low bits of the numbers of all processes; nothing when they aren't told.
+std::set<unsigned> livingProcesses() {
+  std::set<unsigned> living;
+  std::vector<std::string> names;
+  if (listNames("/proc", names) != 0) return living;
+  for (const std::string& name : names) {
+    const unsigned long number = strtoul(name.c_str(), nullptr, 10);
+    if (number > 0) living.insert(static_cast<unsigned>(number) & ProcessMask);
+  }
+  return living;
+}
+
 }  // namespace
+
+void removeLeftOverTemporaries() {
+  const std::string path = toUtf8(temporaryDirectory()).data();
+  const Descriptor directory(System::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  std::vector<std::string> names;
+  if (!directory.valid() || listNames(path.c_str(), names) != 0) return;
+  const auto isYoungOrStrange = [&](const std::string& name) {
+    return !processOf(name) || !isOld(directory.get(), name.c_str());
+  };
+  std::erase_if(names, isYoungOrStrange);
+  if (names.empty()) return;
+  const std::set<unsigned> living = livingProcesses();
+  if (living.empty()) return;
+  for (const std::string& name : names) {
+    if (!living.contains(*processOf(name))) removePrivateTree(directory.get(), name.c_str());
+  }
+}
 
 Westring temporaryDirectory() {
   for (const char* variable : {"TMP", "TEMP"}) {

@@ -55,8 +55,9 @@ bool associatedCommand(int side, const entry& file, Westring& command) {
   return true;
 }
 
-void run(const Westring& command, int side, const Westring& name) {
-  if (trim(command).empty()) return;
+void run(const Westring& text, int side, const Westring& name) {
+  const Westring command = trim(text);
+  if (command.empty()) return;
   const Westring echo = promptOf(panelPair().side[side]) + name;
   // From the history it is a typed command, whose macros are replaced.
   addCommand(doubleLeadChar(command));

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 
 #include "foundation/utf8.h"
@@ -111,6 +114,47 @@ TEST_F(TemporaryNames, ALinkIsUnlinkedAndItsTargetStays) {
 TEST_F(TemporaryNames, WithoutAPlaceToWriteThereIsNoList) {
   setenv("TMP", place_.path("gone").c_str(), 1);
   EXPECT_FALSE(writeListFile({L"one"}).has_value());
+}
+
+TEST_F(TemporaryNames, WhatDeadProcessesLeftADayAgoGoes) {
+  // The largest number that no process has.
+  unsigned dead = 0xFFFF;
+  const auto lives = [](unsigned low) {
+    for (unsigned process = low; process <= 4194304; process += 0x10000) {
+      if (process > 0 && (kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH)) return true;
+    }
+    return false;
+  };
+  while (lives(dead)) --dead;
+  const std::string start = "TD#" + std::to_string(dead) + ".";
+  const auto made = [this](const std::string& name, time_t age) {
+    const timespec when{time(nullptr) - age, 0};
+    const timespec times[2] = {when, when};
+    utimensat(AT_FDCWD, place_.path(name).c_str(), times, AT_SYMLINK_NOFOLLOW);
+  };
+  constexpr time_t old = 25 * 3600, young = 23 * 3600;
+  place_.makeDir(start + "0");
+  place_.write(start + "0/member", "");
+  made(start + "0", old);
+  const std::vector<std::string> kept = {start + "1",
+                                         start + "2x",
+                                         start + "03",
+                                         ownName(0),
+                                         "TD#" + std::to_string(dead + 0x10000) + ".0",
+                                         "TDother"};
+  for (const std::string& name : kept) {
+    place_.write(name, "");
+    made(name, name == start + "1" ? young : old);
+  }
+  const TempDir elsewhere("/tmp");
+  elsewhere.write("file", "");
+  place_.link(elsewhere.path(), start + "4");
+  made(start + "4", old);
+  removeLeftOverTemporaries();
+  std::vector<std::string> expected = kept;
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(place_.names(), expected);
+  EXPECT_TRUE(elsewhere.exists("file"));
 }
 
 }  // namespace
