@@ -368,8 +368,7 @@ int chdir(const char* path) {
 }
 
 int statFs(const char* path, struct ::statfs* result) {
-  return shown("statFs", result,
-               guarded({"statFs", path}, [&] { return ::statfs(path, result); }));
+  return shown("statFs", result, guarded({"statFs", path}, [&] { return ::statfs(path, result); }));
 }
 
 int statFsFd(int fd, struct ::statfs* result) {
