@@ -57,12 +57,12 @@ struct Place {
 };
 
 // The close button is a key to whoever has the keyboard: it leaves a menu, ends a search, means
-// nothing to a question, and waits for the end of a copy.
+// nothing to a question, opens the tree over a copy dialog, and waits for the end of a copy.
 const Place Places[] = {
     {"prompt", {}, {}},
     {"menu", {{"Commands    Options", {Key::F9}}, {"Brief-Wide", {Key::Enter}}}, {Key::F10}},
     {"quickSearch", {{"Search: a", {AltA}}}, {}},
-    {"dialog", {{"Copy \"abc\" to", {Key::End, Key::F5}}}, {Key::Esc, Key::F10}},
+    {"dialog", {{"Copy \"abc\" to", {Key::End, Key::F5}}}, {Key::Esc, Key::Esc, Key::F10}},
     {"exitQuestion", {{"Are you sure", {Key::F10}}}, {}},
     {"overwriteQuestion",
      {{"Copy \"abc\" to", {Key::End, Key::F5}}, {"Overwrite?", {Key::Enter}}},
