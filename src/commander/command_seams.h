@@ -23,15 +23,12 @@ enum class HelpTopic : int {
   OptionsMenu = 103,
 };
 
-enum class UserMenuKind { OfDirectory, Main };
 enum class FindStart { Anew, WithLastResult };
 
 // What the main loop calls of modules that stand beside it. A module connects itself by filling its
 // place; an empty place makes the key and the menu item do nothing. Application thread.
 struct CommandSeams {
   std::function<void(HelpTopic topic)> help;
-  std::function<void(int side, UserMenuKind kind)> userMenu;
-  std::function<void()> editUserMenu;
   std::function<void()> configurationDialog;
   std::function<void()> coloursDialog;
   std::function<void()> confirmationsDialog;

@@ -3,8 +3,11 @@
 #include "commander/exit_program.h"
 #include "commander/go_commands.h"
 #include "commander/menu_bar.h"
+#include "commander/view_edit.h"
+#include "foundation/data_paths.h"
 #include "shell/execute_line.h"
 #include "tools/command_history_window.h"
+#include "tools/user_menu.h"
 
 namespace {
 
@@ -23,8 +26,12 @@ Action openingMenu(MenuStart start) {
   };
 }
 
+void editUserMenu() {
+  editFile(dataFilePath(DataFile::UserMenu));
+}
+
 Action openingUserMenu(UserMenuKind kind) {
-  return [kind] { callSeam(commandSeams().userMenu, panelPair().activeSide, kind); };
+  return [kind] { userMenu(panelPair().activeSide, kind); };
 }
 
 // Without a line the entry under the cursor is meant.
@@ -68,7 +75,7 @@ std::vector<Command> helpAndMenuRows() {
        .label = "MnMenu"},
       {.name = "Edit user menu",
        .codes = {MenuCode::EditUserMenu},
-       .run = seam(&CommandSeams::editUserMenu),
+       .run = editUserMenu,
        .menu = {"Edit User Menu", 10},
        .help = HelpTopic::UserMenuFile},
       {.name = "Pull-down menus",

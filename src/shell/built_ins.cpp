@@ -144,6 +144,10 @@ bool isChangeDirectory(const Westring& command) {
   return wildMatch(ChangeDirectoryPattern, command.data());
 }
 
+bool isChangeDirectoryAlone(const Westring& command) {
+  return isChangeDirectory(command) && !isSeveralCommands(argumentOf(command));
+}
+
 bool changeDirectoryAsWritten(Panel& panel, const Westring& command) {
   Westring path = argumentOf(command);
   if (writtenPath(path, &shownPath(panel)) != 0 || !tryPath(panel, path)) return false;

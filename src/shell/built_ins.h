@@ -10,6 +10,8 @@ int runBuiltinOrShell(const Westring& command, int side, const Westring& echo, u
 
 // Whether a command is the built-in cd. "cd" alone belongs to the shell.
 bool isChangeDirectory(const Westring& command);
+// One behind which no other command stands, so that the shell isn't needed for it.
+bool isChangeDirectoryAlone(const Westring& command);
 // The directory of exactly the name that stands in a cd, before macros and variables are looked at.
 // False when there is none.
 bool changeDirectoryAsWritten(Panel& panel, const Westring& command);

@@ -21,13 +21,19 @@ std::vector<Westring> taggedNames(const Panel& panel) {
 
 class PanelCommand {
  public:
-  PanelCommand(int side, Westring echo) : side_(side), echo_(std::move(echo)), macros_(side) {}
+  // Changes of the directory are run, or put into `postponed` if that is given.
+  PanelCommand(int side, Westring echo, std::vector<Westring>* postponed = nullptr)
+      : side_(side), echo_(std::move(echo)), macros_(side), postponed_(postponed) {}
 
   int run(const Westring& command, const Westring& file, MacroMode mode) {
     Westring expanded = command;
     if (expandCommand(expanded, file, macros_, mode) == MacroResult::Failed) return Cancelled;
     expanded = trim(expanded);
     if (expanded.empty()) return 0;
+    if (postponed_ && isChangeDirectoryAlone(expanded)) {
+      postponed_->push_back(expanded);
+      return 0;
+    }
     const int result = runBuiltinOrShell(expanded, side_, echo_);
     echo_ = Westring();
     return result;
@@ -52,6 +58,7 @@ class PanelCommand {
   int side_;
   Westring echo_;
   PanelMacros macros_;
+  std::vector<Westring>* postponed_;
 };
 
 }  // namespace
@@ -61,4 +68,19 @@ int processCommand(const Westring& text, int side, const Westring& echo, MacroMo
   if (file.empty()) removeTemporaries();
   PanelCommand command(side, echo);
   return mode == MacroMode::Command ? command.runTyped(text, file) : command.run(text, file, mode);
+}
+
+int processSeries(const FnStringStore& commands, int side) {
+  removeTemporaries();
+  std::vector<Westring> changes;
+  PanelCommand series(side, Westring(), &changes);
+  for (int i = 0; i < commands.count(); ++i) {
+    if (const int result = series.runTyped(*commands.peek(i), Westring()); result < 0) {
+      return result;
+    }
+  }
+  for (const Westring& change : changes) {
+    if (const int result = runBuiltinOrShell(change, side, Westring()); result < 0) return result;
+  }
+  return 0;
 }

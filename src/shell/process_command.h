@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/string_collections.h"
 #include "language/macro_expansion.h"
 
 // Replaces the macros of a command and runs it for the panel of `side`, once, or once for each
@@ -9,3 +10,8 @@
 // when it was cancelled or couldn't be run. Application thread.
 int processCommand(const Westring& text, int side, const Westring& echo,
                    MacroMode mode = MacroMode::Command, const Westring& file = Westring());
+
+// A series of commands, each as processCommand runs one, with nothing above their output. The first
+// negative result ends it. Where it changes the directory, the panel goes there when all others
+// have run. Application thread.
+int processSeries(const FnStringStore& commands, int side);

@@ -86,6 +86,8 @@ class KeyCommands : public MainLoopTest {
     leftDir.write("file.txt", "text");
     leftDir.write("second", "22");
     rightDir.write("other", "");
+    homeDir.makeDir(".tdx");
+    homeDir.write(".tdx/td.mnu", "a: Entry\n  command\n");
     log.extracted = L"/tmp/extracted";
     log.connect();
     openPanels();
@@ -170,13 +172,10 @@ TEST_F(KeyCommands, KeysWithoutAFunctionHereDoNothing) {
 TEST_F(KeyCommands, UnconnectedModulesLeaveTheirKeysSilent) {
   commandSeams() = CommandSeams{};
   SeamLog::disconnect();
-  for (int key : {Key::F1,          Key::F2,          Key::ShiftF2,
-                  Key::F3,          Key::AltF3,       Key::F4,
-                  Key::AltF4,       Key::ShiftF7,     Key::AltF7,
-                  Key::AltF6,       Key::AltF10,      Key::ctrl('a'),
-                  Key::ctrl('c'),   Key::ctrl('k'),   Key::ctrl('q'),
-                  Key::CtrlShiftF5, Key::ShiftAltF8,  MenuCode::Configuration,
-                  Key::Enter,       Key::CtrlPageDown}) {
+  for (int key : {Key::F1, Key::F3, Key::AltF3, Key::F4, Key::AltF4, Key::ShiftF7, Key::AltF7,
+                  Key::AltF6, Key::AltF10, Key::ctrl('a'), Key::ctrl('c'), Key::ctrl('k'),
+                  Key::ctrl('q'), Key::CtrlShiftF5, Key::ShiftAltF8, MenuCode::Configuration,
+                  Key::Enter, Key::CtrlPageDown}) {
     EXPECT_FALSE(acts(key, 0)) << std::hex << key;
   }
   EXPECT_EQ(currentName(left()), "file.txt");
@@ -190,8 +189,6 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
     const char* call;
   } rows[] = {
       {Key::F1, "help 1"},
-      {Key::F2, "user menu 0 here"},
-      {Key::ShiftF2, "user menu 0 main"},
       {Key::AltF7, "find 0 new"},
       {Key::ShiftAltF7, "find 0 last"},
       {Key::CtrlShiftF5, "link file.txt"},
@@ -204,7 +201,6 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
       {MenuCode::Configuration, "configuration"},
       {MenuCode::Colours, "colours"},
       {MenuCode::Confirmations, "confirmations"},
-      {MenuCode::EditUserMenu, "edit user menu"},
       {Key::AltF10, "tree"},
       {Key::ShiftAltF8, "directory history"},
       {Key::Enter, "run open file.txt"},
@@ -235,14 +231,17 @@ TEST_F(KeyCommands, EditAssociationsEditsTheFileAndReadsItsListsAgain) {
   associationSets().fileColours.clear();
 }
 
+TEST_F(KeyCommands, EditUserMenuEditsTheMainOne) {
+  press(MenuCode::EditUserMenu);
+  EXPECT_EQ(log.take(), std::vector<std::string>{"edit " + homeDir.path(".tdx/td.mnu")});
+}
+
 TEST_F(KeyCommands, AllOfThemWorkForTheActiveSide) {
   press(Key::Tab);
   cursorTo("other");
-  press(Key::F2);
   press(Key::AltF7);
   press(Key::ctrl('a'));
-  EXPECT_EQ(log.take(),
-            (std::vector<std::string>{"user menu 1 here", "find 1 new", "attributes other"}));
+  EXPECT_EQ(log.take(), (std::vector<std::string>{"find 1 new", "attributes other"}));
 }
 
 TEST_F(KeyCommands, AltBackslashWithoutAltGoesToTheOtherPanelsDirectory) {
@@ -465,9 +464,9 @@ TEST_F(KeyCommands, ExitAsksUnlessTheQuestionIsOff) {
 TEST_F(KeyCommands, AMenuItemRunsAsItsKey) {
   queueKey(Key::F9);
   queueKey('f');
-  queueKey('u');
+  queueKey('a');
   screenAfterQueued();
-  EXPECT_EQ(log.take(), std::vector<std::string>{"user menu 0 here"});
+  EXPECT_EQ(log.take(), std::vector<std::string>{"attributes file.txt"});
 }
 
 TEST_F(KeyCommands, TheMenuOpensOnTheActiveSide) {

@@ -12,10 +12,6 @@ void SeamLog::connect() {
     return [this, name](Panel& panel) { note(std::string(name) + " " + currentName(panel)); };
   };
   seams.help = [this](HelpTopic topic) { note("help " + std::to_string(static_cast<int>(topic))); };
-  seams.userMenu = [this](int side, UserMenuKind kind) {
-    note("user menu " + std::to_string(side) + (kind == UserMenuKind::Main ? " main" : " here"));
-  };
-  seams.editUserMenu = plain("edit user menu");
   seams.configurationDialog = plain("configuration");
   seams.coloursDialog = plain("colours");
   seams.confirmationsDialog = plain("confirmations");
