@@ -36,7 +36,6 @@ bool openPanels(int argc, char** argv, int count) {
   if (!initToolkit(&argc, &argv)) return false;
   readLocaleSettings(0);
   static CConsole screen;
-  console = &screen;
   fetchScreenSize();
   for (int side = 0; side < 2; ++side) {
     Panel& panel = panelPair().side[side];

@@ -31,7 +31,7 @@ void cursorStep() {
   TEvent event;
   event.code = Key::Down;
   console->events().put(event);
-  if (getKey(nullptr, nullptr) != Key::Down) return;
+  if (getKey() != Key::Down) return;
   Panel& panel = panelPair().active();
   drawCursor(0, CursorBar::Off);
   if (panel.currentIndex() == panel.count() - 1) cursorHome(panel);

@@ -1,0 +1,45 @@
+// Milliseconds from the Enter key behind a typed "true" to both panels complete again, on the
+// display of DISPLAY, with DIRECTORY in both panels.
+// usage: bench_command DIRECTORY
+
+#include <cstdio>
+
+#include "bench_support.h"
+#include "commander/command_seams.h"
+#include "commander/main_loop.h"
+#include "console/console.h"
+#include "foundation/utf8.h"
+#include "panel_fill.h"
+#include "panels/commands/change_directory.h"
+
+namespace {
+
+constexpr int Runs = 101;
+
+void queueKey(Key::Code code) {
+  TEvent event;
+  event.code = code;
+  console->events().put(event);
+}
+
+// F1 comes to its turn when the loop waits for a key again.
+void runTyped(MainLoop& loop) {
+  commandSeams().help = [&loop](HelpTopic) { loop.leaving = true; };
+  loop.line.setText(L"true");
+  loop.leaving = false;
+  queueKey(Key::Enter);
+  queueKey(Key::F1);
+  runMainLoop(loop);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2 || !openPanels(argc, argv, 1)) return 2;
+  for (Panel& panel : panelPair().side) goToPath(panel, decodeFileName(argv[1]));
+  MainLoop loop;
+  runTyped(loop);
+  printf("%.3f\n", medianMs(Runs, [&] { runTyped(loop); }));
+  fflush(stdout);
+  _Exit(0);
+}
