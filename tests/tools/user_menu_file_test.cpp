@@ -123,7 +123,8 @@ TEST_F(UserMenuFile, BracesMakeSubmenus) {
 }
 
 TEST_F(UserMenuFile, ABraceBelowCommandsOrNothingIsALineLikeOthers) {
-  EXPECT_EQ(parse("{\na: One\n  first\n{\nb: Two\n  {\n}\nc: Three\n"), "A=One(first) B=Two(){} C=Three()");
+  EXPECT_EQ(parse("{\na: One\n  first\n{\nb: Two\n  {\n}\nc: Three\n"),
+            "A=One(first) B=Two(){} C=Three()");
   EXPECT_EQ(parse("a: One\n  first\n  {\n"), "A=One(first|{)");
 }
 
