@@ -63,6 +63,61 @@ TEST_F(TreeKeys, EscInAScanGivesThePanelsBackAndWritesNothing) {
   EXPECT_FALSE(home().exists(".tdx/tdtree.dat"));
 }
 
+// Of the disk a scan sees the way to one directory and what is in it; slowly, when that is wanted.
+struct SeenDisk {
+  explicit SeenDisk(std::string path) : only(std::move(path)) { System::setHook(decide, this); }
+  ~SeenDisk() { System::setHook(nullptr, nullptr); }
+  SeenDisk(const SeenDisk&) = delete;
+  SeenDisk& operator=(const SeenDisk&) = delete;
+
+  static int decide(const char* call, const char* path, void* self) {
+    const SeenDisk& disk = *static_cast<SeenDisk*>(self);
+    const std::string name = call;
+    if (name == "readNames" && disk.slow) usleep(100'000);
+    if (name != "openAt" || path[0] != '/') return 0;
+    const std::string asked = path;
+    const bool above = asked == "/" || (disk.only + "/").starts_with(asked + "/");
+    return above || asked.find("/.tdx") != std::string::npos || asked.starts_with(disk.only + "/")
+               ? 0
+               : EACCES;
+  }
+  std::string only;
+  std::atomic<bool> slow{true};
+};
+
+TEST_F(TreeKeys, AScanThatWasEndedIsMadeWhenTheTreeIsAskedForAgain) {
+  left().makeDir("found");
+  left().makeDir("found/deep");
+  start();
+  SeenDisk disk(left().path());
+  press(XK_F10, {XK_Alt_L});
+  expectText("Scanning directories");
+  press(XK_Escape);
+  expectNoText("Scanning directories");
+  disk.slow = false;
+  press(XK_F10, {XK_Alt_L});
+  expectText("Directory Tree");
+  type("deep");
+  press(XK_Return);
+  expectText(left().path("found/deep"));
+  EXPECT_TRUE(savedTreeHolds("deep"));
+  press(XK_F10, {XK_Alt_L});
+  expectText("Directory Tree");
+  disk.slow = true;
+  press(XK_r, {XK_Control_L});
+  expectText("Scanning directories");
+  press(XK_Escape);
+  expectNoText("Scanning directories");
+  expectNoText("Directory Tree");
+  EXPECT_TRUE(savedTreeHolds("deep")) << "the file of before";
+  press(XK_F10, {XK_Alt_L});
+  expectText("Search:");
+  EXPECT_FALSE(shows("Scanning"));
+  press(XK_Escape);
+  expectNoText("Directory Tree");
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(TreeKeys, DirectoriesThatCommandsMakeAndDeleteComeAndGoInTheTree) {
   saveTree(left().path(), {});
   start();

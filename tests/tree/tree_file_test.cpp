@@ -128,7 +128,7 @@ TEST_F(TreeFile, TheFirstLineThatIsNoneEndsTheReading) {
 
 TEST_F(TreeFile, WhatIsNoNameIsLeftOutWithAllBelowIt) {
   EXPECT_EQ(loaded("0/\n1\n2a\n1..\n2b\n3c\n1x/y\n2d\n1.\n1good\n2e\n"), "/( good( e ) )");
-  EXPECT_EQ(loaded(std::string("0/\n1a\0b\n2c\n1d\n", 16)), "/( d )");
+  EXPECT_EQ(loaded(std::string("0/\n1a\0b\n2c\n1d\n", 14)), "/( d )");
 }
 
 TEST_F(TreeFile, ANameThatIsThereAlreadyIsLeftOut) {

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "support/as_user.h"
 #include "support/deep_tree.h"
 #include "support/fault_hook.h"
+#include "support/mounts.h"
 #include "support/temp_dir.h"
 #include "tree/tree_text.h"
 
@@ -59,6 +61,16 @@ TEST_F(TreeScan, ALinkThatLeadsUpMakesNoCircle) {
   dir.makeDir("a");
   dir.link("..", "a/up");
   EXPECT_EQ(scanned(), "/( a( up ) )");
+}
+
+TEST_F(TreeScan, WhatIsMountedIsGoneInto) {
+  for (const char* name : {"real", "real/inner", "top", "top/mount"}) dir.makeDir(name);
+  const int status = runInChild([this] {
+    const bool mounted = bindMount(dir.path("real"), dir.path("top/mount"));
+    EXPECT_EQ(scanned(), mounted ? "/( real( inner ) top( mount( inner ) ) )"
+                                 : "/( real( inner ) top( mount ) )");
+  });
+  EXPECT_EQ(status, 0);
 }
 
 TEST_F(TreeScan, CountsEveryNameFromOneOn) {
