@@ -28,6 +28,16 @@ std::string lineEditorSettings() {
   return System::stat(ours.c_str(), &info) == 0 ? ours : "";
 }
 
+// Where programs find what our terminal is, ahead of the system's idea of its type, which has
+// hardly any keys and sequences that would show as text. "" where that isn't installed.
+std::string terminalDescriptions(const char* others) {
+  const std::string ours = bytePath(sharedDirectory()) + "terminfo";
+  struct stat info;
+  if (System::stat((ours + "/a/ansi").c_str(), &info) != 0) return "";
+  // An empty place at the end is the system's own.
+  return ours + ":" + (others != nullptr ? others : "");
+}
+
 }  // namespace
 
 std::vector<std::string> childEnvironment(const Westring& directory) {
@@ -40,6 +50,9 @@ std::vector<std::string> childEnvironment(const Westring& directory) {
   if (const std::string settings = lineEditorSettings();
       all.get("INPUTRC") == nullptr && !settings.empty()) {
     all.set("INPUTRC", settings.c_str());
+  }
+  if (const std::string places = terminalDescriptions(all.get("TERMINFO_DIRS")); !places.empty()) {
+    all.set("TERMINFO_DIRS", places.c_str());
   }
   all.set("TERM_URLS", "no");           // a link's address would show beside its text
   all.set("NCURSES_NO_UTF8_ACS", "1");  // lines come as characters, not as an alternate set

@@ -55,6 +55,19 @@ TEST(ChildEnvironment, TheDirectoryIsTheOneThatIsShown) {
   EXPECT_EQ(valueIn(childEnvironment(L""), "PWD"), "");
 }
 
+TEST(ChildEnvironment, OurTerminalsDescriptionComesBeforeOthers) {
+  const TempDir share;
+  setenv("TD_SHARE", share.path().c_str(), 1);
+  sessionEnvironment().hide("TERMINFO_DIRS");
+  EXPECT_EQ(valueIn(here(), "TERMINFO_DIRS"), "") << "not installed";
+  share.makeDir("terminfo");
+  share.makeDir("terminfo/a");
+  share.write("terminfo/a/ansi", "");
+  EXPECT_EQ(valueIn(here(), "TERMINFO_DIRS"), share.path("terminfo:"));
+  sessionEnvironment().set("TERMINFO_DIRS", "/mine:/other");
+  EXPECT_EQ(valueIn(here(), "TERMINFO_DIRS"), share.path("terminfo:/mine:/other"));
+}
+
 TEST(ChildEnvironment, LineEditorsReadOurSettingsUnlessTheUserNamesOthers) {
   const TempDir home, share;
   setenv("HOME", home.path().c_str(), 1);
