@@ -48,11 +48,11 @@ function(td_library name)
   target_link_libraries(${target} PUBLIC td_flags ${targets})
 endfunction()
 
-# td_test(NAME DEPENDS ... [PURE]): one test program of every *.cpp below tests/NAME. Each test is a
-# process of its own; a PURE suite, which needs neither a display nor a state of the process, runs
-# as one.
+# td_test(NAME DEPENDS ... [PURE [SHARDS n]]): one test program of every *.cpp below tests/NAME. Each
+# test is a process of its own; a PURE suite, which needs neither a display nor a state of the
+# process, runs as one, or as n side by side.
 function(td_test name)
-  cmake_parse_arguments(ARG "PURE" "" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "PURE" "SHARDS" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT sources)
     message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
@@ -72,11 +72,23 @@ function(td_test name)
     set(environment "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0")
   endif()
   if(ARG_PURE)
-    add_test(NAME ${name}.All COMMAND test_${name} --gtest_brief=1
-             WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
-    # A test that is left out inside would not be seen from outside.
-    set_tests_properties(${name}.All PROPERTIES TIMEOUT 900 COST 1000 LABELS ${name}
-                         ENVIRONMENT ${environment} FAIL_REGULAR_EXPRESSION "SKIPPED")
+    set(shards 1)
+    if(ARG_SHARDS)
+      set(shards ${ARG_SHARDS})
+    endif()
+    foreach(shard RANGE 1 ${shards})
+      set(test ${name}.All)
+      if(shards GREATER 1)
+        set(test ${name}.Part${shard})
+      endif()
+      math(EXPR index "${shard} - 1")
+      add_test(NAME ${test} COMMAND test_${name} --gtest_brief=1
+               WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
+      # A test that is left out inside would not be seen from outside.
+      set_tests_properties(${test} PROPERTIES TIMEOUT 900 COST 1000 LABELS ${name}
+        ENVIRONMENT "${environment};GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${index}"
+        FAIL_REGULAR_EXPRESSION "SKIPPED")
+    endforeach()
     return()
   endif()
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 WORKING_DIRECTORY ${CMAKE_BINARY_DIR}

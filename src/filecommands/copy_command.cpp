@@ -235,6 +235,7 @@ Outcome CopyCommand::transferTagged(Transfer& transfer, const entry& item, int i
 
 void CopyCommand::end() {
   operation_.descriptions.flush();
+  tellDescriptionLeftovers(operation_);
   tellChanged(operation_);
   ui_.closeWindows();
   panelRefresh();

@@ -6,6 +6,7 @@
 #include "filecommands/destination.h"
 #include "filecommands/entry_path.h"
 #include "fileops/delete_file.h"
+#include "fileops/notices.h"
 #include "fileops/remove_directory.h"
 #include "foundation/break_state.h"
 #include "foundation/names.h"
@@ -96,6 +97,8 @@ void deleteByNameCommand(Panel& panel) {
     } else {
       static_cast<void>(deleteFile(operation, path, DeleteMode::One));
     }
+    operation.descriptions.flush();
+    tellDescriptionLeftovers(operation);
   }
   panelRefresh();
 }

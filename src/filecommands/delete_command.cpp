@@ -5,6 +5,7 @@
 #include "filecommands/console_ui.h"
 #include "filecommands/entry_path.h"
 #include "fileops/delete_file.h"
+#include "fileops/notices.h"
 #include "fileops/remove_directory.h"
 #include "foundation/break_state.h"
 #include "foundation/names.h"
@@ -91,6 +92,7 @@ void DeleteCommand::deleteCurrent(const Westring& path) {
 
 void DeleteCommand::end() {
   operation_.descriptions.flush();
+  tellDescriptionLeftovers(operation_);
   ui_.closeWindows();
   if (directoryHandled_) directoryTree()->save();
   panelRefresh();

@@ -6,6 +6,7 @@
 #include "fileops/delete_file.h"
 #include "fileops/description_file.h"
 #include "fileops/error_dialog.h"
+#include "fileops/notices.h"
 #include "fileops/remove_empty_directory.h"
 #include "foundation/names.h"
 #include "foundation/system.h"
@@ -130,7 +131,7 @@ void DeleteTree::settleDescriptions(const WalkedDirectory& directory) {
   if (levels_.back().gone.empty()) return;
   DescriptionFile descriptions(directory.place.path);
   for (const std::string& name : levels_.back().gone) descriptions.erase(name.c_str());
-  static_cast<void>(descriptions.flush());
+  static_cast<void>(flushOrTell(operation_, descriptions));
 }
 
 void removeTreeQuietly(const Place& directory) {

@@ -186,8 +186,11 @@ int DescriptionFile::write(const std::string& content) {
   SafeFile file;
   // Anybody's directory may hold one; a link there is never written through.
   if (const int error = file.create(decodeFileName(path().c_str()), Links::Refuse)) return error;
-  if (const int error = file.write(content.data(), content.size())) return error;
-  return file.commit(NewFileMode & ~fileModeMask());
+  int error = file.write(content.data(), content.size());
+  if (error == 0) error = file.commit(NewFileMode & ~fileModeMask());
+  file.discard();
+  leftover_ = file.leftover();
+  return error;
 }
 
 void DescriptionFile::forgetChanges() {
@@ -224,6 +227,7 @@ void DescriptionCache::forget(const std::string& directory) {
   const auto found = files_.find(directory);
   if (found == files_.end()) return;
   flush();
+  keepLeftover(*found->second);
   last_ = nullptr;
   files_.erase(found);
 }
@@ -234,4 +238,14 @@ void DescriptionCache::flush() {
   for (int round = 0; round < Rounds; ++round) {
     for (auto& [directory, file] : files_) file->flush();
   }
+}
+
+void DescriptionCache::keepLeftover(DescriptionFile& file) {
+  std::string leftover = file.takeLeftover();
+  if (!leftover.empty()) leftovers_.push_back(std::move(leftover));
+}
+
+std::vector<std::string> DescriptionCache::takeLeftovers() {
+  for (auto& [directory, file] : files_) keepLeftover(*file);
+  return std::exchange(leftovers_, {});
 }

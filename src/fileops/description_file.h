@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "fileops/description_lines.h"
@@ -41,6 +42,8 @@ class DescriptionFile {
   int flush();                // 0 or errno, also when there was nothing to do
   bool hasUnwritten() const;  // lines to write or to take out now
   bool failed() const { return failed_; }
+  // The path of a new file that a failed flush couldn't remove, told once; "" when there is none.
+  std::string takeLeftover() { return std::exchange(leftover_, {}); }
   const std::string& directory() const { return directory_; }
   void setDirectory(std::string directory) { directory_ = std::move(directory); }
 
@@ -68,6 +71,7 @@ class DescriptionFile {
   std::string appended_;
   bool cleared_ = false;
   bool failed_ = false;
+  std::string leftover_;
 };
 
 // The description of a file follows it.
@@ -90,8 +94,13 @@ class DescriptionCache {
   // its directory to be removed.
   void forget(const std::string& directory);
   void flush();
+  // Paths of new files that couldn't be removed, each told once.
+  std::vector<std::string> takeLeftovers();
 
  private:
+  void keepLeftover(DescriptionFile& file);
+
+  std::vector<std::string> leftovers_;
   std::unordered_map<std::string, std::unique_ptr<DescriptionFile>> files_;
   DescriptionFile* last_ = nullptr;
 };

@@ -92,8 +92,8 @@ void Transfer::describeDirectory(const Level& level, bool sourceGone, const Item
 // First the target, so that no line is ever in neither file.
 void Transfer::settleDescriptions(Level& level) {
   if (!level.sourceDescriptions) return;
-  static_cast<void>(level.targetDescriptions->flush());
-  static_cast<void>(level.sourceDescriptions->flush());
+  static_cast<void>(flushOrTell(operation_, *level.targetDescriptions));
+  static_cast<void>(flushOrTell(operation_, *level.sourceDescriptions));
   if (!keepsSource(level.method) && !level.left) carryOrphanLines(level);
 }
 
@@ -102,10 +102,10 @@ void Transfer::carryOrphanLines(Level& level) {
   const std::string lines = level.sourceDescriptions->remaining();
   if (!lines.empty()) {
     level.targetDescriptions->append(lines);
-    if (level.targetDescriptions->flush() != 0) return;
+    if (flushOrTell(operation_, *level.targetDescriptions) != 0) return;
   }
   level.sourceDescriptions->clear();
-  static_cast<void>(level.sourceDescriptions->flush());
+  static_cast<void>(flushOrTell(operation_, *level.sourceDescriptions));
 }
 
 int Transfer::tryName(const Level& level) const {
@@ -114,7 +114,8 @@ int Transfer::tryName(const Level& level) const {
   const int renamed =
       System::renameAtNoReplace(unnamed.directory, unnamed.name, target.directory, target.name);
   if (renamed == 0) return 0;
-  return errno == EEXIST && level.replacesFile ? renameDirectoryOverFile(unnamed, target) : errno;
+  if (errno != EEXIST || !level.replacesFile) return errno;
+  return renameDirectoryOverFile(operation_, unnamed, target);
 }
 
 Outcome Transfer::nameDirectory(Level& level) {

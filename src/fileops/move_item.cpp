@@ -18,10 +18,10 @@ int renamePlace(const Place& from, const Place& to) {
 }
 
 // Over what is there. A directory can't be renamed over a file in one step.
-int renameOver(const Place& from, const Place& to) {
+int renameOver(RunningOperation& operation, const Place& from, const Place& to) {
   if (System::renameAt(from.directory, from.name, to.directory, to.name) == 0) return 0;
   if (errno != ENOTDIR) return errno;
-  return renameDirectoryOverFile(from, to);
+  return renameDirectoryOverFile(operation, from, to);
 }
 
 bool lookAt(const Place& place, struct stat& info) {
@@ -48,8 +48,8 @@ Transfer::Verdict Transfer::moveItem(const Item& item) {
   for (;;) {
     if (breakRequested()) return decided(Outcome::Cancelled);
     const bool replace = attempt.allowed != Allowed::No;
-    const int error =
-        replace ? renameOver(item.source, item.target) : renamePlace(item.source, item.target);
+    const int error = replace ? renameOver(operation_, item.source, item.target)
+                              : renamePlace(item.source, item.target);
     if (error == 0) {
       noteMade(item);
       if (replace) dropOldDescription(item);

@@ -20,3 +20,21 @@ void tellLeftover(RunningOperation& operation, const std::string& path) {
                                      decodeFileName(path.c_str()), AlertButtons::Ok,
                                      AlertColour::Error));
 }
+
+void tellDescriptionLeftovers(RunningOperation& operation) {
+  for (const std::string& path : operation.descriptions.takeLeftovers()) {
+    tellLeftover(operation, path);
+  }
+}
+
+int flushOrTell(RunningOperation& operation, DescriptionFile& descriptions) {
+  const int error = descriptions.flush();
+  const std::string leftover = descriptions.takeLeftover();
+  if (!leftover.empty()) tellLeftover(operation, leftover);
+  return error;
+}
+
+void tellStandsAside(RunningOperation& operation, const std::string& path) {
+  static_cast<void>(operation.ui.ask(L"Old file is kept as", decodeFileName(path.c_str()),
+                                     AlertButtons::Ok, AlertColour::Error));
+}

@@ -1,5 +1,6 @@
 #include "fileops/rename_over_file.h"
 
+#include "fileops/notices.h"
 #include "foundation/not_offered.h"
 #include "foundation/partial_file.h"
 
@@ -14,28 +15,27 @@ int exchange(const Place& a, const Place& b) {
   return System::renameExchange(a.directory, a.name, b.directory, b.name) == 0 ? 0 : errno;
 }
 
-int replaceInSteps(const Place& directory, const Place& file) {
+int replaceInSteps(RunningOperation& operation, const Place& directory, const Place& file) {
   std::string name;
-  Place aside = file;
+  Place away = file;
   int error = makeBeside(file, name, [&](const char* candidate) {
-    aside.name = candidate;
-    return renamePlace(file, aside);
+    away.name = candidate;
+    return renamePlace(file, away);
   });
   if (error) return error;
   error = renamePlace(directory, file);
-  if (error) {
-    static_cast<void>(renamePlace(aside, file));
-  } else {
-    System::unlinkAt(aside.directory, aside.name, 0);
-  }
+  const bool settled =
+      error ? renamePlace(away, file) == 0 : System::unlinkAt(away.directory, away.name, 0) == 0;
+  if (!settled) tellStandsAside(operation, pathBeside(file, name));
   return error;
 }
 
 }  // namespace
 
-int renameDirectoryOverFile(const Place& directory, const Place& file) {
+int renameDirectoryOverFile(RunningOperation& operation, const Place& directory,
+                            const Place& file) {
   int error = exchange(directory, file);
-  if (isNotOffered(error)) return replaceInSteps(directory, file);
+  if (isNotOffered(error)) return replaceInSteps(operation, directory, file);
   if (error) return error;
   if (System::unlinkAt(directory.directory, directory.name, 0) == 0) return 0;
   error = errno;

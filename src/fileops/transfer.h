@@ -14,8 +14,7 @@
 #include "foundation/directory_stack.h"
 
 // Copies or moves items, one after the other, with everything in them, asking what has to be asked.
-// Paths are
-// absolute and taken as they are; none may be longer than LongestPath.
+// Paths are absolute and taken as they are; none may be longer than LongestPath.
 class Transfer {
  public:
   Transfer(RunningOperation& operation, TransferKind kind);
@@ -140,8 +139,8 @@ class Transfer {
   void removeUnnamed(const Level& level);
   int dressDirectory(const Level& level) const;
   Outcome dressOrTell(const Level& level);
-  static void settleDescriptions(Level& level);
-  static void carryOrphanLines(Level& level);
+  void settleDescriptions(Level& level);
+  void carryOrphanLines(Level& level);
   Outcome removeSource(const Level& level);
   static void describeDirectory(const Level& level, bool sourceGone, const Item& self);
   Item selfItem(const Level& level) const;

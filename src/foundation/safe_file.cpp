@@ -167,7 +167,10 @@ int SafeFile::commit(mode_t newMode) {
 
 void SafeFile::discard() {
   fd_.reset();
-  if (!temporary_.empty()) System::unlinkAt(place_.directory.get(), temporary_.c_str(), 0);
+  const bool stays = !temporary_.empty() &&
+                     System::unlinkAt(place_.directory.get(), temporary_.c_str(), 0) < 0 &&
+                     errno != ENOENT;
+  if (stays) leftover_ = temporaryPath_;
   temporary_.clear();
   temporaryPath_.clear();
 }

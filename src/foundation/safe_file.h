@@ -14,7 +14,7 @@
 // (exclusive, not through links, mode 0600 while in the making), and commit flushes it and renames
 // it over the target. Where the target is a symbolic link, the file that it leads to is replaced,
 // or made, and the link stays. Without commit the destructor removes the new file and the target is
-// untouched.
+// untouched. Whoever must know whether it could be removed calls `discard`, and asks `leftover`.
 class SafeFile {
  public:
   static constexpr mode_t PrivateMode = 0600;
@@ -37,6 +37,9 @@ class SafeFile {
   // very last step comes when the target is the new one already (`stamp` tells).
   int commit(mode_t newMode = PrivateMode);
   void discard();
+  // The path of the last new file that discard couldn't remove, also the discard of a failed commit
+  // or of the next create; "" when there is none.
+  const std::string& leftover() const { return leftover_; }
   const std::string& temporaryPath() const { return temporaryPath_; }  // "" when there is none
   // The target after commit, for the next `create`; without one there is nothing in it.
   const FileStamp& stamp() const { return stamp_; }
@@ -53,6 +56,7 @@ class SafeFile {
   WrittenPlace place_;
   std::string temporary_;  // name in the place's directory; "" when there is none
   std::string temporaryPath_;
+  std::string leftover_;
   std::optional<struct stat> old_;  // the target, when it was looked at last
   std::optional<FileStamp> read_;   // what it must still be
   FileStamp stamp_;

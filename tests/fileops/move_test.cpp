@@ -185,6 +185,33 @@ TEST_F(Move, ADirectoryGoesOverAFileAlsoWhereNamesCantBeExchanged) {
   expectNoLeftovers();
 }
 
+// Names can't be exchanged, the directory can't take the name, and the file can't come back.
+TEST_F(Move, AFileThatHasToStandAsideIsNamed) {
+  struct Stuck {
+    int renames = 0;
+    static int onCall(const char* call, const char*, void* context) {
+      auto* stuck = static_cast<Stuck*>(context);
+      if (std::string(call) == "renameExchange") return ENOSYS;
+      if (std::string(call) != "renameNoReplace") return 0;
+      constexpr int IntoPlace = 3;  // the first one finds the name taken, the second moves aside
+      return ++stuck->renames >= IntoPlace ? EIO : 0;
+    }
+  };
+  dir.write("to/src", "a file");
+  Stuck stuck;
+  ui.rule = [](const auto& question) {
+    return question.text == ExistsQuestion ? Answer::Yes : Answer::Skip;
+  };
+  System::setHook(Stuck::onCall, &stuck);
+  const Outcome outcome = move("src", "to/src");
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(outcome, Outcome::Failed);
+  ASSERT_EQ(asked().size(), 3u);
+  EXPECT_EQ(ui.questions[1].text, "Old file is kept as");
+  EXPECT_EQ(readFile(ui.questions[1].caption), "a file");
+  EXPECT_EQ(dir.read("src/sub/b"), "content b");
+}
+
 TEST_F(Move, AFileOverADirectoryNeverDeletesTheDirectory) {
   dir.makeDir("to/a");
   dir.write("to/a/inside", "kept");

@@ -176,3 +176,26 @@ TEST_F(WholeCopy, AnUnfinishedDirectoryThatStaysIsNamed) {
   EXPECT_EQ(asked(), (Texts{"Access Denied", LeftoverText}));
   EXPECT_TRUE(existsAt(ui.questions[1].caption)) << ui.questions[1].caption;
 }
+
+// The new description file can neither take its name nor go.
+TEST_F(WholeCopy, ADescriptionFileInTheMakingThatStaysIsNamed) {
+  struct Kept {
+    static int onCall(const char* call, const char* path, void*) {
+      const std::string name = call;
+      const bool making = strstr(path, ".td-") != nullptr;
+      return (name == "renameAt" || name == "unlinkAt") && making ? EPERM : 0;
+    }
+  };
+  dir.write("to/descript.ion", "a about a\r\nb about b\r\n");
+  ui.rule = [](const auto&) { return Answer::Yes; };
+  operation.descriptions.of(dir.path("to")).erase("a");
+  System::setHook(Kept::onCall, nullptr);
+  operation.descriptions.flush();
+  tellDescriptionLeftovers(operation);
+  System::setHook(nullptr, nullptr);
+  ASSERT_EQ(asked(), Texts{LeftoverText});
+  EXPECT_TRUE(existsAt(ui.questions[0].caption)) << ui.questions[0].caption;
+  EXPECT_EQ(dir.read("to/descript.ion"), "a about a\r\nb about b\r\n");
+  tellDescriptionLeftovers(operation);
+  EXPECT_EQ(asked(), Texts{LeftoverText}) << "told once";
+}

@@ -217,6 +217,18 @@ TEST_F(SafeFileTest, AnUnlinkThatFailsLeavesARecognisableNameAndTheOldTarget) {
   EXPECT_EQ(dir.names()[0].substr(0, 4), ".td-");
 }
 
+TEST_F(SafeFileTest, ANewFileThatCantBeRemovedIsNamed) {
+  const FaultHook faults("unlinkAt", EPERM);
+  SafeFile file;
+  ASSERT_EQ(file.create(dir.wide("target")), 0);
+  EXPECT_EQ(file.leftover(), "");
+  const std::string made = file.temporaryPath();
+  file.discard();
+  EXPECT_EQ(file.leftover(), made);
+  struct stat info;
+  EXPECT_EQ(lstat(made.c_str(), &info), 0);
+}
+
 TEST_F(SafeFileTest, AFileSystemWithoutModesOrFlushIsNoFailure) {
   for (int error : {EINVAL, ENOTSUP, EPERM}) {
     const FaultHook hook("fchmod", error);
