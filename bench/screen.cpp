@@ -1,20 +1,24 @@
-// Milliseconds of a full repaint of two panels, or of one step of the cursor, on the display of
-// DISPLAY. usage: bench_screen repaint|cursor
+// Milliseconds of a full repaint of two panels, of one step of the cursor, or of the next page of
+// many names in the colours of many filters, on the display of DISPLAY.
+// usage: bench_screen repaint|cursor|colours
 
 #include <cstdio>
-#include <cstring>
+#include <string>
 
 #include "bench_support.h"
 #include "console/console.h"
 #include "console/input.h"
+#include "language/association_set.h"
 #include "panel_fill.h"
 #include "panels/commands/navigation.h"
 #include "panels/picture/panel_draw.h"
+#include "panels/picture/panel_window.h"
 
 namespace {
 
 constexpr int Runs = 200;
-constexpr int Entries = 1000;
+constexpr int Entries = 1000, ManyEntries = 100000;
+constexpr int Filters = 100;  // none of which matches: each is looked at for each row
 
 // Every cell is written anew, so that all of them are painted.
 void repaint() {
@@ -40,13 +44,38 @@ void cursorStep() {
   console->completePainting();
 }
 
+// Three columns of names on a large screen.
+void prepareColours() {
+  for (int i = 0; i < Filters; ++i) {
+    Estring pattern;
+    pattern.format(i % 2 == 0 ? "*.kind%d | *.k%d" : "*.text & %%size>%dg & !*.%d", i + 1000, i);
+    associationSets().fileColours.addPair(Westring(pattern), L"bright yellow");
+  }
+  console->setGeometry(132, 50, Estring(), 0);
+  fetchScreenSize();
+  Panel& panel = panelPair().active();
+  panel.style = PanelStyle::Brief;
+  updatePageSize(panel);
+  fillPanel(panel, ManyEntries);
+  closePanelWindow(0);
+  openPanelWindow(0);
+}
+
+void nextPage() {
+  Panel& panel = panelPair().active();
+  cursorPageDown(panel);
+  console->completePainting();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
-  bool whole = strcmp(argv[1], "repaint") == 0;
   if (!openPanels(argc, argv, Entries)) return 1;
-  printf("%.3f\n", medianMs(Runs, whole ? repaint : cursorStep));
+  const std::string action = argv[1];
+  if (action == "colours") prepareColours();
+  const auto act = action == "repaint" ? repaint : action == "colours" ? nextPage : cursorStep;
+  printf("%.3f\n", medianMs(Runs, act));
   fflush(stdout);
   _Exit(0);
 }

@@ -1,6 +1,6 @@
 #include "foundation/bounded_lines.h"
 
-bool BoundedLines::next(std::string& line) {
+bool BoundedLines::next(std::string_view& line) {
   if (rest_.empty()) return false;
   const size_t end = rest_.find('\n');
   hadEnd_ = end != std::string_view::npos;
@@ -9,5 +9,12 @@ bool BoundedLines::next(std::string& line) {
   if (found.ends_with('\r')) found.remove_suffix(1);
   wasCut_ = found.size() > LongestLine;
   line = found.substr(0, LongestLine);
+  return true;
+}
+
+bool BoundedLines::next(std::string& line) {
+  std::string_view found;
+  if (!next(found)) return false;
+  line = found;
   return true;
 }

@@ -13,7 +13,9 @@ class BoundedLines {
   // `content` must stay for as long as this is asked.
   explicit BoundedLines(std::string_view content) : rest_(content) {}
 
-  bool next(std::string& line);            // false at the end
+  // False at the end. A view is one of the content.
+  bool next(std::string_view& line);
+  bool next(std::string& line);
   bool wasCut() const { return wasCut_; }  // the line that came last was longer
   bool hadEnd() const { return hadEnd_; }  // the line that came last ended in LF
 

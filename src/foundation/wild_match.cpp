@@ -1,9 +1,12 @@
 #include "foundation/wild_match.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cwchar>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -224,12 +227,37 @@ class Matcher {
   TriedStates tried_;
   std::vector<std::pair<size_t, size_t>> waiting_;
 };
+
+template <class Character>
+bool isPlain(Character ch) {
+  return ch != '*' && ch != '?' && ch != '[' && ch != '{';
+}
+
+// Most masks are a name or an ending: they need no way back. Nothing for any other mask.
+template <class Kind, class Character = typename Kind::Character>
+std::optional<bool> matchEnding(const Character* pattern, const Character* text) {
+  const bool isEnding = *pattern == '*';
+  const Character* wanted = pattern + (isEnding ? 1 : 0);
+  size_t length = 0;
+  for (; wanted[length] != 0; ++length) {
+    if (!isPlain(wanted[length])) return std::nullopt;
+  }
+  const size_t textLength = std::char_traits<Character>::length(text);
+  if (isEnding ? textLength < length : textLength != length) return false;
+  return std::equal(wanted, wanted + length, text + (textLength - length), Kind::equal);
+}
+
+template <class Kind, class Character = typename Kind::Character>
+bool match(const Character* pattern, const Character* text) {
+  const std::optional<bool> simple = matchEnding<Kind>(pattern, text);
+  return simple ? *simple : Matcher<Kind>(pattern, text).run();
+}
 }  // namespace
 
 bool wildMatch(const char* pattern, const char* text) {
-  return Matcher<Narrow>(pattern, text).run();
+  return match<Narrow>(pattern, text);
 }
 
 bool wildMatch(const wchar_t* pattern, const wchar_t* text) {
-  return Matcher<Wide>(pattern, text).run();
+  return match<Wide>(pattern, text);
 }

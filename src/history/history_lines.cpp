@@ -42,20 +42,20 @@ int fieldNumber(std::string_view digits) {
   return number < FieldHistoryCount ? number : -1;
 }
 
-std::wstring foldedText(const std::string& text) {
-  std::wstring folded = decodeFileName(text.c_str()).data();
+std::wstring foldedText(std::string_view text) {
+  std::wstring folded = decodeFileName(std::string(text).c_str()).data();
   foldString(folded.data());
   return folded;
 }
 
 // Leaves each text once, where it stood last, and of these the newest `most`.
 template <class KeyOf>
-void keepLast(std::vector<std::string>& texts, size_t most, KeyOf keyOf) {
+void keepLast(std::vector<std::string_view>& texts, size_t most, KeyOf keyOf) {
   std::unordered_set<decltype(keyOf(texts[0]))> seen;
   seen.reserve(std::min(texts.size(), most));
-  std::vector<std::string> kept;
+  std::vector<std::string_view> kept;
   for (auto text = texts.rbegin(); text != texts.rend() && kept.size() < most; ++text) {
-    if (seen.insert(keyOf(*text)).second) kept.push_back(std::move(*text));
+    if (seen.insert(keyOf(*text)).second) kept.push_back(*text);
   }
   std::reverse(kept.begin(), kept.end());
   texts = std::move(kept);
@@ -66,12 +66,12 @@ void takeLine(std::string_view line, HistoryContent& content) {
   if (mark != std::string_view::npos) {
     const int number = fieldNumber(line.substr(0, mark));
     const std::string_view text = line.substr(mark + 1);
-    if (number >= 0 && !text.empty()) content.fields[number].emplace_back(text);
+    if (number >= 0 && !text.empty()) content.fields[number].push_back(text);
     return;
   }
   const size_t start = line.find_first_not_of(Blanks);
   if (start == std::string_view::npos) return;
-  content.commands.emplace_back(line.substr(start));
+  content.commands.push_back(line.substr(start));
   ++content.commandLines;
 }
 
@@ -88,9 +88,9 @@ std::string historyLineOfField(int number, const Westring& text) {
 HistoryContent readHistoryLines(std::string_view content, size_t mostCommands) {
   HistoryContent result;
   BoundedLines lines(content);
-  for (std::string line; lines.next(line);) takeLine(line.substr(0, line.find('\0')), result);
-  keepLast(result.commands, mostCommands, [](const std::string& text) { return text; });
-  for (std::vector<std::string>& field : result.fields) {
+  for (std::string_view line; lines.next(line);) takeLine(line.substr(0, line.find('\0')), result);
+  keepLast(result.commands, mostCommands, [](std::string_view text) { return text; });
+  for (std::vector<std::string_view>& field : result.fields) {
     keepLast(field, field.size(), foldedText);
   }
   return result;
@@ -101,9 +101,9 @@ std::string historyText(const HistoryContent& content) {
   const auto add = [&text](const std::string& line) {
     if (!line.empty()) text += line + LineEnd;
   };
-  for (const std::string& command : content.commands) add(lineOf(std::string(), command));
+  for (const std::string_view command : content.commands) add(lineOf(std::string(), command));
   for (int number = 0; number < FieldHistoryCount; ++number) {
-    const std::vector<std::string>& field = content.fields[number];
+    const std::vector<std::string_view>& field = content.fields[number];
     const size_t first = field.size() - std::min(field.size(), KeptFieldEntries);
     for (size_t i = first; i < field.size(); ++i) add(fieldLine(number, field[i]));
   }

@@ -17,10 +17,11 @@ inline constexpr size_t LongestHistoryText = 4095;  // bytes of a line
 std::string historyLineOfCommand(const Westring& command);
 std::string historyLineOfField(int number, const Westring& text);
 
-// What a history file holds, each text once, at the place of its last line; the newest is last.
+// What a history file holds, each text once, at the place of its last line; the newest is last. The
+// texts are views of the file's content.
 struct HistoryContent {
-  std::vector<std::string> commands;
-  std::vector<std::string> fields[FieldHistoryCount];
+  std::vector<std::string_view> commands;
+  std::vector<std::string_view> fields[FieldHistoryCount];
   size_t commandLines = 0;  // with those that came again
 };
 

@@ -20,8 +20,8 @@ void removeEqual(FnStringStore& store, Same same) {
   }
 }
 
-void append(FnStringStore& store, const Westring& text) {
-  store.add(new Westring(text));
+void append(FnStringStore& store, Westring text) {
+  store.add(new Westring(std::move(text)));
 }
 
 Westring& historyPath() {
@@ -35,9 +35,13 @@ void appendToFile(const std::string& line) {
   static_cast<void>(HistoryFile(historyPath()).append(line));
 }
 
-void fill(FnStringStore& store, const std::vector<std::string>& texts) {
+void fill(FnStringStore& store, const std::vector<std::string_view>& texts) {
   store.clear();
-  for (const std::string& text : texts) append(store, decodeFileName(text.c_str()));
+  std::string bytes;
+  for (const std::string_view text : texts) {
+    bytes = text;
+    append(store, decodeFileName(bytes.c_str()));
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Settings that outlive the program.
 
+#include <pwd.h>
 #include <unistd.h>
 #include <csignal>
 
@@ -7,6 +8,7 @@
 #include "e2e/program_test.h"
 #include "options/colours.h"
 #include "options/options.h"
+#include "support/as_user.h"
 
 namespace {
 
@@ -169,6 +171,29 @@ TEST_F(Settings, AnUnreadableFileIsToldAndThePanelsComeUp) {
   press(XK_Return);
   expectText("10Quit");
   EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, WithoutAnyHomeTheStartSaysOnceThatNothingIsKept) {
+  constexpr uid_t nobodyKnows = 54321;
+  left().openToAll();
+  right().openToAll();
+  const int status = runInChild([this] {
+    if (geteuid() == 0) {
+      ASSERT_EQ(setuid(nobodyKnows), 0);
+    }
+    if (getpwuid(geteuid()) != nullptr) return;  // an ordinary user has a home
+    unsetenv("HOME");
+    startPlain({"-l", left().path(), "-r", right().path()}, FirstScreen::Box);
+    expectText("No home directory: nothing will be kept");
+    press(XK_Return);
+    expectNoText("No home directory");
+    press(XK_F9, {XK_Shift_L});
+    type("cd /");
+    press(XK_Return);
+    expectSoon("the root", [this] { return row(0, 23, 2) == "/>"; });
+    EXPECT_EQ(quit(), 0);
+  });
+  EXPECT_EQ(status, 0);
 }
 
 TEST_F(Settings, EditAssociationsReadsTheColoursAgain) {

@@ -57,6 +57,20 @@ TEST(WildMatch, AStarTakesAnyNumberOfCharacters) {
               {"*.*", "name", false}});
 }
 
+TEST(WildMatch, AnEndingIsComparedLikeTheRest) {
+  expectRows({{"*.TXT", "a.txt", true},
+              {"*.txt", ".txt", true},
+              {"*.txt", "txt", false},
+              {"*.txt", "a.txt~", false},
+              {"*]", "a]", true},
+              {"*}", "a}", true},
+              {"*^-,", "x^-,", true},
+              {"*.t*", "a.txt", true},
+              {"*.[ch]", "a.h", true},
+              {"*.{c,h}", "a.h", true},
+              {"*.?", "a.h", true}});
+}
+
 TEST(WildMatch, AListTakesOneOfItsAlternatives) {
   expectRows({{"*.{c,h}", "A.H", true},
               {"*.{c,h}", "a.cc", false},

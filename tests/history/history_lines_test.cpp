@@ -6,11 +6,14 @@
 
 namespace {
 
-using Texts = std::vector<std::string>;
+using Texts = std::vector<std::string_view>;
 constexpr size_t Many = 500;
 
-HistoryContent read(const std::string& content, size_t most = Many) {
-  return readHistoryLines(content, most);
+// The result looks at the content, which stays until the next call.
+HistoryContent read(std::string content, size_t most = Many) {
+  static std::string read;
+  read = std::move(content);
+  return readHistoryLines(read, most);
 }
 
 TEST(HistoryLines, ACommandIsItsOwnLine) {
