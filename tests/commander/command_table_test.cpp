@@ -227,6 +227,8 @@ class CommandEffects : public MainLoopTest {
     leftDir.makeDir("dir");
     leftDir.write("file.txt", "text");
     rightDir.write("other", "");
+    homeDir.makeDir(".tdx");
+    homeDir.write(".tdx/td.mnu", "a: Entry\n  command\n");
     log.connect();
     openPanels();
     cursorTo("file.txt");
@@ -261,7 +263,7 @@ class CommandEffects : public MainLoopTest {
     press(code, code == Key::AltBackslash ? ShiftState::Alt : 0);
     const bool changed = everything() != before;
     drainEvents();
-    std::filesystem::remove_all(homeDir.path(".tdx"));
+    std::filesystem::remove(homeDir.path(".tdx/td.ini"));
     return changed;
   }
 
