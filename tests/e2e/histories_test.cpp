@@ -2,6 +2,7 @@
 
 #include "console/console.h"
 #include "e2e/program_test.h"
+#include "support/as_user.h"
 
 namespace {
 
@@ -34,6 +35,28 @@ TEST_F(Histories, ACommandAndAFieldAreInTheFileAtOnce) {
   press(XK_Return);
   expectSoon("the field's entry", [this] { return history() == "cd sub\r\n4\x19*\r\n"; });
   EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Histories, WhatWasTypedIsThereAtTheNextStart) {
+  left().makeDir("sub");
+  EXPECT_EQ(runInChild([this] {
+              start();
+              type("cd sub");
+              press(XK_Return);
+              expectPrompt(left().path("sub"));
+              EXPECT_EQ(quit(), 0);
+            }),
+            0);
+  EXPECT_EQ(runInChild([this] {
+              start();
+              press(XK_e, {XK_Control_L});
+              expectText(left().path() + ">cd sub");
+              press(XK_Return);
+              expectPrompt(left().path("sub"));
+              EXPECT_EQ(quit(), 0);
+            }),
+            0);
+  EXPECT_EQ(history(), "cd sub\r\ncd sub\r\n");
 }
 
 TEST_F(Histories, CommandsOfEarlierRunsAreChosenFromTheWindow) {

@@ -8,6 +8,7 @@
 #include "e2e/program_test.h"
 #include "options/colours.h"
 #include "options/options.h"
+#include "panels/model/panel_pair.h"
 #include "support/as_user.h"
 
 namespace {
@@ -57,24 +58,46 @@ const std::string LongUsed =
     "[Archiver:NEW]\n"
     "StartupSide=L";
 
+// Each start is a process of its own.
 TEST_F(Settings, ChangedByKeysAndSavedTheyAreThereAtTheNextStart) {
   left().write(".hidden", "");
   left().write("b", "");
-  start();
-  press(XK_h, {XK_Control_L});
-  expectText(".hidden");
-  press(XK_F6, {XK_Control_L});
-  press(XK_F1, {XK_Alt_L, XK_Shift_L});
-  press(XK_F2, {XK_Control_L});
-  press(XK_F9, {XK_Alt_L});
-  expectSoon("50 lines", [] { return console->rows() == 50; });
-  saveByKey();
-  EXPECT_TRUE(says("Hidden=on"));
-  EXPECT_TRUE(says("LeftStyle=brief"));
-  EXPECT_TRUE(says("LeftShowing=on"));
-  EXPECT_TRUE(says("RightShowing=off"));
-  EXPECT_TRUE(says("Lines=0")) << "only a configured number of lines is written";
-  EXPECT_EQ(quit(), 0);
+  EXPECT_EQ(runInChild([this] {
+              start();
+              press(XK_h, {XK_Control_L});
+              expectText(".hidden");
+              press(XK_F1, {XK_Alt_L, XK_Shift_L});
+              press(XK_F2, {XK_Control_L});
+              press(XK_4, {XK_Control_L, XK_Shift_L});
+              press(XK_F9, {XK_Alt_L});
+              expectSoon("50 lines", [] { return console->rows() == 50; });
+              saveByKey();
+              EXPECT_TRUE(says("Lines=0")) << "only a configured number of lines is written";
+              EXPECT_EQ(quit(), 0);
+            }),
+            0);
+  for (const char* line :
+       {"Hidden=on", "LeftStyle=brief", "RightStyle=full", "LeftShowing=on", "RightShowing=off"}) {
+    EXPECT_TRUE(says(line)) << line;
+  }
+  EXPECT_TRUE(says("d4=" + left().path()));
+  EXPECT_EQ(runInChild([this] {
+              start();
+              expectText(".hidden");
+              EXPECT_EQ(console->rows(), 25);
+              EXPECT_EQ(panelPair().side[0].style, PanelStyle::Brief);
+              EXPECT_EQ(row(40, 5, 40), std::string(40, ' ')) << screen();
+              type("cd /");
+              press(XK_Return);
+              expectSoon("the root", [this] { return row(0, 23, 2) == "/>"; });
+              press(XK_4, {XK_Control_L});
+              expectSoon("the stored directory", [this] {
+                return row(0, 23, static_cast<int>(left().path().size()) + 1) ==
+                       left().path() + ">";
+              });
+              EXPECT_EQ(quit(), 0);
+            }),
+            0);
 }
 
 TEST_F(Settings, ALongUsedFileIsTakenAsItStands) {
