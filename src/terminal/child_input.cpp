@@ -4,7 +4,8 @@
 
 namespace {
 constexpr int64_t TwiceNs = 1'000'000'000;
-}
+constexpr char StopByte = 26;  // Ctrl-Z
+}  // namespace
 
 ChildInput::ChildInput(int master, CClock& clock)
     : master_(master),
@@ -15,6 +16,7 @@ ChildInput::ChildInput(int master, CClock& clock)
 ChildInput::Put ChildInput::put(std::string_view bytes) {
   const std::lock_guard guard(lock_);
   if (bytes.size() > MostWaiting - waiting_.size()) return Put::Refused;
+  if (bytes.find(StopByte) != std::string_view::npos) stopKey_ = true;
   bytes.remove_prefix(waiting_.empty() ? write(bytes) : 0);
   if (bytes.empty()) return Put::Taken;
   waiting_ += bytes;

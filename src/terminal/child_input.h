@@ -37,6 +37,7 @@ class ChildInput {
   void writeWaiting();  // what the terminal takes now
   bool endAsked() const { return endAsked_.load(std::memory_order_relaxed); }
   bool closeAsked() const { return closeAsked_.load(std::memory_order_relaxed); }
+  bool takeStopKey() { return stopKey_.exchange(false); }  // put since the last call
 
  private:
   size_t write(std::string_view bytes) const;  // how many the terminal took
@@ -51,4 +52,5 @@ class ChildInput {
   std::atomic<int64_t> lastBreak_;
   std::atomic<bool> endAsked_{false};
   std::atomic<bool> closeAsked_{false};
+  std::atomic<bool> stopKey_{false};
 };

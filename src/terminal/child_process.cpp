@@ -5,9 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "foundation/directory_names.h"
 #include "terminal/session_leader.h"
@@ -50,6 +53,27 @@ class Strings {
 
 int openProcess(pid_t process) {
   return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+}
+
+struct ProcessState {
+  char state = 0;
+  pid_t parent = 0;
+  pid_t group = 0;
+};
+
+ProcessState stateOf(pid_t process) {
+  char path[32], text[512];
+  snprintf(path, sizeof path, "/proc/%d/stat", process);
+  const Descriptor file(System::open(path, O_RDONLY | O_CLOEXEC));
+  const ssize_t length = file.valid() ? System::read(file.get(), text, sizeof text - 1) : 0;
+  text[length > 0 ? length : 0] = 0;
+  // The name stands in parentheses and may hold any character.
+  const char* behindName = strrchr(text, ')');
+  ProcessState result;
+  if (behindName != nullptr) {
+    sscanf(behindName, ") %c %d %d", &result.state, &result.parent, &result.group);
+  }
+  return result;
 }
 
 // What the kernel shows of the processes; each is asked for its session.
@@ -108,6 +132,20 @@ void ChildProcess::signalSession(int signal) const {
   for (const pid_t member : membersOf(leader_)) {
     if (member != leader_) ::kill(member, signal);
   }
+}
+
+void ChildProcess::continueStopped() {
+  if (reaped_) return;
+  std::vector<ProcessState> states;
+  pid_t group = 0;
+  for (const pid_t member : membersOf(leader_)) {
+    states.push_back(stateOf(member));
+    if (states.back().parent == leader_) group = member;
+  }
+  const bool stopped = std::any_of(states.begin(), states.end(), [group](const ProcessState& one) {
+    return one.group == group && one.state == 'T';
+  });
+  if (group > 0 && stopped) ::kill(-group, SIGCONT);
 }
 
 // The leader waits for the end of the command, also of one that takes its time.

@@ -35,6 +35,10 @@ class ChildProcess {
   // The exit code, or 128 + the signal that ended it; after reap.
   int status() const { return status_; }
 
+  // Continues what the stop key has stopped of the command's own process group. The leader does
+  // that when the whole group stops; a shell that waits for a new process to take off sees its stop
+  // no more than the leader does.
+  void continueStopped();
   void hangUp();  // to every process of the session, as a terminal that goes does
   void kill();    // and this none of them survives
 

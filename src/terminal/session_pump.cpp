@@ -13,6 +13,7 @@ namespace {
 constexpr int RoundMs = 100;         // the longest wait of one round
 constexpr int64_t MsNs = 1'000'000;  // nanoseconds in a millisecond
 constexpr int64_t QuietNs = RoundMs * MsNs;
+constexpr int64_t StopNs = 1000 * MsNs;      // how long stopped processes are looked for
 constexpr int64_t PatienceNs = 2000 * MsNs;  // from the hang-up to the kill
 constexpr size_t BufferSize = 64 * 1024;
 
@@ -31,6 +32,7 @@ class SessionPump {
   SessionEnd run() {
     do {
       oneRound();
+      continueWhatStopped();
       endWhenAsked();
       followSize();
     } while (!child_.reap());
@@ -71,6 +73,17 @@ class SessionPump {
     lastOutput_ = now();
   }
 
+  // For a while after the stop key, since it takes its time to be seen.
+  void continueWhatStopped() {
+    if (input_.takeStopKey()) {
+      nextLook_ = now() + QuietNs;
+      lastLook_ = now() + StopNs;
+    }
+    if (nextLook_ > lastLook_ || now() < nextLook_) return;
+    child_.continueStopped();
+    nextLook_ = now() + QuietNs;
+  }
+
   void endWhenAsked() {
     if (!hungUp_) {
       if (!input_.endAsked() && !screen_.endAsked() && !programEnds()) return;
@@ -103,6 +116,7 @@ class SessionPump {
   std::vector<char> buffer_;
   int64_t lastOutput_;
   std::optional<int64_t> hungUp_;
+  int64_t nextLook_ = 1, lastLook_ = 0;  // for stopped processes; none when the next is behind
 };
 
 }  // namespace

@@ -119,6 +119,12 @@ TEST_F(Session, AStoppedCommandGoesOn) {
   EXPECT_TRUE(output.ends_with("on\r\n")) << output;
 }
 
+TEST_F(Session, AProcessThatStopsAloneAtTheStopKeyGoesOn) {
+  whenShown("go", [this] { EXPECT_TRUE(type("\x1a")); });
+  EXPECT_EQ(run("trap '' TSTP; sh -c 'echo go; kill -STOP $$; echo on'; echo end"), 0);
+  EXPECT_TRUE(output.ends_with("on\r\nend\r\n")) << output;
+}
+
 TEST_F(Session, ACommandThatStopsItselfGoesOn) {
   EXPECT_EQ(run("kill -STOP $$; echo on"), 0);
   EXPECT_EQ(output, "on\r\n");
