@@ -73,7 +73,8 @@ bool ConfigReader::takePair(const Estring& text, const char* delimiter) {
   if (*delimiter == ':') {
     // The header of an archiver that this program doesn't know.
     if (beginsWithWord(text.data(), ArchiverPrefix)) return false;
-    return takeAssociation(key, value);
+    takeAssociation(key, value);
+    return true;
   }
   if (section_ < ConfigSection::Associations) {
     return archiverKeys().set(static_cast<Archiver>(section_), key.data(), value.data());
@@ -82,9 +83,8 @@ bool ConfigReader::takePair(const Estring& text, const char* delimiter) {
   return takeOption(key, value);
 }
 
-bool ConfigReader::takeAssociation(const Estring& pattern, const Estring& command) {
+void ConfigReader::takeAssociation(const Estring& pattern, const Estring& command) {
   setOf(section_).addPair(decodeFileName(pattern.data()), decodeFileName(command.data()));
-  return true;
 }
 
 bool ConfigReader::takeOption(const Estring& key, const Estring& value) {

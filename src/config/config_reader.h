@@ -29,7 +29,7 @@ class ConfigReader {
 
  private:
   bool takePair(const Estring& text, const char* delimiter);
-  bool takeAssociation(const Estring& pattern, const Estring& command);
+  void takeAssociation(const Estring& pattern, const Estring& command);
   bool takeOption(const Estring& key, const Estring& value);
   void tellBadDirective(const Estring& key);
 

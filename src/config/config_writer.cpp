@@ -122,8 +122,11 @@ int keepOldFile(const ConfigFile& old) {
   static bool isKept = false;
   if (isKept) return 0;
   const Westring path = old.path + L"~";
-  // What stood there would pass its mode on.
-  if (System::unlink(toUtf8(path).data()) < 0 && errno != ENOENT) return errno;
+  // An older one would pass its mode on.
+  const Estring name = toUtf8(path);
+  struct stat info;
+  const bool isThere = System::lstat(name.data(), &info) == 0 && S_ISREG(info.st_mode);
+  if (isThere && System::chmod(name.data(), SafeFile::PrivateMode) < 0) return errno;
   SafeFile copy;
   int error = copy.create(path, Links::Refuse);
   if (error == 0) error = replaceFile(copy, old.content);

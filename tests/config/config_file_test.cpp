@@ -184,13 +184,17 @@ TEST_F(ConfigFileTest, NumbersOutsideTheirRangeAreCorrected) {
 
 TEST_F(ConfigFileTest, ReadingTheListsAgainForgetsTheOldOnes) {
   setenv("TDOUTER", "outer", 1);
-  writeIni("*.c: vi\n[Environment]\nTDONE=1\nTDPATH=$TDPATH:/x\n[Archiver:RAR]\nDelete=rm\n");
+  writeIni(
+      "*.c: "
+      "vi\n[Environment]\nTDONE=1\nTDOUTER=inner\nTDPATH=$TDPATH:/x\n[Archiver:RAR]\nDelete=rm\n");
   load();
   EXPECT_STREQ(configuredEnvironment().get("TDPATH"), ":/x");
+  EXPECT_STREQ(configuredEnvironment().get("TDOUTER"), "inner");
   writeIni("*.d: ed\n*.e: ed\n[Environment]\nTDPATH=$TDPATH:/y\n[General Options]\nHidden=on\n");
   loadConfiguration(ConfigScope::ListsOnly);
   EXPECT_EQ(associationSets().associations.count(), 2);
   EXPECT_EQ(configuredEnvironment().get("TDONE"), nullptr);
+  EXPECT_STREQ(configuredEnvironment().get("TDOUTER"), "outer") << "what was inherited is back";
   EXPECT_STREQ(configuredEnvironment().get("TDPATH"), ":/y");
   EXPECT_EQ(text(archiverKeys().text(Archiver::Rar, ArchiverKey::Delete)), "rar d -std -r");
   EXPECT_FALSE(GlobalOptions::Hidden);
@@ -343,6 +347,15 @@ TEST_F(ConfigFileTest, WhatTheReaderCouldNotTakeIsKeptBesideOnceInARun) {
   writeIni("; another\n");
   saveConfiguration();
   EXPECT_EQ(home.read(".tdx/td.ini~"), old);
+}
+
+TEST_F(ConfigFileTest, TheOneKeptBeforeStaysUntilTheNewOneIsWhole) {
+  writeIni("; a comment\n");
+  home.write(".tdx/td.ini~", "an older one");
+  const FaultHook fault("write", ENOSPC);
+  EXPECT_TRUE(holds(boxOf(saveConfiguration), "No space left"));
+  EXPECT_EQ(home.read(".tdx/td.ini~"), "an older one");
+  EXPECT_EQ(ini(), "; a comment\n");
 }
 
 TEST_F(ConfigFileTest, ACutLineIsKeptBesideToo) {
