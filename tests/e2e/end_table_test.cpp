@@ -39,14 +39,21 @@ constexpr Ending Endings[] = {{0, "^$"},
                               {1, "^td: the connection to the X display is lost\n$"},
                               {1, "^td: the window was destroyed\n$"}};
 
-// Whether the command is at its work, held in the middle of a file, when the end comes.
-enum class Work { None, Copy, Move };
+// What is at its work when the end comes: a copy held in the middle of a file, or a typed command.
+enum class Work { None, Copy, Move, Command };
 enum class Target { Absent, Present };
 
 struct Step {
   const char* text;  // waited for, after the keys
   std::vector<int> keys;
 };
+
+// The keys of a line that runs.
+std::vector<int> typed(const char* line) {
+  std::vector<int> keys(line, line + strlen(line));
+  keys.push_back(Key::Enter);
+  return keys;
+}
 
 struct Place {
   const char* name;
@@ -69,6 +76,10 @@ const Place Places[] = {
      {Key::Esc, Key::F10},
      Work::None,
      Target::Present},
+    {"command",
+     {{"gone on", typed("echo $$>~/pid;printf 'g%s on' one;exec sleep 1000")}},
+     {},
+     Work::Command},
     {"copy", {{"Copy \"abc\" to", {Key::End, Key::F5}}, {nullptr, {Key::Enter}}}, {}, Work::Copy},
     {"move",
      {{"Move/Rename \"abc\" to", {Key::End, Key::F6}}, {nullptr, {Key::Enter}}},
@@ -144,11 +155,13 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
     setenv("HOME", own_->path("home").c_str(), 1);
     setenv("TMP", own_->path("tmp").c_str(), 1);
     setenv("LC_ALL", "C.UTF-8", 1);
+    setenv("SHELL", "/bin/sh", 1);
   }
   void TearDown() override { unsetenv("TD_TEST_PLACE"); }
 
   static Way way() { return std::get<Way>(GetParam()); }
   static const Place& place() { return std::get<Place>(GetParam()); }
+  static bool copies() { return place().work == Work::Copy || place().work == Work::Move; }
   static std::string content() { return std::string(1 << 20, 'x'); }
 
   // Brings td to the place on a server of its own and ends it. Doesn't return.
@@ -169,7 +182,7 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
       for (const int code : step.keys) key(code);
       if (step.text) waitFor(step.text);
     }
-    if (place().work != Work::None && !holder.waitUntilHeld()) _exit(NeverStarted);
+    if (copies() && !holder.waitUntilHeld()) _exit(NeverStarted);
     strike(server);
     holder.letGo();
     if (way() == Way::Close) leaveAsTheUserWould();
@@ -183,7 +196,12 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
         kill(getpid(), SIGTERM);
         break;
       case Way::Close:
-        key(Key::F10);
+        // The queue's keys wait until a command has ended; the button doesn't.
+        if (place().work == Work::Command) {
+          server.closeWindow(console->windowId());
+        } else {
+          key(Key::F10);
+        }
         return;
       case Way::LoseDisplay:
         server.kill();
@@ -219,7 +237,7 @@ TEST_P(EndTableDeathTest, LeavesNothingHalfDone) {
 
   EXPECT_EQ(namesIn("tmp"), std::vector<std::string>()) << "temporaries";
   // Only the close button waits for the end of what is being done.
-  const bool done = way() == Way::Close && place().work != Work::None;
+  const bool done = way() == Way::Close && copies();
   const bool moved = done && place().work == Work::Move;
   const std::vector<std::string> one{"abc"}, none;
   EXPECT_EQ(namesIn("left"), moved ? none : one);
@@ -232,6 +250,11 @@ TEST_P(EndTableDeathTest, LeavesNothingHalfDone) {
   }
   if (place().target == Target::Present) {
     EXPECT_EQ(readFile(root_ + "/right/abc"), "old");
+  }
+  if (place().work == Work::Command) {
+    const pid_t command = atoi(readFile(root_ + "/home/pid").c_str());
+    ASSERT_GT(command, 1);
+    EXPECT_TRUE(waitUntil([command] { return kill(command, 0) != 0; })) << "the command lives on";
   }
 }
 

@@ -79,6 +79,20 @@ void XServer::destroyWindow(unsigned long window) const {
   XCloseDisplay(display);
 }
 
+void XServer::closeWindow(unsigned long window) const {
+  Display* display = XOpenDisplay(name_.c_str());
+  if (!display) throw std::runtime_error("no connection to Xvfb");
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = window;
+  event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+  XSendEvent(display, window, False, NoEventMask, &event);
+  XSync(display, False);
+  XCloseDisplay(display);
+}
+
 const std::string& XDisplay::ownName() {
   if (!current.empty()) return current;
   ownServer = std::make_unique<XServer>();

@@ -16,6 +16,7 @@ class XServer {
   pid_t pid() const { return pid_; }
   void kill();
   void destroyWindow(unsigned long window) const;  // as another program would
+  void closeWindow(unsigned long window) const;    // asks for it, as a window manager's button does
 
  private:
   pid_t pid_ = -1;
