@@ -5,16 +5,19 @@
 #include "foundation/break_state.h"
 #include "foundation/clock.h"
 
-// Looks for Esc and Break while something long runs: as often as it is asked, but a look itself, at
-// which keys are lost, only every few milliseconds, the first after as long. Application thread.
+// Looks for Esc and Break while something long runs: as often as it is asked, but really only every
+// few milliseconds. A look for Esc loses keys, so what the user didn't ask for waits with it.
+// Application thread.
 class EscapeWatch {
  public:
-  explicit EscapeWatch(CClock& clock = systemClock());
+  static constexpr int AtOnce = 0;
+  explicit EscapeWatch(CClock& clock = systemClock(), int msBeforeEscape = AtOnce);
   bool pressed();  // from the first one on
 
  private:
   CClock& clock_;
   BreakScope armed_;
   int64_t lastLook_;
+  int64_t escapeFrom_;
   bool pressed_ = false;
 };

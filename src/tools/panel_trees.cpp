@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "foundation/fold.h"
 #include "foundation/names.h"
@@ -19,6 +20,8 @@ namespace {
 
 constexpr int64_t NsOfMs = 1'000'000;
 constexpr int64_t LeastMsBetweenSaves = 2000;
+constexpr int ShortWaitMs = 1;
+constexpr int MsBeforeEscapeEndsALoad = 500;
 
 // False when no line shows it.
 bool cursorToNode(Panel& panel, const TREENODE* node) {
@@ -52,9 +55,13 @@ PanelTrees& panelTrees() {
 
 CTree& PanelTrees::tree() {
   CTree& tree = set_.treeOf(TTreeKey{});
+  askedFor_ = true;
   if (!tree.root()) {
-    EscapeWatch escape(clock_);
+    EscapeWatch escape(clock_, MsBeforeEscapeEndsALoad);
     static_cast<void>(loadTree(tree, treeFilePath(), [&escape] { return escape.pressed(); }));
+  }
+  for (const auto& read : std::exchange(early_, {})) {
+    take(read->path, read->subdirectories, read->fileBytes);
   }
   return tree;
 }
@@ -74,12 +81,32 @@ bool PanelTrees::scan() {
 
 void PanelTrees::directoryRead(const Panel& panel, int64_t fileBytes) {
   if (panel.archive) return;
-  CTree& disk = tree();
-  TREENODE* directory = disk.find(panel.path);
-  if (!directory) return;
-  synchronise(disk, directory, *panel.subdirectories);
-  sumUp(directory, fileBytes);
+  // The first screen doesn't wait for the tree.
+  if (!askedFor_) return keepForLater(panel, fileBytes);
+  tree();
+  take(panel.path, *panel.subdirectories, fileBytes);
   freeRemoved();
+}
+
+void PanelTrees::keepForLater(const Panel& panel, int64_t fileBytes) {
+  auto read = std::make_unique<EarlyRead>();
+  read->path = panel.path;
+  read->fileBytes = fileBytes;
+  read->subdirectories.unsorted = true;
+  for (long i = 0; i < panel.subdirectories->count(); ++i) {
+    read->subdirectories.addCopy(*panel.subdirectories->peek(i));
+  }
+  read->subdirectories.sort();
+  early_.push_back(std::move(read));
+}
+
+void PanelTrees::take(const Westring& path, const NameCollection& subdirectories,
+                      int64_t fileBytes) {
+  CTree& disk = set_.treeOf(TTreeKey{});
+  TREENODE* directory = disk.find(path);
+  if (!directory) return;
+  synchronise(disk, directory, subdirectories);
+  sumUp(directory, fileBytes);
 }
 
 void PanelTrees::made(const Panel&, const Westring& path) {
@@ -148,6 +175,8 @@ void PanelTrees::save() {
 }
 
 int PanelTrees::saveWhileWaiting() {
+  if (!std::exchange(waited_, true)) return ShortWaitMs;
+  if (!askedFor_) tree();
   // What couldn't be written isn't tried again until there is more to write, and told only once.
   if (!wantsSave() || (refused_ && refusedVersion_ == tree().version())) return NoLimit;
   const int64_t sinceMs = (clock_.nanoseconds() - lastSave_) / NsOfMs;

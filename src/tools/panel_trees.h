@@ -1,6 +1,10 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "foundation/clock.h"
+#include "foundation/string_collections.h"
 #include "panels/model/directory_tree.h"
 #include "tree/tree_set.h"
 
@@ -28,12 +32,21 @@ class PanelTrees : public DirectoryTree {
 
   Westring choose(Panel& panel, TreeWindowUse use) override;
 
-  // The tree of the disk; loaded if there is a file of it, and without a root otherwise.
+  // The tree of the disk; loaded if there is a file of it, and without a root otherwise. What
+  // panels have read before anybody asked for it comes into it then.
   CTree& tree();
   // Looks through the disk, in a window. False when the user ended it: there is no root then.
   bool scan();
 
  private:
+  struct EarlyRead {
+    Westring path;
+    NameCollection subdirectories;
+    int64_t fileBytes = 0;
+  };
+
+  void keepForLater(const Panel& panel, int64_t fileBytes);
+  void take(const Westring& path, const NameCollection& subdirectories, int64_t fileBytes);
   void open(Panel& panel, TreeReach reach, bool expanded);
   bool needsScan() { return !tree().root() || (!tree().loaded && !tree().root()->child); }
   bool wantsSave();
@@ -43,6 +56,9 @@ class PanelTrees : public DirectoryTree {
 
   CClock& clock_;
   CTreeSet set_;
+  bool askedFor_ = false;  // somebody wanted to know something of the tree
+  bool waited_ = false;    // the program has waited for the user before
+  std::vector<std::unique_ptr<EarlyRead>> early_;
   bool declined_ = false;  // the user ended a scan that nobody had asked for
   bool everSaved_ = false;
   int64_t lastSave_ = 0;         // nanoseconds of the clock

@@ -94,6 +94,50 @@ TEST_F(PanelTreesTest, ADirectoryThatWasReadIsSynchronised) {
   EXPECT_EQ(faultOf(trees.tree()), "");
 }
 
+TEST_F(PanelTreesTest, TheFirstScreenDoesntWaitForTheTreeAndWhatItReadCounts) {
+  leftDir.makeDir("new");
+  knowOnly(leftDir.path("gone"));
+  PanelTrees fresh(clock);
+  directoryTree().connect(fresh);
+  int opened = 0;
+  System::setHook(
+      [](const char* call, const char* path, void* context) {
+        const bool file = std::string(path).ends_with("tdtree.dat");
+        if (file && std::string(call) == "open") ++*static_cast<int*>(context);
+        return 0;
+      },
+      &opened);
+  left().path = leftDir.wide();
+  readListing(left());
+  EXPECT_GT(fresh.saveWhileWaiting(), 0) << "it is asked again when the screen is complete";
+  EXPECT_EQ(opened, 0);
+  EXPECT_EQ(fresh.saveWhileWaiting(), NoLimit);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(opened, 1);
+  EXPECT_NE(at(fresh.tree(), leftDir.path("new")), nullptr);
+  EXPECT_EQ(at(fresh.tree(), leftDir.path("gone")), nullptr);
+  EXPECT_NE(savedLines().find("new\n"), std::string::npos);
+}
+
+// Esc would end the load, but these keys are for the program.
+TEST_F(PanelTreesTest, ALoadThatNobodyAskedForLeavesTheKeysAlone) {
+  std::string lines = "0/\n";
+  for (int i = 0; i < 5000; ++i) lines += "1directory" + std::to_string(i) + "\n";
+  saveLines(lines);
+  class TickingClock : public ManualClock {
+   public:
+    int64_t nanoseconds() const override {
+      const_cast<TickingClock*>(this)->moveOn(50);
+      return ManualClock::nanoseconds();
+    }
+  } ticking;
+  PanelTrees fresh(ticking);
+  queueKey(Key::F10);
+  EXPECT_NE(at(fresh.tree(), "/directory4999"), nullptr);
+  EXPECT_EQ(console->eventCount(), 1);
+  drainEvents();
+}
+
 TEST_F(PanelTreesTest, LinesOfATreeThatChangedAreStillReadable) {
   knowOnly(leftDir.path("gone/below"));
   openWindows();

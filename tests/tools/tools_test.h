@@ -17,6 +17,7 @@ class ToolsTest : public PanelScreenTest {
     PanelScreenTest::SetUp();
     setenv("HOME", home.path().c_str(), 1);
     directoryTree().connect(trees);
+    trees.saveWhileWaiting();  // the program has waited for its first key
   }
   void TearDown() override {
     directoryTree().disconnect();
