@@ -37,7 +37,7 @@ bool askText(const OneFieldLayout& layout, const char* heading, FieldHistory his
                 colourOf(Colour::Messages));
   dialog.addText(-1, 0, heading);
   dialog.addString(FieldX, FieldY, Group::New, &edited, layout.fieldWidth, MaxFieldLength, history);
-  const int ended = dialog.run();
+  const Key::Code ended = dialog.run();
   if (ended == Key::Esc || ended == Dialog::ProgramEnds) return false;
   text = edited;
   return true;

@@ -120,7 +120,7 @@ void reRead(Panel& panel, DriveChange driveChange) {
 namespace {
 
 // The ten digits of the digit row and those of the keypad, with Ctrl or with Ctrl and Shift.
-std::vector<Key::Code> digitKeys(Key::Code modifier) {
+std::vector<Key::Code> digitKeys(Key::Mark modifier) {
   std::vector<Key::Code> keys;
   for (int digit = 0; digit < GlobalOptions::ShortcutCount; ++digit) {
     keys.push_back(Key::ctrlDigit(digit) | modifier);
@@ -173,7 +173,7 @@ std::vector<Command> choiceRows() {
        .menu = {"Stored Paths         Alt-F5", 7},
        .label = "DStore"},
       {.name = "Go to shortcut",
-       .codes = digitKeys(0),
+       .codes = digitKeys(Key::NoMark),
        .run = [](MainLoop& loop) { goToShortcut(Key::digitOf(loop.key)); }},
       {.name = "Store shortcut",
        .codes = digitKeys(Key::ShiftedKey),

@@ -8,17 +8,10 @@
 
 namespace {
 
-constexpr int LastSearchCharacter = 65534;
-
 // Text for the command line: false when the code is no character.
 bool takeCharacter(MainLoop& loop, Key::Code key) {
-  if (key & Key::WideCharacter) {
-    loop.line.insert(static_cast<wchar_t>(key & ~Key::WideCharacter));
-  } else if (key >= Key::Space && key < Key::ExtendedKey) {
-    loop.line.insert(static_cast<wchar_t>(key));
-  } else {
-    return false;
-  }
+  if (!key.isText()) return false;
+  loop.line.insert(key.character());
   loop.raise(Redraw::CommandRow);
   return true;
 }
@@ -31,8 +24,8 @@ void takeBarOff(MainLoop& loop) {
 // A code of no command: an Alt character starts the quick search.
 void takeUnclaimed(MainLoop& loop, Key::Code key) {
   takeBarOff(loop);
-  const int character = hotKeyChar(key);
-  if (character == key || character < Key::Space || character > LastSearchCharacter) return;
+  const Key::Code character = hotKeyChar(key);
+  if (character == key || !character.isText()) return;
   loop.pendingKey = quickSearchStep(panelPair().active(), character, 1, loop.pendingMouse);
 }
 

@@ -97,7 +97,7 @@ Input waitForInput() {
 }
 
 void takeMouse(MainLoop& loop, const MouseMessage& mouse) {
-  int key = 0;
+  Key::Code key;
   switch (handlePanelMouse(mouse, loop.mouse, key)) {
     case MouseOutcome::Nothing:
       return;
@@ -127,7 +127,7 @@ void tellNotices(MainLoop& loop) {
 }
 
 void takePending(MainLoop& loop) {
-  const int key = std::exchange(loop.pendingKey, 0);
+  const Key::Code key = std::exchange(loop.pendingKey, Key::NoKey);
   loop.shiftState = lastShiftState();
   if (key == Key::MouseEvent) return takeMouse(loop, loop.pendingMouse);
   dispatchKey(loop, key);
@@ -150,7 +150,7 @@ void oneRound(MainLoop& loop) {
   placeTextCursor(loop);
   tellNotices(loop);
 
-  if (loop.pendingKey != 0) return takePending(loop);
+  if (loop.pendingKey != Key::NoKey) return takePending(loop);
   const Input input = waitForInput();
   loop.shiftState = input.mouse.state;
   if (input.kind == Input::Kind::Mouse) return takeMouse(loop, input.mouse);

@@ -21,8 +21,8 @@ struct MainLoop {
   CommandLine line;
   Redraw redraw = Redraw::All;
   bool repaintCursor = true;
-  Key::Code key = 0;          // the one whose command runs
-  Key::Code pendingKey = 0;   // what the next round takes instead of waiting
+  Key::Code key;              // the one whose command runs
+  Key::Code pendingKey;       // what the next round takes instead of waiting
   MouseMessage pendingMouse;  // what came with a pendingKey of Key::MouseEvent
   int shiftState = 0;         // of the last key, as commands look at it
   int drawnShiftState = -1;   // what the key bar shows

@@ -13,6 +13,7 @@
 
 namespace {
 
+constexpr int LastLetter = 0xFF;
 constexpr wchar_t SeparatorLine = 0x2500;
 
 // Where the menu was when it was left; a reopened menu starts there.
@@ -28,7 +29,7 @@ class MenuBar {
  public:
   MenuBar() : bar_(0, 0, console->columns() - 1, 0, colourOf(Colour::MenuBar), NoFrame) {}
 
-  int run();
+  Key::Code run();
 
  private:
   Menu& menu() { return menus()[place.sideMenuIndex]; }
@@ -40,14 +41,14 @@ class MenuBar {
   void goToMenu(int index);
   void stepItem(int step);
   void selectItem(int index);
-  void takeKey(int key);
-  void takeLetter(int key);
+  void takeKey(Key::Code key);
+  void takeLetter(Key::Code key);
   void enter();
   void takeMouse(const MouseMessage& mouse);
   void pressTitle(int index);
   int titleAt(int x, int y) const;
   int itemAt(int x, int y) const;
-  void leave(int code) {
+  void leave(Key::Code code) {
     result_ = code;
     done_ = true;
   }
@@ -56,10 +57,10 @@ class MenuBar {
   std::unique_ptr<Win> dropDown_;
   bool pressedItem_ = false;
   bool done_ = false;
-  int result_ = 0;
+  Key::Code result_;
 };
 
-int MenuBar::run() {
+Key::Code MenuBar::run() {
   setCursorShape(0);
   drawTitles();
   if (place.open) openDropDown();
@@ -67,7 +68,7 @@ int MenuBar::run() {
     const Input input = nextInput();
     if (input.kind == Input::Kind::Key) takeKey(input.key);
     if (input.kind == Input::Kind::Mouse) takeMouse(input.mouse);
-    if (input.kind == Input::Kind::End) leave(0);
+    if (input.kind == Input::Kind::End) leave(Key::NoKey);
   }
   dropDown_.reset();
   return result_;
@@ -113,11 +114,11 @@ void MenuBar::drawItem(int index) {
     if (item.mark != L' ') dropDown_->put(0, index, mark, lineAttr);
     return;
   }
-  if (item.code == 0) attr = background | (colourOf(Colour::DisabledMenu) & 0x0F);
+  if (item.code == Key::NoKey) attr = background | (colourOf(Colour::DisabledMenu) & 0x0F);
   dropDown_->put(0, index, Westring(L' ', menu().width), attr);
   dropDown_->put(0, index, mark, attr);
   dropDown_->put(1, index, Westring(item.text), attr);
-  if (item.code == 0) return;
+  if (item.code == Key::NoKey) return;
   wchar_t quick[] = {static_cast<wchar_t>(item.text[item.quickLetter]), 0};
   dropDown_->put(1 + item.quickLetter, index, quick,
                  background | (colourOf(Colour::MenuQuickKey) & 0x0F));
@@ -157,7 +158,7 @@ void MenuBar::enter() {
   }
 }
 
-void MenuBar::takeKey(int key) {
+void MenuBar::takeKey(Key::Code key) {
   switch (key) {
     case Key::Left:
       return goToMenu(place.sideMenuIndex - 1);
@@ -174,9 +175,9 @@ void MenuBar::takeKey(int key) {
     case Key::End:
       return place.open ? selectItem(static_cast<int>(menu().items.size()) - 1) : void();
     case Key::Esc:
-      return place.open ? closeDropDown() : leave(0);
+      return place.open ? closeDropDown() : leave(Key::NoKey);
     case Key::F10:
-      return leave(0);
+      return leave(Key::NoKey);
     case Key::F1:
       return callSeam(commandSeams().help, menu().help);
     default:
@@ -184,9 +185,9 @@ void MenuBar::takeKey(int key) {
   }
 }
 
-void MenuBar::takeLetter(int key) {
-  if (key <= Key::Space || key > 0xFF) return;
-  int letter = lowerAscii(key);
+void MenuBar::takeLetter(Key::Code key) {
+  if (key.value() <= Key::Space.value() || key.value() > LastLetter) return;
+  const int letter = lowerAscii(key.value());
   if (!place.open) {
     for (int i = 0; i < MenuCount; ++i) {
       if (menus()[i].hotLetter != letter) continue;
@@ -199,7 +200,7 @@ void MenuBar::takeLetter(int key) {
     const menuItem& item = menu().items[i];
     if (item.isSeparator() || lowerAscii(item.text[item.quickLetter]) != letter) continue;
     selectItem(i);
-    if (item.code != 0) leave(item.code);
+    if (item.code != Key::NoKey) leave(item.code);
     return;
   }
 }
@@ -242,7 +243,7 @@ void MenuBar::takeMouse(const MouseMessage& mouse) {
       if (item >= 0) return selectItem(item);
       if (title >= 0) return pressTitle(title);
       if (dropDown_ && dropDown_->contains(mouse.x, mouse.y)) return;
-      return place.open ? closeDropDown() : leave(0);
+      return place.open ? closeDropDown() : leave(Key::NoKey);
     case MouseKind::LeftDrag:
     case MouseKind::RightDrag:
       if (pressedItem_ && item >= 0 && item != place.item) selectItem(item);
@@ -260,7 +261,7 @@ void MenuBar::takeMouse(const MouseMessage& mouse) {
 
 }  // namespace
 
-int pullDownMenu(int side, MenuStart start) {
+Key::Code pullDownMenu(int side, MenuStart start) {
   if (start == MenuStart::Fresh) {
     place = MenuPlace{};
     place.sideMenuIndex = side == 0 ? LeftMenu : RightMenu;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr wchar_t Mark = 0x221A;
 constexpr wchar_t NoMark = L' ';
-constexpr Key::Code Line = 0;  // a separator
+constexpr Key::Code Line = Key::NoKey;  // a separator
 
 // Which commands stand in which menu, and in which order.
 constexpr Key::Code LeftCodes[] = {MenuCode::LeftBrief,

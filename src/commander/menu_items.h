@@ -5,7 +5,7 @@
 #include "commander/command_seams.h"
 #include "console/key_codes.h"
 
-// One line of a pull-down menu. No text is a separator; text with code 0 is disabled.
+// One line of a pull-down menu. No text is a separator; text with NoKey is disabled.
 struct menuItem {
   const char* text;
   int quickLetter;  // index in the text

@@ -2,7 +2,6 @@
 
 #include <gdk/gdkkeysyms.h>
 
-#include "console/key_codes.h"
 #include "console/key_table.h"
 #include "console/toolkit.h"
 #include "foundation/break_state.h"
@@ -16,7 +15,6 @@ namespace {
 const Gdk::EventMask AreaEvents = Gdk::BUTTON_MOTION_MASK | Gdk::BUTTON_PRESS_MASK |
                                   Gdk::BUTTON_RELEASE_MASK | Gdk::KEY_PRESS_MASK |
                                   Gdk::KEY_RELEASE_MASK;
-constexpr wchar_t LastPlainCharacter = 0xFFFF;
 
 enum Button { Left = 1, Right = 2, Other = 3 };
 constexpr unsigned GdkLeft = 1;
@@ -76,10 +74,11 @@ void CConsoleDrawingArea::put(const TEvent& event) {
   if (mouse_ == MouseInput::Queued) events_.put(event);
 }
 
-void CConsoleDrawingArea::queueMouse(EventKind kind, int code, unsigned state, double x, double y) {
+void CConsoleDrawingArea::queueMouse(EventKind kind, int button, unsigned state, double x,
+                                     double y) {
   TEvent event;
   event.kind = kind;
-  event.code = code;
+  event.button = button;
   event.state = static_cast<int>(state) & ShiftState::Mask;
   if (painter_) {
     event.x = static_cast<int>(x) / painter_->cellWidth();
@@ -103,13 +102,13 @@ bool CConsoleDrawingArea::on_button_release_event(GdkEventButton* event) {
 }
 
 bool CConsoleDrawingArea::on_motion_notify_event(GdkEventMotion* event) {
-  int code = 0;
+  int button = 0;
   if (event->state & GDK_BUTTON1_MASK) {
-    code = Left;
+    button = Left;
   } else if (event->state & GDK_BUTTON3_MASK) {
-    code = Right;
+    button = Right;
   }
-  queueMouse(EventKind::Drag, code, event->state, event->x, event->y);
+  queueMouse(EventKind::Drag, button, event->state, event->x, event->y);
   return true;
 }
 
@@ -117,7 +116,7 @@ bool CConsoleDrawingArea::on_scroll_event(GdkEventScroll* event) {
   if (event->direction != GDK_SCROLL_UP && event->direction != GDK_SCROLL_DOWN) return true;
   TEvent wheel;
   wheel.kind = EventKind::Wheel;
-  wheel.code = event->direction == GDK_SCROLL_UP ? 1 : -1;
+  wheel.wheel = event->direction == GDK_SCROLL_UP ? 1 : -1;
   wheel.state = static_cast<int>(event->state) & ShiftState::Mask;
   put(wheel);
   return true;
@@ -146,29 +145,29 @@ void ConsoleWindow::setTerminal(std::unique_ptr<TerminalSession> session) {
   }
 }
 
-void ConsoleWindow::queueKey(Key::Code code, int state, int hwCode) {
+void ConsoleWindow::queueKey(Key::Code key, int state, int hwCode) {
   TEvent event;
-  event.code = code;
+  event.key = key;
   event.state = state;
   event.hwCode = hwCode;
   events_.put(event);
   shiftState_ = latestShiftState_ = state;
 }
 
-void ConsoleWindow::take(Key::Code code, int state, int hwCode) {
+void ConsoleWindow::take(Key::Code key, int state, int hwCode) {
   if (terminal_) {
-    sendToTerminal(code, state);
+    sendToTerminal(key, state);
   } else {
-    queueKey(code, state, hwCode);
+    queueKey(key, state, hwCode);
   }
   blinkPhase_.store(0, std::memory_order_relaxed);
 }
 
-void ConsoleWindow::sendToTerminal(Key::Code code, int state) {
+void ConsoleWindow::sendToTerminal(Key::Code key, int state) {
   latestShiftState_ = state;
-  if (code == Key::ShiftInsert) {
+  if (key == Key::ShiftInsert) {
     paste();
-  } else if (!terminal_->sendKey(code)) {
+  } else if (!terminal_->sendKey(key)) {
     beep();
   }
 }
@@ -238,10 +237,7 @@ void ConsoleWindow::onCommit(GtkIMContext*, const char* utf8, void* self) {
 
 void ConsoleWindow::commit(const char* utf8) {
   const Westring text = fromUtf8(utf8);
-  for (const wchar_t* p = text.data(); *p != 0; ++p) {
-    const int beyond = *p > LastPlainCharacter ? Key::WideCharacter : 0;
-    take(static_cast<int>(*p) | beyond, 0, 0);
-  }
+  for (const wchar_t* p = text.data(); *p != 0; ++p) take(*p, 0, 0);
 }
 
 void ConsoleWindow::on_realize() {

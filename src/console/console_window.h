@@ -30,7 +30,7 @@ class CConsoleDrawingArea : public Gtk::DrawingArea {
 
  private:
   void put(const TEvent& event);
-  void queueMouse(EventKind kind, int code, unsigned state, double x, double y);
+  void queueMouse(EventKind kind, int button, unsigned state, double x, double y);
 
   CEventQueue& events_;
   const Painter* painter_ = nullptr;
@@ -66,9 +66,9 @@ class ConsoleWindow : public Gtk::Window {
   void ensureInputMethod(GdkWindow* window);
   static void onCommit(GtkIMContext* context, const char* utf8, void* self);
   void commit(const char* utf8);
-  void queueKey(Key::Code code, int state, int hwCode);
-  void take(Key::Code code, int state, int hwCode);
-  void sendToTerminal(Key::Code code, int state);
+  void queueKey(Key::Code key, int state, int hwCode);
+  void take(Key::Code key, int state, int hwCode);
+  void sendToTerminal(Key::Code key, int state);
   void paste();
   static void onPaste(GtkClipboard* clipboard, const char* text, void* request);
   void beep();

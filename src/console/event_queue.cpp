@@ -1,14 +1,13 @@
 #include "console/events.h"
-#include "console/key_codes.h"
 
 namespace {
 // The close button of the window comes as F10 without a key behind it.
 bool isCloseButton(const TEvent& event) {
-  return event.code == Key::F10 && event.hwCode == 0;
+  return event.key == Key::F10 && event.hwCode == 0;
 }
 
 bool answersAbortLook(const TEvent& event) {
-  return event.kind == EventKind::Key && event.code != Key::ShiftChanged && !isCloseButton(event);
+  return event.kind == EventKind::Key && event.key != Key::ShiftChanged && !isCloseButton(event);
 }
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "console/key_codes.h"
 #include "foundation/object_store.h"
 #include "foundation/threads.h"
 
@@ -16,13 +17,15 @@ enum class EventKind : int {
   Wake = 6  // no input: breaks off a wait
 };
 
-// One input event. `x`, `y` are cells; fields that a kind doesn't use are 0.
+// One input event; fields that a kind doesn't use are 0.
 struct TEvent {
   EventKind kind = EventKind::Key;
-  int code = 0;    // key code; button 1, 2 (right) or 3 (other); wheel +1 up, -1 down
+  Key::Code key;
+  int button = 0;  // 1, 2 (right) or 3 (other)
+  int wheel = 0;   // +1 up, -1 down
   int state = 0;   // ShiftState bits
   int hwCode = 0;  // hardware key code; 0 for typed text and the close button
-  int x = 0;
+  int x = 0;       // cells
   int y = 0;
 };
 

@@ -4,7 +4,7 @@
 
 namespace {
 struct HotKey {
-  int code;
+  Key::Code code;
   char character;
 };
 
@@ -32,7 +32,7 @@ constexpr std::array<HotKey, 61> HotKeys = {{
 // clang-format on
 }  // namespace
 
-int hotKeyChar(int code) {
+Key::Code hotKeyChar(Key::Code code) {
   for (const HotKey& key : HotKeys) {
     if (key.code == code) return key.character;
   }
@@ -40,21 +40,21 @@ int hotKeyChar(int code) {
 }
 
 Key::Code functionKey(int number, int shiftState) {
-  const int index = number - 1;
+  const auto numbered = [number](Key::Code first) { return Key::Code(first.value() + number - 1); };
   switch (shiftState & ShiftState::Mask) {
     case 0:
-      return Key::F1 + index;
+      return numbered(Key::F1);
     case ShiftState::Shift:
-      return Key::ShiftF1 + index;
+      return numbered(Key::ShiftF1);
     case ShiftState::Ctrl:
-      return Key::CtrlF1 + index;
+      return numbered(Key::CtrlF1);
     case ShiftState::Alt:
-      return Key::AltF1 + index;
+      return numbered(Key::AltF1);
     case ShiftState::Shift | ShiftState::Alt:
-      return Key::ShiftAltF1 + index;
+      return numbered(Key::ShiftAltF1);
     case ShiftState::Shift | ShiftState::Ctrl:
-      return Key::CtrlShiftF1 + index;
+      return numbered(Key::CtrlShiftF1);
     default:
-      return 0;
+      return Key::NoKey;
   }
 }

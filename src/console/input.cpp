@@ -10,19 +10,19 @@ int shiftState = 0;
 constexpr int LeftButton = 1;
 constexpr int RightButton = 2;
 
-int keyCodeOf(const TEvent& event) {
+Key::Code keyCodeOf(const TEvent& event) {
   const bool ctrl = (event.state & ShiftState::Ctrl) != 0;
-  if (!ctrl || !HardwareKey::isDigit(event.hwCode)) return event.code;
+  if (!ctrl || !HardwareKey::isDigit(event.hwCode)) return event.key;
   const bool zero = event.hwCode == HardwareKey::LastDigit;
   const int digit = zero ? 0 : event.hwCode - HardwareKey::FirstDigit + 1;
-  const int shifted = (event.state & ShiftState::Shift) != 0 ? Key::ShiftedKey : 0;
-  return (Key::CtrlDigit + digit) | shifted;
+  const bool shifted = (event.state & ShiftState::Shift) != 0;
+  return Key::ctrlDigit(digit) | (shifted ? Key::ShiftedKey : Key::NoMark);
 }
 
-int takeKey(const TEvent& event, MouseMessage* mouse) {
+Key::Code takeKey(const TEvent& event, MouseMessage* mouse) {
   if (mouse) mouse->state = static_cast<int16_t>(event.state);
   // Committed text and the close button come from no key: they say nothing about the modifiers.
-  if (event.hwCode != 0 || event.code == Key::ShiftChanged) shiftState = event.state;
+  if (event.hwCode != 0 || event.key == Key::ShiftChanged) shiftState = event.state;
   return keyCodeOf(event);
 }
 
@@ -32,8 +32,8 @@ bool mouseKindOf(const TEvent& event, MouseKind& kind) {
     kind = MouseKind::Wheel;
     return true;
   }
-  if (event.code != LeftButton && event.code != RightButton) return false;
-  const bool left = event.code == LeftButton;
+  if (event.button != LeftButton && event.button != RightButton) return false;
+  const bool left = event.button == LeftButton;
   switch (event.kind) {
     case EventKind::Press:
       kind = left ? MouseKind::LeftPress : MouseKind::RightPress;
@@ -52,26 +52,26 @@ bool mouseKindOf(const TEvent& event, MouseKind& kind) {
   }
 }
 
-int takeMouse(const TEvent& event, MouseMessage* mouse) {
+Key::Code takeMouse(const TEvent& event, MouseMessage* mouse) {
   if (!mouse) return Key::MouseEvent;
-  if (!mouseKindOf(event, mouse->kind)) return 0;
+  if (!mouseKindOf(event, mouse->kind)) return Key::NoKey;
   mouse->x = event.x;
   mouse->y = event.y;
   mouse->state = static_cast<int16_t>(event.state);
-  mouse->wheel = event.kind == EventKind::Wheel ? static_cast<int16_t>(event.code) : int16_t{0};
+  mouse->wheel = static_cast<int16_t>(event.wheel);
   return Key::MouseEvent;
 }
 }  // namespace
 
-int getKey(MouseMessage* mouse, int timeoutMs) {
-  if (!console || programEnds()) return 0;
+Key::Code getKey(MouseMessage* mouse, int timeoutMs) {
+  if (!console || programEnds()) return Key::NoKey;
   syncCursor();
   TEvent event;
   const uint32_t timeout = timeoutMs < 0 ? WaitForever : static_cast<uint32_t>(timeoutMs);
-  if (!console->readEvent(event, timeout)) return 0;
+  if (!console->readEvent(event, timeout)) return Key::NoKey;
   switch (event.kind) {
     case EventKind::Wake:
-      return 0;
+      return Key::NoKey;
     case EventKind::Key:
       return takeKey(event, mouse);
     default:
@@ -91,7 +91,7 @@ bool escapePressed() {
   if (programEnds()) return true;
   if (!console) return false;
   const auto event = console->events().getKeyOnly();
-  return event && event->code == Key::Esc;
+  return event && event->key == Key::Esc;
 }
 
 int lastShiftState() {

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "console/events.h"
-#include "console/key_codes.h"
 
-// A key code, Key::MouseEvent with `mouse` filled in, or 0 (time-out, an event that means nothing,
-// or the end of the program). Completes the picture and syncs the cursor first. Loops wait through
-// nextInput (ui/input_loop.h), which tells these apart.
-int getKey(MouseMessage* mouse = nullptr, int timeoutMs = -1);
+// A key code, Key::MouseEvent with `mouse` filled in, or Key::NoKey (time-out, an event that means
+// nothing, or the end of the program). Completes the picture and syncs the cursor first. Loops wait
+// through nextInput (ui/input_loop.h), which tells these apart.
+Key::Code getKey(MouseMessage* mouse = nullptr, int timeoutMs = -1);
 
 // The program was asked to end, or its display has gone; from then on nobody waits for the user.
 // Any thread.

@@ -2,8 +2,6 @@
 
 #include <gdk/gdkkeysyms.h>
 
-#include "console/key_codes.h"
-
 namespace {
 constexpr int None = 0;
 constexpr int Shift = ShiftState::Shift;
@@ -209,16 +207,18 @@ bool isKeypadOperator(unsigned symbol) {
 // The row of the symbol, else that of its twin; Shift counts for nothing with Backspace and with
 // the keypad's operators, whose commands look at it themselves, and a Tab with Shift is a Back Tab
 // whatever it is called.
-int codeOf(unsigned symbol, int state) {
-  if (const int code = lookUpKey(symbol, state)) return code;
+Key::Code codeOf(unsigned symbol, int state) {
+  const Key::Code own = lookUpKey(symbol, state);
+  if (own != Key::NoKey) return own;
   const unsigned twin = twinOf(symbol);
   if (twin != symbol) {
-    if (const int code = lookUpKey(twin, state)) return code;
+    const Key::Code code = lookUpKey(twin, state);
+    if (code != Key::NoKey) return code;
   }
-  if (state != Shift) return 0;
+  if (state != Shift) return Key::NoKey;
   if (twin == GDK_BackSpace || isKeypadOperator(twin)) return lookUpKey(twin, None);
   if (twin == GDK_Tab) return lookUpKey(GDK_ISO_Left_Tab, Shift);
-  return 0;
+  return Key::NoKey;
 }
 }  // namespace
 
@@ -226,29 +226,30 @@ std::span<const KeyRow> keyTable() {
   return Table;
 }
 
-int lookUpKey(unsigned symbol, int state) {
+Key::Code lookUpKey(unsigned symbol, int state) {
   for (const KeyRow& row : Table) {
-    if (row.symbol == symbol && (row.state == AnyState || row.state == state) && row.code != 0) {
+    if (row.symbol == symbol && (row.state == AnyState || row.state == state) &&
+        row.code != Key::NoKey) {
       return row.code;
     }
   }
-  return 0;
+  return Key::NoKey;
 }
 
 KeyResult translateKey(const KeyInput& input) {
   int state = static_cast<int>(input.state) & ShiftState::Mask;
   const int modifier = modifierBit(twinOf(input.symbol));
   if (modifier != 0) state = input.press ? state | modifier : state & ~modifier;
-  if (input.symbol == GDK_Break) return {KeyAction::Break, 0, state};
-  if (!input.press && modifier == 0) return {KeyAction::Drop, 0, state};
+  if (input.symbol == GDK_Break) return {KeyAction::Break, Key::NoKey, state};
+  if (!input.press && modifier == 0) return {KeyAction::Drop, Key::NoKey, state};
 
-  int code = codeOf(lowered(input.symbol), state);
-  if (code == 0 && input.baseSymbol != 0 && (state & (Alt | Ctrl)) != 0) {
+  Key::Code code = codeOf(lowered(input.symbol), state);
+  if (code == Key::NoKey && input.baseSymbol != 0 && (state & (Alt | Ctrl)) != 0) {
     code = codeOf(lowered(input.baseSymbol), state);
   }
   if ((state & Ctrl) != 0 && HardwareKey::isDigit(input.hwCode)) {
-    code = static_cast<int>(input.symbol);
+    code = Key::Code(static_cast<int>(input.symbol));
   }
-  if (code == 0) return {KeyAction::InputMethod, 0, state};
+  if (code == Key::NoKey) return {KeyAction::InputMethod, Key::NoKey, state};
   return {KeyAction::Queue, code, state};
 }

@@ -2,6 +2,8 @@
 
 #include <span>
 
+#include "console/key_codes.h"
+
 // From key symbols of the window system to key codes. Nothing here touches the toolkit.
 
 inline constexpr int AnyState = -1;
@@ -9,14 +11,14 @@ inline constexpr int AnyState = -1;
 struct KeyRow {
   unsigned symbol;
   int state;  // ShiftState bits that must agree exactly, or AnyState
-  int code;
+  Key::Code code;
 };
 
 // All rows in search order.
 std::span<const KeyRow> keyTable();
 
-// The code of the first row that fits, 0 for none. `state` holds ShiftState bits.
-int lookUpKey(unsigned symbol, int state);
+// The code of the first row that fits, NoKey for none. `state` holds ShiftState bits.
+Key::Code lookUpKey(unsigned symbol, int state);
 
 // One key press or release as the window system reports it; `state` is the state before the key.
 struct KeyInput {
@@ -31,7 +33,7 @@ enum class KeyAction { Drop, Break, Queue, InputMethod };
 
 struct KeyResult {
   KeyAction action = KeyAction::Drop;
-  int code = 0;
+  Key::Code code;
   int state = 0;
 };
 

@@ -31,7 +31,7 @@ constexpr int TreeWindowRows = 7;
 constexpr int AnswerRow = 4;
 constexpr int YesLength = 3;
 constexpr wchar_t YesWord[] = L"YES";
-constexpr int Refuse = 'n';
+constexpr Key::Code Accept = 'y', AcceptAll = 'a', Refuse = 'n';
 
 constexpr int OkBeforeMiddle = 14, CancelBeforeMiddle = 6, AllBehindMiddle = 6;
 constexpr int LabelBeforeMiddle = 8, FieldBehindMiddle = 5, FieldWidth = 4;
@@ -65,16 +65,16 @@ bool askInBox(const Westring& first, const Westring& second, UndeleteBox box) {
 }
 
 TreeAnswer runButtons(Dialog& dialog, int middle) {
-  dialog.addButton(middle - OkBeforeMiddle, AnswerRow, Group::New, Answer::Yes, "OK");
+  dialog.addButton(middle - OkBeforeMiddle, AnswerRow, Group::New, Accept, "OK");
   const int cancel =
       dialog.addButton(middle - CancelBeforeMiddle, AnswerRow, Group::Same, Refuse, "Cancel");
-  dialog.addButton(middle + AllBehindMiddle, AnswerRow, Group::Same, Answer::All, "All");
+  dialog.addButton(middle + AllBehindMiddle, AnswerRow, Group::Same, AcceptAll, "All");
   dialog.addExitKey(Key::F10);
   dialog.setFocus(cancel);
   switch (dialog.run()) {
-    case Answer::Yes:
+    case Accept:
       return TreeAnswer::Yes;
-    case Answer::All:
+    case AcceptAll:
       return TreeAnswer::All;
     default:
       return TreeAnswer::No;

@@ -19,18 +19,18 @@ constexpr int Left = 1, LineRow = 0, FieldRow = 2, ButtonRow = 4;
 constexpr int FieldWidth = 72, FieldLength = 512;
 constexpr int OkColumn = 14, CancelColumn = 22, TreeColumn = 34, HistoryColumn = 48;
 constexpr int NameWidth = 55;
-constexpr int ToggleKeys[] = {Key::AltD, Key::F5, Key::F6};
+constexpr Key::Code ToggleKeys[] = {Key::AltD, Key::F5, Key::F6};
 
 const char* verbOf(TransferKind kind) {
   return kind == TransferKind::Copy ? "Copy" : "Move";
 }
 
-bool isToggleKey(int key) {
+bool isToggleKey(Key::Code key) {
   return std::find(std::begin(ToggleKeys), std::end(ToggleKeys), key) != std::end(ToggleKeys);
 }
 
 // The buttons that only help to fill the field; true when they did.
-bool pick(int key, Westring& text) {
+bool pick(Key::Code key, Westring& text) {
   PanelPair& pair = panelPair();
   const bool tree = key == Key::F10;
   const Westring chosen = tree ? directoryTree()->choose(pair.active(), TreeWindowUse::Field)
@@ -75,10 +75,10 @@ bool runCopyDialog(const CopyDialogTexts& texts, Westring& text, const Westring&
   dialog.addButton(TreeColumn, ButtonRow, Group::Same, Key::F10, "F10-Tree");
   dialog.addButton(HistoryColumn, ButtonRow, Group::Same, Key::AltBackslash, "Dir Hist");
   if (toggle == Toggle::On) {
-    for (const int key : ToggleKeys) dialog.addExitKey(key);
+    for (const Key::Code key : ToggleKeys) dialog.addExitKey(key);
   }
   for (;;) {
-    const int key = dialog.run();
+    const Key::Code key = dialog.run();
     if (key == Key::F10 || key == Key::AltBackslash) {
       if (pick(key, text)) dialog.redraw(field);
     } else if (isToggleKey(key)) {

@@ -72,7 +72,7 @@ ShellCommand shellCommandOf(const Westring& text, const Westring& directory) {
 // The close button was meant for the program as well.
 void passCloseOn() {
   TEvent event;
-  event.code = Key::F10;
+  event.key = Key::F10;
   console->events().put(event);
 }
 

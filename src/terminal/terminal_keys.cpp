@@ -21,12 +21,6 @@ constexpr NamedKey NamedKeys[] = {
     {Key::GrayMinus, "-"},        {Key::GrayStar, "*"},
 };
 
-// The character that a code stands for, 0 for the code of a key without one.
-wchar_t characterOf(Key::Code code) {
-  if ((code & Key::WideCharacter) != 0) return code & ~Key::WideCharacter;
-  return code > 0 && code < Key::ExtendedKey ? code : 0;
-}
-
 std::string utf8Of(wchar_t character) {
   const wchar_t text[] = {character, 0};
   return toUtf8(text).data();
@@ -34,14 +28,14 @@ std::string utf8Of(wchar_t character) {
 }  // namespace
 
 std::string keyBytes(Key::Code code) {
-  if (const wchar_t character = characterOf(code)) return utf8Of(character);
+  if (code != Key::NoKey && code.isCharacter()) return utf8Of(code.character());
   for (const NamedKey& key : NamedKeys) {
     if (key.code == code) return key.bytes;
   }
-  const int plain = hotKeyChar(code);
+  const Key::Code plain = hotKeyChar(code);
   if (plain == code) return "";
-  std::string bytes(1, Key::Esc);
-  return bytes += utf8Of(plain);
+  std::string bytes(1, '\x1b');
+  return bytes += utf8Of(plain.character());
 }
 
 std::string pastedBytes(const Westring& text) {

@@ -52,12 +52,12 @@ void searchAgain(HistoryDialog& window, int step) {
 
 Choice choose(const std::function<void()>& help) {
   HistoryDialog window(Title, commandHistory(), LeastWidth);
-  for (const int key : {Key::AltEnter, Key::CtrlEnter, Key::CtrlScanEnter, Key::F1, Key::F7,
-                        Key::ShiftF7, Key::AltF7}) {
+  for (const Key::Code key : {Key::AltEnter, Key::CtrlEnter, Key::CtrlScanEnter, Key::F1, Key::F7,
+                              Key::ShiftF7, Key::AltF7}) {
     window.addExitKey(key);
   }
   for (;;) {
-    const int key = window.run();
+    const Key::Code key = window.run();
     const Westring* command = commandHistory().peek(window.selected());
     switch (key) {
       case Key::Enter:

@@ -41,14 +41,15 @@ void fillRows(FnStringStore& rows, int pathWidth) {
 }
 
 // Shows the slots once; the key that ended the window.
-int chooseSlot(int& selected) {
+Key::Code chooseSlot(int& selected) {
   const int width = windowWidth();
   FnStringStore rows;
   fillRows(rows, width - AroundPath);
   Dialog dialog(Centred, InTheMiddle, width, WindowRows, colourOf(Colour::Messages));
   dialog.addList(0, 0, Group::New, width - FrameCells, ShortcutCount, &rows, &selected, Key::Enter);
   dialog.putFrameTitle(" Stored Paths ");
-  for (int slot = 0; slot < ShortcutCount; ++slot) dialog.addExitKey('0' + slot);
+  for (int slot = 0; slot < ShortcutCount; ++slot)
+    dialog.addExitKey(static_cast<wchar_t>(L'0' + slot));
   dialog.addExitKey(Key::Insert);
   dialog.addExitKey(Key::Delete);
   return dialog.run();
@@ -63,9 +64,10 @@ Panel& panelThatGoes(Panel& panel) {
 bool storedPaths(Panel& panel) {
   int selected = 0;
   for (;;) {
-    const int key = chooseSlot(selected);
-    const bool isDigit = key >= '0' && key < '0' + ShortcutCount;
-    if (isDigit) selected = key - '0';
+    const Key::Code key = chooseSlot(selected);
+    const int digit = key.value() - '0';
+    const bool isDigit = digit >= 0 && digit < ShortcutCount;
+    if (isDigit) selected = digit;
     Westring& path = directoryShortcuts[selected];
     if (key == Key::Insert) {
       path = currentDirectoryOf(panel);

@@ -24,8 +24,7 @@ constexpr int PathBelow = 1, SearchBelow = 2, LastBelow = 3;  // rows behind the
 constexpr wchar_t Line = 0x2500;
 constexpr int CursorShape = 15;
 constexpr int WheelSteps = 3;
-constexpr int LastCharacter = 0xFFFF;
-constexpr int PlainPlus = '+', PlainMinus = '-';
+constexpr Key::Code PlainPlus = '+', PlainMinus = '-';
 
 int widthFor(TreeWindowUse use) {
   return use == TreeWindowUse::Command ? CommandWidth : panelPair().screenColumns / 2 - 2;
@@ -181,7 +180,7 @@ void TreeWindow::toSibling(int step) {
 
 // ---- keys
 
-void TreeWindow::onKey(int key, int) {
+void TreeWindow::onKey(Key::Code key, int) {
   if (moveByKey(key) || openByKey(key)) return;
   switch (key) {
     case Key::ctrl('r'):
@@ -202,7 +201,7 @@ void TreeWindow::onKey(int key, int) {
   }
 }
 
-bool TreeWindow::moveByKey(int key) {
+bool TreeWindow::moveByKey(Key::Code key) {
   switch (key) {
     case Key::Up:
     case Key::Down:
@@ -230,7 +229,7 @@ bool TreeWindow::moveByKey(int key) {
   }
 }
 
-bool TreeWindow::openByKey(int key) {
+bool TreeWindow::openByKey(Key::Code key) {
   switch (key) {
     case PlainPlus:
     case Key::GrayPlus:
@@ -275,12 +274,9 @@ void TreeWindow::searchFrom(int index) {
   if (found) show(found);
 }
 
-void TreeWindow::type(int key) {
-  const int character = key & ~Key::WideCharacter;
-  const bool printable =
-      character >= Key::Space && (character <= LastCharacter || key != character);
-  if (!printable || search_.length() >= FieldWidth) return;
-  search_ += static_cast<wchar_t>(character);
+void TreeWindow::type(Key::Code key) {
+  if (!key.isText() || search_.length() >= FieldWidth) return;
+  search_ += key.character();
   searchFrom(current());
 }
 

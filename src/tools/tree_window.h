@@ -23,7 +23,7 @@ class TreeWindow : private Screen {
   enum class Hint { Shown, Hidden };
 
   void draw() override;
-  void onKey(int key, int shiftState) override;
+  void onKey(Key::Code key, int shiftState) override;
   void onMouse(const MouseMessage& mouse) override;
   void onTimeOut() override { scrollStep(); }
   int waitMs() const override;
@@ -44,13 +44,13 @@ class TreeWindow : private Screen {
   void pageDown();
   void toSibling(int step);
 
-  bool moveByKey(int key);
-  bool openByKey(int key);
+  bool moveByKey(Key::Code key);
+  bool openByKey(Key::Code key);
   void setExpanded(bool expanded);
   void setSubtreeExpanded(bool expanded);
   void rescan();
   void searchFrom(int index);
-  void type(int character);
+  void type(Key::Code key);
   void take() { leave(Taken); }
 
   bool isInside(const MouseMessage& mouse) const;

@@ -97,7 +97,7 @@ int MenuReader::readContent(int file, std::string& content) {
 MenuEntry* addEntry(MenuStore& menu, const std::string& line, size_t colon) {
   const Westring key = upperCase(trimmed(line.substr(0, colon)));
   const Key::Code code = menuKeyCode(key);
-  if (code == 0) return nullptr;
+  if (code == Key::NoKey) return nullptr;
   auto entry = std::make_unique<MenuEntry>();
   entry->keyCode = code;
   entry->key = toUtf8(key);
@@ -180,7 +180,7 @@ int functionNumber(const wchar_t* digits) {
 
 Key::Code functionCode(int number, int modifier) {
   constexpr int LastOfRow = 10;
-  if (number == 0) return 0;
+  if (number == 0) return Key::NoKey;
   if (number <= LastOfRow) return functionKey(number, modifier);
   const bool eleventh = number == LastOfRow + 1;
   switch (modifier) {
@@ -198,13 +198,9 @@ Key::Code functionCode(int number, int modifier) {
 }  // namespace
 
 Key::Code menuKeyCode(const Westring& text) {
-  if (text.length() == 1) {
-    const wchar_t character = text[0];
-    return character < Key::ExtendedKey ? Key::Code{character}
-                                        : Key::Code{character | Key::WideCharacter};
-  }
+  if (text.length() == 1) return text[0];
   if (text[0] == L'F') return functionCode(functionNumber(text.data() + 1), 0);
-  if (text.empty() || text[1] != L'F') return 0;
+  if (text.empty() || text[1] != L'F') return Key::NoKey;
   const int number = functionNumber(text.data() + 2);
   switch (text[0]) {
     case L'C':
@@ -214,7 +210,7 @@ Key::Code menuKeyCode(const Westring& text) {
     case L'A':
       return functionCode(number, ShiftState::Alt);
     default:
-      return 0;
+      return Key::NoKey;
   }
 }
 

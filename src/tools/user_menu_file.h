@@ -11,7 +11,7 @@ class MenuStore;
 // One command of the user menu. Texts are UTF-8 bytes as the file has them, commands wide as a
 // command line is.
 struct MenuEntry {
-  Key::Code keyCode = 0;
+  Key::Code keyCode;
   Estring key;  // as it is shown, in upper case
   Estring title;
   FnStringStore commands;

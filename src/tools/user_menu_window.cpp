@@ -49,7 +49,7 @@ class MenuList : public ListBoxFnString {
         selected_(selected) {}
 
  protected:
-  bool handleKey(int key) override {
+  bool handleKey(Key::Code key) override {
     const int item = itemOf(key);
     if (item < 0) return ListBoxFnString::handleKey(key);
     selected_ = item;
@@ -59,7 +59,7 @@ class MenuList : public ListBoxFnString {
 
  private:
   int itemOf(Key::Code key) const {
-    const Key::Code code = key < Key::ExtendedKey ? static_cast<Key::Code>(foldChar(key)) : key;
+    const Key::Code code = key.isCharacter() ? foldChar(key.character()) : key;
     for (int item = menu_.count() - 1; item >= 0; --item) {
       if (menu_.peek(item)->keyCode == code) return item;
     }

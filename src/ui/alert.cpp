@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "console/key_codes.h"
 #include "foundation/text_format.h"
 #include "options/colours.h"
 #include "ui/alert_dialog.h"
@@ -23,9 +22,14 @@ struct ButtonSet {
 };
 
 const ButtonSet& buttonSet(AlertButtons which) {
-  static const ButtonSpec ok{Answer::Yes, "OK"}, cancel{Answer::Cancel, "Cancel"},
-      skip{Answer::Skip, "Skip"}, all{Answer::All, "All"}, none{Answer::None, "None"},
-      retry{Answer::Retry, "Retry"}, allOlder{Answer::AllOlder, "All Older"};
+  const auto button = [](int answer, const char* text) {
+    return ButtonSpec{Key::Code(answer), text};
+  };
+  static const ButtonSpec ok = button(Answer::Yes, "OK"), cancel = button(Answer::Cancel, "Cancel"),
+                          skip = button(Answer::Skip, "Skip"), all = button(Answer::All, "All"),
+                          none = button(Answer::None, "None"),
+                          retry = button(Answer::Retry, "Retry"),
+                          allOlder = button(Answer::AllOlder, "All Older");
   static const ButtonSet sets[] = {
       {{ok}, {'o'}, 8},
       {{ok, cancel}, {'o'}, 20},
@@ -36,10 +40,10 @@ const ButtonSet& buttonSet(AlertButtons which) {
   return sets[static_cast<int>(which)];
 }
 
-int answerOf(int exitCode) {
+int answerOf(Key::Code exitCode) {
   if (exitCode == Key::Enter) return Answer::Yes;
   if (exitCode == Dialog::ProgramEnds) return Answer::ProgramEnds;
-  return exitCode < 0 ? Key::Space : exitCode;
+  return exitCode.value();
 }
 
 }  // namespace

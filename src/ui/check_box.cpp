@@ -1,6 +1,5 @@
 #include "ui/check_box.h"
 
-#include "console/key_codes.h"
 #include "ui/dialog.h"
 #include "ui/plain_elements.h"
 
@@ -31,7 +30,7 @@ bool CheckBox::hits(const Message& message) const {
 }
 
 bool CheckBox::handleMessage(const Message& message) {
-  if (message.kind == MessageKind::Key) return handleKey(message.code);
+  if (message.kind == MessageKind::Key) return handleKey(message.key);
   if (!hits(message)) return false;
   if (message.kind == MessageKind::LeftPress) {
     dialog_.setFocus(index());
@@ -47,7 +46,7 @@ bool CheckBox::handleMessage(const Message& message) {
 
 // Never handled: the run loop carries on with the key, so that a dialog can give it a meaning
 // besides.
-bool CheckBox::handleKey(int key) {
+bool CheckBox::handleKey(Key::Code key) {
   if (key == Key::Space) {
     *value_ = !*value_;
   } else if (key == Key::Insert) {
@@ -63,7 +62,7 @@ bool CheckBox::handleKey(int key) {
 
 void CheckBox::activate() {
   dialog_.setFocus(index());
-  handleMessage({MessageKind::Key, Key::Space, 0, 0});
+  handleMessage({.kind = MessageKind::Key, .key = Key::Space});
 }
 
 void CheckBox::draw() {

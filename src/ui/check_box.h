@@ -16,7 +16,7 @@ class CheckBox : public DialogElement {
   void drawBox(wchar_t mark);
 
  private:
-  bool handleKey(int key);
+  bool handleKey(Key::Code key);
   bool hits(const Message& message) const;
   int labelX() const;
 

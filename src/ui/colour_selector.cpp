@@ -7,21 +7,21 @@ constexpr int ForegroundMask = 0x0F;
 constexpr int BackgroundMask = 0xF0;
 constexpr int BackgroundStep = 0x10;
 
-bool isColourKey(int key) {
+bool isColourKey(Key::Code key) {
   return key == 'f' || key == 'F' || key == 'b' || key == 'B';
 }
 }  // namespace
 
-unsigned char steppedAttribute(unsigned char attr, int key) {
+unsigned char steppedAttribute(unsigned char attr, Key::Code key) {
   const int background = attr & BackgroundMask;
   switch (key) {
-    case 'f':
+    case Key::Code('f'):
       return static_cast<unsigned char>(background | ((attr + 1) & ForegroundMask));
-    case 'F':
+    case Key::Code('F'):
       return static_cast<unsigned char>(background | ((attr - 1) & ForegroundMask));
-    case 'b':
+    case Key::Code('b'):
       return static_cast<unsigned char>(attr + BackgroundStep);
-    case 'B':
+    case Key::Code('B'):
       return static_cast<unsigned char>(attr - BackgroundStep);
     default:
       return attr;
@@ -30,7 +30,7 @@ unsigned char steppedAttribute(unsigned char attr, int key) {
 
 ColourSelector::ColourSelector(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
                                const char* const* items, int count, unsigned char* attributes,
-                               int* selected, int exitOnEnter)
+                               int* selected, Key::Code exitOnEnter)
     : ListBoxString(dialog, x, y, newGroup, width, rows, items, count, selected, exitOnEnter),
       attributes_(attributes) {}
 
@@ -42,7 +42,7 @@ void ColourSelector::drawItem(int row, int item, unsigned char attr) {
   dialog_.put(x() + width(), y() + row, marked ? L"<" : L" ");
 }
 
-bool ColourSelector::handleKey(int key) {
+bool ColourSelector::handleKey(Key::Code key) {
   if (!isColourKey(key)) return ListBoxString::handleKey(key);
   if (itemCount() > 0) {
     unsigned char& attr = attributes_[selectedItem()];

@@ -9,17 +9,17 @@ class ColourSelector : public ListBoxString {
  public:
   ColourSelector(Dialog& dialog, int x, int y, Group group, int width, int rows,
                  const char* const* items, int count, unsigned char* attributes, int* selected,
-                 int exitOnEnter);
+                 Key::Code exitOnEnter);
 
   ElementType type() const override { return ElementType::ColourSelector; }
 
  protected:
   void drawItem(int row, int item, unsigned char attr) override;
-  bool handleKey(int key) override;
+  bool handleKey(Key::Code key) override;
 
  private:
   unsigned char* attributes_;
 };
 
 // What a key of the selector makes of an attribute; the attribute itself for any other key.
-unsigned char steppedAttribute(unsigned char attr, int key);
+unsigned char steppedAttribute(unsigned char attr, Key::Code key);

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "console/key_codes.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
 #include "options/colours.h"
@@ -11,13 +10,13 @@
 
 namespace {
 
-constexpr int ByteKeys = 256;
+constexpr int LastByteKey = 0xFF;
 constexpr unsigned char FieldSlot = 1, FocusSlot = 2;
 
 Dialog* running = nullptr;  // the innermost dialog that runs; application thread only
 
-bool isExtended(int key) {
-  return (key & Key::ExtendedKey) != 0 && (key & Key::WideCharacter) == 0;
+bool isExtended(Key::Code key) {
+  return key.has(Key::ExtendedKey) && !key.has(Key::WideCharacter);
 }
 
 // False for a mouse message that means nothing in a dialog.
@@ -47,7 +46,7 @@ bool translateMouse(const MouseMessage& mouse, Message& message) {
     case MouseKind::RightDrag:
       return false;
   }
-  message.code = mouse.kind == MouseKind::Wheel ? mouse.wheel : 0;
+  message.value = mouse.wheel;
   message.x = mouse.x;
   message.y = mouse.y;
   return true;
@@ -70,16 +69,16 @@ bool Dialog::canChangeFocus(int, int&) {
   return true;
 }
 
-int Dialog::run() {
-  exitCode_ = 0;
+Key::Code Dialog::run() {
+  exitCode_ = Key::NoKey;
   Dialog* const outer = std::exchange(running, this);
   forgetButtons();
   setCursorShape(0);
   if (elements_.empty()) addExitKey(Key::Esc);
-  while (exitCode_ == 0) {
+  while (exitCode_ == Key::NoKey) {
     passOnHandedOver();
-    if (exitCode_ == 0) drawFocused();
-    if (exitCode_ == 0) takeInput(nextInput());
+    if (exitCode_ == Key::NoKey) drawFocused();
+    if (exitCode_ == Key::NoKey) takeInput(nextInput());
   }
   running = outer;
   if (outer) outer->forgetButtons();
@@ -107,7 +106,7 @@ void Dialog::takeInput(const Input& input) {
   Message message;
   switch (input.kind) {
     case Input::Kind::Key:
-      message.code = input.key;
+      message.key = input.key;
       return dispatch(message);
     case Input::Kind::Mouse:
       if (!translateMouse(input.mouse, message)) return;
@@ -127,7 +126,7 @@ void Dialog::dispatch(const Message& message) {
   switch (message.kind) {
     case MessageKind::Key:
       leftDownOutside_ = false;
-      if (!elements_[focus_]->handleMessage(message)) takeKey(message.code);
+      if (!elements_[focus_]->handleMessage(message)) takeKey(message.key);
       break;
     case MessageKind::RightPress:
       rightDown_ = true;
@@ -142,11 +141,11 @@ void Dialog::dispatch(const Message& message) {
   }
 }
 
-int Dialog::enterCode() const {
-  return defaultExit_ != 0 ? defaultExit_ : Key::Enter;
+Key::Code Dialog::enterCode() const {
+  return defaultExit_ != Key::NoKey ? defaultExit_ : Key::Enter;
 }
 
-void Dialog::takeKey(int key) {
+void Dialog::takeKey(Key::Code key) {
   switch (key) {
     case Key::Tab:
       moveBetweenGroups(1);
@@ -175,13 +174,13 @@ void Dialog::takeKey(int key) {
 }
 
 // A keypad operator that the dialog has no use for is a character of the text being typed.
-void Dialog::offerAsCharacter(int key) {
-  constexpr int character = 0xFF;
-  if ((key & Key::GrayKey) != 0) offerTo(focus_, {MessageKind::Key, key & character, 0, 0});
+void Dialog::offerAsCharacter(Key::Code key) {
+  const Key::Code character(key.value() & LastByteKey);
+  if (key.has(Key::GrayKey)) offerTo(focus_, {.kind = MessageKind::Key, .key = character});
 }
 
-bool Dialog::activateByKey(int key) {
-  auto activateHotKey = [this](int wanted) {
+bool Dialog::activateByKey(Key::Code key) {
+  auto activateHotKey = [this](Key::Code wanted) {
     for (auto& element : elements_) {
       if (element->hotKey != wanted) continue;
       element->activate();
@@ -190,12 +189,12 @@ bool Dialog::activateByKey(int key) {
     return false;
   };
   if (activateHotKey(key)) return true;
-  if (key < ByteKeys) {
-    return key != 0 && activateHotKey(lowerAscii(key));
+  if (key.value() <= LastByteKey) {
+    return key != Key::NoKey && activateHotKey(Key::Code(lowerAscii(key.value())));
   }
   if (!isExtended(key)) return false;
-  const int character = hotKeyChar(key);
-  if (character >= ByteKeys) return false;
+  const int character = hotKeyChar(key).value();
+  if (character > LastByteKey) return false;
   for (int i = 0; i < elementCount() && i < static_cast<int>(hotChars_.size()); ++i) {
     const unsigned char hot = static_cast<unsigned char>(hotChars_[i]);
     if (hot == 0 || lowerAscii<int>(hot) != lowerAscii(character)) continue;

@@ -12,18 +12,19 @@
 struct Input;
 
 struct ButtonSpec {
-  int exitCode;
+  Key::Code exitCode;
   const char* text;
 };
 
 // A framed window of up to 100 controls, one of which has the focus. Controls edit the caller's
 // variables in place, which must outlive the dialog. `run` returns the code that ended it: a
-// button's exit code, 13, 27, an exit key, or ProgramEnds, at which nothing is done and nothing
-// more is asked. Belongs to the thread that makes it; sendMessage may come from any thread.
+// button's exit code, Key::Enter, Key::Esc, an exit key, or ProgramEnds, at which nothing is done
+// and nothing more is asked. Belongs to the thread that makes it; sendMessage may come from any
+// thread.
 class Dialog : public Win {
  public:
   static constexpr int MaxElements = 100;
-  static constexpr int ProgramEnds = -2;
+  static constexpr Key::Code ProgramEnds{-2};
 
   Dialog(int left, int top, int right, int bottom, int attr);
   ~Dialog() override;
@@ -34,7 +35,7 @@ class Dialog : public Win {
   // attr 0: the window's. x < 0: centred. The text is copied.
   int addText(int x, int y, const char* text, unsigned char attr = 0);
   int addText(int x, int y, const Westring& text, unsigned char attr = 0);
-  int addButton(int x, int y, Group group, int exitCode, const char* text);
+  int addButton(int x, int y, Group group, Key::Code exitCode, const char* text);
   // A row with two cells between the buttons; x < 0 centres it, y < 0 counts from the bottom.
   // Returns the index of the first.
   int addButtons(int x, int y, Group group, const std::vector<ButtonSpec>& buttons);
@@ -48,23 +49,22 @@ class Dialog : public Win {
   int addCheck3(int x, int y, Group group, unsigned char* value, const char* label,
                 Label side = Label::Right);
   int addRadio(int x, int y, Group group, int* value, int myValue, const char* label);
-  int addExitKey(int key);
+  int addExitKey(Key::Code key);
   int addProgress(int x, int y, int width, const float* fraction);
-  // List boxes (list_box.h); `selected` is kept equal to the cursor's item. `exitOnEnter`: at least
-  // 1 the exit code of Enter and double click, 0 the dialog's default, -1 any key the list doesn't
-  // use ends.
+  // List boxes (list_box.h); `selected` is kept equal to the cursor's item. `exitOnEnter`: a
+  // ListExit, or the exit code of Enter and double click.
   int addList(int x, int y, Group group, int width, int rows, const char* const* items, int count,
-              int* selected, int exitOnEnter);
+              int* selected, Key::Code exitOnEnter);
   int addList(int x, int y, Group group, int width, int rows, EstringStore* items, int* selected,
-              int exitOnEnter);
+              Key::Code exitOnEnter);
   int addList(int x, int y, Group group, int width, int rows, FnStringStore* items, int* selected,
-              int exitOnEnter);
+              Key::Code exitOnEnter);
   int addColourSelector(int x, int y, Group group, int width, int rows, const char* const* items,
-                        int count, unsigned char* attributes, int* selected, int exitOnEnter);
+                        int count, unsigned char* attributes, int* selected, Key::Code exitOnEnter);
   // Any other control; the dialog takes it over. It must have been made for this dialog, just now.
   int add(std::unique_ptr<DialogElement> element);
 
-  int run();
+  Key::Code run();
   // The hot character of element i stands at index i, 0 for none; the text is copied.
   void setHotChars(const char* chars, int count);
   void setFocus(int index);
@@ -81,10 +81,10 @@ class Dialog : public Win {
   int elementCount() const { return static_cast<int>(elements_.size()); }
   DialogElement* element(int index) const { return elements_[index].get(); }
   int focus() const { return focus_; }
-  int exitCode() const { return exitCode_; }
-  void setExitCode(int code) { exitCode_ = code; }
-  int defaultExit() const { return defaultExit_; }
-  void setDefaultExit(int code) { defaultExit_ = code; }
+  Key::Code exitCode() const { return exitCode_; }
+  void setExitCode(Key::Code code) { exitCode_ = code; }
+  Key::Code defaultExit() const { return defaultExit_; }
+  void setDefaultExit(Key::Code code) { defaultExit_ = code; }
   unsigned char textAttr() const { return textAttr_; }
   unsigned char fieldAttr() const { return fieldAttr_; }
   unsigned char focusAttr() const { return focusAttr_; }
@@ -101,10 +101,10 @@ class Dialog : public Win {
   void forgetButtons();  // releases whose presses went elsewhere don't count
   void settleFocus();
   void drawFocused();
-  int enterCode() const;
-  void takeKey(int key);
-  bool activateByKey(int key);
-  void offerAsCharacter(int key);
+  Key::Code enterCode() const;
+  void takeKey(Key::Code key);
+  bool activateByKey(Key::Code key);
+  void offerAsCharacter(Key::Code key);
   void offerMouse(const Message& message);
   bool offerTo(int index, const Message& message);
   void trackOutsideClick(const Message& message);
@@ -114,8 +114,8 @@ class Dialog : public Win {
   void moveBetweenGroups(int step);
 
   std::vector<std::unique_ptr<DialogElement>> elements_;
-  int defaultExit_ = 0;
-  int exitCode_ = 0;
+  Key::Code defaultExit_;  // NoKey without buttons
+  Key::Code exitCode_;     // NoKey while the dialog runs
   int focus_ = 0;
   int currentGroup_ = 0;
   unsigned char textAttr_;

@@ -1,4 +1,3 @@
-#include "console/key_codes.h"
 #include "ui/check_box.h"
 #include "ui/colour_selector.h"
 #include "ui/dialog.h"
@@ -28,7 +27,7 @@ int Dialog::addText(int x, int y, const Westring& text, unsigned char attr) {
   return add(std::make_unique<StaticText>(*this, x, y, text, attr != 0 ? attr : this->attr()));
 }
 
-int Dialog::addButton(int x, int y, Group group, int exitCode, const char* text) {
+int Dialog::addButton(int x, int y, Group group, Key::Code exitCode, const char* text) {
   return add(std::make_unique<PushButton>(*this, x, y, group, exitCode, text));
 }
 
@@ -73,7 +72,7 @@ int Dialog::addRadio(int x, int y, Group group, int* value, int myValue, const c
   return add(std::make_unique<RadioButton>(*this, x, y, group, value, myValue, label));
 }
 
-int Dialog::addExitKey(int key) {
+int Dialog::addExitKey(Key::Code key) {
   return add(std::make_unique<ExitKey>(*this, key));
 }
 
@@ -82,26 +81,26 @@ int Dialog::addProgress(int x, int y, int width, const float* fraction) {
 }
 
 int Dialog::addList(int x, int y, Group group, int width, int rows, const char* const* items,
-                    int count, int* selected, int exitOnEnter) {
+                    int count, int* selected, Key::Code exitOnEnter) {
   return add(std::make_unique<ListBoxString>(*this, x, y, group, width, rows, items, count,
                                              selected, exitOnEnter));
 }
 
 int Dialog::addList(int x, int y, Group group, int width, int rows, EstringStore* items,
-                    int* selected, int exitOnEnter) {
+                    int* selected, Key::Code exitOnEnter) {
   return add(std::make_unique<ListBoxEstring>(*this, x, y, group, width, rows, items, selected,
                                               exitOnEnter));
 }
 
 int Dialog::addList(int x, int y, Group group, int width, int rows, FnStringStore* items,
-                    int* selected, int exitOnEnter) {
+                    int* selected, Key::Code exitOnEnter) {
   return add(std::make_unique<ListBoxFnString>(*this, x, y, group, width, rows, items, selected,
                                                exitOnEnter));
 }
 
 int Dialog::addColourSelector(int x, int y, Group group, int width, int rows,
                               const char* const* items, int count, unsigned char* attributes,
-                              int* selected, int exitOnEnter) {
+                              int* selected, Key::Code exitOnEnter) {
   return add(std::make_unique<ColourSelector>(*this, x, y, group, width, rows, items, count,
                                               attributes, selected, exitOnEnter));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "console/key_codes.h"
 #include "foundation/westring.h"
 
 class Dialog;
@@ -12,16 +13,17 @@ enum class MessageKind : int {
   LeftDrag = 5,
   RightPress = 6,
   RightRelease = 7,
-  Wheel = 8,        // code is the direction
-  ListLength = 10,  // code is the new length
+  Wheel = 8,        // value is the direction
+  ListLength = 10,  // value is the new length
   ListContent = 11
 };
 
 struct Message {
   MessageKind kind = MessageKind::Key;
-  int code = 0;
+  Key::Code key = {};
   int x = 0;  // interior coordinates
   int y = 0;
+  int value = 0;
 };
 
 enum class ElementType : int {
@@ -42,6 +44,14 @@ enum class Label { Left, Right };
 enum class KeepFormat { No, Yes };
 enum class Focus { Lost, Gained };
 
+// What keys and clicks in a list that end do; any other code is the exit code of Enter and of a
+// double click.
+namespace ListExit {
+inline constexpr Key::Code DialogDefault{
+    0};                                 // Enter and double click end with the dialog's default
+inline constexpr Key::Code AnyKey{-1};  // also a single click, and any key the list doesn't use
+}  // namespace ListExit
+
 // One control of a dialog (dialog.h), which owns it. Only the dialog's thread calls it.
 class DialogElement {
  public:
@@ -61,7 +71,7 @@ class DialogElement {
   int x() const { return x_; }
   int y() const { return y_; }
   bool enabled = true;
-  int hotKey = 0;
+  Key::Code hotKey;
   bool tabStop = false;
   int group = 0;       // index of the head of its group
   int groupFocus = 0;  // on a head: the member that last had the focus

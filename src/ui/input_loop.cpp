@@ -4,9 +4,9 @@
 
 namespace {
 
-Input::Kind kindOf(int key) {
+Input::Kind kindOf(Key::Code key) {
   switch (key) {
-    case 0:
+    case Key::NoKey:
       return Input::Kind::TimeOut;
     case Key::MouseEvent:
       return Input::Kind::Mouse;
@@ -21,7 +21,7 @@ Input::Kind kindOf(int key) {
 
 Input nextInput(int waitMs) {
   Input input;
-  input.key = programEnds() ? 0 : getKey(&input.mouse, waitMs);
+  input.key = programEnds() ? Key::NoKey : getKey(&input.mouse, waitMs);
   input.kind = programEnds() ? Input::Kind::End : kindOf(input.key);
   return input;
 }

@@ -14,7 +14,7 @@ struct Input {
     End       // the program has to end: it was asked to, or its display has gone
   };
   Kind kind = Kind::TimeOut;
-  int key = 0;         // of a Key
+  Key::Code key;       // of a Key
   MouseMessage mouse;  // of a Mouse; with a Key its `state` are the modifiers
 };
 

@@ -5,18 +5,15 @@
 #include <cwchar>
 #include <string>
 
-#include "console/key_codes.h"
-
 namespace {
 
 Westring decimal(int value) {
   return Westring(std::to_wstring(value).c_str());
 }
 
-bool isRefused(int key) {
-  if (key & Key::WideCharacter) return true;
-  const bool printable = key >= ' ' && key < Key::ExtendedKey && key != Key::CtrlBackspace;
-  return printable && (key < '0' || key > '9');
+bool isRefused(Key::Code key) {
+  const bool printable = key.isText() && key != Key::CtrlBackspace;
+  return printable && (key.character() < L'0' || key.character() > L'9');
 }
 
 }  // namespace
@@ -34,7 +31,7 @@ IntegerField::IntegerField(Dialog& dialog, int x, int y, Group newGroup, int* va
       keepFormat_(keepFormat) {}
 
 bool IntegerField::handleMessage(const Message& message) {
-  if (message.kind == MessageKind::Key && isRefused(message.code)) return false;
+  if (message.kind == MessageKind::Key && isRefused(message.key)) return false;
   const bool handled = StringField::handleMessage(message);
   if (handled) *value_ = parseInteger(*text_);
   return handled;

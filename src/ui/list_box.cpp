@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-#include "console/key_codes.h"
 #include "options/colours.h"
 #include "ui/dialog.h"
 #include "ui/plain_elements.h"
 
 ListBoxBase::ListBoxBase(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
-                         int itemCount, int* selected, int exitOnEnter)
+                         int itemCount, int* selected, Key::Code exitOnEnter)
     : DialogElement(dialog, x, y, newGroup),
       width_(std::max(width, 1)),
       rows_(std::max(rows, 1)),
@@ -23,22 +22,22 @@ ListBoxBase::ListBoxBase(Dialog& dialog, int x, int y, Group newGroup, int width
 bool ListBoxBase::handleMessage(const Message& message) {
   switch (message.kind) {
     case MessageKind::Key:
-      return handleKey(message.code);
+      return handleKey(message.key);
     case MessageKind::ListLength:
-      setLength(message.code);
+      setLength(message.value);
       return true;
     case MessageKind::ListContent:
       drawnTop_ = -1;
       draw();
       return true;
     case MessageKind::Wheel:
-      return enabled && wheel(message.code);
+      return enabled && wheel(message.value);
     default:
       return enabled && handleMouse(message);
   }
 }
 
-bool ListBoxBase::handleKey(int key) {
+bool ListBoxBase::handleKey(Key::Code key) {
   if (moveByKey(key)) {
     storeAndDraw();
     return true;
@@ -52,7 +51,7 @@ bool ListBoxBase::handleKey(int key) {
   return true;
 }
 
-bool ListBoxBase::moveByKey(int key) {
+bool ListBoxBase::moveByKey(Key::Code key) {
   switch (key) {
     case Key::Up:
       moveTo(selectedItem() - 1);
@@ -102,10 +101,11 @@ void ListBoxBase::pageDown() {
 }
 
 void ListBoxBase::enter() {
-  if (exitOnEnter_ > 0) {
+  if (exitOnEnter_ != ListExit::DialogDefault && exitOnEnter_ != ListExit::AnyKey) {
     dialog_.setExitCode(exitOnEnter_);
   } else {
-    dialog_.setExitCode(dialog_.defaultExit() != 0 ? dialog_.defaultExit() : Key::Enter);
+    const bool hasDefault = dialog_.defaultExit() != Key::NoKey;
+    dialog_.setExitCode(hasDefault ? dialog_.defaultExit() : Key::Enter);
   }
 }
 
@@ -162,7 +162,8 @@ void ListBoxBase::putRow(int row, const Westring& text, unsigned char attr) {
 }
 
 ListBoxString::ListBoxString(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
-                             const char* const* items, int count, int* selected, int exitOnEnter)
+                             const char* const* items, int count, int* selected,
+                             Key::Code exitOnEnter)
     : ListBoxBase(dialog, x, y, newGroup, width, rows, count, selected, exitOnEnter),
       items_(items) {}
 
@@ -175,7 +176,7 @@ void ListBoxString::drawItem(int row, int item, unsigned char attr) {
 }
 
 ListBoxEstring::ListBoxEstring(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
-                               const EstringStore* items, int* selected, int exitOnEnter)
+                               const EstringStore* items, int* selected, Key::Code exitOnEnter)
     : ListBoxBase(dialog, x, y, newGroup, width, rows, items->count(), selected, exitOnEnter),
       items_(items) {}
 
@@ -185,7 +186,7 @@ void ListBoxEstring::drawItem(int row, int item, unsigned char attr) {
 }
 
 ListBoxFnString::ListBoxFnString(Dialog& dialog, int x, int y, Group newGroup, int width, int rows,
-                                 const FnStringStore* items, int* selected, int exitOnEnter)
+                                 const FnStringStore* items, int* selected, Key::Code exitOnEnter)
     : ListBoxBase(dialog, x, y, newGroup, width, rows, items->count(), selected, exitOnEnter),
       items_(items) {}
 

@@ -3,19 +3,13 @@
 #include "foundation/string_collections.h"
 #include "ui/dialog_element.h"
 
-// What keys and clicks that end do; at least 1: the exit code of Enter and of a double click.
-namespace ListExit {
-inline constexpr int DialogDefault = 0;  // Enter and double click end with the dialog's default
-inline constexpr int AnyKey = -1;  // also a single click, and any key that the list doesn't use
-}  // namespace ListExit
-
 // A scrolling selector. Subclasses say where the strings come from. A worker thread may change the
 // list of an open dialog through Dialog::sendMessage (ListLength, ListContent).
 class ListBoxBase : public DialogElement {
  public:
   // `selected` is the caller's and is kept equal to the cursor's entry; 0 in an empty list.
   ListBoxBase(Dialog& dialog, int x, int y, Group group, int width, int rows, int itemCount,
-              int* selected, int exitOnEnter);
+              int* selected, Key::Code exitOnEnter);
 
   bool handleMessage(const Message& message) override;
   ElementType type() const override { return ElementType::ListBox; }
@@ -28,7 +22,7 @@ class ListBoxBase : public DialogElement {
  protected:
   // Paints a visible row with an entry, which lies past the end of the list for a blank row.
   virtual void drawItem(int row, int item, unsigned char attr) = 0;
-  virtual bool handleKey(int key);
+  virtual bool handleKey(Key::Code key);
   void putRow(int row, const Westring& text, unsigned char attr);  // padded or cut to the width
   bool isSelected(int item) const { return item == topItem_ + cursorRow_; }
   int selectedItem() const { return topItem_ + cursorRow_; }
@@ -36,7 +30,7 @@ class ListBoxBase : public DialogElement {
   void drawCursorRow();
 
  private:
-  bool moveByKey(int key);
+  bool moveByKey(Key::Code key);
   void moveTo(int item);
   void pageDown();
   void pageUp();
@@ -58,14 +52,14 @@ class ListBoxBase : public DialogElement {
   int drawnTop_ = -1;  // the last paint; -1 forces a full one
   int drawnRow_ = -1;
   int* selected_;
-  int exitOnEnter_;
+  Key::Code exitOnEnter_;
 };
 
 // Over an array of strings in the console's code page, which stays the caller's.
 class ListBoxString : public ListBoxBase {
  public:
   ListBoxString(Dialog& dialog, int x, int y, Group group, int width, int rows,
-                const char* const* items, int count, int* selected, int exitOnEnter);
+                const char* const* items, int count, int* selected, Key::Code exitOnEnter);
 
  protected:
   void drawItem(int row, int item, unsigned char attr) override;
@@ -79,7 +73,7 @@ class ListBoxString : public ListBoxBase {
 class ListBoxEstring : public ListBoxBase {
  public:
   ListBoxEstring(Dialog& dialog, int x, int y, Group group, int width, int rows,
-                 const EstringStore* items, int* selected, int exitOnEnter);
+                 const EstringStore* items, int* selected, Key::Code exitOnEnter);
 
  protected:
   void drawItem(int row, int item, unsigned char attr) override;
@@ -92,7 +86,7 @@ class ListBoxEstring : public ListBoxBase {
 class ListBoxFnString : public ListBoxBase {
  public:
   ListBoxFnString(Dialog& dialog, int x, int y, Group group, int width, int rows,
-                  const FnStringStore* items, int* selected, int exitOnEnter);
+                  const FnStringStore* items, int* selected, Key::Code exitOnEnter);
 
  protected:
   void drawItem(int row, int item, unsigned char attr) override;

@@ -20,7 +20,7 @@ void StaticText::draw() {
   }
 }
 
-ExitKey::ExitKey(Dialog& dialog, int key) : DialogElement(dialog, 0, 0, Group::Same) {
+ExitKey::ExitKey(Dialog& dialog, Key::Code key) : DialogElement(dialog, 0, 0, Group::Same) {
   enabled = false;
   hotKey = key;
 }

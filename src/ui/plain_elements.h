@@ -24,7 +24,7 @@ class StaticText : public DialogElement {
 // Invisible: lets a key end the dialog with its own code.
 class ExitKey : public DialogElement {
  public:
-  ExitKey(Dialog& dialog, int key);
+  ExitKey(Dialog& dialog, Key::Code key);
 
   void activate() override;
   ElementType type() const override { return ElementType::ExitKey; }

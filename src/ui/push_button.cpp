@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "console/key_codes.h"
 #include "ui/dialog.h"
 #include "ui/plain_elements.h"
 
@@ -14,11 +13,11 @@ Westring buttonLabel(const char* label) {
 
 }  // namespace
 
-PushButton::PushButton(Dialog& dialog, int x, int y, Group newGroup, int exitCode,
+PushButton::PushButton(Dialog& dialog, int x, int y, Group newGroup, Key::Code exitCode,
                        const char* label)
     : DialogElement(dialog, x, y, newGroup), label_(buttonLabel(label)), exitCode_(exitCode) {
   hotKey = exitCode;
-  if (dialog.defaultExit() == 0) dialog.setDefaultExit(exitCode);
+  if (dialog.defaultExit() == Key::NoKey) dialog.setDefaultExit(exitCode);
 }
 
 int PushButton::widthOf(const char* label) {
@@ -27,7 +26,7 @@ int PushButton::widthOf(const char* label) {
 
 bool PushButton::handleMessage(const Message& message) {
   if (message.kind == MessageKind::Key) {
-    if (message.code != Key::Space && message.code != Key::Enter) return false;
+    if (message.key != Key::Space && message.key != Key::Enter) return false;
     activate();
     return true;
   }

@@ -9,17 +9,17 @@ class PushButton : public DialogElement {
   static constexpr int MaxLabelBytes = 43;
   static constexpr int BracketCells = 4;  // what the brackets add to the label
 
-  PushButton(Dialog& dialog, int x, int y, Group group, int exitCode, const char* label);
+  PushButton(Dialog& dialog, int x, int y, Group group, Key::Code exitCode, const char* label);
 
   bool handleMessage(const Message& message) override;
   void activate() override;
   ElementType type() const override { return ElementType::PushButton; }
   void draw() override;
 
-  int exitCode() const { return exitCode_; }
+  Key::Code exitCode() const { return exitCode_; }
   static int widthOf(const char* label);  // cells, brackets included
 
  private:
   Westring label_;
-  int exitCode_;
+  Key::Code exitCode_;
 };

@@ -19,7 +19,7 @@ class Screen {
  protected:
   // Brings the cells up to date; before every wait, inside a batch.
   virtual void draw() = 0;
-  virtual void onKey(int key, int shiftState) = 0;
+  virtual void onKey(Key::Code key, int shiftState) = 0;
   virtual void onMouse(const MouseMessage&) {}
   virtual void onShift(int /*shiftState*/) {}
   virtual void onTimeOut() {}

@@ -3,27 +3,20 @@
 #include <algorithm>
 
 #include "console/clipboard.h"
-#include "console/key_codes.h"
 #include "ui/dialog.h"
 #include "ui/word_motion.h"
 
 namespace {
 
-constexpr int FirstPrintable = 32;
 constexpr wchar_t HistoryArrow = 0x2193;
 constexpr int HistoryRows = 6;
 constexpr int FrameCells = 2;
-
-bool isCharacterKey(int key, int lowest) {
-  if (key & Key::WideCharacter) return true;
-  return key >= lowest && key < Key::ExtendedKey;
-}
 
 unsigned char swappedNibbles(unsigned char attr) {
   return static_cast<unsigned char>(attr << 4 | attr >> 4);
 }
 
-bool isSelectingKey(int key) {
+bool isSelectingKey(Key::Code key) {
   switch (key) {
     case Key::ShiftHome:
     case Key::ShiftEnd:
@@ -49,7 +42,7 @@ StringField::StringField(Dialog& dialog, int x, int y, Group newGroup, Westring*
       history_(history) {}
 
 StringField::~StringField() {
-  const int ended = dialog_.exitCode();
+  const Key::Code ended = dialog_.exitCode();
   if (ended != Key::Esc && ended != Dialog::ProgramEnds) StringField::commit();
 }
 
@@ -64,7 +57,7 @@ void StringField::activate() {
 bool StringField::handleMessage(const Message& message) {
   switch (message.kind) {
     case MessageKind::Key:
-      return handleKey(message.code);
+      return handleKey(message.key);
     case MessageKind::LeftPress:
       return pressed(message);
     case MessageKind::LeftRelease:
@@ -101,7 +94,7 @@ void StringField::placeCursor(const Message& message) {
   cursor_ = std::min(scroll_ + message.x - x(), text_->length());
 }
 
-bool StringField::handleKey(int key) {
+bool StringField::handleKey(Key::Code key) {
   clampToText();
   const int oldCursor = cursor_;
   const bool handled = takeKey(key);
@@ -112,7 +105,7 @@ bool StringField::handleKey(int key) {
 }
 
 // Only cursor keys extend a selection: Shift-Delete and Shift-Insert cut and paste.
-void StringField::updateSelection(int key, int oldCursor) {
+void StringField::updateSelection(Key::Code key, int oldCursor) {
   if (isSelectingKey(key)) {
     if (!selecting_) anchor_ = oldCursor;
     selecting_ = true;
@@ -121,11 +114,11 @@ void StringField::updateSelection(int key, int oldCursor) {
   }
 }
 
-bool StringField::takeKey(int key) {
+bool StringField::takeKey(Key::Code key) {
   if (quoteNext_) {
     quoteNext_ = false;
-    if (isCharacterKey(key, 0)) {
-      insertCharacter(key & ~Key::WideCharacter);
+    if (key.isCharacter()) {
+      insertCharacter(key.character());
       return true;
     }
   }
@@ -166,13 +159,13 @@ bool StringField::takeKey(int key) {
   }
 }
 
-bool StringField::takeCharacter(int key) {
-  if (!isCharacterKey(key, FirstPrintable)) return false;
-  insertCharacter(key & ~Key::WideCharacter);
+bool StringField::takeCharacter(Key::Code key) {
+  if (!key.isText()) return false;
+  insertCharacter(key.character());
   return true;
 }
 
-bool StringField::moveByKey(int key) {
+bool StringField::moveByKey(Key::Code key) {
   switch (key) {
     case Key::Home:
     case Key::ShiftHome:

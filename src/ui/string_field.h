@@ -28,11 +28,11 @@ class StringField : public DialogElement {
   Westring* text_;
 
  private:
-  bool handleKey(int key);
-  bool takeKey(int key);
-  bool takeCharacter(int key);
-  bool moveByKey(int key);
-  void updateSelection(int key, int oldCursor);
+  bool handleKey(Key::Code key);
+  bool takeKey(Key::Code key);
+  bool takeCharacter(Key::Code key);
+  bool moveByKey(Key::Code key);
+  void updateSelection(Key::Code key, int oldCursor);
   void clampToText();
   void scrollToCursor();
   int selectionStart() const;

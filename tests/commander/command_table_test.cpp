@@ -99,30 +99,30 @@ const Code ProgramCodes[] = {
     {"Full Screen to Retain Dir Count", 0x100131, 0x100137},
 };
 
-std::set<int> programCodes() {
-  std::set<int> codes;
+std::set<Key::Code> programCodes() {
+  std::set<Key::Code> codes;
   for (const Code& row : ProgramCodes) {
-    for (int code = row.first; code <= row.last; ++code) codes.insert(code);
+    for (int code = row.first; code <= row.last; ++code) codes.insert(Key::Code(code));
   }
   return codes;
 }
 
-bool hasCode(const Command& command, int code) {
+bool hasCode(const Command& command, Key::Code code) {
   return std::ranges::count(command.codes, code) > 0;
 }
 
 TEST(CommandTable, EveryCodeOfTheProgramRunsACommandAndNoOtherDoes) {
-  const std::set<int> expected = programCodes();
-  std::set<int> found;
+  const std::set<Key::Code> expected = programCodes();
+  std::set<Key::Code> found;
   for (const Command& command : commandTable()) {
-    for (int code : command.codes) {
-      EXPECT_TRUE(expected.contains(code)) << command.name << " " << std::hex << code;
+    for (Key::Code code : command.codes) {
+      EXPECT_TRUE(expected.contains(code)) << command.name << " " << code;
       found.insert(code);
     }
   }
   for (const Code& row : ProgramCodes) {
     for (int code = row.first; code <= row.last; ++code) {
-      EXPECT_TRUE(found.contains(code)) << row.name << " " << std::hex << code;
+      EXPECT_TRUE(found.contains(Key::Code(code))) << row.name << " " << Key::Code(code);
     }
   }
 }
@@ -132,7 +132,7 @@ TEST(CommandTable, EveryRowHasANameOfItsOwnAndACode) {
   for (const Command& command : commandTable()) {
     EXPECT_TRUE(names.insert(command.name).second) << command.name;
     EXPECT_FALSE(command.codes.empty()) << command.name;
-    EXPECT_EQ(std::set<int>(command.codes.begin(), command.codes.end()).size(),
+    EXPECT_EQ(std::set<Key::Code>(command.codes.begin(), command.codes.end()).size(),
               command.codes.size())
         << command.name;
   }
@@ -141,7 +141,7 @@ TEST(CommandTable, EveryRowHasANameOfItsOwnAndACode) {
 TEST(CommandTable, NoRowIsHiddenBehindAnEarlierOneOfItsCodes) {
   for (const Command& command : commandTable()) {
     EXPECT_FALSE(includes(command.when, When::ShiftHeld | When::ShiftUp)) << command.name;
-    for (int code : command.codes) {
+    for (Key::Code code : command.codes) {
       for (const Command* earlier : commandsOf(code)) {
         if (earlier == &command) break;
         EXPECT_FALSE(includes(command.when, earlier->when))
@@ -152,12 +152,12 @@ TEST(CommandTable, NoRowIsHiddenBehindAnEarlierOneOfItsCodes) {
 }
 
 // Keyboards that tell Ctrl with a letter or Enter by its scan code.
-bool isScannedCtrl(int code) {
-  return (code & 0x80000) != 0 && code < 0x100000;
+bool isScannedCtrl(Key::Code code) {
+  return (code.value() & 0x80000) != 0 && code.value() < 0x100000;
 }
 
 TEST(CommandTable, EveryCodeIsAKeysOrAMenuItems) {
-  std::set<int> reached;
+  std::set<Key::Code> reached;
   for (const KeyRow& row : keyTable()) reached.insert(row.code);
   for (const Menu& menu : menus()) {
     for (const menuItem& item : menu.items) reached.insert(item.code);
@@ -167,9 +167,8 @@ TEST(CommandTable, EveryCodeIsAKeysOrAMenuItems) {
     reached.insert(Key::ctrlDigit(digit) | Key::ShiftedKey);
   }
   for (const Command& command : commandTable()) {
-    for (int code : command.codes) {
-      EXPECT_TRUE(reached.contains(code) || isScannedCtrl(code))
-          << command.name << " " << std::hex << code;
+    for (Key::Code code : command.codes) {
+      EXPECT_TRUE(reached.contains(code) || isScannedCtrl(code)) << command.name << " " << code;
     }
   }
 }
@@ -178,7 +177,7 @@ TEST(CommandTable, EveryMenuItemIsARowAndEveryRowWithATextIsAnItem) {
   std::set<std::string> shown;
   for (const Menu& menu : menus()) {
     for (const menuItem& item : menu.items) {
-      if (item.code == 0) {
+      if (item.code == Key::NoKey) {
         EXPECT_TRUE(item.isSeparator());
         continue;
       }
@@ -201,8 +200,8 @@ TEST(CommandTable, EveryLabelStandsOnTheKeyBarOverItsKey) {
   for (int state = 0; state <= ShiftState::Mask; ++state) {
     if ((state & ShiftState::Mask) != state) continue;
     for (int number = 1; number <= KeyBarFields; ++number) {
-      const int code = functionKey(number, state);
-      if (code == 0) continue;
+      const Key::Code code = functionKey(number, state);
+      if (code == Key::NoKey) continue;
       for (const Command& command : commandTable()) {
         if (!command.label || !hasCode(command, code)) continue;
         EXPECT_EQ(keyBarLabel(number, state), std::to_string(number) + command.label);
@@ -239,7 +238,7 @@ class CommandEffects : public MainLoopTest {
   std::string everything() {
     using namespace GlobalOptions;
     std::ostringstream out;
-    out << screenText() << console->eventCount() << line() << loop.pendingKey;
+    out << screenText() << console->eventCount() << line() << loop.pendingKey.value();
     for (const std::string& call : log.take()) out << call;
     out << homeDir.exists(".tdx/td.ini");
     for (const Panel& panel : panelPair().side) {
@@ -253,7 +252,7 @@ class CommandEffects : public MainLoopTest {
   }
 
   // A box or a window that opens is left at once.
-  bool changesSomething(int code) {
+  bool changesSomething(Key::Code code) {
     queueKey(Key::Esc);
     queueKey(Key::Esc);
     const std::string name = "new" + std::to_string(++written);  // for those that read again

@@ -34,7 +34,7 @@ class FileDialogs : public MainLoopTest {
     return rows;
   }
   // Types over the proposed text and ends the dialog.
-  void answer(int key, int state, const std::string& text) {
+  void answer(Key::Code key, int state, const std::string& text) {
     queueText(text);
     queueKey(Key::Enter);
     press(key, state);

@@ -220,11 +220,11 @@ TEST_F(GoCommands, AShortcutLeadsToTheDirectoryOfExactlyItsName) {
     leftDir.makeDir(name);
     goTo("");
     GlobalOptions::directoryShortcuts[3] = leftDir.wide(name);
-    press(0x40003, Ctrl);
+    press(Key::ctrlDigit(3), Ctrl);
     EXPECT_EQ(place(), in(name));
     goTo("");
     GlobalOptions::directoryShortcuts[3] = decodeFileName(name.c_str());
-    press(0x40003, Ctrl);
+    press(Key::ctrlDigit(3), Ctrl);
     EXPECT_EQ(place(), in(name));
   }
   sessionEnvironment().set("TD_TEST_PLACE", "");

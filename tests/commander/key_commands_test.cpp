@@ -13,7 +13,7 @@ enum class Situation { Lists, BothOff, Info, InArchive };
 
 struct CommandRow {
   const char* name;
-  int key;
+  Key::Code key;
   int state;
   bool whenOff, whenInfo, whenInArchive;  // acts also then
 };
@@ -107,7 +107,7 @@ class KeyCommands : public MainLoopTest {
   }
 
   // True when the key called a module, saved, or opened a window, which the queued Esc then left.
-  bool acts(int key, int state) {
+  bool acts(Key::Code key, int state) {
     queueKey(Key::Esc);
     queueKey(Key::Esc);
     press(key, state);
@@ -159,12 +159,13 @@ INSTANTIATE_TEST_SUITE_P(Keys, CommandConditions, testing::ValuesIn(CommandRows)
 TEST_F(KeyCommands, KeysWithoutAFunctionHereDoNothing) {
   press(Key::F11);
   const std::string before = screenText();
-  for (int key : {Key::ShiftF1, Key::AltF1, Key::AltF2, Key::ctrl('w'), Key::ctrl('b'),
-                  Key::ctrl('g'), Key::ctrl('v'), Key::ctrl('z'), Key::F11, Key::F12, Key::CtrlF9,
-                  Key::CtrlF10, 0x10070 + 0x30, 0x4000A, 0x4000F, 0x40040}) {
-    EXPECT_FALSE(acts(key, 0)) << std::hex << key;
-    EXPECT_EQ(line(), "") << std::hex << key;
-    EXPECT_TRUE(left().quickSearch.empty()) << std::hex << key;
+  for (Key::Code key :
+       {Key::ShiftF1, Key::AltF1, Key::AltF2, Key::ctrl('w'), Key::ctrl('b'), Key::ctrl('g'),
+        Key::ctrl('v'), Key::ctrl('z'), Key::F11, Key::F12, Key::CtrlF9, Key::CtrlF10, Key::AltDown,
+        Key::Code(0x4000A), Key::Code(0x4000F), Key::Code(0x40040)}) {
+    EXPECT_FALSE(acts(key, 0)) << key;
+    EXPECT_EQ(line(), "") << key;
+    EXPECT_TRUE(left().quickSearch.empty()) << key;
   }
   EXPECT_TRUE(screenText() == before);
 }
@@ -172,11 +173,11 @@ TEST_F(KeyCommands, KeysWithoutAFunctionHereDoNothing) {
 TEST_F(KeyCommands, UnconnectedModulesLeaveTheirKeysSilent) {
   commandSeams() = CommandSeams{};
   SeamLog::disconnect();
-  for (int key : {Key::F1, Key::F3, Key::AltF3, Key::F4, Key::AltF4, Key::ShiftF7, Key::AltF7,
-                  Key::AltF6, Key::AltF10, Key::ctrl('a'), Key::ctrl('c'), Key::ctrl('k'),
-                  Key::ctrl('q'), Key::CtrlShiftF5, Key::ShiftAltF8, MenuCode::Configuration,
-                  Key::Enter, Key::CtrlPageDown}) {
-    EXPECT_FALSE(acts(key, 0)) << std::hex << key;
+  for (Key::Code key : {Key::F1, Key::F3, Key::AltF3, Key::F4, Key::AltF4, Key::ShiftF7, Key::AltF7,
+                        Key::AltF6, Key::AltF10, Key::ctrl('a'), Key::ctrl('c'), Key::ctrl('k'),
+                        Key::ctrl('q'), Key::CtrlShiftF5, Key::ShiftAltF8, MenuCode::Configuration,
+                        Key::Enter, Key::CtrlPageDown}) {
+    EXPECT_FALSE(acts(key, 0)) << key;
   }
   EXPECT_EQ(currentName(left()), "file.txt");
 }
@@ -185,7 +186,7 @@ TEST_F(KeyCommands, UnconnectedModulesLeaveTheirKeysSilent) {
 
 TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
   const struct {
-    int key;
+    Key::Code key;
     const char* call;
   } rows[] = {
       {Key::F1, "help 1"},
@@ -213,10 +214,10 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
 }
 
 TEST_F(KeyCommands, SaveSetupWritesTheConfigurationFile) {
-  for (int key : {Key::ShiftF9, MenuCode::SaveSetup}) {
+  for (Key::Code key : {Key::ShiftF9, MenuCode::SaveSetup}) {
     GlobalOptions::Hidden = true;
     press(key);
-    EXPECT_TRUE(homeDir.exists(".tdx/td.ini")) << std::hex << key;
+    EXPECT_TRUE(homeDir.exists(".tdx/td.ini")) << key;
     std::filesystem::remove_all(homeDir.path(".tdx"));
   }
 }
@@ -259,13 +260,13 @@ TEST_F(KeyCommands, TheMenuItemDirectoryHistoryNeedsNoAlt) {
 }
 
 TEST_F(KeyCommands, AChosenDirectoryBecomesThePanelsFromTheTop) {
-  for (int key : {Key::AltF10, Key::ShiftAltF8}) {
+  for (Key::Code key : {Key::AltF10, Key::ShiftAltF8}) {
     goToPath(left(), leftDir.wide());
     left().cursor = 1;
     left().depth = 3;
     log.directory = rightDir.wide();
     press(key);
-    EXPECT_EQ(bytes(left().path), rightDir.path()) << std::hex << key;
+    EXPECT_EQ(bytes(left().path), rightDir.path()) << key;
     EXPECT_EQ(left().top + left().cursor, 0);
     EXPECT_EQ(left().depth, -1);
   }
@@ -339,7 +340,7 @@ TEST_F(KeyCommands, AltF3TakesTheSecondViewerAndNoAssociation) {
 
 TEST_F(KeyCommands, ViewCountsADirectoryAndEditLeavesItAlone) {
   leftDir.write("dir/file", std::string(321, 'x'));
-  for (const int key : {Key::F3, Key::ctrl('q')}) {
+  for (const Key::Code key : {Key::F3, Key::ctrl('q')}) {
     cursorTo("dir");
     entry& item = *left().currentEntry();
     item.level = 0;
@@ -404,10 +405,10 @@ TEST_F(KeyCommands, AnEmptyListHasNothingToViewEditOrCount) {
   left().filter = L"nothing.at.all";
   goToPath(left(), L"/dev/shm");
   clearListing(left());
-  for (int key : {Key::F3, Key::F4, Key::AltF3, Key::AltF4, Key::ctrl('q'), Key::Enter,
-                  Key::CtrlPageDown, Key::Insert, Key::CtrlEnter, Key::ctrl('f')}) {
+  for (Key::Code key : {Key::F3, Key::F4, Key::AltF3, Key::AltF4, Key::ctrl('q'), Key::Enter,
+                        Key::CtrlPageDown, Key::Insert, Key::CtrlEnter, Key::ctrl('f')}) {
     press(key);
-    EXPECT_TRUE(log.take().empty()) << std::hex << key;
+    EXPECT_TRUE(log.take().empty()) << key;
   }
   EXPECT_EQ(line(), "");
 }
@@ -416,7 +417,7 @@ TEST_F(KeyCommands, AnEmptyListHasNothingToViewEditOrCount) {
 
 TEST_F(KeyCommands, CopyAndMoveOpenTheirDialogs) {
   const struct {
-    int key;
+    Key::Code key;
     const char* text;
     const char* field;
   } rows[] = {
@@ -449,7 +450,7 @@ TEST_F(KeyCommands, AnArchiveInTheOtherPanelTakesCopyAndMove) {
 TEST_F(KeyCommands, ExitAsksUnlessTheQuestionIsOff) {
   dialogScreen("Are you sure you want to exit TD/X ?", [&] { press(Key::F10); });
   EXPECT_FALSE(loop.leaving);
-  for (int key : {int{'y'}, int{'Y'}, Key::Enter}) {
+  for (Key::Code key : {Key::Code('y'), Key::Code('Y'), Key::Enter}) {
     loop.leaving = false;
     dialogScreen(
         "Are you sure you want to exit TD/X ?", [&] { press(Key::F10); }, key);

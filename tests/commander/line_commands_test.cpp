@@ -48,13 +48,13 @@ TEST_F(LineKeys, AnyCharacterOfUnicodeCanBeTyped) {
   type("aŁ世😀");
   EXPECT_EQ(line(), "aŁ世😀");
   // These have the numbers of function keys.
-  press(Key::WideCharacter | 0x1003B);
-  press(Key::WideCharacter | 0x2000A);
+  press(Key::Code(0x1003B) | Key::WideCharacter);
+  press(Key::Code(0x2000A) | Key::WideCharacter);
   EXPECT_EQ(loop.line.text().length(), 6);
 }
 
 TEST_F(LineKeys, CharactersWithTheNumbersOfOldCodesAreText) {
-  for (int code : {0x12D, 0x130, 0x132, 0x133}) press(code);
+  for (wchar_t character : {L'\x12D', L'\x130', L'\x132', L'\x133'}) press(character);
   EXPECT_EQ(line(), "ĭİĲĳ");
 }
 
@@ -66,7 +66,7 @@ TEST_F(LineKeys, TheLineHolds511Characters) {
 TEST_F(LineKeys, EveryEditingKeyDoesItsWork) {
   const struct {
     const char* what;
-    int key;
+    Key::Code key;
     const char* result;
   } rows[] = {
       {"left", Key::Left, "one two.thre|e"},
@@ -83,7 +83,7 @@ TEST_F(LineKeys, EveryEditingKeyDoesItsWork) {
   }
   const struct {
     const char* what;
-    int key;
+    Key::Code key;
     const char* result;
   } fromStart[] = {
       {"right", Key::Right, "o|ne two.three"},
@@ -241,12 +241,12 @@ TEST_F(LineKeys, CtrlJOnTheLinesStartInsertsTheNameQuoted) {
 
 TEST_F(LineKeys, CtrlJWithShiftCopiesTheNameAsItIs) {
   cursorTo("two words");
-  for (const auto& [key, state] : {std::pair{int{Key::CtrlShiftJ}, Ctrl | Shift},
-                                   std::pair{int{Key::CtrlShiftEnter}, Ctrl | Shift},
-                                   std::pair{int{Key::CtrlEnter}, Ctrl | Shift}}) {
+  for (const auto& [key, state] :
+       {std::pair{Key::CtrlShiftJ, Ctrl | Shift}, std::pair{Key::CtrlShiftEnter, Ctrl | Shift},
+        std::pair{Key::CtrlEnter, Ctrl | Shift}}) {
     clipboardSetText(L"");
     press(key, state);
-    EXPECT_EQ(bytes(clipboardGetText()), "two words") << std::hex << key;
+    EXPECT_EQ(bytes(clipboardGetText()), "two words") << key;
   }
   EXPECT_EQ(line(), "");
 }
@@ -261,10 +261,10 @@ TEST_F(LineKeys, CtrlFInsertsTheFullPathAtTheCursor) {
 
 TEST_F(LineKeys, CtrlFWithShiftCopiesTheFullPath) {
   cursorTo("two words");
-  for (int key : {Key::CtrlShiftF, Key::ctrl('f')}) {
+  for (Key::Code key : {Key::CtrlShiftF, Key::ctrl('f')}) {
     clipboardSetText(L"");
     press(key, Ctrl | Shift);
-    EXPECT_EQ(bytes(clipboardGetText()), leftDir.path("two words")) << std::hex << key;
+    EXPECT_EQ(bytes(clipboardGetText()), leftDir.path("two words")) << key;
   }
   EXPECT_EQ(line(), "");
 }

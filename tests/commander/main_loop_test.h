@@ -44,22 +44,22 @@ class MainLoopTest : public PanelScreenTest {
     ASSERT_EQ(currentName(panelPair().active()), name);
   }
 
-  void press(int key, int state = 0) {
+  void press(Key::Code key, int state = 0) {
     loop.shiftState = state;
     dispatchKey(loop, key);
   }
   void type(const std::string& text) {
     const Westring wide = fromUtf8(text.c_str());
     for (const wchar_t* p = wide.data(); *p != 0; ++p) {
-      press(static_cast<int>(*p) | (*p >= Key::ExtendedKey ? Key::WideCharacter : 0));
+      press(*p);
     }
   }
   std::string line() const { return bytes(loop.line.text()); }
 
   // Runs the real loop over queued keys and gives the screen as it stands when they are used up and
   // the next one is waited for.
-  std::string screenAfter(std::initializer_list<int> keys) {
-    for (int key : keys) queueKey(key);
+  std::string screenAfter(std::initializer_list<Key::Code> keys) {
+    for (Key::Code key : keys) queueKey(key);
     return screenAfterQueued();
   }
   std::string screenAfterQueued() {
@@ -77,7 +77,7 @@ class MainLoopTest : public PanelScreenTest {
 
   // The screen with a dialog that shows `text`; the dialog is left with `end`.
   std::string dialogScreen(const std::string& text, const std::function<void()>& open,
-                           int end = Key::Esc) {
+                           Key::Code end = Key::Esc) {
     std::string picture;
     {
       Beside user([&] {

@@ -12,17 +12,18 @@ namespace {
 
 class MenuBarTest : public ConsoleTest {
  protected:
-  int runKeys(std::initializer_list<int> codes, int side = 0, MenuStart start = MenuStart::Fresh) {
-    for (int code : codes) queueKey(code);
+  Key::Code runKeys(std::initializer_list<Key::Code> codes, int side = 0,
+                    MenuStart start = MenuStart::Fresh) {
+    for (Key::Code code : codes) queueKey(code);
     return pullDownMenu(side, start);
   }
 
   // What the screen shows when the bar waits for its next key: the bar is left by a timer of
   // events, so the picture is taken by the help seam, which F1 calls.
-  std::string screenAfter(std::initializer_list<int> codes, int side = 0) {
+  std::string screenAfter(std::initializer_list<Key::Code> codes, int side = 0) {
     std::string picture;
     commandSeams().help = [&](HelpTopic) { picture = screenText(); };
-    for (int code : codes) queueKey(code);
+    for (Key::Code code : codes) queueKey(code);
     queueKey(Key::F1);
     queueKey(Key::F10);
     pullDownMenu(side, MenuStart::Fresh);
@@ -56,8 +57,8 @@ TEST_F(MenuBarTest, TheRightMenuLooksAsDrawn) {
 }
 
 TEST_F(MenuBarTest, EscapeLeavesAClosedBarAndClosesAnOpenOne) {
-  EXPECT_EQ(runKeys({Key::Esc}), 0);
-  EXPECT_EQ(runKeys({Key::Enter, Key::Esc, Key::Esc}), 0);
+  EXPECT_EQ(runKeys({Key::Esc}), Key::NoKey);
+  EXPECT_EQ(runKeys({Key::Enter, Key::Esc, Key::Esc}), Key::NoKey);
   EXPECT_EQ(console->eventCount(), 0);
   EXPECT_EQ(runKeys({Key::Enter, Key::Esc, Key::Enter, Key::Enter}), MenuCode::LeftBrief);
   EXPECT_EQ(screenText().find_first_not_of(" \n"), std::string::npos);
@@ -87,14 +88,14 @@ TEST_F(MenuBarTest, OnAClosedBarUpHomeAndEndDoNothing) {
 
 TEST_F(MenuBarTest, KeysOfNoUseHereChangeNothing) {
   const std::string closed = screenAfter({}), open = screenAfter({Key::Enter});
-  const std::initializer_list<int> useless = {
+  const std::initializer_list<Key::Code> useless = {
       Key::F5,       Key::ctrl('o'), Key::Insert,   Key::Tab,
       Key::ShiftF10, Key::Backspace, Key::GrayPlus, ' ',
-      'z',           0xE4,           0x444,         Key::CtrlF1};
+      'z',           L'\xE4',        L'\x444',      Key::CtrlF1};
   EXPECT_TRUE(screenAfter(useless) == closed);
-  std::vector<int> keys{Key::Enter};
+  std::vector<Key::Code> keys{Key::Enter};
   keys.insert(keys.end(), useless);
-  for (int code : keys) queueKey(code);
+  for (Key::Code code : keys) queueKey(code);
   EXPECT_TRUE(screenAfter({}) == open);
 }
 
@@ -140,16 +141,16 @@ TEST_F(MenuBarTest, ReopeningReturnsToTheLastPlace) {
 
 TEST_F(MenuBarTest, ADisabledItemCannotBeChosen) {
   menuItem& item = menus()[FilesMenu].items[0];
-  int code = item.code;
-  item.code = 0;
-  EXPECT_EQ(runKeys({'f', Key::Enter}), 0);
-  EXPECT_EQ(runKeys({'f', 'l', Key::F10}), 0);
+  Key::Code code = item.code;
+  item.code = Key::NoKey;
+  EXPECT_EQ(runKeys({'f', Key::Enter}), Key::NoKey);
+  EXPECT_EQ(runKeys({'f', 'l', Key::F10}), Key::NoKey);
   item.code = code;
 }
 
 TEST_F(MenuBarTest, F10LeavesFromAnywhere) {
-  EXPECT_EQ(runKeys({Key::F10}), 0);
-  EXPECT_EQ(runKeys({'c', Key::F10}), 0);
+  EXPECT_EQ(runKeys({Key::F10}), Key::NoKey);
+  EXPECT_EQ(runKeys({'c', Key::F10}), Key::NoKey);
 }
 
 TEST_F(MenuBarTest, F1AsksForHelpOnThisMenuAndTheRightOneSharesTheLeftOnesTopic) {
@@ -172,7 +173,7 @@ TEST_F(MenuBarTest, APressOnATitleSelectsItAndASecondOneOpensAndCloses) {
   queueMouse(EventKind::Press, 4, 0);
   queueMouse(EventKind::Press, 4, 0);
   queueKey(Key::Esc);
-  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), Key::NoKey);
 }
 
 TEST_F(MenuBarTest, ADoubleClickOnATitleIsTwoPressesAndNoThird) {
@@ -197,14 +198,14 @@ TEST_F(MenuBarTest, AReleaseWithoutItsPressChoosesNothing) {
   queueKey('f');
   queueMouse(EventKind::Release, 15, 4);
   queueKey(Key::F10);
-  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), Key::NoKey);
 }
 
 TEST_F(MenuBarTest, AClickElsewhereClosesAndThenLeaves) {
   queueKey('f');
   queueMouse(EventKind::Press, 70, 20);
   queueMouse(EventKind::Press, 70, 20);
-  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), 0);
+  EXPECT_EQ(pullDownMenu(0, MenuStart::Fresh), Key::NoKey);
 }
 
 TEST_F(MenuBarTest, EachPartHasItsColour) {
@@ -225,8 +226,8 @@ TEST_F(MenuBarTest, EachPartHasItsColour) {
 TEST_F(MenuBarTest, ADisabledItemHasItsForegroundOnTheRowsBackground) {
   menuItem& first = menus()[FilesMenu].items[0];
   menuItem& second = menus()[FilesMenu].items[1];
-  const int codes[] = {first.code, second.code};
-  first.code = second.code = 0;
+  const Key::Code codes[] = {first.code, second.code};
+  first.code = second.code = Key::NoKey;
   const int foreground = colourOf(Colour::DisabledMenu) & 0x0F;
   commandSeams().help = [&](HelpTopic) {
     for (int x : {12, 17}) {
@@ -259,8 +260,8 @@ TEST_F(MenuBarTest, QuickLettersShowInTheirColourOnTheRowsBackground) {
 TEST_F(MenuBarTest, QuickLettersAreTheSameInATurkishLocale) {
   TurkishLocale turkish;
   ASSERT_TRUE(turkish.holds());
-  const int info = runKeys({Key::Enter, 'i'});
-  EXPECT_NE(info, 0);
+  const Key::Code info = runKeys({Key::Enter, 'i'});
+  EXPECT_NE(info, Key::NoKey);
   EXPECT_EQ(runKeys({Key::Enter, 'I'}), info);
   drainEvents();
 }

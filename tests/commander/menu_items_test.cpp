@@ -38,7 +38,7 @@ TEST(MenuItems, EveryTitleStandsInTheBarTextAtItsColumn) {
 }
 
 TEST(MenuItems, NoTwoItemsShareACodeExceptThoseOfBothSides) {
-  std::map<int, const char*> seen;
+  std::map<Key::Code, const char*> seen;
   for (const Menu& menu : menus()) {
     for (const menuItem& item : menu.items) {
       if (item.isSeparator()) continue;

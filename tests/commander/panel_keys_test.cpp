@@ -154,16 +154,16 @@ TEST_F(PanelKeys, SortKeysWorkOnTheActiveSide) {
   const int codes[] = {SortCode::Name, SortCode::Extension, SortCode::Time, SortCode::Size,
                        SortCode::Unsorted};
   for (int i = 0; i < 5; ++i) {
-    press(Key::CtrlF3 + i);
+    press(functionKey(3 + i, ShiftState::Ctrl));
     EXPECT_EQ(left().sort, codes[i]);
   }
 }
 
 TEST_F(PanelKeys, SortKeysAreUnassignedWhileShiftIsHeld) {
-  for (int key = Key::CtrlF4; key <= Key::CtrlF8; ++key) {
+  for (Key::Code key : {Key::CtrlF4, Key::CtrlF5, Key::CtrlF6, Key::CtrlF7, Key::CtrlF8}) {
     press(key, Ctrl | Shift);
     press(key | Key::ShiftedKey, Ctrl | Shift);
-    EXPECT_EQ(left().sort, SortCode::Name) << std::hex << key;
+    EXPECT_EQ(left().sort, SortCode::Name) << key;
   }
 }
 
@@ -175,10 +175,10 @@ TEST_F(PanelKeys, SortItemsCountAlsoWhileShiftIsHeld) {
 }
 
 TEST_F(PanelKeys, SortItemsWorkOnTheirOwnSide) {
-  const int lefts[] = {MenuCode::LeftName, MenuCode::LeftExtension, MenuCode::LeftTime,
-                       MenuCode::LeftSize, MenuCode::LeftUnsorted};
-  const int rights[] = {MenuCode::RightName, MenuCode::RightExtension, MenuCode::RightTime,
-                        MenuCode::RightSize, MenuCode::RightUnsorted};
+  const Key::Code lefts[] = {MenuCode::LeftName, MenuCode::LeftExtension, MenuCode::LeftTime,
+                             MenuCode::LeftSize, MenuCode::LeftUnsorted};
+  const Key::Code rights[] = {MenuCode::RightName, MenuCode::RightExtension, MenuCode::RightTime,
+                              MenuCode::RightSize, MenuCode::RightUnsorted};
   for (int i = 4; i >= 0; --i) {
     press(lefts[i]);
     press(rights[4 - i]);
@@ -196,7 +196,7 @@ TEST_F(PanelKeys, SortItemsWorkOnTheirOwnSide) {
 TEST_F(PanelKeys, StyleKeysWorkOnTheActiveSide) {
   press(Key::Tab);
   for (int i = 0; i < 5; ++i) {
-    press(Key::ShiftAltF1 + i);
+    press(functionKey(1 + i, ShiftState::Shift | ShiftState::Alt));
     EXPECT_EQ(static_cast<int>(right().style), i);
   }
   EXPECT_EQ(left().style, PanelStyle::Full);
@@ -204,7 +204,7 @@ TEST_F(PanelKeys, StyleKeysWorkOnTheActiveSide) {
 
 TEST_F(PanelKeys, StyleItemsWorkOnTheirOwnSide) {
   const struct {
-    int leftCode, rightCode;
+    Key::Code leftCode, rightCode;
     PanelStyle style;
   } rows[] = {{MenuCode::LeftBrief, MenuCode::RightBrief, PanelStyle::Brief},
               {MenuCode::LeftFull, MenuCode::RightFull, PanelStyle::Full},
@@ -374,7 +374,7 @@ TEST_F(PanelKeys, CtrlHKeepsTagsAndTheWorkingDirectory) {
 TEST_F(PanelKeys, OptionItemsFlipTheirOptions) {
   using namespace GlobalOptions;
   const struct {
-    int code;
+    Key::Code code;
     bool* option;
   } rows[] = {{MenuCode::PathPrompt, &PathPrompt},
               {MenuCode::FullScreen, &FullScreen},

@@ -61,7 +61,7 @@ TEST_F(ScreenLayout, ALongPathIsShortenedForThePrompt) {
 TEST_F(ScreenLayout, TheLineScrollsToItsCursor) {
   GlobalOptions::PathPrompt = false;  // "/t>"
   const int room = 80 - 3;
-  for (int i = 0; i < 200; ++i) queueKey('a' + i % 26);
+  for (int i = 0; i < 200; ++i) queueKey(static_cast<char>('a' + i % 26));
   screenAfterQueued();
   // The cursor stands in the last cell, behind the end of the text.
   EXPECT_EQ(lineRow().substr(0, 3), "/t>");
@@ -133,13 +133,12 @@ TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiers) {
 }
 
 TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiersInAQuickSearchToo) {
-  constexpr int altF = 0x10021;
   bool alt = false, plain = false;
   commandSeams().help = [&](HelpTopic) { loop.leaving = true; };
   {
     Beside user([&] {
       queueKey(Key::ShiftChanged, ShiftState::Alt);
-      queueKey(altF, ShiftState::Alt);
+      queueKey(Key::alt('f'), ShiftState::Alt);
       alt = waitToShow("Search: f") && waitToShow("8Histry");
       queueKey(Key::ShiftChanged, 0);
       plain = waitToShow("8Delete") && shows("Search: f");

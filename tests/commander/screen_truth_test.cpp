@@ -87,7 +87,7 @@ TEST_F(ScreenTruth, AltArrowsTakeTheBarAlong) {
 
 TEST_F(ScreenTruth, AStepOfTheSearchTakesTheBarAlong) {
   GlobalOptions::StickyAlt = false;
-  queueKey(0x10021, Alt);  // Alt-F
+  queueKey(Key::alt('f'), Alt);
   queueKey(Key::AltDown);
   EXPECT_EQ(differences(), "");
   EXPECT_EQ(currentName(left()), "file101");
@@ -123,14 +123,14 @@ class ScreenTruthWalk : public ScreenTruth, public testing::WithParamInterface<u
 };
 
 // clang-format off
-constexpr int WalkKeys[] = {
+constexpr Key::Code WalkKeys[] = {
     Key::Up, Key::Down, Key::Left, Key::Right, Key::PageUp, Key::PageDown, Key::Home, Key::End,
     Key::Insert, Key::AltUp, Key::AltDown, Key::GrayStar, Key::CtrlGrayPlus, Key::Tab,
     Key::CtrlGrayMinus, Key::Enter, Key::AltBackspace, Key::Esc, Key::AltGrayPlus, Key::CtrlF1,
     Key::CtrlF2, Key::CtrlF3, Key::CtrlF8, Key::CtrlF6, Key::ctrl('l'), Key::ctrl('o'),
-    Key::ctrl('p'), Key::ctrl('u'), Key::ctrl('h'), Key::ctrl('r'), 0x10021, 0x10018, 0x1001E,
-    0x10026, Key::ShiftAltF1, Key::ShiftAltF2, Key::ShiftAltF3, Key::ShiftAltF4, Key::ShiftAltF5,
-    MenuCode::ThousandSeparator, MenuCode::FullScreen, 31};
+    Key::ctrl('p'), Key::ctrl('u'), Key::ctrl('h'), Key::ctrl('r'), Key::alt('f'), Key::alt('o'), Key::alt('a'),
+    Key::alt('l'), Key::ShiftAltF1, Key::ShiftAltF2, Key::ShiftAltF3, Key::ShiftAltF4, Key::ShiftAltF5,
+    MenuCode::ThousandSeparator, MenuCode::FullScreen, Key::CtrlUnderscore};
 // clang-format on
 
 TEST_P(ScreenTruthWalk, AnyKeysAndClicksLeaveATrueScreen) {
@@ -151,11 +151,11 @@ TEST_P(ScreenTruthWalk, AnyKeysAndClicksLeaveATrueScreen) {
       queueWheel(below(2) != 0 ? 1 : -1);
       done += " wheel";
     } else {
-      const int key = WalkKeys[below(static_cast<int>(std::size(WalkKeys)))];
+      const Key::Code key = WalkKeys[below(static_cast<int>(std::size(WalkKeys)))];
       if (key == Key::Enter && wouldLeave()) continue;
-      queueKey(key, key >= 0x10012 && key <= 0x10026 ? Alt : 0);
+      queueKey(key, key >= Key::alt('e') && key <= Key::alt('l') ? Alt : 0);
       char text[16];
-      snprintf(text, sizeof text, " %X", static_cast<unsigned>(key));
+      snprintf(text, sizeof text, " %X", static_cast<unsigned>(key.value()));
       done += text;
     }
     const std::string wrong = differences();

@@ -3,12 +3,11 @@
 #include <chrono>
 
 #include "console/events.h"
-#include "console/key_codes.h"
 
 namespace {
-TEvent keyEvent(int code) {
+TEvent keyEvent(Key::Code key) {
   TEvent event;
-  event.code = code;
+  event.key = key;
   return event;
 }
 
@@ -17,8 +16,8 @@ TEST(EventQueue, GivesTheEventsInTheOrderTheyCame) {
   queue.put(keyEvent('a'));
   queue.put(keyEvent('b'));
   EXPECT_EQ(queue.eventCount(), 2);
-  EXPECT_EQ(queue.get(0)->code, 'a');
-  EXPECT_EQ(queue.get(WaitForever)->code, 'b');
+  EXPECT_EQ(queue.get(0)->key, 'a');
+  EXPECT_EQ(queue.get(WaitForever)->key, 'b');
   EXPECT_EQ(queue.get(0), nullptr);
   EXPECT_EQ(queue.eventCount(), 0);
 }
@@ -38,20 +37,20 @@ void putOne(void* queue) {
 TEST(EventQueue, WakesAReaderThatWaitsForEver) {
   CEventQueue queue;
   ThreadHandle writer = startThread(putOne, &queue);
-  EXPECT_EQ(queue.get(WaitForever)->code, 'z');
+  EXPECT_EQ(queue.get(WaitForever)->key, 'z');
   joinThread(writer);
 }
 
 constexpr int Many = 2000;
 
 void putMany(void* queue) {
-  for (int i = 0; i < Many; ++i) static_cast<CEventQueue*>(queue)->put(keyEvent(i));
+  for (int i = 0; i < Many; ++i) static_cast<CEventQueue*>(queue)->put(keyEvent(Key::Code(i)));
 }
 
 TEST(EventQueue, LosesNothingBetweenTwoThreads) {
   CEventQueue queue;
   ThreadHandle writer = startThread(putMany, &queue);
-  for (int i = 0; i < Many; ++i) ASSERT_EQ(queue.get(WaitForever)->code, i);
+  for (int i = 0; i < Many; ++i) ASSERT_EQ(queue.get(WaitForever)->key, Key::Code(i));
   joinThread(writer);
   EXPECT_EQ(queue.eventCount(), 0);
 }
@@ -60,17 +59,17 @@ TEST(EventQueue, AbortLookPassesOverTheMouseAndShiftChanges) {
   CEventQueue queue;
   TEvent mouse;
   mouse.kind = EventKind::Release;
-  mouse.code = 1;
+  mouse.button = 1;
   queue.put(mouse);
   queue.put(keyEvent(Key::ShiftChanged));
   queue.put(keyEvent('x'));
   queue.put(keyEvent('y'));
-  EXPECT_EQ(queue.getKeyOnly()->code, 'x');
+  EXPECT_EQ(queue.getKeyOnly()->key, 'x');
   EXPECT_EQ(queue.eventCount(), 3);
-  EXPECT_EQ(queue.getKeyOnly()->code, 'y');
+  EXPECT_EQ(queue.getKeyOnly()->key, 'y');
   EXPECT_EQ(queue.getKeyOnly(), nullptr);
   EXPECT_EQ(queue.get(0)->kind, EventKind::Release);
-  EXPECT_EQ(queue.get(0)->code, Key::ShiftChanged);
+  EXPECT_EQ(queue.get(0)->key, Key::ShiftChanged);
 }
 
 TEST(EventQueue, AbortLookLeavesTheCloseButtonForLater) {
@@ -81,6 +80,6 @@ TEST(EventQueue, AbortLookLeavesTheCloseButtonForLater) {
   queue.put(pressed);
   EXPECT_EQ(queue.getKeyOnly()->hwCode, 76) << "a pressed F10 is a key like any other";
   EXPECT_EQ(queue.getKeyOnly(), nullptr);
-  EXPECT_EQ(queue.get(0)->code, Key::F10);
+  EXPECT_EQ(queue.get(0)->key, Key::F10);
 }
 }  // namespace

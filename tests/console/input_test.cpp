@@ -7,16 +7,16 @@
 namespace {
 using Input = ConsoleTest;
 
-TEvent keyEvent(int code, int state, int hwCode) {
+TEvent keyEvent(Key::Code key, int state, int hwCode) {
   TEvent event;
-  event.code = code;
+  event.key = key;
   event.state = state;
   event.hwCode = hwCode;
   return event;
 }
 
-TEST_F(Input, ATimeOutGivesZero) {
-  EXPECT_EQ(getKey(nullptr, 0), 0);
+TEST_F(Input, ATimeOutGivesNoKey) {
+  EXPECT_EQ(getKey(nullptr, 0), Key::NoKey);
 }
 
 TEST_F(Input, AKeyComesWithItsState) {
@@ -33,10 +33,10 @@ TEST_F(Input, CtrlWithADigitOfTheDigitRowIsTheDigit) {
   console->events().put(keyEvent('0', ShiftState::Ctrl, 19));
   console->events().put(keyEvent('9', ShiftState::Ctrl, 18));
   console->events().put(keyEvent('1', 0, 10));
-  EXPECT_EQ(getKey(nullptr, 0), 0x40001);
-  EXPECT_EQ(getKey(nullptr, 0), 0x60001);
-  EXPECT_EQ(getKey(nullptr, 0), 0x40000);
-  EXPECT_EQ(getKey(nullptr, 0), 0x40009);
+  EXPECT_EQ(getKey(nullptr, 0), Key::Code(0x40001));
+  EXPECT_EQ(getKey(nullptr, 0), Key::Code(0x60001));
+  EXPECT_EQ(getKey(nullptr, 0), Key::Code(0x40000));
+  EXPECT_EQ(getKey(nullptr, 0), Key::Code(0x40009));
   EXPECT_EQ(getKey(nullptr, 0), '1');
 }
 
@@ -55,7 +55,7 @@ TEST_F(Input, TheShiftStateIsThatOfTheLastKeyAndNotOfTypedText) {
 struct MouseRow {
   EventKind kind;
   int button;
-  int result;
+  Key::Code result;
   MouseKind message;
 };
 
@@ -88,9 +88,9 @@ TEST_F(Input, AThirdButtonGivesNoMessage) {
        {EventKind::Press, EventKind::Release, EventKind::DoubleClick, EventKind::Drag}) {
     MouseMessage message;
     queueMouse(kind, 1, 1, 3);
-    EXPECT_EQ(getKey(&message, 0), 0);
+    EXPECT_EQ(getKey(&message, 0), Key::NoKey);
     queueMouse(kind, 1, 1, 0);
-    EXPECT_EQ(getKey(&message, 0), 0);
+    EXPECT_EQ(getKey(&message, 0), Key::NoKey);
   }
 }
 
@@ -140,7 +140,7 @@ TEST_F(Input, AnAbortLookFindsEscBehindMouseAndShift) {
 }
 
 TEST_F(Input, CtrlBracketCountsAsEscForAnAbort) {
-  queueKey(27, ShiftState::Ctrl);
+  queueKey(Key::Esc, ShiftState::Ctrl);
   EXPECT_TRUE(escapePressed());
 }
 
@@ -149,7 +149,7 @@ TEST_F(Input, ReadEventCopiesTheRecordAndTellsOfATimeOut) {
   TEvent event;
   EXPECT_TRUE(console->readEvent(event, 0));
   EXPECT_EQ(event.kind, EventKind::Press);
-  EXPECT_EQ(event.code, 2);
+  EXPECT_EQ(event.button, 2);
   EXPECT_EQ(event.x, 3);
   EXPECT_EQ(event.y, 4);
   EXPECT_EQ(event.hwCode, 0);

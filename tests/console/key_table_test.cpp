@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "console/key_codes.h"
+#include "support/key_print.h"
 
 namespace {
 constexpr int Shift = 1, Ctrl = 4, Alt = 8;
@@ -69,11 +70,46 @@ std::vector<KeyRow> expectedRows() {
       const int base = std::stoi(code, nullptr, 16);
       for (auto symbol = first; symbol <= last; ++symbol) {
         rows.push_back({static_cast<unsigned>(symbol), section.state,
-                        base + static_cast<int>(symbol - first)});
+                        Key::Code(base + static_cast<int>(symbol - first))});
       }
     }
   }
   return rows;
+}
+
+TEST(KeyCode, ANumberAndACodeBecomeEachOtherOnlyOnPurpose) {
+  static_assert(std::is_convertible_v<char, Key::Code> &&
+                std::is_convertible_v<wchar_t, Key::Code>);
+  static_assert(!std::is_convertible_v<int, Key::Code> && !std::is_convertible_v<Key::Code, int>);
+  static_assert(!std::is_convertible_v<bool, Key::Code> && !std::is_convertible_v<Key::Code, bool>);
+  EXPECT_EQ(Key::Code(27), Key::Esc);
+  EXPECT_EQ(Key::F1.value(), 0x1003B);
+}
+
+TEST(KeyCode, ACharacterStandsForItselfAndAnHighOneIsMarked) {
+  const struct {
+    Key::Code key;
+    int value;
+  } rows[] = {{'a', 'a'},
+              {'\xE4', 0xE4},
+              {L'\xFFFF', 0xFFFF},
+              {L'\U00010000', 0x1010000},
+              {L'\U0001F600', 0x101F600}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.key.value(), row.value);
+    EXPECT_TRUE(row.key.isText()) << row.key;
+    EXPECT_EQ(row.key.character(), static_cast<wchar_t>(row.value & 0xFFFFFF)) << row.key;
+  }
+}
+
+TEST(KeyCode, ControlCharactersAreNoTextAndScanCodesNoCharacters) {
+  for (const Key::Code key : {Key::NoKey, Key::Tab, Key::Enter, Key::Esc, Key::ctrl('z')}) {
+    EXPECT_TRUE(key.isCharacter()) << key;
+    EXPECT_FALSE(key.isText()) << key;
+  }
+  for (const Key::Code key : {Key::F1, Key::Home, Key::MouseEvent, Key::GrayPlus, Key::Code(-1)}) {
+    EXPECT_FALSE(key.isCharacter()) << key;
+  }
 }
 
 TEST(KeyTable, HasTwoHundredAndSeventyRows) {
@@ -109,14 +145,14 @@ KeyInput press(unsigned long symbol, int state, int hwCode = 200) {
 }
 
 TEST(KeyTranslation, AltWithACapitalIsAltWithTheLetter) {
-  EXPECT_EQ(translateKey(press('A', Alt)).code, 0x1001E);
+  EXPECT_EQ(translateKey(press('A', Alt)).code.value(), 0x1001E);
 }
 
 TEST(KeyTranslation, CapsNumAndSuperLockCountForNothing) {
   constexpr int CapsLock = 2, NumLock = 16, Super = 64;
   for (const int lock : {CapsLock, NumLock, Super, CapsLock | NumLock | Super}) {
     const KeyResult result = translateKey(press('A', Alt | lock));
-    EXPECT_EQ(result.code, 0x1001E);
+    EXPECT_EQ(result.code.value(), 0x1001E);
     EXPECT_EQ(result.state, Alt);
   }
 }
@@ -175,7 +211,8 @@ TEST(KeyTranslation, CtrlOnTheDigitRowKeepsTheSymbol) {
   EXPECT_EQ(translateKey(press('0', Ctrl, 19)).code, '0');
   EXPECT_EQ(translateKey(press(XK_exclam, Ctrl | Shift, 10)).code, '!');
   EXPECT_EQ(translateKey(press('#', Ctrl, 12)).code, '#') << "the table's 28 is passed over";
-  EXPECT_EQ(translateKey(press('#', Ctrl, 51)).code, 28) << "beside the digit row it stands";
+  EXPECT_EQ(translateKey(press('#', Ctrl, 51)).code.value(), 28)
+      << "beside the digit row it stands";
 }
 
 TEST(KeyTranslation, SymbolsAboveAByteAreNotLowered) {
@@ -187,43 +224,45 @@ TEST(KeyTranslation, SymbolsAboveAByteAreNotLowered) {
 TEST(KeyTranslation, TheKeypadWithoutNumLockIsItsGrayTwin) {
   const struct {
     unsigned long symbol;
-    int code;
-  } keys[] = {{XK_KP_Home, 0x10047},   {XK_KP_Left, 0x1004B}, {XK_KP_Up, 0x10048},
-              {XK_KP_Right, 0x1004D},  {XK_KP_Down, 0x10050}, {XK_KP_Prior, 0x10049},
-              {XK_KP_Next, 0x10051},   {XK_KP_End, 0x1004F},  {XK_KP_Insert, 0x10052},
-              {XK_KP_Delete, 0x10053}, {XK_KP_Enter, 13}};
+    Key::Code code;
+  } keys[] = {{XK_KP_Home, Key::Code(0x10047)},   {XK_KP_Left, Key::Code(0x1004B)},
+              {XK_KP_Up, Key::Code(0x10048)},     {XK_KP_Right, Key::Code(0x1004D)},
+              {XK_KP_Down, Key::Code(0x10050)},   {XK_KP_Prior, Key::Code(0x10049)},
+              {XK_KP_Next, Key::Code(0x10051)},   {XK_KP_End, Key::Code(0x1004F)},
+              {XK_KP_Insert, Key::Code(0x10052)}, {XK_KP_Delete, Key::Code(0x10053)},
+              {XK_KP_Enter, Key::Code(13)}};
   for (const auto& key : keys) {
     EXPECT_EQ(translateKey(press(key.symbol, 0)).code, key.code) << XKeysymToString(key.symbol);
   }
-  EXPECT_EQ(translateKey(press(XK_KP_Home, Shift)).code, 0x30047);
-  EXPECT_EQ(translateKey(press(XK_KP_Enter, Ctrl)).code, 10);
-  EXPECT_EQ(translateKey(press(XK_KP_Enter, Alt)).code, 0x1001C);
-  EXPECT_EQ(translateKey(press(XK_KP_Delete, Ctrl)).code, 0x10093);
-  EXPECT_EQ(translateKey(press(XK_KP_Home, Ctrl)).code, 0x40037) << "a digit with Ctrl";
+  EXPECT_EQ(translateKey(press(XK_KP_Home, Shift)).code.value(), 0x30047);
+  EXPECT_EQ(translateKey(press(XK_KP_Enter, Ctrl)).code.value(), 10);
+  EXPECT_EQ(translateKey(press(XK_KP_Enter, Alt)).code.value(), 0x1001C);
+  EXPECT_EQ(translateKey(press(XK_KP_Delete, Ctrl)).code.value(), 0x10093);
+  EXPECT_EQ(translateKey(press(XK_KP_Home, Ctrl)).code.value(), 0x40037) << "a digit with Ctrl";
 }
 
 TEST(KeyTranslation, TheKeypadsOperatorsKeepTheirCodesWhileShiftIsHeld) {
-  EXPECT_EQ(translateKey(press(XK_KP_Add, Shift)).code, 0x40002B);
-  EXPECT_EQ(translateKey(press(XK_KP_Subtract, Shift)).code, 0x40002D);
-  EXPECT_EQ(translateKey(press(XK_KP_Multiply, Shift)).code, 0x40002A);
+  EXPECT_EQ(translateKey(press(XK_KP_Add, Shift)).code.value(), 0x40002B);
+  EXPECT_EQ(translateKey(press(XK_KP_Subtract, Shift)).code.value(), 0x40002D);
+  EXPECT_EQ(translateKey(press(XK_KP_Multiply, Shift)).code.value(), 0x40002A);
   EXPECT_EQ(translateKey(press(XK_KP_Multiply, Shift)).state, Shift);
 }
 
 TEST(KeyTranslation, BackspaceAndTabKnowShift) {
-  EXPECT_EQ(translateKey(press(XK_BackSpace, Shift)).code, 0x10101);
-  EXPECT_EQ(translateKey(press(XK_Tab, Shift)).code, 0x3000F);
-  EXPECT_EQ(translateKey(press(XK_KP_Tab, Shift)).code, 0x3000F);
-  EXPECT_EQ(translateKey(press(0xFD05, Shift)).code, 0x3000F) << "the 3270's Back Tab";
-  EXPECT_EQ(translateKey(press(XK_KP_Tab, 0)).code, 9);
+  EXPECT_EQ(translateKey(press(XK_BackSpace, Shift)).code.value(), 0x10101);
+  EXPECT_EQ(translateKey(press(XK_Tab, Shift)).code.value(), 0x3000F);
+  EXPECT_EQ(translateKey(press(XK_KP_Tab, Shift)).code.value(), 0x3000F);
+  EXPECT_EQ(translateKey(press(0xFD05, Shift)).code.value(), 0x3000F) << "the 3270's Back Tab";
+  EXPECT_EQ(translateKey(press(XK_KP_Tab, 0)).code.value(), 9);
   EXPECT_EQ(translateKey(press(XK_space, Shift)).action, KeyAction::InputMethod);
 }
 
 TEST(KeyTranslation, AltAndCtrlLettersWorkOnAnotherScript) {
   KeyInput input = press(XK_Cyrillic_ef, Alt);
   input.baseSymbol = 'a';
-  EXPECT_EQ(translateKey(input).code, 0x1001E);
+  EXPECT_EQ(translateKey(input).code.value(), 0x1001E);
   input.state = Ctrl;
-  EXPECT_EQ(translateKey(input).code, 1);
+  EXPECT_EQ(translateKey(input).code.value(), 1);
   input.state = 0;
   EXPECT_EQ(translateKey(input).action, KeyAction::InputMethod);
 }
@@ -241,13 +280,13 @@ TEST(KeyTranslation, NoModifiedCharacterIsAPlainOperatorOfTheKeypad) {
 }
 
 TEST(KeyTranslation, CtrlBackslashWithShiftHasACodeOfItsOwn) {
-  EXPECT_EQ(translateKey(press('\\', Ctrl)).code, 28);
-  EXPECT_EQ(translateKey(press(XK_bar, Ctrl | Shift)).code, 0x2001C);
+  EXPECT_EQ(translateKey(press('\\', Ctrl)).code.value(), 28);
+  EXPECT_EQ(translateKey(press(XK_bar, Ctrl | Shift)).code.value(), 0x2001C);
 }
 
 TEST(HotKeyChar, AllSixtyOnePairs) {
   const std::string characters = "abcdefghijklmnopqrstuvwxyz,1234567890.;'[]-=`\\_+!@#$%^&(){}\"";
-  const int codes[] = {
+  constexpr int codes[] = {
       0x1001E, 0x10030, 0x1002E, 0x10020, 0x10012, 0x10021, 0x10022, 0x10023, 0x10017, 0x10024,
       0x10025, 0x10026, 0x10032, 0x10031, 0x10018, 0x10019, 0x10010, 0x10013, 0x1001F, 0x10014,
       0x10016, 0x1002F, 0x10011, 0x1002D, 0x10015, 0x1002C, 0x10033, 0x10078, 0x10079, 0x1007A,
@@ -256,17 +295,18 @@ TEST(HotKeyChar, AllSixtyOnePairs) {
       0x3007A, 0x3007B, 0x3007C, 0x3007D, 0x3007E, 0x30080, 0x30081, 0x3001A, 0x3001B, 0x30028};
   ASSERT_EQ(std::size(codes), characters.size());  // '~' shares its code with the grave accent
   for (size_t i = 0; i < characters.size(); ++i) {
-    EXPECT_EQ(hotKeyChar(codes[i]), characters[i]) << std::hex << codes[i];
+    EXPECT_EQ(hotKeyChar(Key::Code(codes[i])), characters[i]) << std::hex << codes[i];
   }
 }
 
 TEST(HotKeyChar, TheGraveAccentWinsOverTheTilde) {
-  EXPECT_EQ(hotKeyChar(0x10029), '`');
+  EXPECT_EQ(hotKeyChar(Key::alt('`')), '`');
 }
 
 TEST(HotKeyChar, AnyOtherCodeComesBackUnchanged) {
-  for (const int code : {0, 2, 27, int{'a'}, int{'~'}, Key::F1, Key::AltF7, Key::AltEnter, 0x30027,
-                         Key::MouseEvent, 0x1F600 | Key::WideCharacter}) {
+  for (const Key::Code code : {Key::NoKey, Key::ctrl('b'), Key::Esc, Key::Code('a'), Key::Code('~'),
+                               Key::F1, Key::AltF7, Key::AltEnter, Key::Code(0x30027),
+                               Key::MouseEvent, Key::Code(0x1F600) | Key::WideCharacter}) {
     EXPECT_EQ(hotKeyChar(code), code);
   }
 }

@@ -13,7 +13,7 @@ struct KeyRow {
   const char* name;
   unsigned long symbol;
   Symbols modifiers;
-  int code;
+  Key::Code code;
 };
 
 TEST_F(RealKeys, ASampleOfEachStateArrivesAsItsCode) {
@@ -38,9 +38,9 @@ TEST_F(RealKeys, ASampleOfEachStateArrivesAsItsCode) {
       {"keypad Delete", XK_KP_Delete, none, Key::Delete},
       {"Alt-F7", XK_F7, alt, Key::AltF7},
       {"Alt-Return", XK_Return, alt, Key::AltEnter},
-      {"Alt-a", XK_a, alt, 0x1001E},
+      {"Alt-a", XK_a, alt, Key::Code(0x1001E)},
       {"Alt-backslash", XK_backslash, alt, Key::AltBackslash},
-      {"Alt-5", XK_5, alt, 0x1007C},
+      {"Alt-5", XK_5, alt, Key::Code(0x1007C)},
       {"Alt-keypad plus", XK_KP_Add, alt, Key::AltGrayPlus},
       {"Ctrl-F10", XK_F10, ctrl, Key::CtrlF10},
       {"Ctrl-a", XK_a, ctrl, Key::ctrl('a')},
@@ -54,12 +54,12 @@ TEST_F(RealKeys, ASampleOfEachStateArrivesAsItsCode) {
       {"Shift-Tab", XK_Tab, shift, Key::ShiftTab},
       {"Shift-BackSpace", XK_BackSpace, shift, Key::Backspace},
       {"Shift-Insert", XK_Insert, shift, Key::ShiftInsert},
-      {"Ctrl-Shift-f", XK_f, ctrlShift, 0x20006},
+      {"Ctrl-Shift-f", XK_f, ctrlShift, Key::Code(0x20006)},
       {"Ctrl-Shift-Return", XK_Return, ctrlShift, Key::CtrlShiftEnter},
-      {"Ctrl-Shift-backslash", XK_backslash, ctrlShift, 0x2001C},
+      {"Ctrl-Shift-backslash", XK_backslash, ctrlShift, Key::Code(0x2001C)},
       {"Shift-Alt-F8", XK_F8, altShift, Key::ShiftAltF8},
-      {"Shift-Alt-1", XK_1, altShift, 0x30078},
-      {"Shift-Alt-quote", XK_apostrophe, altShift, 0x30028},
+      {"Shift-Alt-1", XK_1, altShift, Key::Code(0x30078)},
+      {"Shift-Alt-quote", XK_apostrophe, altShift, Key::Code(0x30028)},
   };
   for (const KeyRow& row : rows) {
     XKeys::get().press(row.symbol, row.modifiers);
@@ -71,40 +71,39 @@ TEST_F(RealKeys, ShiftAloneYieldsTwoEvents) {
   XKeys::get().press(XK_Shift_L);
   TEvent event;
   ASSERT_TRUE(console->readEvent(event, PatienceMs));
-  EXPECT_EQ(event.code, Key::ShiftChanged);
+  EXPECT_EQ(event.key, Key::ShiftChanged);
   EXPECT_EQ(event.state, 1);
   ASSERT_TRUE(console->readEvent(event, PatienceMs));
-  EXPECT_EQ(event.code, Key::ShiftChanged);
+  EXPECT_EQ(event.key, Key::ShiftChanged);
   EXPECT_EQ(event.state, 0);
 }
 
 TEST_F(RealKeys, AltWithACapitalLockedIsAltWithTheLetter) {
   XKeys::get().press(XK_Caps_Lock);
   XKeys::get().press(XK_a, {XK_Alt_L});
-  EXPECT_EQ(waitKey(), 0x1001E);
+  EXPECT_EQ(waitKey(), Key::Code(0x1001E));
   XKeys::get().press(XK_Caps_Lock);
 }
 
 TEST_F(RealKeys, CtrlOnTheDigitRow) {
   XKeys::get().pressDigitKey(1, {XK_Control_L});
-  EXPECT_EQ(waitKey(), 0x40001);
+  EXPECT_EQ(waitKey(), Key::Code(0x40001));
   XKeys::get().pressDigitKey(1, {XK_Control_L, XK_Shift_L});
-  EXPECT_EQ(waitKey(), 0x60001);
+  EXPECT_EQ(waitKey(), Key::Code(0x60001));
   XKeys::get().pressDigitKey(0, {XK_Control_L});
-  EXPECT_EQ(waitKey(), 0x40000);
+  EXPECT_EQ(waitKey(), Key::Code(0x40000));
 }
 
 TEST_F(RealKeys, CtrlOnTheKeypadDigits) {
   XKeys::get().press(XK_KP_Home, {XK_Control_L});
-  EXPECT_EQ(waitKey(), 0x40037);
+  EXPECT_EQ(waitKey(), Key::Code(0x40037));
   XKeys::get().press(XK_KP_Begin, {XK_Control_L});
-  EXPECT_EQ(waitKey(), 0x40035);
+  EXPECT_EQ(waitKey(), Key::Code(0x40035));
 }
 
 TEST_F(RealKeys, TypedTextArrivesCharacterByCharacter) {
   XKeys::get().type("Ab 1!~\xC3\xA4\xD0\xB6");
-  for (const int expected :
-       {int{'A'}, int{'b'}, int{' '}, int{'1'}, int{'!'}, int{'~'}, 0xE4, 0x436}) {
+  for (const wchar_t expected : {L'A', L'b', L' ', L'1', L'!', L'~', L'\xE4', L'\x436'}) {
     EXPECT_EQ(waitKey(), expected);
   }
 }
@@ -114,14 +113,14 @@ TEST_F(RealKeys, AnUmlautComesThroughTheInputMethodWithStateZero) {
   TEvent event;
   ASSERT_TRUE(console->readEvent(event, PatienceMs));
   EXPECT_EQ(event.kind, EventKind::Key);
-  EXPECT_EQ(event.code, 0xE4);
+  EXPECT_EQ(event.key, L'\xE4');
   EXPECT_EQ(event.state, 0);
   EXPECT_EQ(event.hwCode, 0);
 }
 
 TEST_F(RealKeys, ACharacterBeyondTheFirstPlaneIsMarked) {
   XKeys::get().type("\xF0\x9F\x98\x80");
-  EXPECT_EQ(waitKey(), 0x1F600 | Key::WideCharacter);
+  EXPECT_EQ(waitKey(), Key::Code(0x1F600) | Key::WideCharacter);
 }
 
 TEST_F(RealKeys, ACapitalLeavesTheShiftStateToTheKeys) {
@@ -140,11 +139,11 @@ TEST_F(RealKeys, AltLettersWorkWhileAnotherScriptIsOn) {
   XKeys::get().mapSecondLayout(XK_a, XK_Cyrillic_ef);
   XKeys::get().switchLayout(1);
   XKeys::get().press(XK_a);
-  EXPECT_EQ(waitKey(), 0x444);
+  EXPECT_EQ(waitKey(), Key::Code(0x444));
   XKeys::get().keyDown(XK_Alt_L);
   XKeys::get().press(XK_a);
   XKeys::get().keyUp(XK_Alt_L);
-  EXPECT_EQ(waitKey(), 0x1001E);
+  EXPECT_EQ(waitKey(), Key::Code(0x1001E));
   XKeys::get().switchLayout(0);
 }
 
@@ -153,7 +152,7 @@ TEST_F(RealKeys, OnAnotherScriptShiftStillChoosesTheCharacterOfTheKey) {
   XKeys::get().switchLayout(1);
   XKeys::get().press(XK_w, {XK_Alt_L, XK_Shift_L});
   XKeys::get().switchLayout(0);
-  EXPECT_EQ(waitKey(), 0x3007B);
+  EXPECT_EQ(waitKey(), Key::Code(0x3007B));
 }
 
 TEST_F(RealKeys, TheReleaseOfALetterQueuesNothing) {
@@ -175,7 +174,7 @@ TEST_F(RealKeys, BreakReachesAnArmedOperation) {
   BreakScope scope;
   XKeys::get().press(XK_Pause, {XK_Control_L});
   EXPECT_TRUE(waitUntil(breakRequested));
-  EXPECT_EQ(waitKey(nullptr, 200), 0);
+  EXPECT_EQ(waitKey(nullptr, 200), Key::NoKey);
 }
 
 TEST_F(RealKeys, TheCloseButtonIsF10) {
@@ -183,7 +182,7 @@ TEST_F(RealKeys, TheCloseButtonIsF10) {
   TEvent event;
   ASSERT_TRUE(console->readEvent(event, PatienceMs));
   EXPECT_EQ(event.kind, EventKind::Key);
-  EXPECT_EQ(event.code, Key::F10);
+  EXPECT_EQ(event.key, Key::F10);
   EXPECT_EQ(event.state, 0);
   EXPECT_EQ(event.hwCode, 0);
   XKeys::get().press(XK_F1);
@@ -232,11 +231,11 @@ TEST_F(RealKeys, TheTitleReachesTheWindow) {
 
 class RealMouse : public RealKeysTest {
  protected:
-  void expectMouse(EventKind kind, int code, int x, int y) {
+  void expectMouse(EventKind kind, int button, int x, int y) {
     TEvent event;
     ASSERT_TRUE(console->readEvent(event, PatienceMs));
     EXPECT_EQ(event.kind, kind);
-    EXPECT_EQ(event.code, code);
+    EXPECT_EQ(event.button, button);
     EXPECT_EQ(event.x, x);
     EXPECT_EQ(event.y, y);
     EXPECT_EQ(event.hwCode, 0);
@@ -244,11 +243,11 @@ class RealMouse : public RealKeysTest {
 };
 
 TEST_F(RealMouse, AClickIsAPressAndAReleaseOnItsCell) {
-  const int code[] = {0, 1, 3, 2};
+  const int buttons[] = {0, 1, 3, 2};
   for (const int button : {1, 2, 3}) {
     XKeys::get().click(10 * button, 5 + button, button);
-    expectMouse(EventKind::Press, code[button], 10 * button, 5 + button);
-    expectMouse(EventKind::Release, code[button], 10 * button, 5 + button);
+    expectMouse(EventKind::Press, buttons[button], 10 * button, 5 + button);
+    expectMouse(EventKind::Release, buttons[button], 10 * button, 5 + button);
   }
 }
 
@@ -267,10 +266,10 @@ TEST_F(RealMouse, ADragTellsWhichButtonIsHeld) {
     XKeys::get().buttonDown(button);
     XKeys::get().moveTo(9, 6);
     XKeys::get().buttonUp(button);
-    const int code = button == 1 ? 1 : 2;
-    expectMouse(EventKind::Press, code, 4, 4);
-    expectMouse(EventKind::Drag, code, 9, 6);
-    expectMouse(EventKind::Release, code, 9, 6);
+    const int queued = button == 1 ? 1 : 2;
+    expectMouse(EventKind::Press, queued, 4, 4);
+    expectMouse(EventKind::Drag, queued, 9, 6);
+    expectMouse(EventKind::Release, queued, 9, 6);
   }
 }
 
@@ -295,8 +294,8 @@ TEST_F(RealMouse, AMiddleClickIsNoKeyAndNoMessage) {
   XKeys::get().click(3, 3, 2);
   ASSERT_TRUE(waitUntil([] { return console->eventCount() == 2; }));
   MouseMessage message;
-  EXPECT_EQ(getKey(&message, 0), 0);
-  EXPECT_EQ(getKey(&message, 0), 0);
+  EXPECT_EQ(getKey(&message, 0), Key::NoKey);
+  EXPECT_EQ(getKey(&message, 0), Key::NoKey);
 }
 
 TEST_F(RealMouse, ShiftStatesComeWithAClick) {

@@ -114,7 +114,7 @@ TEST_F(ToolkitDeathTest, ALostDisplayIsNoEscAndLetsAnOperationEnd) {
                 server.kill();
                 while (!breakRequested()) {
                 }
-                const bool told = programEnds() && getKey() == 0 && escapePressed();
+                const bool told = programEnds() && getKey() == Key::NoKey && escapePressed();
                 // The screen is gone, but what the operation draws meanwhile does no harm.
                 screen.writeWide(0, 0, L"ending", 7);
                 screen.setGeometry(90, 30, Estring("DejaVu Sans"), 11);

@@ -25,7 +25,7 @@
 namespace {
 
 constexpr int NeverShown = 7, NeverStarted = 8;  // exit statuses of a test that went wrong
-constexpr int AltA = 0x1001E;
+constexpr Key::Code AltA = Key::alt('a');
 
 enum class Way { Terminate, Close, LoseDisplay, DestroyWindow };
 constexpr const char* WayNames[] = {"Terminate", "Close", "LoseDisplay", "DestroyWindow"};
@@ -45,20 +45,21 @@ enum class Target { Absent, Present };
 
 struct Step {
   const char* text;  // waited for, after the keys
-  std::vector<int> keys;
+  std::vector<Key::Code> keys;
 };
 
 // The keys of a line that runs.
-std::vector<int> typed(const char* line) {
-  std::vector<int> keys(line, line + strlen(line));
+std::vector<Key::Code> typed(const char* line) {
+  std::vector<Key::Code> keys(line, line + strlen(line));
   keys.push_back(Key::Enter);
   return keys;
 }
 
 struct Place {
   const char* name;
-  std::vector<Step> way;        // there, from the panels
-  std::vector<int> afterClose;  // what the user presses until the program asks whether to leave
+  std::vector<Step> way;  // there, from the panels
+  std::vector<Key::Code>
+      afterClose;  // what the user presses until the program asks whether to leave
   Work work = Work::None;
   Target target = Target::Absent;
 };
@@ -94,9 +95,9 @@ void PrintTo(const Place& place, std::ostream* out) {
   *out << place.name;
 }
 
-void key(int code) {
+void key(Key::Code code) {
   TEvent event;
-  event.code = code;
+  event.key = code;
   console->events().put(event);
 }
 
@@ -179,7 +180,7 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
     });
     waitFor("10Quit");
     for (const Step& step : place().way) {
-      for (const int code : step.keys) key(code);
+      for (const Key::Code code : step.keys) key(code);
       if (step.text) waitFor(step.text);
     }
     if (copies() && !holder.waitUntilHeld()) _exit(NeverStarted);
@@ -214,7 +215,7 @@ class EndTableDeathTest : public testing::TestWithParam<std::tuple<Way, Place>> 
   }
 
   static void leaveAsTheUserWould() {
-    for (const int code : place().afterClose) key(code);
+    for (const Key::Code code : place().afterClose) key(code);
     waitFor("Are you sure");
     key(Key::Enter);
   }

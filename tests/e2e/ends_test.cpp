@@ -93,9 +93,9 @@ class DisplayDeathTest : public testing::Test {
   static void waitFor(const std::string& text) {
     if (!waitUntil([&] { return console && screen().find(text) != std::string::npos; })) _exit(7);
   }
-  static void key(int code) {
+  static void key(Key::Code code) {
     TEvent event;
-    event.code = code;
+    event.key = code;
     console->events().put(event);
   }
 

@@ -73,7 +73,7 @@ void CommandTest::play(const std::vector<Step>& steps, const std::function<void(
         console->savePicture((std::string(pictures) + "/" + step.golden + ".png").c_str());
       }
       queueText(step.typed);
-      for (const int key : step.keys) queueKey(key);
+      for (const Key::Code key : step.keys) queueKey(key);
     }
     // Whatever else is asked would keep the test waiting for ever.
     waitUntil([&] { return ended.load(); }, steps.empty() ? 2000 : PatienceMs);

@@ -19,7 +19,7 @@
 // golden screen (if one is named), and type.
 struct Step {
   std::string text;
-  std::vector<int> keys;
+  std::vector<Key::Code> keys;
   std::string golden = {};
   std::string typed = {};  // before the keys
 };

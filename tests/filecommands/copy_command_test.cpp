@@ -96,7 +96,7 @@ TEST_F(CopyCommandTest, AFailedRenameLeavesTheCursor) {
   for (const char* name : {"left/a", "left/b"}) file(name);
   show("a");
   copyWith({{"Move/Rename \"a\" to", {Key::Enter}, "", "b"},
-            {"File already exists, Overwrite?", {Answer::Skip}, "overwrite_move"}},
+            {"File already exists, Overwrite?", {Key::Code(Answer::Skip)}, "overwrite_move"}},
            Move | Bare);
   EXPECT_EQ(currentName(left()), "a");
   EXPECT_TRUE(dir.exists("left/a"));
@@ -105,7 +105,7 @@ TEST_F(CopyCommandTest, AFailedRenameLeavesTheCursor) {
 TEST_F(CopyCommandTest, TheThreeToggleKeysSwitchBetweenNameAndPath) {
   file("left/a");
   show("a");
-  for (const int key : {Key::AltD, Key::F5, Key::F6}) {
+  for (const Key::Code key : {Key::AltD, Key::F5, Key::F6}) {
     copyWith({{dir.path("right/a"), {key}}, {"a" + std::string(71, ' ') + "↓", {Key::Esc}}});
   }
 }
@@ -263,7 +263,7 @@ TEST_F(CopyCommandTest, WhatWasDoneLosesItsTagAndWhatStayedKeepsIt) {
   show("a");
   for (const char* name : {"a", "b", "c"}) tag(name);
   copyTo(dir.path("right"),
-         {{"File already exists, Overwrite?", {Answer::Skip}, "overwrite_copy"}});
+         {{"File already exists, Overwrite?", {Key::Code(Answer::Skip)}, "overwrite_copy"}});
   EXPECT_EQ(taggedNames(left()), Texts{"b"});
   restoreSelection(left());
   EXPECT_EQ(taggedNames(left()), (Texts{"a", "c"}));
@@ -282,10 +282,10 @@ TEST_F(CopyCommandTest, AnAnswerForAllHoldsForThisCommandOnly) {
   for (const char* name : {"left/a", "left/b", "right/a", "right/b"}) file(name);
   show("a");
   for (const char* name : {"a", "b"}) tag(name);
-  copyTo(dir.path("right"), {{"File already exists, Overwrite?", {Answer::All}}});
+  copyTo(dir.path("right"), {{"File already exists, Overwrite?", {Key::Code(Answer::All)}}});
   show("a");
   for (const char* name : {"a", "b"}) tag(name);
-  copyTo(dir.path("right"), {{"File already exists, Overwrite?", {Answer::None}}});
+  copyTo(dir.path("right"), {{"File already exists, Overwrite?", {Key::Code(Answer::None)}}});
 }
 
 TEST_F(CopyCommandTest, EscInTheQueueStopsAfterTheFile) {
@@ -353,7 +353,7 @@ TEST_F(CopyCommandTest, TheProgressWindowShowsWhatIsCopied) {
   show("a");
   tag("a");
   tag("b");
-  copyTo(dir.path("right"), {{"(2 of 2)", {Answer::Skip}, "progress_behind_question"}});
+  copyTo(dir.path("right"), {{"(2 of 2)", {Key::Code(Answer::Skip)}, "progress_behind_question"}});
 }
 
 TEST_F(CopyCommandTest, TheOtherQuestionsLookAsTheyShould) {
@@ -437,7 +437,7 @@ TEST_F(CopyCommandTest, AMoveToAnotherDeviceKnowsHowMuchThereIs) {
   show("tree");
   // A third of the bytes at the second question.
   copyTo(other->path() + "/",
-         {{"File already exists, Overwrite?", {Answer::Yes}},
+         {{"File already exists, Overwrite?", {Key::Code(Answer::Yes)}},
           {"████████████░░░░░░░░░░░░░", {Key::Esc}}},
          Move);
   EXPECT_TRUE(dir.exists("left/tree"));

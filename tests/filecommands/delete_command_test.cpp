@@ -28,7 +28,7 @@ constexpr char Wish[] = "Do you wish to delete";
 TEST_F(DeleteCommandTest, OneFileIsAskedAboutAndGoes) {
   file("left/some file");
   show("some file");
-  for (const int key : {Key::Esc, Key::F10}) {
+  for (const Key::Code key : {Key::Esc, Key::F10}) {
     deleteWith({{Wish, {key}}});
     EXPECT_TRUE(dir.exists("left/some file"));
   }
@@ -273,7 +273,7 @@ TEST_F(DeleteCommandTest, ByNameStartsWithTheCursorsNameAndReturnsAfterAMistake)
 TEST_F(DeleteCommandTest, ByNameTakesNoForAnAnswer) {
   file("left/a");
   show("a");
-  for (const int key : {Key::Esc, Key::F10}) {
+  for (const Key::Code key : {Key::Esc, Key::F10}) {
     byName({{"Delete the file:", {Key::Enter}}, {Wish, {key}}});
     EXPECT_TRUE(dir.exists("left/a"));
   }

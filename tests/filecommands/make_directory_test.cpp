@@ -42,7 +42,9 @@ TEST_F(MakeDirectoryTest, AMissingDirectoryBetweenIsFileNotFound) {
 TEST_F(MakeDirectoryTest, AnExistingNameIsToldInTheSystemsWordsAndRetryTriesAgain) {
   dir.makeDir("left/d");
   show("d");
-  make({name("d"), {"File exists (17)", {Answer::Retry}}, {"File exists (17)", {Answer::Skip}}});
+  make({name("d"),
+        {"File exists (17)", {Key::Code(Answer::Retry)}},
+        {"File exists (17)", {Key::Code(Answer::Skip)}}});
 }
 
 TEST_F(MakeDirectoryTest, RefusedWhereSomethingStandsTellsWhatItIs) {

@@ -12,7 +12,7 @@ void check(MenuStore& menu, int depth) {
   if (depth > DeepestMenu) abort();
   for (int i = 0; i < menu.count(); ++i) {
     MenuEntry& entry = *menu.peek(i);
-    if (entry.keyCode == 0 || entry.key.empty()) abort();
+    if (entry.keyCode == Key::NoKey || entry.key.empty()) abort();
     if (entry.submenu) check(*entry.submenu, depth + 1);
   }
 }

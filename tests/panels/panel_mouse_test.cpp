@@ -59,7 +59,7 @@ class PanelMouseTest : public DrawnPanelsTest {
   }
 
   PanelMouseState state_;
-  int key_ = 0;
+  Key::Code key_;
 };
 
 // The wheel.
@@ -140,18 +140,18 @@ TEST_F(PanelMouseTest, AColumnOfTheKeyBarIsTheKeyWhoseLabelStandsThere) {
                       {71, 10},
                       {78, 10},
                       {79, 10}}) {
-    EXPECT_EQ(keyBarKeyAt(c.x, 0, MouseButton::Left), Key::F1 + c.number - 1) << c.x;
+    EXPECT_EQ(keyBarKeyAt(c.x, 0, MouseButton::Left), functionKey(c.number, 0)) << c.x;
   }
   setScreen(132, 25);
   for (BarColumn c : {BarColumn{0, 1}, {11, 1}, {12, 2}, {115, 9}, {116, 10}, {131, 10}}) {
-    EXPECT_EQ(keyBarKeyAt(c.x, 0, MouseButton::Left), Key::F1 + c.number - 1) << c.x;
+    EXPECT_EQ(keyBarKeyAt(c.x, 0, MouseButton::Left), functionKey(c.number, 0)) << c.x;
   }
 }
 
 TEST_F(PanelMouseTest, TheKeyIsOfTheLayerThatTheModifiersShow) {
   struct Layer {
     int state;
-    int firstKey;
+    Key::Code firstKey;
   };
   using namespace ShiftState;
   for (Layer layer : {Layer{0, Key::F1},
@@ -160,11 +160,13 @@ TEST_F(PanelMouseTest, TheKeyIsOfTheLayerThatTheModifiersShow) {
                       {Shift, Key::ShiftF1},
                       {Shift | Alt, Key::ShiftAltF1}}) {
     EXPECT_EQ(keyBarKeyAt(0, layer.state, MouseButton::Left), layer.firstKey) << layer.state;
-    EXPECT_EQ(keyBarKeyAt(79, layer.state, MouseButton::Left), layer.firstKey + 9) << layer.state;
+    EXPECT_EQ(keyBarKeyAt(79, layer.state, MouseButton::Left),
+              Key::Code(layer.firstKey.value() + 9))
+        << layer.state;
   }
   EXPECT_EQ(keyBarKeyAt(35, Shift | Ctrl, MouseButton::Left), Key::CtrlShiftF5);
-  EXPECT_EQ(keyBarKeyAt(35, Ctrl | Alt, MouseButton::Left), 0);
-  EXPECT_EQ(keyBarKeyAt(35, Shift | Ctrl | Alt, MouseButton::Left), 0);
+  EXPECT_EQ(keyBarKeyAt(35, Ctrl | Alt, MouseButton::Left), Key::NoKey);
+  EXPECT_EQ(keyBarKeyAt(35, Shift | Ctrl | Alt, MouseButton::Left), Key::NoKey);
 }
 
 TEST_F(PanelMouseTest, TheRightButtonGivesTheAltKey) {
@@ -179,7 +181,7 @@ TEST_F(PanelMouseTest, TheRightButtonGivesTheAltKey) {
 TEST_F(PanelMouseTest, AKeyRunsAtTheReleaseOverTheSameKey) {
   openFull();
   EXPECT_EQ(press(33, LastRow), MouseOutcome::Handled);
-  EXPECT_EQ(key_, 0);
+  EXPECT_EQ(key_, Key::NoKey);
   EXPECT_EQ(release(36, LastRow), MouseOutcome::RunKey);
   EXPECT_EQ(key_, Key::F5);
 }
@@ -189,7 +191,7 @@ TEST_F(PanelMouseTest, AReleaseOverAnotherKeyIsNothing) {
   press(33, LastRow);
   EXPECT_EQ(release(42, LastRow), MouseOutcome::Nothing);
   EXPECT_EQ(release(33, LastRow), MouseOutcome::Nothing);
-  EXPECT_EQ(key_, 0);
+  EXPECT_EQ(key_, Key::NoKey);
 }
 
 TEST_F(PanelMouseTest, AReleaseWithoutItsPressIsNothing) {

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int AltB = 0x10030;
+constexpr Key::Code AltB{0x10030};
 
 class QuickSearchTest : public PanelTest {
  protected:
@@ -14,7 +14,7 @@ class QuickSearchTest : public PanelTest {
     fill(panel, {"..", "docs/", "alpha", "beta", "Bella", "berlin", "gamma"});
   }
   void type(const std::string& text) {
-    for (char character : text) EXPECT_EQ(0, quickSearchStep(panel, character));
+    for (char character : text) EXPECT_EQ(Key::NoKey, quickSearchStep(panel, character));
   }
 
   Panel& panel;
@@ -38,7 +38,7 @@ TEST_F(QuickSearchTest, CaseIsFolded) {
 }
 
 TEST_F(QuickSearchTest, AltLettersGoThroughTheirTable) {
-  EXPECT_EQ(0, quickSearchStep(panel, AltB));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, AltB));
   EXPECT_EQ("b", bytes(panel.quickSearch));
   EXPECT_EQ("beta", currentName(panel));
 }
@@ -77,13 +77,13 @@ TEST_F(QuickSearchTest, TheSearchWrapsOnceFromTheEndToTheStart) {
 
 TEST_F(QuickSearchTest, AStepGoesToTheNextMatchAndWraps) {
   type("be");
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltDown, 1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltDown, 1));
   EXPECT_EQ("Bella", currentName(panel));
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltDown, 1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltDown, 1));
   EXPECT_EQ("berlin", currentName(panel));
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltDown, 1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltDown, 1));
   EXPECT_EQ("beta", currentName(panel));
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltUp, -1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltUp, -1));
   EXPECT_EQ("berlin", currentName(panel));
   EXPECT_EQ("be", bytes(panel.quickSearch));
 }
@@ -91,15 +91,15 @@ TEST_F(QuickSearchTest, AStepGoesToTheNextMatchAndWraps) {
 TEST_F(QuickSearchTest, AStepFromTheEndsWrapsInBothDirections) {
   fill(panel, {"b1", "x", "b2"});
   type("b");
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltUp, -1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltUp, -1));
   EXPECT_EQ("b2", currentName(panel));
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltDown, 1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltDown, 1));
   EXPECT_EQ("b1", currentName(panel));
 }
 
 TEST_F(QuickSearchTest, TheOnlyMatchIsItsOwnNext) {
   type("g");
-  EXPECT_EQ(0, quickSearchStep(panel, Key::AltDown, 1));
+  EXPECT_EQ(Key::NoKey, quickSearchStep(panel, Key::AltDown, 1));
   EXPECT_EQ("gamma", currentName(panel));
 }
 

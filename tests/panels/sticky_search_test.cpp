@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr int AltB = 0x10030, AltE = 0x10012;
+constexpr Key::Code AltB{0x10030}, AltE{0x10012};
 
 class StickySearchTest : public PanelScreenTest {
  protected:
@@ -13,7 +13,7 @@ class StickySearchTest : public PanelScreenTest {
     GlobalOptions::StickyAlt = true;
     fill(left(), {"..", "docs/", "alpha", "beta", "Bella", "berlin", "gamma"});
   }
-  int search(int key) { return quickSearchStep(left(), key); }
+  Key::Code search(Key::Code key) { return quickSearchStep(left(), key); }
 };
 
 }  // namespace
@@ -29,7 +29,7 @@ TEST_F(StickySearchTest, TheSearchHoldsTheKeyboardUntilAnotherKey) {
 TEST_F(StickySearchTest, EscEndsTheSearchAndIsDropped) {
   queueText("e");
   queueKey(Key::Esc);
-  EXPECT_EQ(0, search('b'));
+  EXPECT_EQ(Key::NoKey, search('b'));
   EXPECT_EQ("beta", currentName(left()));
   EXPECT_TRUE(left().quickSearch.empty());
   EXPECT_EQ(0, console->eventCount());
@@ -84,7 +84,7 @@ TEST_F(StickySearchTest, BackspaceShortensTheTextAndTheLastOneEndsTheSearch) {
   EXPECT_EQ("Bella", currentName(left()));
 
   queueKey(Key::Backspace);
-  EXPECT_EQ(0, search('g'));
+  EXPECT_EQ(Key::NoKey, search('g'));
   EXPECT_EQ("gamma", currentName(left()));
 }
 
@@ -98,7 +98,7 @@ TEST_F(StickySearchTest, ShiftTabCompletesAndTheSearchGoesOn) {
 }
 
 TEST_F(StickySearchTest, WhatNobodyBeginsWithEndsAtOnce) {
-  EXPECT_EQ(0, search('z'));
+  EXPECT_EQ(Key::NoKey, search('z'));
   EXPECT_TRUE(left().quickSearch.empty());
 }
 

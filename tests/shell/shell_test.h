@@ -33,7 +33,7 @@ class ShellTest : public PanelScreenTest {
   }
   // The screen with a dialog that shows `text`, which is left with `end`.
   std::string dialogScreen(const std::string& text, const std::function<void()>& open,
-                           int end = Key::Esc) {
+                           Key::Code end = Key::Esc) {
     std::string picture;
     {
       Beside user([&] {

@@ -9,7 +9,6 @@
 #include <iostream>
 #include <sstream>
 
-#include "console/key_codes.h"
 #include "foundation/break_state.h"
 #include "foundation/utf8.h"
 #include "options/colours.h"
@@ -42,9 +41,8 @@ void createConsole(bool ownDisplay) {
   });
 }
 
-bool isText(int code, int state) {
-  return state == 0 && ((code >= 32 && code < Key::ExtendedKey && code != Key::CtrlBackspace) ||
-                        (code & Key::WideCharacter) != 0);
+bool isTyped(Key::Code key, int state) {
+  return state == 0 && key.isText() && key != Key::CtrlBackspace;
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -123,26 +121,23 @@ Cell ConsoleTest::cellAt(int x, int y) const {
   return console->getCells(x, y, 1, 1).front();
 }
 
-void ConsoleTest::queueKey(int code, int state) {
+void ConsoleTest::queueKey(Key::Code key, int state) {
   TEvent event;
-  event.code = code;
+  event.key = key;
   event.state = state;
-  event.hwCode = isText(code, state) ? 0 : NeutralKey;
+  event.hwCode = isTyped(key, state) ? 0 : NeutralKey;
   console->events().put(event);
 }
 
 void ConsoleTest::queueText(const std::string& text) {
   const Westring wide = fromUtf8(text.c_str());
-  for (const wchar_t* p = wide.data(); *p != 0; ++p) {
-    const int beyond = *p >= Key::ExtendedKey ? Key::WideCharacter : 0;
-    queueKey(static_cast<int>(*p) | beyond);
-  }
+  for (const wchar_t* p = wide.data(); *p != 0; ++p) queueKey(*p);
 }
 
 void ConsoleTest::queueMouse(EventKind kind, int x, int y, int button, int state) {
   TEvent event;
   event.kind = kind;
-  event.code = button;
+  event.button = button;
   event.state = state;
   event.x = x;
   event.y = y;
@@ -152,7 +147,7 @@ void ConsoleTest::queueMouse(EventKind kind, int x, int y, int button, int state
 void ConsoleTest::queueWheel(int direction, int state) {
   TEvent event;
   event.kind = EventKind::Wheel;
-  event.code = direction;
+  event.wheel = direction;
   event.state = state;
   console->events().put(event);
 }
@@ -202,13 +197,13 @@ void RealKeysTest::SetUp() {
   ASSERT_TRUE(XKeys::get().waitForFocus(console->windowId())) << "the window has no focus";
 }
 
-int RealKeysTest::waitKey(MouseMessage* mouse, int timeoutMs) {
-  int key = Key::ShiftChanged;
+Key::Code RealKeysTest::waitKey(MouseMessage* mouse, int timeoutMs) {
+  Key::Code key = Key::ShiftChanged;
   waitUntil(
       [&] {
         key = getKey(mouse, 100);
-        return key != Key::ShiftChanged && key != 0;
+        return key != Key::ShiftChanged && key != Key::NoKey;
       },
       timeoutMs);
-  return key == Key::ShiftChanged ? 0 : key;
+  return key == Key::ShiftChanged ? Key::NoKey : key;
 }

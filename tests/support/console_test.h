@@ -8,6 +8,7 @@
 #include "console/console.h"
 #include "console/input.h"
 #include "console/text_state.h"
+#include "support/key_print.h"
 #include "support/wait_until.h"
 
 // The console counts its frames and blinks by this clock for as long as this lives. The clock must
@@ -40,7 +41,7 @@ class ConsoleTest : public testing::Test {
   int attrAt(int x, int y) const { return cellAt(x, y).attr; }
 
   // As the keyboard queues it: text comes without a key behind it, everything else with one.
-  void queueKey(int code, int state = 0);
+  void queueKey(Key::Code key, int state = 0);
   void queueText(const std::string& text);
   void queueMouse(EventKind kind, int x, int y, int button = 1, int state = 0);
   void queueWheel(int direction, int state = 0);
@@ -63,6 +64,6 @@ class RealKeysTest : public ConsoleTest {
   void SetUp() override;
   bool needsOwnDisplay() const override { return true; }
 
-  // The next key but changes of the modifiers, as getKey returns it; 0 when none came.
-  int waitKey(MouseMessage* mouse = nullptr, int timeoutMs = PatienceMs);
+  // The next key but changes of the modifiers, as getKey returns it; NoKey when none came.
+  Key::Code waitKey(MouseMessage* mouse = nullptr, int timeoutMs = PatienceMs);
 };

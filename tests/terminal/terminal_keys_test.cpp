@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/key_print.h"
+
 namespace {
 TEST(TerminalKeys, EachKeySendsItsBytes) {
   const std::pair<Key::Code, const char*> rows[] = {
@@ -13,9 +15,9 @@ TEST(TerminalKeys, EachKeySendsItsBytes) {
       {Key::CtrlEnter, "\n"},
       {Key::CtrlBackspace, "\x7f"},
       {Key::CtrlBackslash, "\x1c"},
-      {0xE9, "\xC3\xA9"},
-      {0x20AC, "\xE2\x82\xAC"},
-      {Key::WideCharacter | 0x1F600, "\xF0\x9F\x98\x80"},
+      {L'\xE9', "\xC3\xA9"},
+      {L'\x20AC', "\xE2\x82\xAC"},
+      {L'\U0001F600', "\xF0\x9F\x98\x80"},
       {Key::Home, "\x1b[H"},
       {Key::Up, "\x1b[A"},
       {Key::Down, "\x1b[B"},
@@ -45,15 +47,15 @@ TEST(TerminalKeys, EachKeySendsItsBytes) {
       {Key::GrayMinus, "-"},
       {Key::GrayStar, "*"},
   };
-  for (const auto& [code, bytes] : rows) EXPECT_EQ(keyBytes(code), bytes) << std::hex << code;
+  for (const auto& [code, bytes] : rows) EXPECT_EQ(keyBytes(code), bytes) << code;
 }
 
 TEST(TerminalKeys, EveryOtherKeySendsNothing) {
   for (const Key::Code code :
        {Key::ShiftChanged, Key::ShiftF1, Key::CtrlF5, Key::AltF7, Key::CtrlHome, Key::ShiftLeft,
         Key::AltEnter, Key::CtrlShiftEnter, Key::ctrlKeypadDigit(5), Key::AltGrayPlus,
-        Key::CtrlShiftF, Key::MouseEvent, 0}) {
-    EXPECT_EQ(keyBytes(code), "") << std::hex << code;
+        Key::CtrlShiftF, Key::MouseEvent, Key::NoKey}) {
+    EXPECT_EQ(keyBytes(code), "") << code;
   }
 }
 

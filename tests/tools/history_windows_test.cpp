@@ -25,10 +25,10 @@ class HistoryWindowsTest : public PanelScreenTest {
     directoryHistory().clear();
   }
 
-  void queueKeys(std::initializer_list<int> keys) {
-    for (int key : keys) queueKey(key);
+  void queueKeys(std::initializer_list<Key::Code> keys) {
+    for (Key::Code key : keys) queueKey(key);
   }
-  HistoryOutcome open(std::initializer_list<int> keys) {
+  HistoryOutcome open(std::initializer_list<Key::Code> keys) {
     queueKeys(keys);
     const HistoryOutcome outcome = commandHistoryWindow(command, [this] { ++helps; });
     EXPECT_EQ(console->eventCount(), 0) << "keys that nobody took";
@@ -36,7 +36,7 @@ class HistoryWindowsTest : public PanelScreenTest {
     return outcome;
   }
   // What stands on the line after these keys and Ctrl-Enter.
-  std::string chosenBy(std::initializer_list<int> keys) {
+  std::string chosenBy(std::initializer_list<Key::Code> keys) {
     queueKeys(keys);
     EXPECT_EQ(open({Key::CtrlEnter}), HistoryOutcome::PutOnLine);
     return bytes(command);

@@ -19,8 +19,8 @@ class StoredPathsTest : public PanelScreenTest {
     goToPath(left(), dir.wide());
     goToPath(right(), dir.wide());
   }
-  bool open(std::initializer_list<int> keys) {
-    for (int key : keys) queueKey(key);
+  bool open(std::initializer_list<Key::Code> keys) {
+    for (Key::Code key : keys) queueKey(key);
     const bool changed = storedPaths(left());
     EXPECT_EQ(console->eventCount(), 0) << "keys that nobody took";
     drainEvents();

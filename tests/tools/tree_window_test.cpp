@@ -20,8 +20,8 @@ class TreeWindowTest : public PanelScreenTest {
   }
 
   // The path that comes of these keys, or "" when the window is left by Esc.
-  std::string chosenBy(std::initializer_list<int> keys, const std::string& from = "/") {
-    for (int key : keys) queueKey(key);
+  std::string chosenBy(std::initializer_list<Key::Code> keys, const std::string& from = "/") {
+    for (Key::Code key : keys) queueKey(key);
     return run(from);
   }
   std::string run(const std::string& from = "/", TreeWindowUse use = TreeWindowUse::Command) {
@@ -32,8 +32,8 @@ class TreeWindowTest : public PanelScreenTest {
     return bytes(window.choose());
   }
   // The screen while the window waits behind these keys.
-  std::string screenAfter(std::initializer_list<int> keys, const std::string& from = "/") {
-    for (int key : keys) queueKey(key);
+  std::string screenAfter(std::initializer_list<Key::Code> keys, const std::string& from = "/") {
+    for (Key::Code key : keys) queueKey(key);
     std::string picture;
     Beside user([&] {
       waitUntil([] { return console->events().eventCount() == 0; });

@@ -73,8 +73,8 @@ TEST_F(UserMenuFile, KeysAreCharactersAndFunctionKeys) {
       {L"A", 'A'},
       {L"7", '7'},
       {L"#", '#'},
-      {L"\xC9", 0xC9},
-      {L"\x1F600", Key::WideCharacter | 0x1F600},
+      {L"\xC9", L'\xC9'},
+      {L"\x1F600", L'\U0001F600'},
       {L"F1", Key::F1},
       {L"F10", Key::F10},
       {L"F11", Key::F11},
@@ -85,17 +85,17 @@ TEST_F(UserMenuFile, KeysAreCharactersAndFunctionKeys) {
       {L"SF11", Key::ShiftF11},
       {L"AF10", Key::AltF10},
       {L"AF12", Key::AltF12},
-      {L"", 0},
-      {L"AB", 0},
-      {L"F0", 0},
-      {L"F13", 0},
-      {L"F123", 0},
-      {L"F1X", 0},
-      {L"CF", 0},
-      {L"XF1", 0},
-      {L"CF0", 0},
-      {L"F-1", 0},
-      {L"F 1", 0},
+      {L"", Key::NoKey},
+      {L"AB", Key::NoKey},
+      {L"F0", Key::NoKey},
+      {L"F13", Key::NoKey},
+      {L"F123", Key::NoKey},
+      {L"F1X", Key::NoKey},
+      {L"CF", Key::NoKey},
+      {L"XF1", Key::NoKey},
+      {L"CF0", Key::NoKey},
+      {L"F-1", Key::NoKey},
+      {L"F 1", Key::NoKey},
   };
   for (const auto& [text, code] : rows) EXPECT_EQ(menuKeyCode(text), code) << toUtf8(text).data();
 }
@@ -105,7 +105,7 @@ TEST_F(UserMenuFile, AKeyOfOneCharacterMayBeUtf8) {
                   "bersicht\n  ls\n"),
             "\xC3\x89=\xC3\x9C"
             "bersicht(ls)");
-  EXPECT_EQ(menu->peek(0)->keyCode, 0xC9);
+  EXPECT_EQ(menu->peek(0)->keyCode, L'\xC9');
   EXPECT_EQ(menu->greatestKeyLength, 1);
 }
 

@@ -26,13 +26,13 @@ class UserMenuTest : public ShellTest {
   void blankScreen() { console->fillBlank(0, 0, console->columns(), console->rows(), 7); }
   void writeMenu(const std::string& text) { leftDir.write("td.mnu", text); }
   // Keys that wait when the menu opens.
-  void openWith(const std::vector<int>& keys, UserMenuKind kind = UserMenuKind::OfDirectory) {
-    for (const int key : keys) queueKey(key);
+  void openWith(const std::vector<Key::Code>& keys, UserMenuKind kind = UserMenuKind::OfDirectory) {
+    for (const Key::Code key : keys) queueKey(key);
     userMenu(0, kind);
     EXPECT_EQ(console->eventCount(), 0);
     drainEvents();
   }
-  std::vector<std::string> run(const std::string& menu, const std::vector<int>& keys) {
+  std::vector<std::string> run(const std::string& menu, const std::vector<Key::Code>& keys) {
     writeMenu(menu);
     openWith(keys);
     return shell.take();

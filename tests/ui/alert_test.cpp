@@ -9,13 +9,13 @@ namespace {
 
 class AlertTest : public UiTest {
  protected:
-  int answerTo(std::initializer_list<int> keys, AlertButtons buttons) {
+  int answerTo(std::initializer_list<Key::Code> keys, AlertButtons buttons) {
     queueKeys(keys);
     return alert(L"Question", L"/some/path", buttons);
   }
 };
 
-constexpr int AltO = 0x10018, AltS = 0x1001F, AltA = 0x1001E, AltE = 0x10012, AltR = 0x10013;
+constexpr Key::Code AltO{0x10018}, AltS{0x1001F}, AltA{0x1001E}, AltE{0x10012}, AltR{0x10013};
 
 }  // namespace
 
@@ -64,7 +64,7 @@ TEST_F(AlertTest, EachButtonAnswersWithItsCharacter) {
 }
 
 TEST_F(AlertTest, PlainLettersOfTheAnswersPressTheButtons) {
-  for (int letter : {'y', 's', 'a', 'e', 'd'}) {
+  for (char letter : {'y', 's', 'a', 'e', 'd'}) {
     EXPECT_EQ(answerTo({letter}, AlertButtons::OverwriteMany), letter);
   }
   EXPECT_EQ(answerTo({'S'}, AlertButtons::OverwriteMany), Answer::Skip);

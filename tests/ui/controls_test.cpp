@@ -6,7 +6,7 @@ namespace {
 
 class ControlsTest : public UiTest {};
 
-constexpr int AltG = 0x10022, AltH = 0x10023;
+constexpr Key::Code AltG{0x10022}, AltH{0x10023};
 constexpr int Focused = 0x30;  // the default colour of input fields
 
 }  // namespace
@@ -91,7 +91,7 @@ TEST_F(ControlsTest, ALabelWithoutAHotCharacterHasNoHighlight) {
 }
 
 TEST_F(ControlsTest, SpaceAndEnterPressTheFocusedButton) {
-  for (int key : {Key::Space, Key::Enter}) {
+  for (Key::Code key : {Key::Space, Key::Enter}) {
     TestDialog dialog(40, 10);
     dialog.addButton(2, 1, Group::New, 'g', "Go");
     dialog.addButton(12, 1, Group::Same, 'h', "Halt");
@@ -102,8 +102,8 @@ TEST_F(ControlsTest, SpaceAndEnterPressTheFocusedButton) {
 
 TEST_F(ControlsTest, AButtonsHotKeyAndHotCharacterPressItFromAnywhere) {
   const struct {
-    int key;
-    int code;
+    Key::Code key;
+    Key::Code code;
   } rows[] = {{'h', 'h'}, {'H', 'h'}, {AltG, 'g'}, {AltH, 'h'}, {Key::F1, Key::F1}};
   for (const auto& row : rows) {
     Dialog dialog(-1, -2, 40, 10, Grey);

@@ -11,7 +11,7 @@ namespace {
 
 class DialogTest : public UiTest {};
 
-constexpr int AltI = 0x10017;
+constexpr Key::Code AltI{0x10017};
 
 // Counts what reaches it; takes no focus of its own accord.
 class Probe : public DialogElement {
@@ -109,12 +109,12 @@ TEST_F(DialogTest, RunningTwiceStartsWithAFreshExitCode) {
 TEST_F(DialogTest, ShiftChangesAndKeyZeroMeanNothing) {
   Dialog dialog(-1, -2, 40, 10, Grey);
   Probe* probe = addProbe(dialog, Group::New);
-  queueKeys({Key::ShiftChanged, 0});
+  queueKeys({Key::ShiftChanged, Key::NoKey});
   queueClick(40, 12, 3);  // a middle click comes as key 0
   queueKey(Key::Enter);
   dialog.run();
   ASSERT_EQ(probe->messages.size(), 1U);
-  EXPECT_EQ(probe->messages[0].code, Key::Enter);
+  EXPECT_EQ(probe->messages[0].key, Key::Enter);
   EXPECT_EQ(probe->activations, 0);
 }
 
@@ -201,10 +201,11 @@ TEST_F(DialogTest, TheMouseIsOfferedFromTheFirstElementUntilOneTakesIt) {
   Probe* second = addProbe(dialog, Group::New);
   Probe* third = addProbe(dialog, Group::New);
   second->handles = true;
-  for (EventKind kind : {EventKind::Press, EventKind::DoubleClick, EventKind::Drag,
-                         EventKind::Release, EventKind::Wheel}) {
+  for (EventKind kind :
+       {EventKind::Press, EventKind::DoubleClick, EventKind::Drag, EventKind::Release}) {
     queueMouse(kind, 40, 12);
   }
+  queueWheel(1);
   dialog.runQueued();
   EXPECT_EQ(first->messages.size(), 6U);  // and the key that ended it
   ASSERT_EQ(second->messages.size(), 5U);
@@ -212,7 +213,7 @@ TEST_F(DialogTest, TheMouseIsOfferedFromTheFirstElementUntilOneTakesIt) {
   EXPECT_EQ(second->messages[1].kind, MessageKind::LeftDoubleClick);
   EXPECT_EQ(second->messages[2].kind, MessageKind::LeftDrag);
   EXPECT_EQ(second->messages[4].kind, MessageKind::Wheel);
-  EXPECT_EQ(second->messages[4].code, 1);
+  EXPECT_EQ(second->messages[4].value, 1);
 }
 
 TEST_F(DialogTest, ADisabledElementGetsNoMouse) {
@@ -253,8 +254,7 @@ TEST_F(DialogTest, TabGoesToTheNextGroupAndToItsLastFocus) {
 }
 
 TEST_F(DialogTest, TabToAGroupWhoseLastFocusIsDisabledGoesOnInItsDirection) {
-  for (const auto& [key, reached] :
-       {std::pair{int{Key::Tab}, 3}, std::pair{int{Key::ShiftTab}, 1}}) {
+  for (const auto& [key, reached] : {std::pair{Key::Tab, 3}, std::pair{Key::ShiftTab, 1}}) {
     TestDialog dialog;
     addProbe(dialog, Group::New);
     addProbe(dialog, Group::New);
@@ -423,7 +423,7 @@ TEST_F(DialogTest, AWideCharacterIsNoKeyOfTheSameLowBits) {
   function->hotKey = Key::F3;
   const char hot[] = {0, 'i'};
   dialog.setHotChars(hot, 2);
-  dialog.runKeys({Key::WideCharacter | Key::F3, Key::WideCharacter | AltI});
+  dialog.runKeys({Key::F3 | Key::WideCharacter, AltI | Key::WideCharacter});
   EXPECT_EQ(function->activations, 0);
 }
 
@@ -508,11 +508,11 @@ TEST_F(DialogTest, CommitAllReachesEveryElement) {
 TEST_F(DialogTest, SendMessageReturnsTheAnswerAndRefusesWrongIndices) {
   TestDialog dialog;
   Probe* a = addProbe(dialog, Group::New);
-  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::ListContent, 0, 0, 0}));
+  EXPECT_FALSE(dialog.sendMessage(0, {.kind = MessageKind::ListContent}));
   a->handles = true;
-  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::ListLength, 4, 0, 0}));
-  EXPECT_EQ(a->messages.back().code, 4);
-  EXPECT_FALSE(dialog.sendMessage(5, {MessageKind::ListLength, 4, 0, 0}));
+  EXPECT_TRUE(dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = 4}));
+  EXPECT_EQ(a->messages.back().value, 4);
+  EXPECT_FALSE(dialog.sendMessage(5, {.kind = MessageKind::ListLength, .value = 4}));
 }
 
 TEST_F(DialogTest, AnotherThreadMaySendMessagesWhileTheDialogRuns) {
@@ -520,7 +520,7 @@ TEST_F(DialogTest, AnotherThreadMaySendMessagesWhileTheDialogRuns) {
   Probe* probe = addProbe(dialog, Group::New);
   std::thread worker([&dialog] {
     for (int i = 0; i < 200; ++i) {
-      EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftDrag, i, 0, 0}));
+      EXPECT_TRUE(dialog.sendMessage(0, {.kind = MessageKind::LeftDrag, .value = i}));
     }
   });
   for (int i = 0; i < 50; ++i) queueKey('x');
@@ -535,7 +535,7 @@ class Awaiting : public Probe {
  public:
   using Probe::Probe;
   bool handleMessage(const Message& message) override {
-    if (message.kind == MessageKind::ListLength) dialog_.setExitCode(message.code);
+    if (message.kind == MessageKind::ListLength) dialog_.setExitCode(Key::Code(message.value));
     return Probe::handleMessage(message);
   }
 };
@@ -543,8 +543,9 @@ class Awaiting : public Probe {
 TEST_F(DialogTest, AMessageOfAnotherThreadWakesTheWaitingDialog) {
   TestDialog dialog;
   dialog.add(std::make_unique<Awaiting>(dialog, 0, 0, Group::New));
-  std::thread worker([&dialog] { dialog.sendMessage(0, {MessageKind::ListLength, 77, 0, 0}); });
-  EXPECT_EQ(dialog.run(), 77);
+  std::thread worker(
+      [&dialog] { dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = 77}); });
+  EXPECT_EQ(dialog.run(), Key::Code(77));
   worker.join();
 }
 
@@ -553,14 +554,14 @@ TEST_F(DialogTest, OfAListsMessagesNotYetPassedOnTheNewestCounts) {
   Probe* probe = addProbe(dialog, Group::New);
   std::thread([&dialog] {
     for (int i = 0; i < 100; ++i) {
-      dialog.sendMessage(0, {MessageKind::ListLength, i, 0, 0});
-      dialog.sendMessage(0, {MessageKind::ListContent, 0, 0, 0});
+      dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = i});
+      dialog.sendMessage(0, {.kind = MessageKind::ListContent});
     }
   }).join();
   dialog.runQueued();
   ASSERT_EQ(probe->messages.size(), 3U);
   EXPECT_EQ(probe->messages[0].kind, MessageKind::ListLength);
-  EXPECT_EQ(probe->messages[0].code, 99);
+  EXPECT_EQ(probe->messages[0].value, 99);
   EXPECT_EQ(probe->messages[1].kind, MessageKind::ListContent);
 }
 
@@ -570,9 +571,10 @@ class Joining : public Probe {
   using Probe::Probe;
   bool handleMessage(const Message& message) override {
     Probe::handleMessage(message);
-    if (message.kind != MessageKind::Key || message.code != 'j') return false;
+    if (message.kind != MessageKind::Key || message.key != 'j') return false;
     std::thread worker([this] {
-      for (int i = 0; i < 3; ++i) dialog_.sendMessage(0, {MessageKind::ListLength, i, 0, 0});
+      for (int i = 0; i < 3; ++i)
+        dialog_.sendMessage(0, {.kind = MessageKind::ListLength, .value = i});
     });
     {
       Dialog question(-1, -2, 20, 5, 0x70);
@@ -595,7 +597,7 @@ TEST_F(DialogTest, AWorkerNeverWaitsForAControlThatAsksAQuestion) {
   dialog.runQueued();
   EXPECT_FALSE(control.seenDuringTheQuestion) << "the list lies below the question";
   ASSERT_EQ(control.messages.size(), 3U);
-  EXPECT_EQ(control.messages[1].code, 2);
+  EXPECT_EQ(control.messages[1].value, 2);
 }
 
 TEST_F(DialogTest, TheEndOfTheProgramIsNeitherEscNorAKey) {

@@ -38,7 +38,7 @@ TEST_F(GoldenScreens, ADialogWithEveryControl) {
   dialog.addRadio(1, 7, Group::New, &radio, 1, "One");
   dialog.addRadio(1, 8, Group::Same, &radio, 2, "Two");
   dialog.addRadio(1, 9, Group::Same, &radio, 3, "Three");
-  dialog.addList(30, 7, Group::New, 20, 6, items, 3, &selected, 0);
+  dialog.addList(30, 7, Group::New, 20, 6, items, 3, &selected, ListExit::DialogDefault);
   dialog.addProgress(1, 14, 40, &fraction);
   dialog.addOkCancel(-1, -1, Group::New);
   dialog.runQueued();

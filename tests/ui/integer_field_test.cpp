@@ -42,7 +42,7 @@ TEST_F(IntegerFieldTest, DigitsReplaceTheNumberAndChangeTheValueLive) {
 TEST_F(IntegerFieldTest, LettersAreIgnoredAndGoOnToTheDialog) {
   NumberDialog dialog(7, 5);
   dialog.addExitKey('q');
-  dialog.runKeys({'a', '-', ' ', '+', Key::WideCharacter | 0x1F600});
+  dialog.runKeys({'a', '-', ' ', '+', Key::Code(0x1F600) | Key::WideCharacter});
   EXPECT_EQ(dialog.value, 7);
   queueKey('q');
   EXPECT_EQ(dialog.run(), 'q');

@@ -13,7 +13,7 @@ constexpr int ListX = 3, ListY = 2, ListWidth = 12;
 // A dialog whose first element is a list of "item 0", "item 1" and so on.
 class ListDialog : public TestDialog {
  public:
-  ListDialog(int count, int rows, int start = 0, int exitOnEnter = ListExit::DialogDefault)
+  ListDialog(int count, int rows, int start = 0, Key::Code exitOnEnter = ListExit::DialogDefault)
       : selected(start), rows_(rows) {
     for (int i = 0; i < count; ++i) append(i);
     addList(ListX, ListY, Group::New, ListWidth, rows, &items, &selected, exitOnEnter);
@@ -165,9 +165,9 @@ TEST_F(ListBoxTest, TheCursorColourNeedsTheFocus) {
 
 TEST_F(ListBoxTest, EnterEndsWithTheListsCodeOrTheDialogsDefault) {
   {
-    ListDialog dialog(5, 3, 0, 77);
+    ListDialog dialog(5, 3, 0, 'M');
     queueKey(Key::Enter);
-    EXPECT_EQ(dialog.run(), 77);
+    EXPECT_EQ(dialog.run(), Key::Code('M'));
   }
   {
     ListDialog dialog(5, 3);
@@ -181,7 +181,7 @@ TEST_F(ListBoxTest, EnterEndsWithTheListsCodeOrTheDialogsDefault) {
 }
 
 TEST_F(ListBoxTest, AnyUnusedKeyEndsAListThatAsksForIt) {
-  for (int key : {int{'x'}, int{Key::F5}, int{Key::Esc}, int{Key::Tab}, int{Key::Left}, int{'0'}}) {
+  for (Key::Code key : {Key::Code('x'), Key::F5, Key::Esc, Key::Tab, Key::Left, Key::Code('0')}) {
     ListDialog dialog(5, 3, 0, ListExit::AnyKey);
     queueKeys({Key::Down, key});
     EXPECT_EQ(dialog.run(), key) << key;
@@ -207,7 +207,7 @@ TEST_F(ListBoxTest, AClickMovesTheCursorAndTakesTheFocus) {
 }
 
 TEST_F(ListBoxTest, AClickOnABlankRowSelectsTheLastEntryAndEndsThere) {
-  for (int exitOnEnter : {int{ListExit::AnyKey}, int{ListExit::DialogDefault}, 77}) {
+  for (Key::Code exitOnEnter : {ListExit::AnyKey, ListExit::DialogDefault, Key::Code('M')}) {
     ListDialog dialog(3, 6, 0, exitOnEnter);
     const int x = dialog.screenX(), y = dialog.screenY(5);
     queueClick(x, y);
@@ -220,9 +220,9 @@ TEST_F(ListBoxTest, AClickOnABlankRowSelectsTheLastEntryAndEndsThere) {
 
 TEST_F(ListBoxTest, ADoubleClickIsEnter) {
   const struct {
-    int exitOnEnter;
-    int code;
-  } rows[] = {{77, 77}, {ListExit::DialogDefault, 'g'}};
+    Key::Code exitOnEnter;
+    Key::Code code;
+  } rows[] = {{Key::Code('M'), Key::Code('M')}, {ListExit::DialogDefault, 'g'}};
   for (const auto& row : rows) {
     ListDialog dialog(5, 3, 0, row.exitOnEnter);
     dialog.addButton(1, 10, Group::New, 'g', "Go");
@@ -241,7 +241,7 @@ TEST_F(ListBoxTest, ASingleClickEndsOnlyAListThatAsksForIt) {
     EXPECT_EQ(dialog.run(), Key::Enter);
     EXPECT_EQ(dialog.selected, 1);
   }
-  ListDialog dialog(5, 3, 0, 77);
+  ListDialog dialog(5, 3, 0, 'M');
   queueClick(dialog.screenX(), dialog.screenY(1));
   EXPECT_EQ(dialog.runQueued(), TestDialog::Stop);
 }
@@ -249,9 +249,9 @@ TEST_F(ListBoxTest, ASingleClickEndsOnlyAListThatAsksForIt) {
 TEST_F(ListBoxTest, ADisabledListTakesNoMouse) {
   ListDialog dialog(5, 3);
   dialog.element(0)->enabled = false;
-  const Message press{MessageKind::LeftPress, 0, ListX, ListY + 1};
+  const Message press{MessageKind::LeftPress, Key::NoKey, ListX, ListY + 1};
   EXPECT_FALSE(dialog.sendMessage(0, press));
-  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::Wheel, -1, 0, 0}));
+  EXPECT_FALSE(dialog.sendMessage(0, {.kind = MessageKind::Wheel, .value = -1}));
   EXPECT_EQ(dialog.selected, 0);
 }
 
@@ -259,11 +259,12 @@ TEST_F(ListBoxTest, ClicksBesideTheListAreNotItsOwn) {
   ListDialog dialog(20, 6);
   for (auto [x, y] : {std::pair{ListX - 1, ListY}, std::pair{ListX + ListWidth, ListY},
                       std::pair{ListX, ListY + 7}, std::pair{ListX - 1, ListY - 1}}) {
-    EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::LeftPress, 0, x, y})) << x << "," << y;
+    EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, x, y}))
+        << x << "," << y;
   }
-  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::LeftRelease, 0, ListX, ListY - 1}));
-  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::LeftDoubleClick, 0, ListX, ListY + 6}));
-  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::RightPress, 0, ListX, ListY}));
+  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::LeftRelease, Key::NoKey, ListX, ListY - 1}));
+  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::LeftDoubleClick, Key::NoKey, ListX, ListY + 6}));
+  EXPECT_FALSE(dialog.sendMessage(0, {MessageKind::RightPress, Key::NoKey, ListX, ListY}));
   EXPECT_EQ(dialog.selected, 0);
 }
 
@@ -297,16 +298,16 @@ TEST_F(ListBoxTest, TheWheelTurnsTheFocusedList) {
 
 TEST_F(ListBoxTest, APressBelowTheListScrollsToTheEndWhileNothingElseHappens) {
   ListDialog dialog(12, 6);
-  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftPress, 0, ListX, ListY + 6}));
+  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, ListX, ListY + 6}));
   expectAt(dialog, 6, 5);
-  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftDrag, 0, ListX, ListY - 1}));
+  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftDrag, Key::NoKey, ListX, ListY - 1}));
   expectAt(dialog, 0, 0);
 }
 
 TEST_F(ListBoxTest, AutoScrollStopsAtTheNextEvent) {
   ListDialog dialog(100, 6);
   queueKey(Key::Esc);
-  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftPress, 0, ListX, ListY + 6}));
+  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, ListX, ListY + 6}));
   expectAt(dialog, 0, 5);
   drainEvents();
 }
@@ -315,17 +316,17 @@ TEST_F(ListBoxTest, AutoScrollWaitsForTheConfiguredTime) {
   GlobalOptions::ScrollDelay = 40;
   ListDialog dialog(10, 6);
   const double start = clockSeconds();
-  dialog.sendMessage(0, {MessageKind::LeftPress, 0, ListX, ListY + 6});
+  dialog.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, ListX, ListY + 6});
   EXPECT_GE(clockSeconds() - start, 4 * 0.040 * 0.9);
   expectAt(dialog, 4, 5);
 }
 
 TEST_F(ListBoxTest, AutoScrollInAShortListGoesToItsLastEntry) {
   ListDialog dialog(3, 6);
-  dialog.sendMessage(0, {MessageKind::LeftPress, 0, ListX, ListY + 6});
+  dialog.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, ListX, ListY + 6});
   expectAt(dialog, 0, 2);
   ListDialog none(0, 6);
-  EXPECT_TRUE(none.sendMessage(0, {MessageKind::LeftPress, 0, ListX, ListY + 6}));
+  EXPECT_TRUE(none.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, ListX, ListY + 6}));
   EXPECT_EQ(none.selected, 0);
 }
 
@@ -333,7 +334,7 @@ TEST_F(ListBoxTest, AListThatShrinksBelowTheSelectionSelectsItsLastEntry) {
   ListDialog dialog(20, 6, 15);
   dialog.items.clear();
   for (int i = 0; i < 3; ++i) dialog.append(i);
-  EXPECT_TRUE(dialog.sendMessage(0, {MessageKind::ListLength, 3, 0, 0}));
+  EXPECT_TRUE(dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = 3}));
   EXPECT_EQ(dialog.selected, 2);
   EXPECT_EQ(dialog.list().itemCount(), 3);
   dialog.runQueued();
@@ -344,7 +345,7 @@ TEST_F(ListBoxTest, AListThatShrinksOnThePageIsRepaintedWhole) {
   ListDialog dialog(20, 6, 1);
   dialog.items.clear();
   for (int i = 0; i < 3; ++i) dialog.append(i);
-  dialog.sendMessage(0, {MessageKind::ListLength, 3, 0, 0});
+  dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = 3});
   EXPECT_EQ(dialog.selected, 1);
   for (int row = 0; row < 6; ++row) EXPECT_EQ(dialog.itemOn(row), row < 3 ? row : -1) << row;
 }
@@ -353,7 +354,7 @@ TEST_F(ListBoxTest, NewEntriesBelowThePageRepaintTheCursorOnly) {
   ListDialog dialog(6, 6);
   console->fillCell(dialog.screenX(), dialog.screenY(3), ListWidth, Cell{L'?', 7});
   dialog.append(6);
-  dialog.sendMessage(0, {MessageKind::ListLength, 7, 0, 0});
+  dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = 7});
   EXPECT_EQ(charAt(dialog.screenX(), dialog.screenY(3)), L'?');
   dialog.runKeys({Key::End});
   expectAt(dialog, 1, 5);
@@ -362,7 +363,7 @@ TEST_F(ListBoxTest, NewEntriesBelowThePageRepaintTheCursorOnly) {
 TEST_F(ListBoxTest, NewEntriesOnThePageRepaintIt) {
   ListDialog dialog(4, 6);
   dialog.append(4);
-  dialog.sendMessage(0, {MessageKind::ListLength, 5, 0, 0});
+  dialog.sendMessage(0, {.kind = MessageKind::ListLength, .value = 5});
   EXPECT_EQ(dialog.itemOn(4), 4);
   EXPECT_EQ(dialog.itemOn(5), -1);
 }
@@ -372,7 +373,7 @@ TEST_F(ListBoxTest, ChangedContentsAreRepaintedWhole) {
   *dialog.items.peek(3) = L"item 33";
   dialog.redraw(0);
   EXPECT_EQ(dialog.itemOn(3), 3);
-  dialog.sendMessage(0, {MessageKind::ListContent, 0, 0, 0});
+  dialog.sendMessage(0, {.kind = MessageKind::ListContent});
   EXPECT_EQ(dialog.itemOn(3), 33);
 }
 
@@ -395,10 +396,12 @@ TEST_F(ListBoxTest, AnotherThreadMayFeedAnOpenList) {
   FnStringStore none;
   int selected = 0;
   TestDialog dialog;
-  const int list = dialog.addList(ListX, ListY, Group::New, ListWidth, 6, &items, &selected, 0);
-  dialog.sendMessage(list, {MessageKind::ListLength, 0, 0, 0});
+  const int list = dialog.addList(ListX, ListY, Group::New, ListWidth, 6, &items, &selected,
+                                  ListExit::DialogDefault);
+  dialog.sendMessage(list, {.kind = MessageKind::ListLength, .value = 0});
   std::thread worker([&dialog, list] {
-    for (int i = 1; i <= Entries; ++i) dialog.sendMessage(list, {MessageKind::ListLength, i, 0, 0});
+    for (int i = 1; i <= Entries; ++i)
+      dialog.sendMessage(list, {.kind = MessageKind::ListLength, .value = i});
   });
   for (int i = 0; i < 100; ++i) queueKey(i % 2 == 0 ? Key::Down : Key::Up);
   dialog.runQueued();
@@ -415,9 +418,9 @@ TEST_F(ListBoxTest, StringsComeFromArraysAndStoresInTheirEncodings) {
   bytes.add(new Estring("\x81-bytes"));
   FnStringStore wide;
   wide.add(new Westring(L"\u0416-wide"));
-  EXPECT_EQ(dialog.addList(1, 0, Group::New, 8, 3, array, 2, &a, 0), 0);
-  EXPECT_EQ(dialog.addList(1, 4, Group::New, 8, 3, &bytes, &b, 0), 1);
-  EXPECT_EQ(dialog.addList(1, 8, Group::New, 8, 3, &wide, &c, 0), 2);
+  EXPECT_EQ(dialog.addList(1, 0, Group::New, 8, 3, array, 2, &a, ListExit::DialogDefault), 0);
+  EXPECT_EQ(dialog.addList(1, 4, Group::New, 8, 3, &bytes, &b, ListExit::DialogDefault), 1);
+  EXPECT_EQ(dialog.addList(1, 8, Group::New, 8, 3, &wide, &c, ListExit::DialogDefault), 2);
   EXPECT_EQ(inside(dialog, 1, 0, 10), L"\u00E4-array-  ");
   EXPECT_EQ(inside(dialog, 1, 1, 10), L"two       ");
   EXPECT_EQ(inside(dialog, 1, 4, 10), L"\u00FC-bytes   ");
@@ -438,7 +441,8 @@ class SelectorDialog : public TestDialog {
  public:
   explicit SelectorDialog(int start = 0) : selected(start) {
     static const char* const names[] = {"Panel", "Menu", "Clock"};
-    addColourSelector(1, 1, Group::New, 10, 4, names, 3, attributes, &selected, 0);
+    addColourSelector(1, 1, Group::New, 10, 4, names, 3, attributes, &selected,
+                      ListExit::DialogDefault);
   }
   unsigned char attributes[3] = {0x1F, 0x07, 0x30};
   int selected;
@@ -478,7 +482,8 @@ TEST_F(ColourSelectorTest, LettersStepTheColourOfTheSelectedEntry) {
 TEST_F(ColourSelectorTest, AnEmptySelectorTakesTheLettersAndChangesNothing) {
   TestDialog dialog;
   int selected = 0;
-  dialog.addColourSelector(1, 1, Group::New, 10, 4, nullptr, 0, nullptr, &selected, 0);
+  dialog.addColourSelector(1, 1, Group::New, 10, 4, nullptr, 0, nullptr, &selected,
+                           ListExit::DialogDefault);
   EXPECT_EQ(dialog.runKeys({'f', 'B', Key::Down}), TestDialog::Stop);
   EXPECT_EQ(dialog.element(0)->type(), ElementType::ColourSelector);
 }

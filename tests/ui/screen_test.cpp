@@ -36,7 +36,7 @@ class Page : public Screen {
       window_.clearToEndOfLine();
     }
   }
-  void onKey(int key, int) override {
+  void onKey(Key::Code key, int) override {
     if (key == Key::Down) ++top;
     if (key == Key::F1 && runHelp) {
       Page help;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "support/key_print.h"
 #include "ui/alert_dialog.h"
 #include "ui/colour_selector.h"
 #include "ui/integer_field.h"
@@ -18,14 +19,14 @@ TEST(Shadow, BrightTextGoesPlainAndPlainTextGoesGreyOnBlack) {
 TEST(ColourSteps, WrapWithinTheNibbleAndTheByte) {
   const struct {
     unsigned char attr;
-    int key;
+    Key::Code key;
     unsigned char result;
   } rows[] = {
       {0x1F, 'f', 0x10}, {0x10, 'F', 0x1F}, {0x07, 'B', 0xF7}, {0xF7, 'b', 0x07}, {0x17, 'f', 0x18},
       {0x17, 'F', 0x16}, {0x17, 'b', 0x27}, {0x17, 'B', 0x07}, {0x17, 'x', 0x17},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(steppedAttribute(row.attr, row.key), row.result) << int{row.attr} << char(row.key);
+    EXPECT_EQ(steppedAttribute(row.attr, row.key), row.result) << int{row.attr} << row.key;
   }
 }
 

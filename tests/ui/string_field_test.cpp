@@ -18,7 +18,7 @@ class StringFieldTest : public UiTest {
   }
 
   // What keys make of a text in a field of its own.
-  static std::wstring edited(const wchar_t* start, std::initializer_list<int> keys,
+  static std::wstring edited(const wchar_t* start, std::initializer_list<Key::Code> keys,
                              int maxLength = -1) {
     Westring text = start;
     TestDialog dialog;
@@ -57,8 +57,8 @@ class FieldDialog : public TestDialog {
  protected:
   // A key would end a selection.
   void queueStop() override {
-    queue(EventKind::Press, RightButton);
-    queue(EventKind::Release, RightButton);
+    queueMouse(EventKind::Press, RightButton);
+    queueMouse(EventKind::Release, RightButton);
   }
 
  private:
@@ -95,8 +95,8 @@ TEST_F(StringFieldTest, LeftFirstAndThenAKeyInserts) {
 }
 
 TEST_F(StringFieldTest, AnyKeyOfTheFieldEndsTheReplacing) {
-  for (int key : {int{Key::Home}, int{Key::End}, int{Key::Right}, int{Key::CtrlInsert},
-                  int{Key::ctrl('q')}, int{Key::ShiftEnd}}) {
+  for (Key::Code key :
+       {Key::Home, Key::End, Key::Right, Key::CtrlInsert, Key::ctrl('q'), Key::ShiftEnd}) {
     EXPECT_EQ(edited(L"abc", {key, Key::End, 'x'}), L"abcx") << key;
   }
 }
@@ -121,7 +121,7 @@ TEST_F(StringFieldTest, DeletingKeys) {
 TEST_F(StringFieldTest, MovingKeysStayInTheText) {
   FieldDialog dialog(L"abc");
   const struct {
-    std::initializer_list<int> keys;
+    std::initializer_list<Key::Code> keys;
     int cursor;
   } rows[] = {{{Key::Home}, 0},      {{Key::Left}, 0},    {{Key::Right}, 1},
               {{Key::End}, 3},       {{Key::Right}, 3},   {{Key::ShiftLeft}, 2},
@@ -135,7 +135,7 @@ TEST_F(StringFieldTest, MovingKeysStayInTheText) {
 
 TEST_F(StringFieldTest, WordsByCtrlArrows) {
   FieldDialog dialog(L"one two_2, four");
-  const auto cursorAfter = [&dialog](std::initializer_list<int> keys) {
+  const auto cursorAfter = [&dialog](std::initializer_list<Key::Code> keys) {
     dialog.runKeys(keys);
     return dialog.field().cursor();
   };
@@ -255,22 +255,24 @@ TEST_F(StringFieldTest, CtrlQHasNoHoldOnKeysThatAreNoCharacters) {
 }
 
 TEST_F(StringFieldTest, CharactersAboveTheExtendedKeysComeIn) {
-  EXPECT_EQ(edited(L"a", {Key::End, 0xFFFD, Key::WideCharacter | 0x1F600,
-                          Key::WideCharacter | 0x1003B, Key::WideCharacter | 0x2000A}),
+  EXPECT_EQ(edited(L"a", {Key::End, L'\xFFFD', Key::Code(0x1F600) | Key::WideCharacter,
+                          Key::Code(0x1003B) | Key::WideCharacter,
+                          Key::Code(0x2000A) | Key::WideCharacter}),
             L"a\uFFFD\U0001F600\U0001003B\U0002000A");
-  EXPECT_EQ(edited(L"a", {Key::End, Key::ctrl('q'), Key::WideCharacter | 0x10053}), L"a\U00010053");
+  EXPECT_EQ(edited(L"a", {Key::End, Key::ctrl('q'), Key::Code(0x10053) | Key::WideCharacter}),
+            L"a\U00010053");
 }
 
 TEST_F(StringFieldTest, OtherKeysGoOnToTheDialog) {
-  for (int key : {int{Key::F5}, int{Key::ctrl('a')}, int{Key::GrayPlus}, int{Key::Up},
-                  int{Key::CtrlHome}, Key::CtrlDigit | 1, int{Key::AltDown}}) {
+  for (Key::Code key : {Key::F5, Key::ctrl('a'), Key::GrayPlus, Key::Up, Key::CtrlHome,
+                        Key::ctrlDigit(1), Key::AltDown}) {
     FieldDialog dialog(L"abc");
     dialog.addExitKey(key);
     queueKey(key);
     queueKey(Key::Esc);
     dialog.run();
     EXPECT_STREQ(dialog.text.data(), L"abc") << key;
-    EXPECT_EQ(dialog.exitCode(), key == Key::Up ? int{Key::Esc} : key) << key;
+    EXPECT_EQ(dialog.exitCode(), key == Key::Up ? Key::Esc : key) << key;
     drainEvents();
   }
 }
@@ -304,7 +306,7 @@ TEST_F(StringFieldTest, ShiftEndThenShiftHomeTurnsRoundTheAnchor) {
 }
 
 TEST_F(StringFieldTest, AKeyWithoutShiftEndsTheSelection) {
-  for (int key : {int{Key::Left}, int{Key::End}, int{Key::Backspace}, int{'x'}, int{Key::F9}}) {
+  for (Key::Code key : {Key::Left, Key::End, Key::Backspace, Key::Code('x'), Key::F9}) {
     FieldDialog dialog(L"0123456789");
     dialog.runKeys({Key::Home, Key::ShiftEnd});
     ASSERT_EQ(dialog.selection(), "0-9");

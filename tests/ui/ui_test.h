@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "console/console.h"
-#include "console/key_codes.h"
 #include "console/text_state.h"
 #include "options/options.h"
 #include "support/console_test.h"
@@ -48,8 +47,8 @@ class UiTest : public ConsoleTest {
     return console->getCells(0, 0, console->columns(), console->rows());
   }
 
-  void queueKeys(std::initializer_list<int> codes) {
-    for (int code : codes) queueKey(code);
+  void queueKeys(std::initializer_list<Key::Code> keys) {
+    for (Key::Code key : keys) queueKey(key);
   }
   void queueClick(int x, int y, int button = 1) {
     queueMouse(EventKind::Press, x, y, button);
@@ -61,17 +60,17 @@ class UiTest : public ConsoleTest {
 // drawn.
 class TestDialog : public Dialog {
  public:
-  static constexpr int Stop = Key::F12;
+  static constexpr Key::Code Stop = Key::F12;
 
   explicit TestDialog(int width = 60, int height = 20) : Dialog(-1, -2, width, height, 0x70) {}
 
   // Runs until the queued events are used up.
-  int runQueued() {
+  Key::Code runQueued() {
     queueStop();
     return run();
   }
-  int runKeys(std::initializer_list<int> codes) {
-    for (int code : codes) queue(EventKind::Key, code);
+  Key::Code runKeys(std::initializer_list<Key::Code> keys) {
+    for (Key::Code key : keys) queue(key);
     return runQueued();
   }
 
@@ -79,12 +78,17 @@ class TestDialog : public Dialog {
   virtual void queueStop() {
     if (!stopper_) addExitKey(Stop);
     stopper_ = true;
-    queue(EventKind::Key, Stop);
+    queue(Stop);
   }
-  static void queue(EventKind kind, int code) {
+  static void queue(Key::Code key) {
+    TEvent event;
+    event.key = key;
+    console->events().put(event);
+  }
+  static void queueMouse(EventKind kind, int button) {
     TEvent event;
     event.kind = kind;
-    event.code = code;
+    event.button = button;
     console->events().put(event);
   }
 

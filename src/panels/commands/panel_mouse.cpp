@@ -231,15 +231,15 @@ MouseOutcome pressToScroll(const MouseMessage& event, PanelMouseState& state) {
   return MouseOutcome::Handled;
 }
 
-MouseOutcome onKeyBar(const MouseMessage& event, PanelMouseState& state, int& key) {
+MouseOutcome onKeyBar(const MouseMessage& event, PanelMouseState& state, Key::Code& key) {
   if (!isPress(event.kind) && !isRelease(event.kind)) return MouseOutcome::Nothing;
-  const int pointed = keyBarKeyAt(event.x, event.state, buttonOf(event.kind));
+  const Key::Code pointed = keyBarKeyAt(event.x, event.state, buttonOf(event.kind));
   if (isPress(event.kind)) {
     state.pressedKey = pointed;
     return MouseOutcome::Handled;
   }
-  const bool same = pointed != 0 && pointed == state.pressedKey;
-  state.pressedKey = 0;
+  const bool same = pointed != Key::NoKey && pointed == state.pressedKey;
+  state.pressedKey = Key::NoKey;
   state.dragSide = -1;
   if (!same) return MouseOutcome::Nothing;
   key = pointed;
@@ -270,14 +270,14 @@ MouseOutcome press(const MouseMessage& event, PanelMouseState& state) {
 
 }  // namespace
 
-MouseOutcome handlePanelMouse(const MouseMessage& event, PanelMouseState& state, int& key) {
+MouseOutcome handlePanelMouse(const MouseMessage& event, PanelMouseState& state, Key::Code& key) {
   if (event.kind == MouseKind::Wheel) {
     wheel(event.wheel);
     return MouseOutcome::Handled;
   }
   if (event.y == panelPair().screenLines - 1) return onKeyBar(event, state, key);
   if (isDrag(event.kind)) return drag(event, state);
-  state.pressedKey = 0;
+  state.pressedKey = Key::NoKey;
   return isRelease(event.kind) ? release(event, state) : press(event, state);
 }
 
@@ -290,7 +290,7 @@ int entryAt(int side, int x, int y) {
   return index < panel.count() ? index : -1;
 }
 
-int keyBarKeyAt(int x, int shiftState, MouseButton button) {
+Key::Code keyBarKeyAt(int x, int shiftState, MouseButton button) {
   const int field = std::max(panelPair().screenColumns / KeyBarFields, 1);
   const int index = std::clamp((x + 1) / field, 0, KeyBarFields - 1);
   return functionKey(index + 1, button == MouseButton::Right ? ShiftState::Alt : shiftState);

@@ -15,7 +15,7 @@ enum class MouseButton { Left, Right };
 struct PanelMouseState {
   int lastTagged = -1;   // index of the entry where tag-dragging stands, -1 before it reached one
   int tagDirection = 1;  // 1 tags, -1 untags
-  int pressedKey = 0;    // function key under the press on the key bar
+  Key::Code pressedKey;  // function key under the press on the key bar
   int dragSide = -1;     // the panel where the press began, -1 while no button is down
   MouseButton dragButton = MouseButton::Left;
   MouseKind scrollKind = MouseKind::LeftPress;     // what began the scrolling under way
@@ -24,8 +24,8 @@ struct PanelMouseState {
 
 // Handles one event; for RunKey `key` receives the key code. Scrolling beyond the page goes on
 // until another event stands in the queue, which then tells how it goes on.
-MouseOutcome handlePanelMouse(const MouseMessage& event, PanelMouseState& state, int& key);
+MouseOutcome handlePanelMouse(const MouseMessage& event, PanelMouseState& state, Key::Code& key);
 // The entry under a screen cell of a side, or -1.
 int entryAt(int side, int x, int y);
-// The function key code under column x of the key bar; 0 where the layer has no keys.
-int keyBarKeyAt(int x, int shiftState, MouseButton button);
+// The function key code under column x of the key bar; NoKey where the layer has no keys.
+Key::Code keyBarKeyAt(int x, int shiftState, MouseButton button);

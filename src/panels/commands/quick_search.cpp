@@ -19,13 +19,12 @@ namespace {
 constexpr int MaxSearchLength = 511;
 constexpr int SearchLabelWidth = 8;    // "Search: " in the status line
 constexpr int SearchCursorShape = 15;  // percent of the cell
-constexpr int FirstCharacter = 32;
-constexpr int LastCharacter = 65534;
+constexpr wchar_t LastCharacter = 65534;
 
 void (*showShiftState)(int shiftState) = nullptr;
 
-bool isSearchCharacter(int key) {
-  return key >= FirstCharacter && key <= LastCharacter;
+bool isSearchCharacter(Key::Code key) {
+  return key.isText() && !key.has(Key::WideCharacter) && key.character() <= LastCharacter;
 }
 
 bool beginsWith(const wchar_t* name, const wchar_t* text, int length) {
@@ -48,10 +47,10 @@ void dropLast(Panel& panel) {
 }
 
 // Adds a character if some entry begins with the longer text, and goes there.
-void extend(Panel& panel, int character) {
+void extend(Panel& panel, wchar_t character) {
   if (!currentMatches(panel)) panel.quickSearch = Westring();
   if (panel.quickSearch.length() >= MaxSearchLength) return;
-  panel.quickSearch += static_cast<wchar_t>(character);
+  panel.quickSearch += character;
   const int found = findByPrefix(panel, panel.quickSearch, panel.currentIndex(), 1);
   if (found < 0) {
     dropLast(panel);
@@ -66,9 +65,9 @@ void stepOn(Panel& panel, int direction) {
   moveTo(panel, findByPrefix(panel, panel.quickSearch, next, direction));
 }
 
-void searchByKey(Panel& panel, int key, int direction) {
+void searchByKey(Panel& panel, Key::Code key, int direction) {
   if (isSearchCharacter(key)) {
-    extend(panel, key);
+    extend(panel, key.character());
   } else {
     stepOn(panel, direction);
   }
@@ -102,13 +101,13 @@ Input readSearchInput(const Panel& panel) {
   return input;
 }
 
-bool isShiftTab(int key) {
+bool isShiftTab(Key::Code key) {
   return key == Key::ShiftTab || (key == Key::Tab && lastShiftState() & ShiftState::Shift);
 }
 
 // False when the key ends the search.
-bool takeSearchKey(Panel& panel, int key) {
-  const int character = hotKeyChar(key);
+bool takeSearchKey(Panel& panel, Key::Code key) {
+  const Key::Code character = hotKeyChar(key);
   if (key == Key::AltUp || key == Key::AltDown) {
     stepOn(panel, key == Key::AltUp ? -1 : 1);
   } else if (key == Key::Backspace || key == Key::AltBackspace) {
@@ -116,7 +115,7 @@ bool takeSearchKey(Panel& panel, int key) {
   } else if (isShiftTab(key)) {
     completeSearch(panel);
   } else if (isSearchCharacter(character)) {
-    extend(panel, character);
+    extend(panel, character.character());
   } else {
     return false;
   }
@@ -124,10 +123,10 @@ bool takeSearchKey(Panel& panel, int key) {
 }
 
 // The search keeps the keyboard until a key ends it or its text is gone.
-int holdKeyboard(Panel& panel, MouseMessage& mouse) {
+Key::Code holdKeyboard(Panel& panel, MouseMessage& mouse) {
   const int side = panelPair().sideOf(panel);
-  int pending = 0;
-  while (pending == 0 && !panel.quickSearch.empty()) {
+  Key::Code pending;
+  while (pending == Key::NoKey && !panel.quickSearch.empty()) {
     drawCursor(side, CursorBar::On);
     const Input input = readSearchInput(panel);
     drawCursor(side, CursorBar::Off);
@@ -137,7 +136,7 @@ int holdKeyboard(Panel& panel, MouseMessage& mouse) {
   }
   panel.quickSearch = Westring();
   drawStatusLine(panel);
-  return pending == Key::Esc ? 0 : pending;
+  return pending == Key::Esc ? Key::NoKey : pending;
 }
 
 }  // namespace
@@ -159,17 +158,17 @@ void whenShiftChangesInSearch(void (*show)(int shiftState)) {
   showShiftState = show;
 }
 
-int quickSearchStep(Panel& panel, int key, int direction) {
+Key::Code quickSearchStep(Panel& panel, Key::Code key, int direction) {
   MouseMessage unused;
   return quickSearchStep(panel, key, direction, unused);
 }
 
-int quickSearchStep(Panel& panel, int key, int direction, MouseMessage& mouse) {
-  if (panel.count() == 0 || !panel.showing || !panel.isFiles()) return 0;
+Key::Code quickSearchStep(Panel& panel, Key::Code key, int direction, MouseMessage& mouse) {
+  if (panel.count() == 0 || !panel.showing || !panel.isFiles()) return Key::NoKey;
   searchByKey(panel, hotKeyChar(key), direction);
   if (GlobalOptions::StickyAlt && console) return holdKeyboard(panel, mouse);
   drawStatusLine(panel);
-  return 0;
+  return Key::NoKey;
 }
 
 void removeLastSearchCharacter(Panel& panel) {

@@ -75,7 +75,7 @@ bool askExpression(TagMode mode, Westring& expression, Directories& directories)
   dialog.addText(19, 3, " Alt-D=Dirs ");
   for (;;) {
     dialog.put(1, 0, groupHeading(mode, directories).data());
-    const int ended = dialog.run();
+    const Key::Code ended = dialog.run();
     if (ended != Key::AltD) return ended != Key::Esc && ended != Dialog::ProgramEnds;
     directories = flipped(directories);
   }
