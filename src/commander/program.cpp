@@ -156,6 +156,7 @@ Westring fromHere(const Westring& name) {
 
 void runPanels(const Arguments& arguments) {
   Westring exitScript = fromHere(arguments.exitScript);
+  removeLeftOverTemporaries();
   loadHistory(GlobalOptions::MaxHist);
   MainLoop loop;
   loop.notices = initPanels(arguments);

@@ -1,9 +1,13 @@
 // Commands at the prompt of the whole program, by real keys.
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 
 #include "console/console.h"
 #include "e2e/program_test.h"
@@ -184,6 +188,23 @@ TEST_F(Commands, AMissingShellIsTold) {
   run("echo no");
   showOutput();
   expectText("/no/such/shell: No such file or directory");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Commands, WhatAKilledProgramLeftGoesADayLater) {
+  const TempDir temporary;
+  setenv("TMP", temporary.path().c_str(), 1);
+  const pid_t killed = fork();
+  if (killed == 0) _exit(0);
+  ASSERT_EQ(waitpid(killed, nullptr, 0), killed);
+  const std::string name = "TD#" + std::to_string(killed & 0xFFFF) + ".0";
+  temporary.makeDir(name);
+  temporary.write(name + "/list", "a");
+  const timespec old{time(nullptr) - 25 * 3600, 0};
+  const timespec times[2] = {old, old};
+  ASSERT_EQ(utimensat(AT_FDCWD, temporary.path(name).c_str(), times, 0), 0);
+  start();
+  EXPECT_FALSE(temporary.exists(name));
   EXPECT_EQ(quit(), 0);
 }
 

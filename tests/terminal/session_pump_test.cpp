@@ -5,9 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <string>
 
+#include "support/as_user.h"
 #include "support/end_request.h"
 #include "support/temp_dir.h"
 #include "support/wait_until.h"
@@ -273,6 +275,19 @@ TEST_F(Session, ATerminalThatIsNotToBeHadIsAnError) {
     EXPECT_EQ(terminal.open(size), EMFILE);
   }
   setrlimit(RLIMIT_NOFILE, &before);
+}
+
+TEST_F(Session, AProcessThatIsNotToBeHadIsAnError) {
+  EXPECT_EQ(runAsUser([this] {
+              const rlimit none{0, 0};
+              setrlimit(RLIMIT_NPROC, &none);
+              PseudoTerminal terminal;
+              EXPECT_EQ(terminal.open(size), 0);
+              ChildProcess child;
+              EXPECT_EQ(child.start({PlainShell, "true", environment}, terminal.slave()), EAGAIN);
+              EXPECT_TRUE(child.reap());
+            }),
+            0);
 }
 
 TEST_F(Session, TheDeathOfTheProgramHangsUpTheCommand) {
