@@ -79,6 +79,14 @@ TEST_F(TerminalSessionTest, KeysAndTypedTextGoToItAndNotToTheQueue) {
   EXPECT_EQ(console->eventCount(), 0);
 }
 
+TEST_F(TerminalSessionTest, TheKeypadTypesItsSigns) {
+  for (const unsigned long key :
+       {XK_KP_Add, XK_KP_Subtract, XK_KP_Multiply, XK_KP_Divide, XK_KP_Enter}) {
+    XKeys::get().press(key);
+  }
+  EXPECT_TRUE(hears("40002B 40002D 40002A 2F D ")) << told.heard();
+}
+
 TEST_F(TerminalSessionTest, TheMouseIsDropped) {
   XKeys::get().click(5, 5);
   XKeys::get().wheel(5, 5, 1);

@@ -1,5 +1,7 @@
 #include "terminal/ansi_emulator.h"
 
+#include <random>
+
 #include "emulator_test.h"
 #include "terminal/utf8_tail.h"
 
@@ -358,6 +360,36 @@ TEST_F(AnsiEmulator, AFloodPaintsNoMoreThanAScreenAFrame) {
   for (int i = 0; i < 20000; ++i) flood += "line after line\a\n";
   feed(flood);
   EXPECT_LE(console->paintCount() - before, 60u);
+}
+
+TEST_F(AnsiEmulator, AnyBytesLeaveAScreenThatCanBeDrawn) {
+  const std::string bits[] = {"\x1b", "\x1b[", "\x1b[", ";", "9", "99999", "m",  "H",  "b", "J",
+                              "L",    "S",     "T",     "@", "P", "\n",    "\t", "\r", "x", "\xE2"};
+  std::mt19937 random(1);
+  console->setGeometry(17, 5, "", 0);
+  for (int soup = 0; soup < 300; ++soup) {
+    std::string bytes;
+    for (int i = 0; i < 500; ++i) {
+      bytes += random() % 3 == 0 ? std::string(1, static_cast<char>(random()))
+                                 : bits[random() % std::size(bits)];
+    }
+    feed(bytes);
+    const CursorPos at = console->getCursorPos();
+    ASSERT_TRUE(at.x >= 0 && at.x < 17 && at.y >= 0 && at.y < 5) << soup;
+    for (const Cell& cell : console->getCells(0, 0, 17, 5)) {
+      ASSERT_TRUE(cell.ch >= L' ' && cell.ch <= 0x10FFFF && mapControl(cell.ch) == cell.ch) << soup;
+    }
+  }
+  EXPECT_LE(logText().size(), size_t{TerminalLog::MostBytes});
+  console->setGeometry(80, 25, "", 0);
+}
+
+TEST_F(AnsiEmulator, AnEndlessSequenceIsReadInPiecesAndForgotten) {
+  feed("\x1b[");
+  for (int piece = 0; piece < 1000; ++piece) feed(std::string(4000, '7'));
+  feed("mend");
+  EXPECT_NE(logText().find("Dropped code of "), std::string::npos);
+  EXPECT_EQ(rowText(0, console->getCursorPos().y, console->getCursorPos().x).back(), 'd');
 }
 
 TEST_F(AnsiEmulator, KeysGoToTheCommand) {
