@@ -16,9 +16,9 @@ namespace {
 
 constexpr int Runs = 101;
 
-void queueKey(Key::Code code) {
+void queueKey(Key::Code key) {
   TEvent event;
-  event.code = code;
+  event.key = key;
   console->events().put(event);
 }
 

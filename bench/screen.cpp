@@ -33,7 +33,7 @@ void repaint() {
 // What the main loop does for a queued Down key, until the picture is complete.
 void cursorStep() {
   TEvent event;
-  event.code = Key::Down;
+  event.key = Key::Down;
   console->events().put(event);
   if (getKey() != Key::Down) return;
   Panel& panel = panelPair().active();

@@ -11,9 +11,9 @@
 
 namespace {
 
-void queueKey(int key) {
+void queueKey(Key::Code key) {
   TEvent event;
-  event.code = key;
+  event.key = key;
   console->events().put(event);
 }
 
