@@ -56,14 +56,22 @@ PanelTrees& panelTrees() {
 CTree& PanelTrees::tree() {
   CTree& tree = set_.treeOf(TTreeKey{});
   askedFor_ = true;
-  if (!tree.root()) {
+  if (!tree.root() && !loadDeclined_) {
     EscapeWatch escape(clock_, MsBeforeEscapeEndsALoad);
-    static_cast<void>(loadTree(tree, treeFilePath(), [&escape] { return escape.pressed(); }));
+    loadDeclined_ = loadTree(tree, treeFilePath(), [&escape] { return escape.pressed(); }) ==
+                    TreeLoad::Interrupted;
   }
   for (const auto& read : std::exchange(early_, {})) {
     take(read->path, read->subdirectories, read->fileBytes);
   }
   return tree;
+}
+
+// For whoever wants to show a tree; a file is read first, also one whose reading was ended before.
+bool PanelTrees::needsScan() {
+  loadDeclined_ = false;
+  const CTree& disk = tree();
+  return !disk.root() || (!disk.loaded && !disk.root()->child);
 }
 
 bool PanelTrees::scan() {

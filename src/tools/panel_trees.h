@@ -48,7 +48,7 @@ class PanelTrees : public DirectoryTree {
   void keepForLater(const Panel& panel, int64_t fileBytes);
   void take(const Westring& path, const NameCollection& subdirectories, int64_t fileBytes);
   void open(Panel& panel, TreeReach reach, bool expanded);
-  bool needsScan() { return !tree().root() || (!tree().loaded && !tree().root()->child); }
+  bool needsScan();
   bool wantsSave();
   int write();
   void write(const char* onFailure);
@@ -59,7 +59,8 @@ class PanelTrees : public DirectoryTree {
   bool askedFor_ = false;  // somebody wanted to know something of the tree
   bool waited_ = false;    // the program has waited for the user before
   std::vector<std::unique_ptr<EarlyRead>> early_;
-  bool declined_ = false;  // the user ended a scan that nobody had asked for
+  bool declined_ = false;      // the user ended a scan that nobody had asked for
+  bool loadDeclined_ = false;  // and a load
   bool everSaved_ = false;
   int64_t lastSave_ = 0;         // nanoseconds of the clock
   uint64_t refusedVersion_ = 0;  // that couldn't be written

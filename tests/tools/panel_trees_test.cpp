@@ -50,6 +50,26 @@ class OnlyBelow {
   std::string home_;  // where the tree is written
 };
 
+// Esc is looked for by the clock, and this one stands still unless somebody moves it.
+class MovingClock : public ManualClock {
+ public:
+  int64_t nanoseconds() const override {
+    const_cast<MovingClock*>(this)->moveOn(10);
+    return ManualClock::nanoseconds();
+  }
+};
+
+class InterruptedScan : public PanelTreesTest {
+ protected:
+  void SetUp() override {
+    PanelTreesTest::SetUp();
+    directoryTree().connect(moving);
+    openWindows();
+  }
+  MovingClock movingClock;
+  PanelTrees moving{movingClock};
+};
+
 TEST_F(PanelTreesTest, APanelOfTheTreeStyleShowsTheSavedTree) {
   showTree();
   EXPECT_EQ(listed(left()), (std::vector<std::string>{"/", "a", "x", "deep", "y", "b"}));
@@ -136,6 +156,21 @@ TEST_F(PanelTreesTest, ALoadThatNobodyAskedForLeavesTheKeysAlone) {
   EXPECT_NE(at(fresh.tree(), "/directory4999"), nullptr);
   EXPECT_EQ(console->eventCount(), 1);
   drainEvents();
+}
+
+TEST_F(InterruptedScan, ALoadThatTheUserEndedIsntMadeAgainForEachChange) {
+  std::string lines = "0/\n";
+  for (int i = 0; i < 100'000; ++i) lines += "1directory" + std::to_string(i) + "\n";
+  saveLines(lines);
+  queueKey(Key::Esc);
+  moving.made(left(), L"/new");
+  EXPECT_EQ(console->eventCount(), 0);
+  EXPECT_EQ(moving.tree().root(), nullptr);
+  FaultHook counting;
+  moving.removed(L"/directory1");
+  EXPECT_EQ(counting.calls("open"), 0);
+  setStyle(0, PanelStyle::Tree);
+  EXPECT_EQ(left().count(), 100'001) << "who wants to see it has it loaded";
 }
 
 TEST_F(PanelTreesTest, LinesOfATreeThatChangedAreStillReadable) {
@@ -337,26 +372,6 @@ TEST_F(PanelTreesTest, AForeignFileMeansAScanThatWritesOverIt) {
   EXPECT_EQ(home.read(".tdx/tdtree.dat").substr(0, 8), std::string(8, '\0'));
   EXPECT_NE(savedLines().find("found\n"), std::string::npos);
 }
-
-// Esc is looked for by the clock, and this one stands still unless somebody moves it.
-class MovingClock : public ManualClock {
- public:
-  int64_t nanoseconds() const override {
-    const_cast<MovingClock*>(this)->moveOn(10);
-    return ManualClock::nanoseconds();
-  }
-};
-
-class InterruptedScan : public PanelTreesTest {
- protected:
-  void SetUp() override {
-    PanelTreesTest::SetUp();
-    directoryTree().connect(moving);
-    openWindows();
-  }
-  MovingClock movingClock;
-  PanelTrees moving{movingClock};
-};
 
 TEST_F(InterruptedScan, EscLeavesAnEmptyPanelAndNoQuestionAgain) {
   OnlyBelow only(leftDir, home);

@@ -31,13 +31,14 @@ class TreeWindowTest : public PanelScreenTest {
     });
     return bytes(window.choose());
   }
-  // The screen while the window waits behind these keys.
-  std::string screenAfter(std::initializer_list<Key::Code> keys, const std::string& from = "/") {
+  // The screen once the window shows `text`, behind these keys; the rows above it are drawn then.
+  std::string screenWith(const std::string& text, std::initializer_list<Key::Code> keys,
+                         const std::string& from = "/") {
     for (Key::Code key : keys) queueKey(key);
     std::string picture;
     Beside user([&] {
-      waitUntil([] { return console->events().eventCount() == 0; });
-      waitUntil([&] { return (picture = screenText()).find("Search:") != std::string::npos; });
+      waitToShow(text);
+      picture = screenText();
       queueKey(Key::Esc);
     });
     run(from);
@@ -50,7 +51,7 @@ class TreeWindowTest : public PanelScreenTest {
 
 TEST_F(TreeWindowTest, ShowsTheTreeWithTheCursorOnThePanelsDirectory) {
   Beside user([this] {
-    EXPECT_TRUE(waitToShow("/usr/share"));
+    EXPECT_TRUE(waitToShow(" /usr/share "));
     expectGolden("tree_window");
     queueKey(Key::Esc);
   });
@@ -59,7 +60,7 @@ TEST_F(TreeWindowTest, ShowsTheTreeWithTheCursorOnThePanelsDirectory) {
 
 TEST_F(TreeWindowTest, BesideAFieldItStandsOnTheRightHalfWithoutTheHint) {
   Beside user([this] {
-    EXPECT_TRUE(waitToShow("Search:"));
+    EXPECT_TRUE(waitToShow(" /home "));
     expectGolden("tree_window_of_a_field");
     queueKey(Key::Esc);
   });
@@ -80,11 +81,11 @@ TEST_F(TreeWindowTest, TheWayToThePanelsDirectoryIsOpened) {
 TEST_F(TreeWindowTest, ADirectoryFarDownStandsInTheMiddleAndTheLastOnesFillTheWindow) {
   tree.makeRoot();
   for (int i = 100; i < 140; ++i) grow(tree, "/d" + std::to_string(i));
-  std::string picture = screenAfter({}, "/d120");
+  std::string picture = screenWith(" /d120 ", {}, "/d120");
   EXPECT_EQ(picture.find("d112"), std::string::npos) << picture;
   EXPECT_NE(picture.find("d113"), std::string::npos) << picture;
   EXPECT_NE(picture.find("d127"), std::string::npos) << picture;
-  picture = screenAfter({}, "/d139");
+  picture = screenWith(" /d139 ", {}, "/d139");
   EXPECT_EQ(picture.find("d124"), std::string::npos) << picture;
   EXPECT_NE(picture.find("d125"), std::string::npos) << picture;
 }
@@ -155,7 +156,7 @@ TEST_F(TreeWindowTest, AHitInAClosedDirectoryOpensTheWay) {
 
 TEST_F(TreeWindowTest, APrefixWithoutAMatchKeepsTheCursorAndTheText) {
   EXPECT_EQ(chosenBy({'x', 'y', Key::Enter}, "/usr"), "/usr");
-  const std::string picture = screenAfter({'x', 'y'}, "/usr");
+  const std::string picture = screenWith("Search: xy ", {'x', 'y'}, "/usr");
   EXPECT_NE(picture.find("Search: xy "), std::string::npos) << picture;
 }
 
@@ -166,8 +167,10 @@ TEST_F(TreeWindowTest, BackspaceTakesACharacterAway) {
 
 TEST_F(TreeWindowTest, AtMostTwentyCharactersAreTaken) {
   for (int i = 0; i < 30; ++i) queueKey('y');
-  const std::string picture = screenAfter({});
-  EXPECT_NE(picture.find("Search: " + std::string(20, 'y') + " "), std::string::npos) << picture;
+  const std::string text = "Search: " + std::string(20, 'y') + " ";
+  const std::string picture = screenWith(text, {});
+  EXPECT_NE(picture.find(text), std::string::npos) << picture;
+  EXPECT_EQ(picture.find(std::string(21, 'y')), std::string::npos) << picture;
 }
 
 TEST_F(TreeWindowTest, CtrlEnterGoesToTheNextMatchAndAround) {
@@ -258,7 +261,7 @@ TEST_F(TreeWindowTest, TheWheelMovesTheCursor) {
 TEST_F(TreeWindowTest, ADeepDirectoryShowsItsNameAndItsPath) {
   TREENODE* node = tree.makeRoot();
   while (node->level < CTree::DeepestLevel) node = tree.appendChild(node, L"directory");
-  const std::string picture = screenAfter({Key::End});
+  const std::string picture = screenWith("/directory/...tory/directory/", {Key::End});
   EXPECT_NE(picture.find("└─directo"), std::string::npos) << picture;
   EXPECT_NE(picture.find("/directory/...tory/directory/"), std::string::npos) << picture;
 }
