@@ -53,6 +53,7 @@ class MenuReader {
     Place place{parentOf(path), {{&menu, nullptr}}};
     BoundedLines lines(content);
     for (std::string line; !place.levels.empty() && lines.next(line);) takeLine(line, place);
+    while (!place.levels.empty()) closeMenu(place);
     open_.pop_back();
   }
 
@@ -71,12 +72,14 @@ class MenuReader {
 
   static int readContent(int file, std::string& content);
   void takeLine(const std::string& line, Place& place);
-  void openSubmenu(Place& place) const;
+  void openSubmenu(Place& place);
+  void closeMenu(Place& place);
   void include(const std::string& utf8Name, const Westring& directory, MenuStore& menu);
   void tell(const char* text, const Westring& file);
 
   const MenuTeller& tell_;
   std::vector<FileId> open_;  // the files that are being read
+  int submenus_ = 0;          // that are open, in all of them
   int includes_ = 0;
   bool tells_ = true;
 };
@@ -117,12 +120,19 @@ MenuStore* submenuOf(MenuEntry& entry) {
   return entry.submenu.get();
 }
 
-void MenuReader::openSubmenu(Place& place) const {
-  if (place.levels.size() + open_.size() > DeepestMenu) {
+void MenuReader::openSubmenu(Place& place) {
+  if (submenus_ >= DeepestMenu) {
     ++place.tooDeep;
-  } else {
-    place.levels.push_back({submenuOf(*place.levels.back().entry), nullptr});
+    return;
   }
+  ++submenus_;
+  place.levels.push_back({submenuOf(*place.levels.back().entry), nullptr});
+}
+
+// The first menu of a file was opened by whoever named the file.
+void MenuReader::closeMenu(Place& place) {
+  place.levels.pop_back();
+  if (!place.levels.empty()) --submenus_;
 }
 
 void MenuReader::takeLine(const std::string& line, Place& place) {
@@ -133,7 +143,7 @@ void MenuReader::takeLine(const std::string& line, Place& place) {
     if (text == "{") ++place.tooDeep;
     if (text == "}") --place.tooDeep;
   } else if (text == "}") {
-    place.levels.pop_back();
+    closeMenu(place);
   } else if (text == "{" && takesSubmenu(level.entry)) {
     openSubmenu(place);
   } else if (beginsWithWord(line.c_str(), IncludeWord)) {
@@ -150,7 +160,7 @@ void MenuReader::takeLine(const std::string& line, Place& place) {
 
 void MenuReader::include(const std::string& utf8Name, const Westring& directory, MenuStore& menu) {
   const Westring name = decodeFileName(utf8Name.c_str());
-  if (open_.size() >= DeepestMenu || ++includes_ > MostIncludes) return tell(CannotOpen, name);
+  if (open_.size() > DeepestMenu || ++includes_ > MostIncludes) return tell(CannotOpen, name);
   for (const Westring& path : pathMeanings(name, directory)) {
     Descriptor file;
     if (openRegularFile(path, file, Links::Follow) != 0) continue;

