@@ -31,7 +31,6 @@ constexpr char LineEnd = '\n';
 constexpr size_t VolumeBytes = 8;
 constexpr size_t LongestLine = 4096;  // bytes of a line that count
 constexpr size_t PieceBytes = 64 * 1024;
-constexpr int LinesBetweenLooks = 1024;
 constexpr size_t UsualLine = 16;  // bytes
 constexpr size_t MostBytesExpected = 64 * 1024 * 1024;
 
@@ -46,9 +45,12 @@ VolumeBlock blockOf(uint64_t volume) {
   return block;
 }
 
-// A file as lines. A line that doesn't end is none.
+// A file as lines. A line that doesn't end is none. Asks before each piece whether to go on.
 class LineReader {
  public:
+  explicit LineReader(const std::function<bool()>& interrupted) : ask_(interrupted) {}
+
+  bool interrupted() const { return interrupted_; }
   bool open(const Westring& path);
   size_t bytes() const { return bytes_; }  // of the file when it was opened
   bool readBlock(VolumeBlock& block);
@@ -58,6 +60,8 @@ class LineReader {
  private:
   bool fill();
 
+  const std::function<bool()>& ask_;
+  bool interrupted_ = false;
   Descriptor file_;
   std::string line_;
   std::array<char, PieceBytes> piece_;
@@ -77,6 +81,8 @@ bool LineReader::open(const Westring& path) {
 }
 
 bool LineReader::fill() {
+  interrupted_ = interrupted_ || (ask_ && ask_());
+  if (interrupted_) return false;
   const ssize_t count = System::read(file_.get(), piece_.data(), piece_.size());
   at_ = 0;
   end_ = count > 0 ? static_cast<size_t>(count) : 0;
@@ -125,8 +131,7 @@ class TreeReader {
  public:
   TreeReader(CTree& tree, LineReader& lines) : tree_(tree), lines_(lines), last_(tree.root()) {}
 
-  // False when it was interrupted.
-  bool read(const std::function<bool()>& interrupted);
+  void read();
 
  private:
   void take(int level, const std::string& line);
@@ -137,13 +142,10 @@ class TreeReader {
   int leftOutAbove_ = CTree::DeepestLevel;  // lines of a higher level lie below one left out
 };
 
-bool TreeReader::read(const std::function<bool()>& interrupted) {
-  for (int count = 1;; ++count) {
-    if (count % LinesBetweenLooks == 0 && interrupted && interrupted()) return false;
-    const std::string* line = lines_.next();
-    if (!line) return true;
+void TreeReader::read() {
+  while (const std::string* line = lines_.next()) {
     const std::optional<int> level = levelOf(*line);
-    if (!level || *level == 0) return true;
+    if (!level || *level == 0) return;
     take(*level, *line);
   }
 }
@@ -222,18 +224,20 @@ Westring treeFilePath() {
 }
 
 TreeLoad loadTree(CTree& tree, const Westring& file, const std::function<bool()>& interrupted) {
-  LineReader lines;
+  LineReader lines(interrupted);
   VolumeBlock volume;
   if (file.empty() || !lines.open(file) || !lines.readBlock(volume)) return TreeLoad::NoFile;
   if (volume != blockOf(tree.key.volume)) return TreeLoad::NoFile;
   tree.makeRoot();
   tree.expect(std::min(lines.bytes(), MostBytesExpected) / UsualLine);
   const std::string* first = lines.next();
-  if (!first || !levelOf(*first)) return TreeLoad::Empty;
-  if (!TreeReader(tree, lines).read(interrupted)) {
+  const bool begins = first && levelOf(*first);
+  if (begins) TreeReader(tree, lines).read();
+  if (lines.interrupted()) {
     tree.dropRoot();
     return TreeLoad::Interrupted;
   }
+  if (!begins) return TreeLoad::Empty;
   tree.loaded = true;
   tree.dirty = false;
   return TreeLoad::Loaded;

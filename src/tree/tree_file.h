@@ -25,5 +25,6 @@ TreeLoad loadTree(CTree& tree, const Westring& file, const std::function<bool()>
 
 // Sorts the tree and replaces the file by it; the directory that it lies in is made, for its owner
 // alone. 0 or errno; nothing is written, and the result is 0, for a tree that isn't complete or is
-// private, and where there is no file for it (""). A name that can't stand on a line is left out with all below it.
+// private, and where there is no file for it (""). A name that can't stand on a line is left out
+// with all below it.
 int saveTree(CTree& tree, const Westring& file);

@@ -192,6 +192,16 @@ TEST_F(TreeFile, AnInterruptedLoadLeavesNoRoot) {
   EXPECT_FALSE(tree.loaded);
 }
 
+TEST_F(TreeFile, ALineWithoutAnEndCanBeInterrupted) {
+  dir.write("tree", NoVolume + "0/\n1a\n1");
+  ASSERT_EQ(truncate(dir.path("tree").c_str(), off_t{1} << 40), 0);
+  int looks = 0;
+  EXPECT_EQ(loadTree(tree, dir.wide("tree"), [&looks] { return ++looks == 50; }),
+            TreeLoad::Interrupted);
+  EXPECT_EQ(looks, 50);
+  EXPECT_EQ(tree.root(), nullptr);
+}
+
 TEST_F(TreeFile, TheDirectoryOfTheFileIsMadeForItsOwnerAlone) {
   grow(tree, "/a");
   tree.loaded = true;
