@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <string_view>
+#include <unordered_map>
 
 #include "foundation/names.h"
 #include "foundation/utf8.h"
@@ -22,6 +24,45 @@ void removeEqual(FnStringStore& store, Same same) {
 
 void append(FnStringStore& store, Westring text) {
   store.add(new Westring(std::move(text)));
+}
+
+// Tells at once whether it holds a text, however many there are.
+class CommandStore : public FnStringStore {
+ public:
+  CommandStore() = default;
+  ~CommandStore() override { clear(); }
+
+  // An equal text gives way to the new one.
+  void addLast(const Westring& text) {
+    buildIndex();
+    if (const auto found = index_.find(text.data()); found != index_.end()) {
+      int place = count() - 1;  // what is typed again was mostly typed lately
+      while (at(place) != found->second) --place;
+      remove();
+    }
+    append(*this, text);
+    index_.emplace(last()->data(), last());
+  }
+
+ protected:
+  void deleteEntry(Westring* item) override {
+    index_.erase(item->data());
+    delete item;
+  }
+
+ private:
+  // Only when it is needed: a start has enough to do.
+  void buildIndex() {
+    if (!index_.empty()) return;
+    for (int i = 0; i < count(); ++i) index_.emplace(peek(i)->data(), peek(i));
+  }
+
+  std::unordered_map<std::wstring_view, const Westring*> index_;  // of all texts, or empty
+};
+
+CommandStore& commandStore() {
+  static CommandStore store;
+  return store;
 }
 
 Westring& historyPath() {
@@ -62,15 +103,13 @@ void addField(FieldHistory which, const Westring& text) {
 }
 
 FnStringStore& commandHistory() {
-  static FnStringStore store;
-  return store;
+  return commandStore();
 }
 
 void addCommand(const Westring& text) {
   Westring command = ltrim(text);
   if (command.empty()) return;
-  removeEqual(commandHistory(), [&](const Westring& old) { return sameName(old, command); });
-  append(commandHistory(), command);
+  commandStore().addLast(command);
   appendToFile(historyLineOfCommand(command));
 }
 

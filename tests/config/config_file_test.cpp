@@ -462,6 +462,37 @@ TEST_F(ConfigFileTest, WhatAnotherProgramSavedMeanwhileIsReadAgain) {
   EXPECT_TRUE(holds(ini(), "*.c: second, by another program\r\n")) << ini();
 }
 
+TEST_F(ConfigFileTest, ProgramsThatSaveAtOnceLeaveOneWholeFile) {
+  constexpr int programs = 4, savesEach = 25;
+  writeIni("*.c: vi\n");
+  std::vector<pid_t> children;
+  for (int program = 0; program < programs; ++program) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      int failed = 0;
+      for (int i = 0; i < savesEach; ++i) {
+        ConfigFile file;
+        GlobalOptions::Saver = program * savesEach + i;
+        const int error = writeConfiguration(file);
+        if (error != 0 && error != EBUSY) ++failed;
+      }
+      _exit(failed);
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+  }
+  const std::string saved = ini();
+  load();
+  EXPECT_EQ(configurationText(), saved);
+  EXPECT_EQ(associationSets().associations.count(), 1);
+  EXPECT_EQ(names(), Names{"td.ini"});
+}
+
 // ---- what goes wrong
 
 TEST_F(ConfigFileTest, ADirectoryThatCannotBeWrittenIsTold) {

@@ -196,6 +196,23 @@ TEST_F(Settings, AnUnreadableFileIsToldAndThePanelsComeUp) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Settings, AFileGivenAtTheStartHasItsCompanionsBeside) {
+  left().write(".hidden", "");
+  right().write("my.ini", "Hidden=on\n");
+  start({right().path("my.ini")});
+  expectText(".hidden");
+  type("cd /");
+  press(XK_Return);
+  expectSoon("the root", [this] { return row(0, 23, 2) == "/>"; });
+  press(XK_F9, {XK_Shift_L});
+  expectSoon("the saved file",
+             [this] { return right().read("my.ini").find("Hidden=on\r\n") != std::string::npos; });
+  EXPECT_EQ(right().read("my.hst"), "cd /\r\n");
+  EXPECT_EQ(right().names(), (std::vector<std::string>{"my.hst", "my.ini"}));
+  EXPECT_FALSE(home().exists(".tdx"));
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Settings, WithoutAnyHomeTheStartSaysOnceThatNothingIsKept) {
   constexpr uid_t nobodyKnows = 54321;
   left().openToAll();

@@ -82,6 +82,20 @@ TEST_F(HistoryOnDisk, WhatIsAddedIsThereAtTheNextStart) {
       << "loading writes nothing";
 }
 
+TEST_F(HistoryOnDisk, ALoadedCommandThatIsTypedAgainMovesToTheEnd) {
+  writeFile("a\nb\nc\n");
+  load();
+  addCommand(L"a");
+  EXPECT_EQ(commands(), (Texts{"b", "c", "a"}));
+  addCommand(L"d");
+  addCommand(L"b");
+  EXPECT_EQ(commands(), (Texts{"c", "a", "d", "b"}));
+  load();
+  EXPECT_EQ(commands(), (Texts{"c", "a", "d", "b"}));
+  addCommand(L"c");
+  EXPECT_EQ(commands(), (Texts{"a", "d", "b", "c"}));
+}
+
 TEST_F(HistoryOnDisk, WhatCannotBeWrittenIsRememberedForThisRun) {
   addCommand(L"echo a\tb");
   EXPECT_EQ(commands(), Texts{"echo a\tb"});

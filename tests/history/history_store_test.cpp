@@ -69,6 +69,24 @@ TEST_F(HistoryStore, ARepeatedCommandKeepsOneEntryAtTheNewestPlace) {
   EXPECT_EQ(textsOf(commandHistory()), (Texts{L"ls", L"make"}));
 }
 
+TEST_F(HistoryStore, AnEmptiedHistoryKnowsNoCommandAnyMore) {
+  addCommand(L"make");
+  commandHistory().clear();
+  addCommand(L"make");
+  commandHistory().first();
+  commandHistory().remove();
+  addCommand(L"make");
+  addCommand(L"make");
+  EXPECT_EQ(textsOf(commandHistory()), (Texts{L"make"}));
+}
+
+TEST_F(HistoryStore, AmongAHundredThousandAnEqualCommandIsFoundEachTime) {
+  constexpr int many = 100000;
+  for (int i = 0; i < many; ++i) addCommand(Westring(Estring(static_cast<long>(i))));
+  for (int i = 0; i < many; ++i) addCommand(Westring(Estring(static_cast<long>(many - 1))));
+  EXPECT_EQ(commandHistory().count(), many);
+}
+
 TEST_F(HistoryStore, CommandsCompareExactly) {
   addCommand(L"make");
   addCommand(L"Make");
