@@ -1,5 +1,6 @@
 #include "commander/arguments.h"
 
+#include "foundation/canonical_path.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/utf8.h"

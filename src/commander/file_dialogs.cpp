@@ -2,8 +2,8 @@
 
 #include "commander/view_edit.h"
 #include "console/key_codes.h"
+#include "foundation/canonical_path.h"
 #include "foundation/names.h"
-#include "foundation/path_info.h"
 #include "language/typed_path.h"
 #include "options/colours.h"
 #include "options/options.h"

@@ -75,8 +75,8 @@ void CConsole::setCursorSize(int percent) {
 
 void CConsole::setCursorPos(int x, int y) {
   impl_->blinkPhase.store(0, std::memory_order_relaxed);
-  const bool wasHidden = !impl_->painter.cursorDrawn();
-  if (impl_->grid.setCursorPos(x, y, wasHidden)) impl_->changed();
+  const auto paint = impl_->painter.cursorDrawn() ? CursorPaint::WhenMoved : CursorPaint::Always;
+  if (impl_->grid.setCursorPos(x, y, paint)) impl_->changed();
 }
 
 CursorPos CConsole::getCursorPos() const {

@@ -225,10 +225,10 @@ bool Grid::setCursorSize(int percent) {
   return true;
 }
 
-bool Grid::setCursorPos(int x, int y, bool wasHidden) {
+bool Grid::setCursorPos(int x, int y, CursorPaint paint) {
   std::lock_guard guard(lock_);
   const bool moved = x != cursor_.x || y != cursor_.y;
-  const bool paints = cursor_.size > 0 && (moved || wasHidden);
+  const bool paints = cursor_.size > 0 && (moved || paint == CursorPaint::Always);
   if (paints) touchCursor();
   cursor_.x = x;
   cursor_.y = y;

@@ -55,6 +55,9 @@ class DirtyBox {
   std::vector<Span> spans_;
 };
 
+// Whether a cursor that stays where it is must be painted all the same, because it was hidden.
+enum class CursorPaint { WhenMoved, Always };
+
 // The cells of the screen in plain memory, the cursor, and what of both isn't painted yet.
 // Everything clips to the grid. Any thread: one short lock inside, taken after the toolkit lock,
 // never before it. The writers tell whether there is something to paint.
@@ -81,8 +84,8 @@ class Grid {
   bool clip(int& x, int& y, int& w, int& h) const;
 
   CursorState cursor() const;
-  bool setCursorSize(int percent);                  // false when unchanged
-  bool setCursorPos(int x, int y, bool wasHidden);  // wasHidden: repaint even when it stays
+  bool setCursorSize(int percent);  // false when unchanged
+  bool setCursorPos(int x, int y, CursorPaint paint);
 
   bool dirty() const;
   void touchAll();

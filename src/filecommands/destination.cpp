@@ -4,6 +4,7 @@
 #include <cwctype>
 #include <string>
 
+#include "foundation/canonical_path.h"
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"

@@ -70,13 +70,14 @@ Outcome Transfer::finishDirectory(Level& level) {
   }
   const bool clearing = !keepsSource(level.method);
   if (clearing && !level.left) outcome = removeSource(level);
-  const bool sourceGone = clearing && outcome == Outcome::Done;
-  describeDirectory(level, sourceGone, selfItem(level));
+  const bool gone = clearing && outcome == Outcome::Done;
+  describeDirectory(level, gone ? SourceIs::Gone : SourceIs::There, selfItem(level));
   return outcome;
 }
 
 // A merged directory keeps the description it had; one whose source is cleared was made before.
-void Transfer::describeDirectory(const Level& level, bool sourceGone, const Item& self) {
+void Transfer::describeDirectory(const Level& level, SourceIs source, const Item& self) {
+  const bool sourceGone = source == SourceIs::Gone;
   const char* sourceName = byteName(self.source.path);
   const char* targetName = byteName(self.target.path);
   if (level.replacesFile) dropOldDescription(self);
@@ -210,7 +211,7 @@ void Transfer::unwind() {
       removeUnnamed(level);
     } else {
       static_cast<void>(dressDirectory(level));
-      if (level.made) describeDirectory(level, false, selfItem(level));
+      if (level.made) describeDirectory(level, SourceIs::There, selfItem(level));
     }
     pop();
   }

@@ -142,7 +142,8 @@ class Transfer {
   void settleDescriptions(Level& level);
   void carryOrphanLines(Level& level);
   Outcome removeSource(const Level& level);
-  static void describeDirectory(const Level& level, bool sourceGone, const Item& self);
+  enum class SourceIs { There, Gone };
+  static void describeDirectory(const Level& level, SourceIs source, const Item& self);
   Item selfItem(const Level& level) const;
   std::string realTarget() const;
   void unwind();

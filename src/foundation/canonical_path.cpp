@@ -1,3 +1,5 @@
+#include "foundation/canonical_path.h"
+
 #include <cerrno>
 #include <climits>
 #include <string>

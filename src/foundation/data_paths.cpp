@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "foundation/names.h"
-#include "foundation/path_info.h"
 #include "foundation/system.h"
+#include "foundation/users.h"
 #include "foundation/utf8.h"
 
 namespace {

@@ -1,6 +1,7 @@
+#include "foundation/file_unlock.h"
+
 #include <cerrno>
 
-#include "foundation/path_info.h"
 #include "foundation/system.h"
 #include "foundation/utf8.h"
 

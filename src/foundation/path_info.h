@@ -26,20 +26,6 @@ bool sameFile(const Westring& a, const Westring& b);
 // The whole link text, however long; empty on failure.
 Westring readLinkTarget(const Westring& path);
 
-// Typed or stored text made into an absolute path: '\' becomes '/', ':' anywhere but in second
-// place fails, n dots go up n-1 levels (above the root fails). Relative paths start at `base`, or
-// at the working directory when it is null; the base is a real path and taken as it is. 0, or -1
-// with errno (ENAMETOOLONG when the result can't be held) and the path unchanged.
-int canonicalPath(Westring& path, const Westring* base = nullptr);
-// The same for a path that is meant as it is written: only "." and ".." and repeated slashes are
-// worked out, a backslash, a colon and a longer run of dots belong to names.
-int writtenPath(Westring& path, const Westring* base = nullptr);
-
-int64_t groupId(const Westring& name);  // -1 when unknown
-int64_t userId(const Westring& name);
-Westring groupName(uint32_t id);  // decimal when unknown; remembered for the run
-Westring userName(uint32_t id);
-Westring homeOfUser();  // the home directory in the user data base; "" when it tells none
 Westring modeString(unsigned mode);  // nine characters rwxrwxrwx
 
 int getFileTime(const Westring& path, DosTime& words);  // 0 or errno
@@ -65,25 +51,3 @@ void fillEntry(entry* item, const struct stat& info);
 // One path as an entry whose name is its last component; null and `error` when it can't be looked
 // at. Follows a link and sets Attribute::Link; a dangling link is described by itself.
 EntryPtr entryOfPath(const Westring& path, int& error);
-
-// Makes a file writable for its owner for a while; the destructor restores the mode. Another file
-// that took the name meanwhile is left alone.
-class FileUnlock {
- public:
-  FileUnlock() = default;
-  ~FileUnlock() { relock(); }
-  FileUnlock(const FileUnlock&) = delete;
-  FileUnlock& operator=(const FileUnlock&) = delete;
-
-  // EACCES when it already was writable for its owner: the refusal had another reason.
-  int unlock(const Westring& path);
-  int relock();  // 0 or errno
-  bool locked() const { return locked_; }
-
- private:
-  Westring name_;
-  bool locked_ = false;
-  mode_t mode_ = 0;
-  dev_t device_ = 0;
-  ino_t inode_ = 0;
-};

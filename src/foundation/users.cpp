@@ -1,3 +1,5 @@
+#include "foundation/users.h"
+
 #include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
@@ -8,7 +10,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "foundation/path_info.h"
 #include "foundation/utf8.h"
 
 namespace {

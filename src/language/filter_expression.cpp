@@ -11,7 +11,7 @@
 #include "foundation/dos_time.h"
 #include "foundation/fold.h"
 #include "foundation/locale_settings.h"
-#include "foundation/path_info.h"
+#include "foundation/users.h"
 #include "foundation/wild_match.h"
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/canonical_path.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "language/environment.h"

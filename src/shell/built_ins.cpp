@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <vector>
 
+#include "foundation/canonical_path.h"
 #include "foundation/names.h"
-#include "foundation/path_info.h"
 #include "foundation/utf8.h"
 #include "foundation/wild_match.h"
 #include "language/environment.h"

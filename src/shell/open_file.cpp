@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/names.h"
+#include "foundation/regular_file.h"
 #include "foundation/system.h"
 #include "foundation/utf8.h"
 #include "history/history_store.h"
@@ -15,7 +16,6 @@
 #include "panels/commands/change_directory.h"
 #include "panels/model/panel_pair.h"
 #include "panels/picture/panel_draw.h"
-#include "panels/reader/small_file.h"
 #include "shell/built_ins.h"
 #include "shell/macro_panels.h"
 #include "shell/prompt.h"

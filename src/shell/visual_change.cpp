@@ -2,14 +2,14 @@
 
 #include <string>
 
+#include "foundation/canonical_path.h"
 #include "foundation/names.h"
-#include "foundation/path_info.h"
+#include "foundation/regular_file.h"
 #include "foundation/utf8.h"
 #include "language/shell_quote.h"
 #include "language/temporary_names.h"
 #include "panels/commands/change_directory.h"
 #include "panels/picture/panel_draw.h"
-#include "panels/reader/small_file.h"
 #include "shell/run_in_shell.h"
 
 namespace {

@@ -13,9 +13,9 @@
 
 #include "foundation/data_paths.h"
 #include "foundation/names.h"
-#include "foundation/path_info.h"
 #include "foundation/safe_file.h"
 #include "foundation/system.h"
+#include "foundation/users.h"
 #include "foundation/utf8.h"
 #include "options/options.h"
 

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "foundation/canonical_path.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "support/as_user.h"

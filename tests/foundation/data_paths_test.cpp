@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "foundation/path_info.h"
 #include "foundation/utf8.h"
 #include "support/as_user.h"
 #include "support/temp_dir.h"

@@ -13,7 +13,9 @@
 #include <cstring>
 #include <ostream>
 
+#include "foundation/file_unlock.h"
 #include "foundation/names.h"
+#include "foundation/users.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
 #include "support/temp_dir.h"

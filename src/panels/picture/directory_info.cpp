@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "foundation/names.h"
+#include "foundation/regular_file.h"
 #include "foundation/utf8.h"
 #include "options/colours.h"
 #include "options/options.h"
-#include "panels/reader/small_file.h"
 
 namespace {
 

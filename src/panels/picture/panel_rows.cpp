@@ -5,6 +5,7 @@
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/text_format.h"
+#include "foundation/users.h"
 #include "options/colours.h"
 #include "panels/picture/entry_text.h"
 #include "panels/picture/panel_colours.h"

@@ -1,8 +1,7 @@
 #include "panels/reader/memory_facts.h"
+#include "foundation/regular_file.h"
 
 #include <cstdlib>
-
-#include "panels/reader/small_file.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "foundation/path_info.h"
+#include "foundation/regular_file.h"
 #include "foundation/system.h"
 #include "foundation/utf8.h"
-#include "panels/reader/small_file.h"
 
 namespace {
 
