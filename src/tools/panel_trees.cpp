@@ -228,13 +228,13 @@ void PanelTrees::select(Panel& panel, const Westring& path) {
   freeRemoved();
 }
 
-void PanelTrees::open(Panel& panel, TreeReach reach, bool expanded) {
+void PanelTrees::setBranch(Panel& panel, TreeReach reach, Branch branch) {
   TREENODE* node = panel.treeLineAt(panel.currentIndex()).node;
   if (!node) return;
   if (reach == TreeReach::Subtree) {
-    expandSubtree(node, expanded);
+    expandSubtree(node, branch);
   } else {
-    node->expanded = expanded || node->level == 0;
+    expandNode(node, branch);
   }
   showTreeLines(panel, tree());
   if (!cursorToNode(panel, node)) normalisePosition(panel);

@@ -27,8 +27,8 @@ class PanelTrees : public DirectoryTree {
   void fill(Panel& panel) override;
   Westring pathOf(const Panel& panel, int index) override;
   void select(Panel& panel, const Westring& path) override;
-  void expand(Panel& panel, TreeReach reach) override { open(panel, reach, true); }
-  void collapse(Panel& panel, TreeReach reach) override { open(panel, reach, false); }
+  void expand(Panel& panel, TreeReach reach) override { setBranch(panel, reach, Branch::Open); }
+  void collapse(Panel& panel, TreeReach reach) override { setBranch(panel, reach, Branch::Closed); }
 
   Westring choose(Panel& panel, TreeWindowUse use) override;
 
@@ -47,7 +47,7 @@ class PanelTrees : public DirectoryTree {
 
   void keepForLater(const Panel& panel, int64_t fileBytes);
   void take(const Westring& path, const NameCollection& subdirectories, int64_t fileBytes);
-  void open(Panel& panel, TreeReach reach, bool expanded);
+  void setBranch(Panel& panel, TreeReach reach, Branch branch);
   bool needsScan();
   bool wantsSave();
   int write();

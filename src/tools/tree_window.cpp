@@ -233,32 +233,32 @@ bool TreeWindow::openByKey(Key::Code key) {
   switch (key) {
     case PlainPlus:
     case Key::GrayPlus:
-      setExpanded(true);
+      setBranch(Branch::Open);
       return true;
     case PlainMinus:
     case Key::GrayMinus:
-      setExpanded(false);
+      setBranch(Branch::Closed);
       return true;
     case Key::CtrlGrayPlus:
-      setSubtreeExpanded(true);
+      setSubtree(Branch::Open);
       return true;
     case Key::CtrlGrayMinus:
-      setSubtreeExpanded(false);
+      setSubtree(Branch::Closed);
       return true;
     default:
       return false;
   }
 }
 
-void TreeWindow::setExpanded(bool expanded) {
+void TreeWindow::setBranch(Branch branch) {
   TREENODE* opened = node();
-  opened->expanded = expanded || opened->level == 0;
+  expandNode(opened, branch);
   rebuild(opened);
 }
 
-void TreeWindow::setSubtreeExpanded(bool expanded) {
+void TreeWindow::setSubtree(Branch branch) {
   TREENODE* opened = node();
-  expandSubtree(opened, expanded);
+  expandSubtree(opened, branch);
   rebuild(opened);
 }
 

@@ -46,8 +46,8 @@ class TreeWindow : private Screen {
 
   bool moveByKey(Key::Code key);
   bool openByKey(Key::Code key);
-  void setExpanded(bool expanded);
-  void setSubtreeExpanded(bool expanded);
+  void setBranch(Branch branch);
+  void setSubtree(Branch branch);
   void rescan();
   void searchFrom(int index);
   void type(Key::Code key);

@@ -357,10 +357,12 @@ Westring pathOfNode(const TREENODE* node) {
   return path;
 }
 
-void expandSubtree(TREENODE* top, bool expanded) {
-  for (TREENODE* node = top; node; node = nextInSubtree(node, top)) {
-    node->expanded = expanded || node->level == 0;
-  }
+void expandNode(TREENODE* node, Branch branch) {
+  node->expanded = branch == Branch::Open || node->level == 0;
+}
+
+void expandSubtree(TREENODE* top, Branch branch) {
+  for (TREENODE* node = top; node; node = nextInSubtree(node, top)) expandNode(node, branch);
 }
 
 void showNode(TREENODE* node) {

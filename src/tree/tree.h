@@ -101,8 +101,11 @@ TREENODE* nextInSubtree(const TREENODE* node, const TREENODE* top);
 TREENODE* nextBeside(const TREENODE* node, const TREENODE* top);
 
 Westring pathOfNode(const TREENODE* node);
-// Opens or closes a node and all below it; the root stays open.
-void expandSubtree(TREENODE* top, bool expanded);
+// Whether the children of a node are shown.
+enum class Branch { Closed, Open };
+// Opens or closes one node, or it and all below it; the root stays open.
+void expandNode(TREENODE* node, Branch branch);
+void expandSubtree(TREENODE* top, Branch branch);
 // Opens what a node lies in.
 void showNode(TREENODE* node);
 

@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ++nodes;
     if (node->level > CTree::DeepestLevel || tree.find(pathOfNode(node)) != node) abort();
   }
-  expandSubtree(tree.root(), true);
+  expandSubtree(tree.root(), Branch::Open);
   if (linesOfTree(tree.root()).size() != nodes) abort();
   if (!tree.root()) return 0;
   TREENODE* found = findNextByPrefix(tree.root(), tree.root(), L"a");

@@ -72,7 +72,7 @@ TEST_F(TreeWindowTest, ADirectoryThatTheTreeDoesntHoldLeavesTheCursorAtTheTop) {
 }
 
 TEST_F(TreeWindowTest, TheWayToThePanelsDirectoryIsOpened) {
-  expandSubtree(tree.root(), false);
+  expandSubtree(tree.root(), Branch::Closed);
   EXPECT_EQ(chosenBy({Key::Enter}, "/home/anna/docs"), "/home/anna/docs");
   EXPECT_TRUE(at(tree, "/home/anna")->expanded) << "and stays so";
   EXPECT_FALSE(at(tree, "/usr")->expanded);
@@ -149,7 +149,7 @@ TEST_F(TreeWindowTest, TypedTextSearchesFromTheCursorOn) {
 }
 
 TEST_F(TreeWindowTest, AHitInAClosedDirectoryOpensTheWay) {
-  expandSubtree(tree.root(), false);
+  expandSubtree(tree.root(), Branch::Closed);
   EXPECT_EQ(chosenBy({'l', 'e', 't', Key::Enter}), "/home/anna/letters");
   EXPECT_TRUE(at(tree, "/home")->expanded);
 }

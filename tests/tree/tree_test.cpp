@@ -156,18 +156,18 @@ TEST(Tree, RenamingANodeMovesItInTheIndex) {
 TEST(Tree, ExpandReachesEverythingBelowAndTheRootStaysOpen) {
   CTree tree;
   grow(tree, "/a/b/c");
-  expandSubtree(tree.root(), false);
+  expandSubtree(tree.root(), Branch::Closed);
   EXPECT_TRUE(tree.root()->expanded);
   EXPECT_FALSE(at(tree, "/a")->expanded);
   EXPECT_FALSE(at(tree, "/a/b/c")->expanded);
-  expandSubtree(at(tree, "/a"), true);
+  expandSubtree(at(tree, "/a"), Branch::Open);
   EXPECT_TRUE(at(tree, "/a/b/c")->expanded);
 }
 
 TEST(Tree, ShowingANodeOpensAllAboveIt) {
   CTree tree;
   grow(tree, "/a/b/c");
-  expandSubtree(tree.root(), false);
+  expandSubtree(tree.root(), Branch::Closed);
   showNode(at(tree, "/a/b/c"));
   EXPECT_TRUE(at(tree, "/a")->expanded);
   EXPECT_TRUE(at(tree, "/a/b")->expanded);
