@@ -21,7 +21,8 @@ int makeTemporaryDirectory(Westring& path);
 std::optional<Westring> writeListFile(const std::vector<Westring>& lines);
 
 // Deletes what processes of this user that are no more left behind: names of the form above, last
-// changed more than a day ago, while no process lives whose number has these low bits. At the start.
+// changed more than a day ago, while no process lives whose number has these low bits. At the
+// start.
 void removeLeftOverTemporaries();
 
 // Deletes what was made here and belongs to this user, directories with all they hold, and forgets
