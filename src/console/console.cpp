@@ -164,8 +164,7 @@ bool CConsole::readEvent(TEvent& out, uint32_t timeoutMs) {
 void CConsole::attachTerminal(std::unique_ptr<TerminalSession> session) {
   // Deleted under the lock too: a handler that has it is never overtaken.
   ToolkitLock lock;
-  impl_->terminal = session.get();
-  impl_->window.setTerminal(std::move(session));
+  impl_->terminal = impl_->window.setTerminal(std::move(session));
 }
 
 void CConsole::detachTerminal() {

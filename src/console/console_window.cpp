@@ -136,13 +136,14 @@ void ConsoleWindow::setPixels(int width, int height) {
 }
 
 // Modifiers that changed meanwhile are told when the queue has the keyboard again.
-void ConsoleWindow::setTerminal(std::unique_ptr<TerminalSession> session) {
+TerminalSession* ConsoleWindow::setTerminal(std::unique_ptr<TerminalSession> session) {
   terminal_ = std::move(session);
   ++terminalNumber_;
   area.setMouse(terminal_ ? MouseInput::Dropped : MouseInput::Queued);
   if (!terminal_ && latestShiftState_ != shiftState_) {
     queueKey(Key::ShiftChanged, latestShiftState_, 0);
   }
+  return terminal_.get();
 }
 
 void ConsoleWindow::queueKey(Key::Code key, int state, int hwCode) {

@@ -47,9 +47,9 @@ class ConsoleWindow : public Gtk::Window {
   CConsoleDrawingArea area;
 
   void setPixels(int width, int height);
-  // Who gets the keys instead of the queue; null for nobody. The one before is deleted. Under the
-  // toolkit lock.
-  void setTerminal(std::unique_ptr<TerminalSession> session);
+  // Who gets the keys instead of the queue, owned from then on and given back; null for nobody. The
+  // one before is deleted. Under the toolkit lock.
+  TerminalSession* setTerminal(std::unique_ptr<TerminalSession> session);
 
  protected:
   bool on_key_press_event(GdkEventKey* event) override;
