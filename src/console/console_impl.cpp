@@ -195,5 +195,5 @@ bool CConsole::Impl::scrollPixels(int x, int y, int w, int h, int n, unsigned ch
 void CConsole::Impl::rebuild(int columns, int rows) {
   painter.setFont(fontFamily.data(), fontSize, GridSize{columns, rows});
   grid.resize(columns, rows);
-  window.setPixels(painter.cellWidth() * columns, painter.cellHeight() * rows);
+  window.setPixels(painter.pixelsOf(GridSize{columns, rows}));
 }

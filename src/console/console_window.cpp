@@ -130,9 +130,9 @@ ConsoleWindow::ConsoleWindow(CEventQueue& events, std::atomic<int>& blinkPhase)
 
 ConsoleWindow::~ConsoleWindow() = default;
 
-void ConsoleWindow::setPixels(int width, int height) {
-  area.set_size_request(width, height);
-  resize(width, height);
+void ConsoleWindow::setPixels(PixelSize size) {
+  area.set_size_request(size.width, size.height);
+  resize(size.width, size.height);
 }
 
 // Modifiers that changed meanwhile are told when the queue has the keyboard again.

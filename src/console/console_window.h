@@ -8,6 +8,7 @@
 
 #include "console/events.h"
 #include "console/painter.h"
+#include "console/pixels.h"
 #include "console/terminal_session.h"
 
 enum class MouseInput { Dropped, Queued };
@@ -46,7 +47,7 @@ class ConsoleWindow : public Gtk::Window {
 
   CConsoleDrawingArea area;
 
-  void setPixels(int width, int height);
+  void setPixels(PixelSize size);
   // Who gets the keys instead of the queue, owned from then on and given back; null for nobody. The
   // one before is deleted. Under the toolkit lock.
   TerminalSession* setTerminal(std::unique_ptr<TerminalSession> session);

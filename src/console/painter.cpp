@@ -52,12 +52,19 @@ void Painter::setFont(const char* family, int points, GridSize grid) {
   }
 }
 
+PixelRect Painter::pixelsOf(int x, int y, int w, int h) const {
+  return {x * cellWidth(), y * cellHeight(), w * cellWidth(), h * cellHeight()};
+}
+
+PixelSize Painter::pixelsOf(GridSize grid) const {
+  return {grid.columns * cellWidth(), grid.rows * cellHeight()};
+}
+
 bool Painter::ensurePixmap() {
   if (pixmap_) return true;
   GdkWindow* window = gtk_widget_get_window(area_);
   if (!window) return false;
-  const int width = cellWidth() * grid_.columns;
-  const int height = cellHeight() * grid_.rows;
+  const auto [width, height] = pixelsOf(grid_);
   gdk_error_trap_push();
   ObjectPtr<GdkPixmap> fresh(gdk_pixmap_new(window, width, height, -1));
   ObjectPtr<GdkGC> gc(gdk_gc_new(fresh.get()));
@@ -115,7 +122,8 @@ void Painter::setColour(int index) {
 }
 
 void Painter::addCellRectangle(int x, int y, int w) {
-  cairo_rectangle(context_.get(), x * cellWidth(), y * cellHeight(), w * cellWidth(), cellHeight());
+  const PixelRect part = pixelsOf(x, y, w, 1);
+  cairo_rectangle(context_.get(), part.x, part.y, part.width, part.height);
 }
 
 void Painter::paintBackground(int x, int y, std::span<const Cell> cells) {
@@ -197,8 +205,8 @@ void Painter::paintCursor(const CursorState& cursor, const Cell& cell) {
   const int height = std::min(cursor.size * cellHeight() / 100, cellHeight());
   if (height <= 0) return;
   setColour(background(cell) < FirstLightBackground ? White : Black);
-  cairo_rectangle(context_.get(), cursor.x * cellWidth(), (cursor.y + 1) * cellHeight() - height,
-                  cellWidth(), height);
+  const PixelRect whole = pixelsOf(cursor.x, cursor.y, 1, 1);
+  cairo_rectangle(context_.get(), whole.x, whole.y + whole.height - height, whole.width, height);
   cairo_fill(context_.get());
 }
 
@@ -208,13 +216,15 @@ void Painter::moveRows(int x, int fromY, int toY, int w, int h) {
   // What is copied lies wholly in the pixmap: no exposures to be told of.
   gdk_gc_set_exposures(gc.get(), FALSE);
   cairo_surface_flush(cairo_get_target(context_.get()));
-  gdk_draw_drawable(pixmap_.get(), gc.get(), pixmap_.get(), x * cellWidth(), fromY * cellHeight(),
-                    x * cellWidth(), toY * cellHeight(), w * cellWidth(), h * cellHeight());
+  const PixelRect from = pixelsOf(x, fromY, w, h);
+  const PixelRect to = pixelsOf(x, toY, w, h);
+  gdk_draw_drawable(pixmap_.get(), gc.get(), pixmap_.get(), from.x, from.y, to.x, to.y, to.width,
+                    to.height);
   cairo_surface_mark_dirty(cairo_get_target(context_.get()));
   queueDraw(x, toY, w, h);
 }
 
 void Painter::queueDraw(int x, int y, int w, int h) {
-  gtk_widget_queue_draw_area(area_, x * cellWidth(), y * cellHeight(), w * cellWidth(),
-                             h * cellHeight());
+  const PixelRect part = pixelsOf(x, y, w, h);
+  gtk_widget_queue_draw_area(area_, part.x, part.y, part.width, part.height);
 }

@@ -8,6 +8,7 @@
 
 #include "console/cell_font.h"
 #include "console/grid.h"
+#include "console/pixels.h"
 
 enum class CursorInk { Hidden, Shown };
 
@@ -24,8 +25,11 @@ class Painter {
   // Takes the largest size up to `points` at which the whole grid fits into a pixmap, and drops the
   // back store; the next paint makes one of the new size.
   void setFont(const char* family, int points, GridSize grid);
-  int cellWidth() const { return font_.cellWidth(); }
-  int cellHeight() const { return font_.cellHeight(); }
+  int cellWidth() const { return font_.cellWidth(); }    // pixels
+  int cellHeight() const { return font_.cellHeight(); }  // pixels
+  // The pixels of the cells from column x and row y on, w by h of them.
+  PixelRect pixelsOf(int x, int y, int w, int h) const;
+  PixelSize pixelsOf(GridSize grid) const;
 
   // Null until the first paint.
   GdkPixmap* pixmap() const { return pixmap_.get(); }
