@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwctype>
 #include <string>
+#include <string_view>
 
 #include "console/text_state.h"
 #include "foundation/code_page.h"
@@ -53,6 +54,14 @@ int cellLength(const Cell* cells) {
 
 int textLength(const wchar_t* text) {
   return static_cast<int>(wcslen(text));
+}
+
+// How much of a text a row takes: all of it, or what stands before the last space that fits.
+size_t wrappedLength(const wchar_t* text, size_t width) {
+  const size_t length = wcsnlen(text, width + 1);
+  if (length <= width) return length;
+  const size_t space = std::wstring_view(text, length).rfind(L' ');
+  return space == std::wstring_view::npos ? width : space;
 }
 
 }  // namespace
@@ -192,18 +201,11 @@ void Win::putCentred(int y, const char* text, int attr) {
 }
 
 void Win::putWrapped(int x, int y, const wchar_t* text) {
-  Westring rest = text;
-  for (int row = y; !rest.empty(); ++row, x = 0) {
-    const int width = std::max(innerWidth() - x, 1);
-    Westring piece = ::left(rest, width + 1);
-    if (piece.length() > width) {
-      const int space = piece.rfind(L' ');
-      piece = ::left(piece, space >= 0 ? space : width);
-    }
-    put(x, row, piece);
-    const wchar_t* next = rest.data() + piece.length();
-    while (*next != 0 && std::iswspace(static_cast<wint_t>(*next))) ++next;
-    rest = Westring(next);
+  for (int row = y; *text != 0; ++row, x = 0) {
+    const size_t length = wrappedLength(text, static_cast<size_t>(std::max(innerWidth() - x, 1)));
+    put(x, row, std::wstring(text, length).c_str());
+    text += length;
+    while (*text != 0 && std::iswspace(static_cast<wint_t>(*text))) ++text;
   }
 }
 

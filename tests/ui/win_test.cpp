@@ -1,5 +1,8 @@
 #include "ui/win.h"
 
+#include <cwctype>
+#include <random>
+
 #include "ui/ui_test.h"
 
 namespace {
@@ -265,6 +268,51 @@ TEST_F(WinTest, AWordThatExactlyFillsTheLineStaysWhole) {
   win.putWrapped(0, 0, L"0123456789 abc");
   EXPECT_EQ(inside(win, 0, 0, 10), L"0123456789");
   EXPECT_EQ(inside(win, 0, 1, 4), L"abc ");
+}
+
+// The rule word for word, on copies of what is left of the text.
+TEST_F(WinTest, EveryTextWrapsByTheSameRule) {
+  const auto ruled = [](int x, int width, std::wstring rest) {
+    std::vector<std::wstring> rows;
+    for (; !rest.empty(); x = 0) {
+      const size_t room = static_cast<size_t>(std::max(width - x, 1));
+      std::wstring piece = rest.substr(0, room + 1);
+      if (piece.length() > room) {
+        const size_t space = piece.rfind(L' ');
+        piece.resize(space == std::wstring::npos ? room : space);
+      }
+      rest.erase(0, piece.length());
+      while (!rest.empty() && iswspace(static_cast<wint_t>(rest[0]))) rest.erase(0, 1);
+      rows.push_back(std::wstring(static_cast<size_t>(x), L' ') + piece);
+    }
+    return rows;
+  };
+  constexpr wchar_t signs[] = L"ab \u00E4\u2003";
+  std::minstd_rand random(7);
+  for (int round = 0; round < 300; ++round) {
+    std::wstring text;
+    for (unsigned left = random() % 40; left > 0; --left) text += signs[random() % 5];
+    const int x = static_cast<int>(random() % 12);
+    Win win(10, 2, 18, 23, Grey, Grey);  // 7 columns and 20 rows inside
+    win.putWrapped(x, 0, text.c_str());
+    std::vector<std::wstring> rows = ruled(x, 7, text);
+    rows.resize(20);
+    for (int row = 0; row < 20; ++row) {
+      rows[static_cast<size_t>(row)].resize(7, L' ');
+      ASSERT_EQ(inside(win, 0, row, 7), rows[static_cast<size_t>(row)]) << "row " << row;
+    }
+  }
+}
+
+TEST_F(WinTest, ARowOfALongTextCostsItsOwnLength) {
+  constexpr int rows = 200'000;
+  std::wstring text;
+  for (int row = 1; row < rows; ++row) text += L"abcd efgh ";
+  text += L"the end";
+  Win win(10, 5, 20, 15, Grey, Grey);  // 9 columns inside
+  win.putWrapped(0, 1 - rows, text.c_str());
+  EXPECT_EQ(inside(win, 0, 0, 9), L"the end  ");
+  EXPECT_EQ(inside(win, 0, 1, 9), L"         ");
 }
 
 TEST_F(WinTest, WrappedBytesAreUtf8) {
