@@ -45,16 +45,18 @@ class MenuReader {
  public:
   explicit MenuReader(const MenuTeller& tell) : tell_(tell) {}
 
-  void readOpen(int file, const Westring& path, MenuStore& menu) {
+  // False when the content can't be had: then nothing of it counts.
+  bool readOpen(int file, const Westring& path, MenuStore& menu) {
     struct stat info;
     std::string content;
-    if (System::fstat(file, &info) != 0 || readContent(file, content) != 0) return;
+    if (System::fstat(file, &info) != 0 || readContent(file, content) != 0) return false;
     open_.push_back(idOf(info));
     Place place{parentOf(path), {{&menu, nullptr}}};
     BoundedLines lines(content);
     for (std::string line; !place.levels.empty() && lines.next(line);) takeLine(line, place);
     while (!place.levels.empty()) closeMenu(place);
     open_.pop_back();
+    return true;
   }
 
  private:
@@ -169,7 +171,8 @@ void MenuReader::include(const std::string& utf8Name, const Westring& directory,
     if (std::find(open_.begin(), open_.end(), idOf(info)) != open_.end()) {
       return tell(IncludesItself, name);
     }
-    return readOpen(file.get(), path, menu);
+    if (readOpen(file.get(), path, menu)) return;
+    break;
   }
   tell(CannotOpen, name);
 }

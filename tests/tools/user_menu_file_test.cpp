@@ -168,6 +168,12 @@ TEST_F(UserMenuFile, AnIncludeThatCannotBeOpenedIsTold) {
                                             std::string(CannotOpen) + "pipe"}));
 }
 
+TEST_F(UserMenuFile, AnIncludeThatOpensAndCannotBeReadIsTold) {
+  files.write("long.mnu", std::string(LongestMenu + 1, '\n'));
+  EXPECT_EQ(parse("a: A\n!include long.mnu\nb: B\n"), "A=A() B=B()");
+  EXPECT_EQ(told, std::vector<std::string>{std::string(CannotOpen) + "long.mnu"});
+}
+
 TEST_F(UserMenuFile, WhoHasSeenEnoughIsToldNoMore) {
   mostTold = 2;
   EXPECT_EQ(parse("!include 1\n!include 2\n!include 3\na: A\n"), "A=A()");
