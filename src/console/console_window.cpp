@@ -173,6 +173,18 @@ void ConsoleWindow::sendToTerminal(Key::Code key, int state) {
   }
 }
 
+// Alt and a character that has no code of its own with it is Esc and the character.
+void ConsoleWindow::sendWithEsc(const GdkEventKey* event) {
+  const int state = static_cast<int>(event->state) & ShiftState::Mask;
+  if ((state & ShiftState::Alt) == 0 || (state & ShiftState::Ctrl) != 0) return;
+  const auto character = static_cast<wchar_t>(gdk_keyval_to_unicode(event->keyval));
+  if (!Key::Code(character).isText() || character == Key::CtrlBackspace.character()) return;
+  latestShiftState_ = state;
+  const wchar_t text[] = {Key::Esc.character(), character, 0};
+  if (!terminal_->sendText(text)) beep();
+  blinkPhase_.store(0, std::memory_order_relaxed);
+}
+
 void ConsoleWindow::paste() {
   auto request = std::make_unique<PasteRequest>(PasteRequest{this, terminalNumber_});
   gtk_clipboard_request_text(gtk_clipboard_get(GDK_SELECTION_CLIPBOARD), onPaste,
@@ -215,7 +227,9 @@ bool ConsoleWindow::handleKey(GdkEventKey* event) {
       if (terminal_ && input.press) terminal_->breakPressed();
       break;
     case KeyAction::InputMethod:
-      gtk_im_context_filter_keypress(imContext_.get(), event);
+      if (!gtk_im_context_filter_keypress(imContext_.get(), event) && terminal_) {
+        sendWithEsc(event);
+      }
       break;
     case KeyAction::Queue:
       take(result.code, result.state, input.hwCode);

@@ -70,6 +70,7 @@ class ConsoleWindow : public Gtk::Window {
   void queueKey(Key::Code key, int state, int hwCode);
   void take(Key::Code key, int state, int hwCode);
   void sendToTerminal(Key::Code key, int state);
+  void sendWithEsc(const GdkEventKey* event);
   void paste();
   static void onPaste(GtkClipboard* clipboard, const char* text, void* request);
   void beep();

@@ -17,7 +17,7 @@ class TerminalSession {
 
   // A key or a typed character. False when the command takes no more: the console beeps.
   [[nodiscard]] virtual bool sendKey(Key::Code code) = 0;
-  // Text from the clipboard; all of it or, with false, nothing.
+  // Text from the clipboard, or Esc and a character; all of it or, with false, nothing.
   [[nodiscard]] virtual bool sendText(const Westring& text) = 0;
   virtual void breakPressed() = 0;
   virtual void closePressed() = 0;  // the close button of the window

@@ -87,6 +87,18 @@ TEST_F(TerminalSessionTest, TheKeypadTypesItsSigns) {
   EXPECT_TRUE(hears("40002B 40002D 40002A 2F D ")) << told.heard();
 }
 
+TEST_F(TerminalSessionTest, AltAndACharacterWithoutACodeOfItsOwnIsEscAndIt) {
+  XKeys::get().press(XK_f, {XK_Alt_L, XK_Shift_L});
+  XKeys::get().press(XK_less, {XK_Alt_L});
+  XKeys::get().press(XK_slash, {XK_Alt_L});
+  XKeys::get().press(XK_slash, {XK_Alt_L, XK_Control_L});
+  XKeys::get().type("x");
+  EXPECT_TRUE(
+      hears("[\x1B"
+            "F][\x1B<][\x1B/]78 "))
+      << told.heard();
+}
+
 TEST_F(TerminalSessionTest, TheMouseIsDropped) {
   XKeys::get().click(5, 5);
   XKeys::get().wheel(5, 5, 1);
