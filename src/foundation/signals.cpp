@@ -61,6 +61,8 @@ void requestEnd() {
 
 void forgetEndRequest() {
   endFlag.store(false, std::memory_order_relaxed);
+  while (sem_trywait(endSemaphore()) == 0) {
+  }
 }
 
 EndWatcher::EndWatcher(std::function<void()> wake) : wake_(std::move(wake)) {

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 
@@ -74,6 +75,25 @@ TEST(Signals, AWatcherWakesWhoWaitsWithoutLimit) {
               raise(SIGTERM);
               EXPECT_EQ(woken.wait(WaitForever), 0);
               EXPECT_TRUE(endRequested());
+            }),
+            0);
+}
+
+TEST(Signals, AForgottenRequestWakesNobody) {
+  EXPECT_EQ(runInChild([] {
+              for (int i = 0; i < 1000; ++i) requestEnd();
+              forgetEndRequest();
+              std::atomic<int> calls{0};
+              EventSem woken;
+              {
+                const EndWatcher watcher([&] {
+                  ++calls;
+                  woken.post();
+                });
+                requestEnd();
+                EXPECT_EQ(woken.wait(WaitForever), 0);
+              }
+              EXPECT_EQ(calls, 1);
             }),
             0);
 }
