@@ -78,11 +78,16 @@ Key::Code Dialog::run() {
   while (exitCode_ == Key::NoKey) {
     passOnHandedOver();
     if (exitCode_ == Key::NoKey) drawFocused();
-    if (exitCode_ == Key::NoKey) takeInput(nextInput());
+    if (exitCode_ == Key::NoKey) takeInput(waitForInput());
   }
   running = outer;
   if (outer) outer->forgetButtons();
   return exitCode_;
+}
+
+Input Dialog::waitForInput() {
+  const std::optional<Input> earlier = std::exchange(givenBack_, std::nullopt);
+  return earlier ? *earlier : nextInput();
 }
 
 void Dialog::drawFocused() {

@@ -1,15 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "foundation/string_collections.h"
 #include "foundation/threads.h"
 #include "history/history_store.h"
 #include "ui/dialog_element.h"
+#include "ui/input_loop.h"
 #include "ui/win.h"
-
-struct Input;
 
 struct ButtonSpec {
   Key::Code exitCode;
@@ -78,6 +78,9 @@ class Dialog : public Win {
   // a list that weren't passed on yet the newest of each kind counts.
   bool sendMessage(int index, const Message& message);
 
+  // For a control that waits by itself: the run loop takes this input before its next wait.
+  void giveBack(const Input& input) { givenBack_ = input; }
+
   int elementCount() const { return static_cast<int>(elements_.size()); }
   DialogElement* element(int index) const { return elements_[index].get(); }
   int focus() const { return focus_; }
@@ -93,6 +96,7 @@ class Dialog : public Win {
   void setCurrentGroup(int head) { currentGroup_ = head; }
 
  private:
+  Input waitForInput();
   void takeInput(const Input& input);
   void dispatch(const Message& message);
   bool deliver(int index, const Message& message);
@@ -129,7 +133,8 @@ class Dialog : public Win {
   const pthread_t ownThread_ = pthread_self();
   MutexSem lock_;                       // guards handedOver_, held for moments only
   std::vector<HandedOver> handedOver_;  // from other threads, the oldest first
-  bool leftDown_ = false;               // its press came in this run, so its release counts
+  std::optional<Input> givenBack_;
+  bool leftDown_ = false;  // its press came in this run, so its release counts
   bool leftDownOutside_ =
       false;                // that press lay outside the window and nothing but drags followed
   bool rightDown_ = false;  // as leftDown_

@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "console/input.h"
 #include "options/options.h"
 #include "ui/dialog.h"
+#include "ui/input_loop.h"
 #include "ui/list_box.h"
 
 namespace {
@@ -49,15 +49,15 @@ void ListBoxBase::clicked(const Message& message) {
 // Runs while the button is held beyond the first or last row: whatever the user does next ends it.
 void ListBoxBase::autoScroll(int step) {
   const int visible = std::min(rows_, itemCount_ - topItem_);
+  const int delay = GlobalOptions::ScrollDelay > 0 ? GlobalOptions::ScrollDelay : ShortestPassMs;
   cursorRow_ = step > 0 ? std::max(visible - 1, 0) : 0;
   storeAndDraw();
-  while (!keyPending()) {
+  for (int waitMs = 0;; waitMs = delay) {
+    const Input input = nextInput(waitMs);
+    if (input.kind != Input::Kind::TimeOut) return dialog_.giveBack(input);
     const bool atEnd = step > 0 ? topItem_ + rows_ >= itemCount_ : topItem_ == 0;
-    if (atEnd) break;
+    if (atEnd) return;
     topItem_ += step;
     storeAndDraw();
-    console->completePainting();
-    const int delay = GlobalOptions::ScrollDelay;
-    sleepMs(static_cast<uint32_t>(delay > 0 ? delay : ShortestPassMs));
   }
 }

@@ -2,7 +2,9 @@
 
 #include <thread>
 
+#include "foundation/signals.h"
 #include "options/colours.h"
+#include "support/wait_until.h"
 #include "ui/colour_selector.h"
 #include "ui/ui_test.h"
 
@@ -41,6 +43,10 @@ class ListDialog : public TestDialog {
       if (cells(row)[0].attr == colourOf(Colour::Highlight)) found = row;
     }
     return found;
+  }
+  // Whether the name on the first row ends so; for another thread while the list is drawn.
+  bool firstEndsWith(wchar_t digit) const {
+    return console->getCells(screenX() + 5, screenY(0), 1, 1)[0].ch == digit;
   }
   int screenX() const { return originX() + ListX; }
   int screenY(int row) const { return originY() + ListY + row; }
@@ -319,6 +325,35 @@ TEST_F(ListBoxTest, AutoScrollWaitsForTheConfiguredTime) {
   dialog.sendMessage(0, {MessageKind::LeftPress, Key::NoKey, ListX, ListY + 6});
   EXPECT_GE(clockSeconds() - start, 4 * 0.040 * 0.9);
   expectAt(dialog, 4, 5);
+}
+
+TEST_F(ListBoxTest, AutoScrollEndsAsSoonAsAnEventComesAndTheDialogTakesIt) {
+  GlobalOptions::ScrollDelay = 600000;
+  ListDialog dialog(100, 6);
+  queueMouse(EventKind::Press, dialog.screenX(), dialog.screenY(6));
+  std::thread beside([&] {
+    waitUntil([&] { return dialog.firstEndsWith(L'1'); });
+    queueKey(Key::Home);
+    queueKey(Key::Esc);
+  });
+  EXPECT_EQ(dialog.run(), Key::Esc);
+  beside.join();
+  expectAt(dialog, 0, 0);
+}
+
+TEST_F(ListBoxTest, AutoScrollEndsWithTheProgram) {
+  EndWatcher watcher([] { console->events().wake(); });
+  GlobalOptions::ScrollDelay = 600000;
+  ListDialog dialog(100, 6);
+  queueMouse(EventKind::Press, dialog.screenX(), dialog.screenY(6));
+  std::thread beside([&] {
+    waitUntil([&] { return dialog.firstEndsWith(L'1'); });
+    requestEnd();
+  });
+  EXPECT_EQ(dialog.run(), Dialog::ProgramEnds);
+  beside.join();
+  forgetEndRequest();
+  expectAt(dialog, 1, 5);
 }
 
 TEST_F(ListBoxTest, AutoScrollInAShortListGoesToItsLastEntry) {
