@@ -358,6 +358,16 @@ TEST_F(ConfigFileTest, TheOneKeptBeforeStaysUntilTheNewOneIsWhole) {
   EXPECT_EQ(ini(), "; a comment\n");
 }
 
+TEST_F(ConfigFileTest, AByteOrderMarkIsNoPartOfTheFirstLine) {
+  writeIni(
+      "\xEF\xBB\xBF"
+      "Clock=on\n");
+  EXPECT_EQ(boxOf(load), "");
+  EXPECT_TRUE(GlobalOptions::Clock);
+  saveConfiguration();
+  EXPECT_EQ(names(), Names{"td.ini"}) << "nothing of the old file was lost";
+}
+
 TEST_F(ConfigFileTest, ACutLineIsKeptBesideToo) {
   const std::string old = "Left=/" + std::string(5000, 'x') + "\n";
   writeIni(old);
