@@ -118,10 +118,9 @@ int replaceFile(SafeFile& target, const std::string& content) {
 }
 
 // What the program can't say in a new file stays in the old one's copy, once in a run.
-int keepOldFile(const ConfigFile& old) {
+int keepOldFile(const ConfigFile& old, const Westring& path) {
   static bool isKept = false;
   if (isKept) return 0;
-  const Westring path = old.path + L"~";
   // An older one would pass its mode on.
   const Estring name = toUtf8(path);
   struct stat info;
@@ -134,11 +133,15 @@ int keepOldFile(const ConfigFile& old) {
   return error;
 }
 
-int writeOver(const ConfigFile& old) {
+int writeOver(ConfigFile& old) {
   if (const int error = makeUserDirectory()) return error;
   const bool tookAll = old.error != 0 || takeConfiguration(old.content, ConfigScope::ListsOnly);
   if (!tookAll) {
-    if (const int error = keepOldFile(old)) return error;
+    const Westring kept = old.path + L"~";
+    if (const int error = keepOldFile(old, kept)) {
+      old.path = kept;
+      return error;
+    }
   }
   SafeFile file;
   const int error = file.create(old.path, old.stamp);

@@ -10,7 +10,7 @@ std::string configurationText();
 // the lists and the options anew, the sides' looks as the panels have them. The old file stays
 // whole until the new one is; if the old one can't be read nothing is written. The first time that
 // something in the old file has no place in the new one, it is kept beside it with a "~" at the end
-// of its name. 0 or an error, and what it was about in `old`. Application thread.
+// of its name. 0 or an error, with the path that it is about in `old`. Application thread.
 struct ConfigFile;
 int writeConfiguration(ConfigFile& old);
 

@@ -380,7 +380,9 @@ TEST_F(ConfigFileTest, NothingIsWrittenWhereTheOldFileCannotBeKept) {
   const std::string old = "; a comment\n";
   writeIni(old);
   home.makeDir(".tdx/td.ini~");
-  EXPECT_NE(boxOf(saveConfiguration), "");
+  const std::string box = boxOf(saveConfiguration);
+  EXPECT_TRUE(holds(box, "Is a directory")) << box;
+  EXPECT_TRUE(holds(box, "td.ini~")) << box;
   EXPECT_EQ(boxes, 1);
   EXPECT_EQ(ini(), old);
 }
