@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <cwctype>
 #include <memory>
@@ -131,13 +132,22 @@ Westring home() {
   return value != nullptr && *value != 0 ? decodeFileName(value) : homeDirectory();
 }
 
+// What this program was started with isn't true for a command that it runs.
+bool isToldAnew(const std::wstring& name) {
+  const Estring key = toUtf8(name.c_str());
+  const auto isKey = [&key](const char* other) { return strcmp(key.data(), other) == 0; };
+  return isKey("PWD") || isKey("TERM") ||
+         std::any_of(std::begin(OfOtherTerminals), std::end(OfOtherTerminals), isKey);
+}
+
 // As it is written, or in capitals.
 const char* commandValue(const wchar_t* begin, const wchar_t* end) {
   if (begin == end) return nullptr;
   std::wstring name(begin, end);
+  if (isToldAnew(name)) return nullptr;
   if (const char* value = sessionValue(name)) return value;
   for (wchar_t& ch : name) ch = foldChar(ch);
-  return sessionValue(name);
+  return isToldAnew(name) ? nullptr : sessionValue(name);
 }
 
 }  // namespace

@@ -57,9 +57,15 @@ Environment& processEnvironment();
 Environment& configuredEnvironment();
 Environment& sessionEnvironment();
 
+// What another terminal has said of itself, and what would hold a size that changes. No command
+// gets any of it.
+inline constexpr const char* OfOtherTerminals[] = {
+    "LINES", "COLUMNS", "COLORTERM", "TERM_PROGRAM", "TERM_PROGRAM_VERSION", "VTE_VERSION"};
+
 // "~/" at the start, or "~" alone, becomes the home directory; "$NAME" its value in the session
 // environment (a '$' right behind goes with it), an unset name goes.
 Westring expandPathVariables(const Westring& text);
 // Any "$NAME" up to white space, '$' or '/', as it is written, else folded to upper case; an
 // unknown one stays. A '$' behind a backslash is no variable: so a quoted file name stays as it is.
+// PWD, TERM and those of other terminals stay for the shell: it knows where it runs, and in what.
 Westring expandCommandVariables(const Westring& text);

@@ -7,10 +7,6 @@
 
 namespace {
 
-// What another terminal has said of itself, and what would hold a size that changes.
-constexpr const char* OfOtherTerminals[] = {
-    "LINES", "COLUMNS", "COLORTERM", "TERM_PROGRAM", "TERM_PROGRAM_VERSION", "VTE_VERSION"};
-
 bool isWorkingDirectory(const std::string& path) {
   struct stat named, present;
   return !path.empty() && path[0] == '/' && System::stat(path.c_str(), &named) == 0 &&

@@ -51,6 +51,19 @@ class OwnEnviron {
 
 }  // namespace
 
+TEST(ExpandCommandVariables, WhatEachCommandIsToldAnewIsLeftToIt) {
+  for (const char* name : {"PWD", "TERM", "LINES", "COLUMNS", "COLORTERM", "TERM_PROGRAM",
+                           "TERM_PROGRAM_VERSION", "VTE_VERSION"}) {
+    const SessionValue ofTheStart(name, "/start");
+    const std::string text = std::string("echo $") + name + "/x";
+    EXPECT_EQ(commandOf(fromUtf8(text.c_str()).data()), text);
+  }
+  const SessionValue similar("PWDX", "other");
+  EXPECT_EQ(commandOf(L"echo $PWDX"), "echo other");
+  const SessionValue old("OLDPWD", "/old");
+  EXPECT_EQ(commandOf(L"echo $OLDPWD"), "echo /old");
+}
+
 TEST(Environment, ANearerLayerHidesTheOthers) {
   Environment process;
   Environment configured(&process);
