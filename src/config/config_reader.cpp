@@ -1,7 +1,6 @@
 #include "config/config_reader.h"
 
 #include <cerrno>
-#include <string_view>
 
 #include "config/archiver_keys.h"
 #include "config/config_table.h"
@@ -18,7 +17,6 @@
 
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";  // some editors begin a file with it
 constexpr char ArchiverPrefix[] = "[Archiver";
 constexpr size_t LongestFile = size_t{64} << 20;
 constexpr size_t LongestMessage = 79;  // bytes
@@ -123,9 +121,7 @@ ConfigFile fetchConfiguration() {
 bool takeConfiguration(const std::string& content, ConfigScope scope, const ConfigTeller& teller) {
   emptyLists();
   ConfigReader reader(scope, teller);
-  std::string_view text = content;
-  if (text.starts_with(ByteOrderMark)) text.remove_prefix(ByteOrderMark.size());
-  BoundedLines lines(text);
+  BoundedLines lines(content);
   for (std::string line; lines.next(line);) {
     if (lines.wasCut()) reader.lineWasCut();
     reader.parseConfigLine(line);

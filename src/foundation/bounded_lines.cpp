@@ -1,5 +1,13 @@
 #include "foundation/bounded_lines.h"
 
+namespace {
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+}  // namespace
+
+BoundedLines::BoundedLines(std::string_view content) : rest_(content) {
+  if (rest_.starts_with(ByteOrderMark)) rest_.remove_prefix(ByteOrderMark.size());
+}
+
 bool BoundedLines::next(std::string_view& line) {
   if (rest_.empty()) return false;
   const size_t end = rest_.find('\n');

@@ -24,6 +24,13 @@ TEST(BoundedLines, EndAtAnyLineEndAndTheLastNeedsNone) {
   EXPECT_EQ(linesOf(std::string("a\0b\n", 4)), Lines{std::string("a\0b", 3)});
 }
 
+TEST(BoundedLines, BeginBehindAByteOrderMark) {
+  const std::string mark = "\xEF\xBB\xBF";
+  EXPECT_EQ(linesOf(mark), Lines{});
+  EXPECT_EQ(linesOf(mark + "a\n" + mark + "b"), (Lines{"a", mark + "b"}));
+  EXPECT_EQ(linesOf(mark.substr(0, 2)), Lines{mark.substr(0, 2)});
+}
+
 TEST(BoundedLines, CountUpTo4096Bytes) {
   const std::string most(4096, 'x');
   for (const std::string end : {"\n", "\r\n", ""}) {

@@ -74,6 +74,12 @@ TEST_F(UserMenuFile, EntriesHaveAKeyATitleAndCommands) {
   EXPECT_EQ(menu->greatestKeyLength, 2);
 }
 
+TEST_F(UserMenuFile, AByteOrderMarkIsNoPartOfTheFirstKey) {
+  EXPECT_EQ(parse("\xEF\xBB\xBF"
+                  "a: Title\n b\n"),
+            "A=Title(b)");
+}
+
 TEST_F(UserMenuFile, ACommandBeforeAnyEntryIsDropped) {
   EXPECT_EQ(parse("  rm everything\na: Safe\n  ls\n"), "A=Safe(ls)");
 }
