@@ -14,6 +14,7 @@
 #include "tools/tree_window.h"
 #include "tree/tree_changes.h"
 #include "tree/tree_file.h"
+#include "tree/tree_scan.h"
 #include "ui/alert.h"
 
 namespace {
@@ -113,6 +114,10 @@ void PanelTrees::take(const Westring& path, const NameCollection& subdirectories
   CTree& disk = set_.treeOf(TTreeKey{});
   TREENODE* directory = disk.find(path);
   if (!directory) return;
+  if (isLeafOnDisk(path)) {
+    synchronise(disk, directory, NameCollection());
+    return;
+  }
   synchronise(disk, directory, subdirectories);
   sumUp(directory, fileBytes);
 }

@@ -5,6 +5,7 @@
 
 #include "foundation/fold.h"
 #include "foundation/names.h"
+#include "tree/tree_scan.h"
 
 namespace {
 
@@ -38,9 +39,11 @@ bool allSizesKnown(const TREENODE* directory) {
 
 TREENODE* addDirectory(CTree& tree, const Westring& path) {
   const Westring name = lastComponent(path);
-  TREENODE* parent = tree.find(parentOf(path));
+  const Westring place = parentOf(path);
+  TREENODE* parent = tree.find(place);
   if (!parent || name.empty()) return nullptr;
   if (TREENODE* known = tree.childOf(parent, name.data())) return known;
+  if (isLeafOnDisk(place)) return nullptr;
   TREENODE* node = tree.appendChild(parent, name);
   if (node) tree.dirty = true;
   return node;

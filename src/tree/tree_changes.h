@@ -6,7 +6,8 @@
 // What the disk has become, told to a tree. What the tree doesn't hold isn't added to.
 
 // A directory was made: the last child of its parent, with its size unknown. Null when the tree
-// doesn't hold the parent; the node that is there when it knows the directory already.
+// doesn't hold the parent or has it as a leaf; the node that is there when it knows the directory
+// already.
 TREENODE* addDirectory(CTree& tree, const Westring& path);
 // A directory and all below it has gone. False when the tree doesn't hold it.
 bool removeDirectory(CTree& tree, const Westring& path);

@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
+
 #include "foundation/directory_names.h"
 #include "foundation/mount_id.h"
 #include "foundation/object_store.h"
@@ -118,4 +120,11 @@ Found Scan::look(size_t index) const {
 
 ScanEnd scanTree(CTree& tree, ScanWatcher& watcher, const std::string& base) {
   return Scan(tree, watcher, base).run();
+}
+
+bool isLeafOnDisk(const Westring& path) {
+  OpenDirectory directory;
+  const int error = directory.open(AT_FDCWD, toUtf8(path).data(), FollowLinks::No);
+  if (error != 0) return error == ELOOP || error == ENOTDIR;
+  return isKernelFileSystem(directory.fd());
 }

@@ -22,3 +22,7 @@ enum class [[nodiscard]] ScanEnd{Whole, Interrupted};
 // can't be read is empty. The tree is `loaded` then; interrupted, it has no root. `base`: where the
 // root's directories are looked for, "" for the whole disk; UTF-8, no slash at its end.
 ScanEnd scanTree(CTree& tree, ScanWatcher& watcher, const std::string& base = "");
+
+// Whether a directory of the disk is a leaf of every tree: a link, or one of the kernel's own file
+// systems. Not what can't be opened.
+bool isLeafOnDisk(const Westring& path);

@@ -114,6 +114,27 @@ TEST_F(PanelTreesTest, ADirectoryThatWasReadIsSynchronised) {
   EXPECT_EQ(faultOf(trees.tree()), "");
 }
 
+TEST_F(PanelTreesTest, ALinkStaysALeafWhenAPanelIsBehindIt) {
+  leftDir.makeDir("real");
+  leftDir.makeDir("real/sub");
+  leftDir.link("real", "linked");
+  knowOnly(leftDir.path("linked"));
+  ASSERT_TRUE(goToPath(right(), leftDir.wide("linked")));
+  const TREENODE* linked = at(trees.tree(), leftDir.path("linked"));
+  ASSERT_NE(linked, nullptr);
+  EXPECT_EQ(linked->child, nullptr);
+  EXPECT_EQ(linked->size, TREENODE::Unknown);
+  trees.made(right(), leftDir.wide("linked/sub"));
+  EXPECT_EQ(linked->child, nullptr);
+}
+
+TEST_F(PanelTreesTest, AFileSystemOfTheKernelStaysALeafWhenAPanelHasReadIt) {
+  knowOnly("/proc/left_from_before");
+  ASSERT_TRUE(goToPath(right(), L"/proc"));
+  ASSERT_NE(at(trees.tree(), "/proc"), nullptr);
+  EXPECT_EQ(at(trees.tree(), "/proc")->child, nullptr);
+}
+
 TEST_F(PanelTreesTest, TheFirstScreenDoesntWaitForTheTreeAndWhatItReadCounts) {
   leftDir.makeDir("new");
   knowOnly(leftDir.path("gone"));

@@ -79,6 +79,13 @@ TEST_F(DirectoryTotal, ALinkToADirectoryThatTheTreeHoldsIsKnownToBeEmpty) {
   EXPECT_EQ(knownSize(at(tree, dir.path("top"))), 43210);
 }
 
+TEST_F(DirectoryTotal, ADirectoryBehindALinkIsCountedAndIsNoneOfTheTrees) {
+  dir.link("top", "linked");
+  const TREENODE* linked = grow(tree, dir.path("linked"));
+  EXPECT_EQ(countDirectory(tree, dir.path("linked/a"), counters, watcher), 3200);
+  EXPECT_EQ(linked->child, nullptr);
+}
+
 TEST_F(DirectoryTotal, ADirectoryTooDeepForTheTreeIsCountedAllTheSame) {
   TREENODE* node = tree.makeRoot();
   while (node->level < CTree::DeepestLevel) node = tree.appendChild(node, L"d");
