@@ -181,8 +181,9 @@ int PanelTrees::write() {
 
 void PanelTrees::save() {
   if (!wantsSave()) return;
+  const bool told = refused_ && refusedVersion_ == tree().version();
   const int error = write();
-  if (error == 0) return;
+  if (error == 0 || told) return;
   alert(L"Error writing tree data file: " + Westring(fromUtf8(strerror(error))), treeFilePath(),
         AlertButtons::Ok, AlertColour::Error);
 }

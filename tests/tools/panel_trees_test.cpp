@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "console/input.h"
 #include "foundation/system.h"
 #include "panels/commands/change_directory.h"
 #include "panels/commands/panel_switch.h"
@@ -276,6 +277,12 @@ TEST_F(PanelTreesTest, AFileThatCantBeWrittenIsToldOnceAndTriedAgainWithTheNextC
       queueKey(Key::Enter);
     });
     EXPECT_EQ(trees.saveWhileWaiting(), NoLimit);
+  }
+  {
+    FaultHook fault("sync", ENOSPC);
+    queueKey(Key::Enter);
+    trees.save();  // as before each command that runs
+    EXPECT_EQ(getKey(nullptr, 0), Key::Enter) << "no box has taken it";
   }
   EXPECT_EQ(savedLines(), before);
   clock.moveOn(5000);
