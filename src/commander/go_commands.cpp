@@ -129,9 +129,11 @@ std::vector<Key::Code> digitKeys(Key::Mark modifier) {
   return keys;
 }
 
-// "" chooses nothing.
+// "" chooses nothing. What was remembered may have gone meanwhile.
 void goToChosen(const Westring& path) {
-  if (!path.empty() && goToPath(active(), path)) drawPanel(active());
+  if (path.empty()) return;
+  if (goToPath(active(), path)) return drawPanel(active());
+  alert("Invalid directory", path, AlertButtons::Ok, AlertColour::Error);
 }
 
 void chooseDirectoryOfTree() {

@@ -242,8 +242,15 @@ TEST_F(GoCommands, AStoredPathLeadsToTheDirectoryOfExactlyItsNameElseByTheRules)
   EXPECT_EQ(place(), in("..."));
   choose(leftDir.wide("sub\\deep"));
   EXPECT_EQ(place(), in("sub/deep"));
-  choose(L"/no/such/place");
-  EXPECT_EQ(place(), in("sub/deep"));
+}
+
+TEST_F(GoCommands, AChosenDirectoryThatIsGoneSaysSo) {
+  SeamLog log;
+  log.connect();
+  log.directory = L"/no/such/place";
+  const std::string box = dialogScreen("Invalid directory", [&] { press(Key::ShiftAltF8); });
+  EXPECT_NE(box.find("/no/such/place"), std::string::npos) << box;
+  EXPECT_EQ(place(), leftDir.path());
 }
 
 TEST_F(GoCommands, ABadShortcutSaysSo) {
