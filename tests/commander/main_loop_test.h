@@ -8,40 +8,22 @@
 #include "commander/key_commands.h"
 #include "commander/main_loop.h"
 #include "foundation/data_paths.h"
-#include "foundation/names.h"
-#include "panels/commands/change_directory.h"
-#include "panels/model/panel_position.h"
-#include "panels/panel_screen.h"
+#include "panels/two_panels.h"
 
 // Two panels on directories of the test's own, and a main loop that gets its keys one by one. No
 // seam is connected at the start.
-class MainLoopTest : public PanelScreenTest {
+class MainLoopTest : public TwoPanelsTest {
  protected:
   void SetUp() override {
-    PanelScreenTest::SetUp();
+    TwoPanelsTest::SetUp();
     commandSeams() = CommandSeams{};
-    commandHistory().clear();
-    setActiveSide(0);
     setenv("HOME", homeDir.path().c_str(), 1);
     setProgramPath(L"/usr/bin/td");
     setConfigurationFile(L"");
   }
   void TearDown() override {
     commandSeams() = CommandSeams{};
-    commandHistory().clear();
-    archiveOpener() = nullptr;
-    PanelScreenTest::TearDown();
-  }
-
-  // Reads both directories into the panels and opens their windows.
-  void openPanels() {
-    goToPath(left(), leftDir.wide());
-    goToPath(right(), rightDir.wide());
-    openWindows();
-  }
-  void cursorTo(const std::string& name) {
-    selectName(panelPair().active(), decodeFileName(name.c_str()).data());
-    ASSERT_EQ(currentName(panelPair().active()), name);
+    TwoPanelsTest::TearDown();
   }
 
   void press(Key::Code key, int state = 0) {
@@ -75,34 +57,6 @@ class MainLoopTest : public PanelScreenTest {
     return picture;
   }
 
-  // The screen with a dialog that shows `text`; the dialog is left with `end`.
-  std::string dialogScreen(const std::string& text, const std::function<void()>& open,
-                           Key::Code end = Key::Esc) {
-    std::string picture;
-    {
-      Beside user([&] {
-        if (waitToShow(text)) picture = screenText();
-        queueKey(end);
-      });
-      open();
-    }
-    drainEvents();
-    EXPECT_NE(picture, "") << "never shown: " << text;
-    return picture;
-  }
-
-  // Makes "pack.zip" in the left directory an archive that holds inner.txt, and enters it.
-  void enterArchive() {
-    leftDir.write("pack.zip", "");
-    archiveOpener() = [](const Westring& file, OpenArchive*) -> std::unique_ptr<OpenArchive> {
-      if (bytes(lastComponent(file)) != "pack.zip") return nullptr;
-      return std::make_unique<FakeArchive>(file, std::vector<std::string>{"inner.txt"}, nullptr);
-    };
-    ASSERT_TRUE(goToPath(left(), leftDir.wide("pack.zip")));
-    ASSERT_NE(left().archive, nullptr);
-    cursorTo("inner.txt");
-  }
-
-  TempDir leftDir, rightDir, homeDir;
+  TempDir homeDir;
   MainLoop loop;
 };
