@@ -22,16 +22,8 @@ int openRegularFile(const Westring& path, Descriptor& result, Links links) {
   return 0;
 }
 
-int readRegularFile(const Westring& path, std::string& content, size_t limit, Links links,
-                    FileStamp* stamp) {
+int readWhole(const Descriptor& file, std::string& content, size_t limit) {
   content.clear();
-  Descriptor file;
-  if (const int error = openRegularFile(path, file, links)) return error;
-  if (stamp != nullptr) {
-    struct stat info;
-    if (System::fstat(file.get(), &info) < 0) return errno;
-    *stamp = FileStamp::of(info);
-  }
   for (;;) {
     const size_t before = content.size();
     const size_t piece = std::min(PieceSize, limit - before + 1);
@@ -44,6 +36,19 @@ int readRegularFile(const Westring& path, std::string& content, size_t limit, Li
     content.clear();
     return error ? error : EFBIG;
   }
+}
+
+int readRegularFile(const Westring& path, std::string& content, size_t limit, Links links,
+                    FileStamp* stamp) {
+  content.clear();
+  Descriptor file;
+  if (const int error = openRegularFile(path, file, links)) return error;
+  if (stamp != nullptr) {
+    struct stat info;
+    if (System::fstat(file.get(), &info) < 0) return errno;
+    *stamp = FileStamp::of(info);
+  }
+  return readWhole(file, content, limit);
 }
 
 std::optional<std::string> readBeginning(const char* utf8Path, size_t limit) {

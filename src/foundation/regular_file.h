@@ -17,6 +17,9 @@
 // EINVAL for anything else that is no file.
 int openRegularFile(const Westring& path, Descriptor& result, Links links = Links::Refuse);
 
+// The whole content of an open file, from where it stands. 0 or errno; EFBIG when there is more
+// than `limit` bytes. After an error nothing has been read.
+int readWhole(const Descriptor& file, std::string& content, size_t limit);
 // The whole content. 0 or errno; EFBIG, with nothing read, when the file is longer than `limit`
 // bytes. `stamp`, where one is wanted, tells what the file was before it was read.
 int readRegularFile(const Westring& path, std::string& content, size_t limit,

@@ -30,7 +30,7 @@ void userMenu(int side, UserMenuKind kind) {
   const MenuFile file = menuFor(side, kind);
   if (!file.file.valid()) return;
   MenuStore menu;
-  readMenu(file.file.get(), file.path, menu, tellInBox);
+  readMenu(file.file, file.path, menu, tellInBox);
   if (menu.count() == 0) return;
   if (const MenuEntry* entry = chooseFromMenu(menu)) processSeries(entry->commands, side);
 }

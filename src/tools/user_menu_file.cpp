@@ -46,10 +46,11 @@ class MenuReader {
   explicit MenuReader(const MenuTeller& tell) : tell_(tell) {}
 
   // False when the content can't be had: then nothing of it counts.
-  bool readOpen(int file, const Westring& path, MenuStore& menu) {
+  bool readOpen(const Descriptor& file, const Westring& path, MenuStore& menu) {
     struct stat info;
     std::string content;
-    if (System::fstat(file, &info) != 0 || readContent(file, content) != 0) return false;
+    if (System::fstat(file.get(), &info) != 0) return false;
+    if (readWhole(file, content, LongestMenu) != 0) return false;
     open_.push_back(idOf(info));
     Place place{parentOf(path), {{&menu, nullptr}}};
     BoundedLines lines(content);
@@ -72,7 +73,6 @@ class MenuReader {
     size_t tooDeep = 0;         // menus open below the deepest one
   };
 
-  static int readContent(int file, std::string& content);
   void takeLine(const std::string& line, Place& place);
   void openSubmenu(Place& place);
   void closeMenu(Place& place);
@@ -85,19 +85,6 @@ class MenuReader {
   int includes_ = 0;
   bool tells_ = true;
 };
-
-int MenuReader::readContent(int file, std::string& content) {
-  constexpr size_t Piece = 65536;
-  for (;;) {
-    const size_t before = content.size();
-    content.resize(before + Piece);
-    const ssize_t got = System::read(file, content.data() + before, Piece);
-    content.resize(before + static_cast<size_t>(std::max<ssize_t>(got, 0)));
-    if (got == 0) return 0;
-    if (got < 0) return errno;
-    if (content.size() > LongestMenu) return EFBIG;
-  }
-}
 
 MenuEntry* addEntry(MenuStore& menu, const std::string& line, size_t colon) {
   const Westring key = upperCase(trimmed(line.substr(0, colon)));
@@ -171,7 +158,7 @@ void MenuReader::include(const std::string& utf8Name, const Westring& directory,
     if (std::find(open_.begin(), open_.end(), idOf(info)) != open_.end()) {
       return tell(IncludesItself, name);
     }
-    if (readOpen(file.get(), path, menu)) return;
+    if (readOpen(file, path, menu)) return;
     break;
   }
   tell(CannotOpen, name);
@@ -227,6 +214,7 @@ Key::Code menuKeyCode(const Westring& text) {
   }
 }
 
-void readMenu(int file, const Westring& path, MenuStore& menu, const MenuTeller& tell) {
+void readMenu(const Descriptor& file, const Westring& path, MenuStore& menu,
+              const MenuTeller& tell) {
   MenuReader(tell).readOpen(file, path, menu);
 }

@@ -5,6 +5,7 @@
 
 #include "console/key_codes.h"
 #include "foundation/string_collections.h"
+#include "foundation/system.h"
 
 class MenuStore;
 
@@ -36,4 +37,5 @@ using MenuTeller = std::function<bool(const char* text, const Westring& file)>;
 inline constexpr int DeepestMenu = 32;     // includes in each other, and submenus in each other
 inline constexpr int MostIncludes = 1000;  // in all
 inline constexpr size_t LongestMenu = 4 << 20;  // bytes of one file
-void readMenu(int file, const Westring& path, MenuStore& menu, const MenuTeller& tell);
+void readMenu(const Descriptor& file, const Westring& path, MenuStore& menu,
+              const MenuTeller& tell);

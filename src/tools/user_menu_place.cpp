@@ -10,13 +10,8 @@
 
 namespace {
 
-// Nobody but the user and root can write it. A group of the user's own number is the user alone.
 bool isTrusted(const struct stat& info) {
-  const uid_t user = geteuid();
-  if (info.st_uid != user && info.st_uid != 0) return false;
-  const bool ownGroup = info.st_gid == user && getegid() == user;
-  const mode_t others = ownGroup ? S_IWOTH : S_IWOTH | S_IWGRP;
-  return (info.st_mode & others) == 0;
+  return isTrustedMenu(info, geteuid(), getegid());
 }
 
 Descriptor openTrusted(const Westring& directory, const Westring& name) {
@@ -32,6 +27,13 @@ Descriptor openTrusted(const Westring& directory, const Westring& name) {
 }
 
 }  // namespace
+
+bool isTrustedMenu(const struct stat& info, uid_t user, gid_t group) {
+  if (info.st_uid != user && info.st_uid != 0) return false;
+  const bool ownGroup = info.st_gid == user && group == user;
+  const mode_t others = ownGroup ? S_IWOTH : S_IWOTH | S_IWGRP;
+  return (info.st_mode & others) == 0;
+}
 
 MenuFile findLocalMenu(const Westring& start, const Westring& name) {
   Westring directory = start;

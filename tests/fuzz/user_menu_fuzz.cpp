@@ -20,11 +20,13 @@ void check(MenuStore& menu, int submenus) {
 
 // Whatever a user menu holds.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const int file = memfd_create("menu", MFD_CLOEXEC);
+  static const Descriptor menuFile(memfd_create("menu", MFD_CLOEXEC));
+  const int file = menuFile.get();
   if (ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size)) abort();
   if (lseek(file, 0, SEEK_SET) != 0) abort();
   MenuStore menu;
-  readMenu(file, L"/nonexistent/td.mnu", menu, [](const char*, const Westring&) { return true; });
+  readMenu(menuFile, L"/nonexistent/td.mnu", menu,
+           [](const char*, const Westring&) { return true; });
   check(menu, 0);
   return 0;
 }

@@ -45,7 +45,7 @@ class UserMenuFile : public testing::Test {
     menu = std::make_unique<MenuStore>();
     told.clear();
     Descriptor file(open(files.path(name).c_str(), O_RDONLY | O_CLOEXEC));
-    readMenu(file.get(), files.wide(name), *menu, [this](const char* text, const Westring& path) {
+    readMenu(file, files.wide(name), *menu, [this](const char* text, const Westring& path) {
       told.push_back(std::string(text) + ": " + toUtf8(path).data());
       return told.size() < mostTold;
     });
@@ -324,6 +324,33 @@ TEST_F(UserMenuPlace, AGroupThatIsNotTheUsersOwnCountsAsOthers) {
   ASSERT_EQ(chown(files.path("a/td.mnu").c_str(), geteuid(), getegid()), 0);
   files.chmod("a/td.mnu", 0664);
   EXPECT_EQ(found("a") != "", getegid() == geteuid());
+}
+
+TEST(TrustedMenu, IsWrittenByTheUserOrRootAlone) {
+  constexpr uid_t user = 1000, somebody = 1001, root = 0;
+  constexpr gid_t team = 50;
+  const struct {
+    uid_t owner;
+    gid_t group;
+    mode_t mode;
+    bool trusted;
+  } rows[] = {{user, user, 0644, true},      {user, user, 0664, true},
+              {user, user, 0666, false},     {user, team, 0644, true},
+              {user, team, 0664, false},     {root, root, 0644, true},
+              {root, root, 0664, false},     {root, root, 01777, false},
+              {somebody, user, 0600, false}, {somebody, somebody, 0444, false}};
+  for (const auto& row : rows) {
+    struct stat info {};
+    info.st_uid = row.owner;
+    info.st_gid = row.group;
+    info.st_mode = row.mode;
+    EXPECT_EQ(isTrustedMenu(info, user, user), row.trusted)
+        << row.owner << ' ' << row.group << ' ' << std::oct << row.mode;
+  }
+  struct stat own {};
+  own.st_uid = own.st_gid = user;
+  own.st_mode = 0664;
+  EXPECT_FALSE(isTrustedMenu(own, user, team)) << "others may be in a group that isn't the user's";
 }
 
 TEST_F(UserMenuPlace, AFileOfSomebodyElseIsPassedOverUnlessItIsRoots) {
