@@ -41,8 +41,7 @@ Westring knownHome() {
 // "" without a home.
 Westring userDirectory() {
   if (!configurationPath.empty()) return addSlash(parentOf(configurationPath));
-  const Westring home = knownHome();
-  return home.empty() ? home : addSlash(home) + UserDirectory;
+  return homeDataDirectory();
 }
 
 Westring userFile(const Westring& name) {
@@ -90,6 +89,11 @@ Westring dataFilePath(DataFile kind, DataPlace place) {
 Westring homeDirectory() {
   const Westring home = knownHome();
   return home.empty() ? Westring(RootDirectory) : home;
+}
+
+Westring homeDataDirectory() {
+  const Westring home = knownHome();
+  return home.empty() ? home : addSlash(home) + UserDirectory;
 }
 
 int makeUserDirectory() {

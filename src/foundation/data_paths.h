@@ -27,5 +27,7 @@ int makeUserDirectory();
 
 // HOME, or the user data base's home directory, or "/" when neither tells.
 Westring homeDirectory();
+// The directory of our own in it, with a slash at its end; "" where no home is known.
+Westring homeDataDirectory();
 // TD_SHARE with a slash added, else "/usr/share/tandemdeck/".
 Westring sharedDirectory();

@@ -26,11 +26,9 @@ constexpr int MsBeforeEscapeEndsALoad = 500;
 
 // False when no line shows it.
 bool cursorToNode(Panel& panel, const TREENODE* node) {
-  const auto& lines = panel.treeLines;
-  const auto found = std::find_if(lines.begin(), lines.end(),
-                                  [node](const TreeLine& line) { return line.node == node; });
-  if (found == lines.end()) return false;
-  panel.cursor = static_cast<int>(found - lines.begin()) - panel.top;
+  const int line = lineOfNode(panel.treeLines, node);
+  if (line < 0) return false;
+  panel.cursor = line - panel.top;
   normalisePosition(panel);
   return true;
 }

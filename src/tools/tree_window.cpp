@@ -57,7 +57,7 @@ TreeWindow::TreeWindow(CTree& tree, const Westring& directory, TreeWindowUse use
   rebuild(start);
   // From the lower half to the middle, unless the list ends before.
   if (list_.cursor > rows_ / 2) list_.top += list_.cursor - rows_ / 2;
-  goTo(std::max(indexOf(start), 0));
+  goTo(std::max(lineOfNode(list_.treeLines, start), 0));
   const PanelPair& pair = panelPair();
   const unsigned char attr = colourOf(Colour::Panel);
   const int right = pair.screenColumns - ColumnsRight;
@@ -120,17 +120,10 @@ TREENODE* TreeWindow::node() const {
   return list_.treeLineAt(current()).node;
 }
 
-int TreeWindow::indexOf(const TREENODE* node) const {
-  for (int i = 0; i < count(); ++i) {
-    if (list_.treeLines[static_cast<size_t>(i)].node == node) return i;
-  }
-  return -1;
-}
-
 // The list anew, with the cursor on that node; without it on the first line.
 void TreeWindow::rebuild(const TREENODE* current) {
   showTreeLines(list_, tree_);
-  goTo(std::max(indexOf(current), 0));
+  goTo(std::max(lineOfNode(list_.treeLines, current), 0));
 }
 
 // Into the view with as little as possible moved; from outside of it to its middle.

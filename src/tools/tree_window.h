@@ -36,7 +36,6 @@ class TreeWindow : private Screen {
   int current() const { return list_.top + list_.cursor; }
   TREENODE* node() const;
   void rebuild(const TREENODE* current);
-  int indexOf(const TREENODE* node) const;
   void show(TREENODE* node);
   void goTo(int index);
   void moveBy(int step);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -15,7 +14,6 @@
 #include "foundation/names.h"
 #include "foundation/safe_file.h"
 #include "foundation/system.h"
-#include "foundation/users.h"
 #include "foundation/utf8.h"
 #include "options/options.h"
 
@@ -23,7 +21,6 @@ namespace {
 
 constexpr wchar_t NameInTreeDirectory[] = L"td2tree.dat";
 constexpr wchar_t NameInUserDirectory[] = L"tdtree.dat";
-constexpr wchar_t UserDirectory[] = L".tdx/";
 constexpr mode_t PrivateDirectory = 0700;
 
 constexpr char FirstLevel = '0';
@@ -218,9 +215,8 @@ int TreeWriter::write(const CTree& tree) {
 Westring treeFilePath() {
   if (!GlobalOptions::TreeDir.empty())
     return addSlash(GlobalOptions::TreeDir) + NameInTreeDirectory;
-  const char* home = getenv("HOME");
-  if ((!home || !*home) && homeOfUser().empty()) return Westring();
-  return addSlash(homeDirectory()) + UserDirectory + NameInUserDirectory;
+  const Westring directory = homeDataDirectory();
+  return directory.empty() ? directory : directory + NameInUserDirectory;
 }
 
 TreeLoad loadTree(CTree& tree, const Westring& file, const std::function<bool()>& interrupted) {

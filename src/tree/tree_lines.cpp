@@ -1,5 +1,7 @@
 #include "tree/tree_lines.h"
 
+#include <algorithm>
+
 #include "tree/tree.h"
 
 namespace {
@@ -31,4 +33,10 @@ std::vector<TreeLine> linesOfTree(TREENODE* root) {
     node = isOpen(node) ? node->child : nextBeside(node, root);
   }
   return lines;
+}
+
+int lineOfNode(const std::vector<TreeLine>& lines, const TREENODE* node) {
+  const auto found = std::find_if(lines.begin(), lines.end(),
+                                  [node](const TreeLine& line) { return line.node == node; });
+  return found == lines.end() ? -1 : static_cast<int>(found - lines.begin());
 }

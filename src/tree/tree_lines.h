@@ -19,3 +19,5 @@ struct TreeLine {
 
 // A line for each node that shows, from the root on; none without a root.
 std::vector<TreeLine> linesOfTree(TREENODE* root);
+// The index of the line of a node; -1 when none shows it.
+int lineOfNode(const std::vector<TreeLine>& lines, const TREENODE* node);
