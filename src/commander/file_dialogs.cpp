@@ -99,7 +99,7 @@ void setFilterDialog(int side) {
   heading.format("Filter for %s panel", side == 0 ? "left" : "right");
   if (!askText(Filter, heading.data(), FieldHistory::Filter, panel.filter)) return;
   (side == 0 ? GlobalOptions::LeftFilter : GlobalOptions::RightFilter) = panel.filter;
-  if (panel.isFiles() && panel.isTreeStyle()) panel.rescanTree = true;
+  if (panel.isTree()) panel.rescanTree = true;
   enterPath(panel, L"", KeepTags::Yes);
   drawPanel(panel);
 }

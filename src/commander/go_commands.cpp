@@ -110,7 +110,7 @@ void goUp(Panel& panel) {
 void reRead(Panel& panel, DriveChange driveChange) {
   if (driveChange == DriveChange::Allowed && GlobalOptions::CtrlRDriveChng) return;
   if (panel.archive) reopenArchive(panel);
-  if (panel.isFiles() && panel.isTreeStyle()) panel.rescanTree = true;
+  if (panel.isTree()) panel.rescanTree = true;
   enterPath(panel, L"", KeepTags::Yes);
   drawPanel(panel);
 }
@@ -139,7 +139,7 @@ void goToChosen(const Westring& path) {
 void chooseDirectoryOfTree() {
   const Westring chosen = directoryTree()->choose(active(), TreeWindowUse::Command);
   goToChosen(chosen);
-  if (active().isFiles() && active().isTreeStyle() && !chosen.empty()) {
+  if (active().isTree() && !chosen.empty()) {
     directoryTree()->select(active(), chosen);
   }
 }

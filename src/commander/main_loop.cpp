@@ -164,10 +164,8 @@ bool bothPanelsOff() {
 }
 
 Westring commandPrompt() {
-  PanelPair& pair = panelPair();
-  Panel& active = pair.active();
-  Panel& shown = active.isFiles() && !active.isTreeStyle() ? active : pair.inactive();
-  return promptOf(shown);
+  const PanelPair& pair = panelPair();
+  return promptOf(pair.side[pair.commandSide()]);
 }
 
 void runMainLoop(MainLoop& loop) {

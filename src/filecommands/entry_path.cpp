@@ -9,12 +9,11 @@ Westring entryPath(const Panel& panel, const wchar_t* name) {
 }
 
 bool isReadableDirectory(const Panel& panel) {
-  return panel.showing && panel.isFiles() && !panel.isTreeStyle() && !panel.archive &&
-         panel.readError == 0;
+  return panel.showing && panel.isList() && !panel.archive && panel.readError == 0;
 }
 
 Westring destinationDirectory(const Panel& panel) {
-  if (panel.showing && panel.isFiles() && panel.isTreeStyle()) return treeDirectory(panel);
+  if (panel.showing && panel.isTree()) return treeDirectory(panel);
   return isReadableDirectory(panel) ? panel.path : Westring();
 }
 
@@ -24,6 +23,6 @@ Panel& panelOpposite(const Panel& panel) {
 }
 
 Westring currentDirectoryOf(const Panel& panel) {
-  const entry* line = panel.isFiles() && panel.isTreeStyle() ? panel.currentEntry() : nullptr;
+  const entry* line = panel.isTree() ? panel.currentEntry() : nullptr;
   return line ? treeDirectory(panel) : shownPath(panel);
 }

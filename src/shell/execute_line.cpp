@@ -8,21 +8,11 @@
 #include "shell/prompt.h"
 #include "shell/run_in_shell.h"
 
-namespace {
-
-int commandSide() {
-  const PanelPair& pair = panelPair();
-  const Panel& active = pair.side[pair.activeSide];
-  return active.isFiles() && !active.isTreeStyle() ? pair.activeSide : 1 - pair.activeSide;
-}
-
-}  // namespace
-
 LineOutcome executeLine(const Westring& line, Separate separate) {
   const Westring command =
       trim(separate == Separate::Yes ? GlobalOptions::Background + L" " + line : line);
   if (command.empty()) return LineOutcome::Taken;
-  const int side = commandSide();
+  const int side = panelPair().commandSide();
   Panel& panel = panelPair().side[side];
   addCommand(command);
   if (isChangeDirectory(command)) {

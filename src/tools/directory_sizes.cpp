@@ -141,7 +141,7 @@ bool countInto(Panel& panel, const std::vector<entry*>& directories, SizeWindow&
 }  // namespace
 
 void countDirectorySizes(Panel& panel) {
-  if (!panel.isFiles() || panel.isTreeStyle() || panel.archive) return;
+  if (!panel.isList() || panel.archive) return;
   const std::vector<entry*> directories = chosenDirectories(panel);
   if (directories.empty()) return;
   {
@@ -152,7 +152,7 @@ void countDirectorySizes(Panel& panel) {
   }
   panelTrees().save();
   PanelPair& pair = panelPair();
-  if (pair.holds(panel) && pair.other(panel).isFiles() && pair.other(panel).isTreeStyle()) {
+  if (pair.holds(panel) && pair.other(panel).isTree()) {
     readDirectory(pair.other(panel));
     drawPanel(pair.other(panel));
   }

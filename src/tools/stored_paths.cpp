@@ -58,7 +58,7 @@ Key::Code chooseSlot(int& selected) {
 }  // namespace
 
 Panel& panelThatGoes(Panel& panel) {
-  return panel.isFiles() && panel.isTreeStyle() ? panelPair().other(panel) : panel;
+  return panel.isTree() ? panelPair().other(panel) : panel;
 }
 
 bool storedPaths(Panel& panel) {

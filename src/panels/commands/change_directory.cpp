@@ -154,7 +154,7 @@ void tellTreeBeside(const Panel& panel) {
   PanelPair& pair = panelPair();
   if (!pair.holds(panel)) return;
   Panel& other = pair.other(panel);
-  if (other.isFiles() && other.isTreeStyle()) {
+  if (other.isTree()) {
     directoryTree()->select(other, panel.path);
   }
 }

@@ -41,11 +41,11 @@ Westring& lastExpression() {
 }
 
 bool canTag(const Panel& panel) {
-  return panel.isFiles() && !panel.isTreeStyle();
+  return panel.isList();
 }
 
 bool isShownTree(const Panel& panel) {
-  return panel.showing && panel.isFiles() && panel.isTreeStyle();
+  return panel.showing && panel.isTree();
 }
 
 bool isOnScreen(const Panel& panel, int index) {

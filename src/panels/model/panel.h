@@ -152,6 +152,8 @@ struct Panel : PanelContents {
     taggedSize = static_cast<int64_t>(static_cast<uint64_t>(taggedSize) + size);
   }
   bool isTreeStyle() const { return style == PanelStyle::Tree || style == PanelStyle::DialogTree; }
+  bool isList() const { return isFiles() && !isTreeStyle(); }  // of files
+  bool isTree() const { return isFiles() && isTreeStyle(); }
   TreeLine treeLineAt(int index) const {
     return index >= 0 && index < static_cast<int>(treeLines.size()) ? treeLines[index] : TreeLine();
   }

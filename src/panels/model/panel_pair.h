@@ -16,6 +16,8 @@ struct PanelPair {
   Panel& other(const Panel& panel) { return side[1 - sideOf(panel)]; }
   // A panel of the pair (and not, say, a temporary one of a search).
   bool holds(const Panel& panel) const { return &panel == &side[0] || &panel == &side[1]; }
+  // A command works on a list of files: beside an INFO or tree panel, on the other one.
+  int commandSide() const { return side[activeSide].isList() ? activeSide : 1 - activeSide; }
   int panelWidth() const { return screenColumns / 2; }
 };
 
