@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -54,10 +55,12 @@ class ProcessState : public testing::EmptyTestEventListener {
 }  // namespace
 
 // For the test programs that need nothing before their tests; one with a main of its own doesn't
-// take this one out of the library. The locale is the same on every machine, so that cases, spaces
-// and the texts of errors come out alike.
+// take this one out of the library. The locale, the shell and the mask of new files are the same on
+// every machine: texts of errors come out alike, commands find a shell, and own files are trusted.
 int main(int argc, char** argv) {
   setlocale(LC_ALL, "C.UTF-8");
+  setenv("SHELL", "/bin/sh", 1);
+  umask(S_IWGRP | S_IWOTH);
   testing::InitGoogleTest(&argc, argv);
   testing::UnitTest& tests = *testing::UnitTest::GetInstance();
   tests.listeners().Append(new ProcessState);  // owned by the list
