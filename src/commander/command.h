@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "commander/command_seams.h"
 #include "commander/main_loop.h"
 #include "console/key_codes.h"
 #include "panels/picture/panel_draw.h"
+#include "ui/help_window.h"
 
 // Codes of menu items that no key reaches. Items of the left and the right menu come in pairs.
 namespace MenuCode {

@@ -4,31 +4,11 @@
 
 #include "panels/model/panel_pair.h"
 
-// The topics of the help file by number.
-enum class HelpTopic : int {
-  None = -1,
-  Panels = 1,
-  Viewer = 2,
-  Editor = 3,
-  Configuration = 4,
-  CommandHistory = 5,
-  Confirmations = 6,
-  FileFind = 7,
-  DirectoryCompare = 9,
-  UserMenuFile = 10,
-  ConfigurationFile = 11,
-  PanelMenu = 100,
-  FilesMenu = 101,
-  CommandsMenu = 102,
-  OptionsMenu = 103,
-};
-
 enum class FindStart { Anew, WithLastResult };
 
 // What the main loop calls of modules that stand beside it. A module connects itself by filling its
 // place; an empty place makes the key and the menu item do nothing. Application thread.
 struct CommandSeams {
-  std::function<void(HelpTopic topic)> help;
   std::function<void()> configurationDialog;
   std::function<void()> coloursDialog;
   std::function<void()> confirmationsDialog;

@@ -7,6 +7,7 @@
 #include "shell/internal_programs.h"
 #include "tools/directory_history_window.h"
 #include "tools/panel_trees.h"
+#include "ui/help_window.h"
 
 namespace {
 
@@ -19,10 +20,12 @@ class ViewerAndEditor : public InternalPrograms {
 
 void connectModules() {
   static ArchiveActions noArchives;
+  static HelpWindow noHelp;
   static HistoryWindowsOfTools windows;
   static ViewerAndEditor viewerAndEditor;
   directoryTree().connect(panelTrees());
   archiveActions().connect(noArchives);
   historyWindows().connect(windows);
+  helpWindow().connect(noHelp);
   internalPrograms().connect(viewerAndEditor);
 }

@@ -2,12 +2,12 @@
 
 #include <memory>
 
-#include "commander/command_seams.h"
 #include "commander/menu_items.h"
 #include "console/key_codes.h"
 #include "console/text_state.h"
 #include "foundation/fold.h"
 #include "options/colours.h"
+#include "ui/help_window.h"
 #include "ui/input_loop.h"
 #include "ui/win.h"
 
@@ -179,7 +179,7 @@ void MenuBar::takeKey(Key::Code key) {
     case Key::F10:
       return leave(Key::NoKey);
     case Key::F1:
-      return callSeam(commandSeams().help, menu().help);
+      return helpWindow()->show(menu().help);
     default:
       takeLetter(hotKeyChar(key));
   }

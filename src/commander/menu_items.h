@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "commander/command_seams.h"
 #include "console/key_codes.h"
+#include "ui/help_window.h"
 
 // One line of a pull-down menu. No text is a separator; text with NoKey is disabled.
 struct menuItem {

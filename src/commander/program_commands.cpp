@@ -1,5 +1,4 @@
 #include "commander/command_rooms.h"
-#include "commander/command_seams.h"
 #include "commander/exit_program.h"
 #include "commander/go_commands.h"
 #include "commander/menu_bar.h"
@@ -8,11 +7,12 @@
 #include "shell/execute_line.h"
 #include "tools/command_history_window.h"
 #include "tools/user_menu.h"
+#include "ui/help_window.h"
 
 namespace {
 
 void showHelp(const Command& command) {
-  callSeam(commandSeams().help, command.help);
+  helpWindow()->show(command.help);
 }
 
 // The manual is no program of ours to start.
@@ -46,7 +46,7 @@ Action executing(Separate separate) {
 
 void openHistory(MainLoop& loop) {
   Westring command;
-  const auto help = [] { callSeam(commandSeams().help, HelpTopic::CommandHistory); };
+  const auto help = [] { helpWindow()->show(HelpTopic::CommandHistory); };
   const HistoryOutcome outcome = commandHistoryWindow(command, help);
   if (outcome == HistoryOutcome::PutOnLine) loop.line.setText(command);
   if (outcome == HistoryOutcome::Run) loop.line.clear();

@@ -5,6 +5,7 @@
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
+#include "ui/help_window.h"
 
 namespace {
 
@@ -12,10 +13,12 @@ TEST(Connect, LeavesNoInterfaceEmpty) {
   ASSERT_FALSE(directoryTree().isConnected());
   ASSERT_FALSE(archiveActions().isConnected());
   ASSERT_FALSE(historyWindows().isConnected());
+  ASSERT_FALSE(helpWindow().isConnected());
   connectModules();
   EXPECT_TRUE(directoryTree().isConnected());
   EXPECT_TRUE(archiveActions().isConnected());
   EXPECT_TRUE(historyWindows().isConnected());
+  EXPECT_TRUE(helpWindow().isConnected());
 }
 
 }  // namespace

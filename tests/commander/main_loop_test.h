@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "commander/command_seams.h"
+#include "commander/help_probe.h"
 #include "commander/key_commands.h"
 #include "commander/main_loop.h"
 #include "foundation/data_paths.h"
@@ -46,14 +47,13 @@ class MainLoopTest : public TwoPanelsTest {
   }
   std::string screenAfterQueued() {
     std::string picture;
-    commandSeams().help = [&](HelpTopic) {
+    const HelpProbe help([&](HelpTopic) {
       picture = screenText();
       loop.leaving = true;
-    };
+    });
     queueKey(Key::F1);
     loop.leaving = false;
     runMainLoop(loop);
-    commandSeams().help = nullptr;
     return picture;
   }
 

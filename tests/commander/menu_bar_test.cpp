@@ -1,7 +1,7 @@
 #include "commander/menu_bar.h"
 
 #include "commander/command.h"
-#include "commander/command_seams.h"
+#include "commander/help_probe.h"
 #include "commander/menu_items.h"
 #include "console/key_codes.h"
 #include "options/colours.h"
@@ -19,15 +19,14 @@ class MenuBarTest : public ConsoleTest {
   }
 
   // What the screen shows when the bar waits for its next key: the bar is left by a timer of
-  // events, so the picture is taken by the help seam, which F1 calls.
+  // events, so the picture is taken by the help, which F1 calls.
   std::string screenAfter(std::initializer_list<Key::Code> codes, int side = 0) {
     std::string picture;
-    commandSeams().help = [&](HelpTopic) { picture = screenText(); };
+    const HelpProbe help([&](HelpTopic) { picture = screenText(); });
     for (Key::Code code : codes) queueKey(code);
     queueKey(Key::F1);
     queueKey(Key::F10);
     pullDownMenu(side, MenuStart::Fresh);
-    commandSeams().help = nullptr;
     return picture;
   }
 };
@@ -155,9 +154,8 @@ TEST_F(MenuBarTest, F10LeavesFromAnywhere) {
 
 TEST_F(MenuBarTest, F1AsksForHelpOnThisMenuAndTheRightOneSharesTheLeftOnesTopic) {
   std::vector<HelpTopic> topics;
-  commandSeams().help = [&](HelpTopic topic) { topics.push_back(topic); };
+  const HelpProbe help([&](HelpTopic topic) { topics.push_back(topic); });
   runKeys({Key::F1, Key::Right, Key::F1, Key::Left, Key::Left, Key::F1, Key::F10});
-  commandSeams().help = nullptr;
   EXPECT_EQ(topics, (std::vector<HelpTopic>{HelpTopic::PanelMenu, HelpTopic::FilesMenu,
                                             HelpTopic::PanelMenu}));
 }
@@ -209,7 +207,7 @@ TEST_F(MenuBarTest, AClickElsewhereClosesAndThenLeaves) {
 }
 
 TEST_F(MenuBarTest, EachPartHasItsColour) {
-  commandSeams().help = [&](HelpTopic) {
+  const HelpProbe help([&](HelpTopic) {
     for (int x : {0, 10, 79}) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::MenuBar)) << x;
     for (int x : {2, 9}) EXPECT_EQ(attrAt(x, 0), colourOf(Colour::MenuHighlight)) << x;
     // Frame, a chosen and a plain item to their last cell, and the separator with its mark.
@@ -218,9 +216,8 @@ TEST_F(MenuBarTest, EachPartHasItsColour) {
     for (int x : {3, 23}) EXPECT_EQ(attrAt(x, 2), colourOf(Colour::MenuHighlight)) << x;
     for (int x : {3, 23}) EXPECT_EQ(attrAt(x, 3), colourOf(Colour::Menu)) << x;
     for (int x : {3, 4, 23}) EXPECT_EQ(attrAt(x, 10), colourOf(Colour::MenuBar)) << x;
-  };
+  });
   runKeys({Key::Enter, Key::F1, Key::F10});
-  commandSeams().help = nullptr;
 }
 
 TEST_F(MenuBarTest, ADisabledItemHasItsForegroundOnTheRowsBackground) {
@@ -229,32 +226,30 @@ TEST_F(MenuBarTest, ADisabledItemHasItsForegroundOnTheRowsBackground) {
   const Key::Code codes[] = {first.code, second.code};
   first.code = second.code = Key::NoKey;
   const int foreground = colourOf(Colour::DisabledMenu) & 0x0F;
-  commandSeams().help = [&](HelpTopic) {
+  const HelpProbe help([&](HelpTopic) {
     for (int x : {12, 17}) {
       EXPECT_EQ(attrAt(x, 2), (colourOf(Colour::MenuHighlight) & 0xF0) | foreground) << x;
       EXPECT_EQ(attrAt(x, 3), (colourOf(Colour::Menu) & 0xF0) | foreground) << x;
     }
-  };
+  });
   runKeys({'f', Key::F1, Key::F10});
-  commandSeams().help = nullptr;
   first.code = codes[0];
   second.code = codes[1];
 }
 
 TEST_F(MenuBarTest, QuickLettersShowInTheirColourOnTheRowsBackground) {
-  commandSeams().help = [&](HelpTopic) {
+  const HelpProbe help([&](HelpTopic) {
     // "Brief" is chosen: its row has the highlight's background.
     EXPECT_EQ(attrAt(4, 2), (0x0F & 0xF0) | 0x0E);
     EXPECT_EQ(attrAt(5, 2), 0x0F);
     EXPECT_EQ(attrAt(4, 3), (0x3F & 0xF0) | 0x0E);
     EXPECT_EQ(attrAt(5, 3), 0x3F);
     EXPECT_EQ(attrAt(5, 10), 0x30);
-  };
+  });
   queueKey(Key::Enter);
   queueKey(Key::F1);
   queueKey(Key::F10);
   pullDownMenu(0, MenuStart::Fresh);
-  commandSeams().help = nullptr;
 }
 
 TEST_F(MenuBarTest, QuickLettersAreTheSameInATurkishLocale) {

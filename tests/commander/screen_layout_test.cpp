@@ -2,6 +2,7 @@
 // panels.
 
 #include "commander/command.h"
+#include "commander/help_probe.h"
 #include "commander/main_loop_test.h"
 #include "commander/screen_size.h"
 #include "options/colours.h"
@@ -85,10 +86,10 @@ TEST_F(ScreenLayout, TheTextCursorStandsOnTheLine) {
 TEST_F(ScreenLayout, TheCursorShowsWhileAKeyIsWaitedForAndNotInACommand) {
   int inCommand = -1;
   bool shown = false;
-  commandSeams().help = [&](HelpTopic) {
+  const HelpProbe help([&](HelpTopic) {
     inCommand = console->cursorSize();
     loop.leaving = true;
-  };
+  });
   console->setCursorSize(0);
   {
     Beside user([&] {
@@ -124,7 +125,7 @@ TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiers) {
   for (const auto& row : rows) {
     // The picture is taken when F1 comes, which is a key of the same modifiers here.
     queueKey(Key::ShiftChanged, row.state);
-    commandSeams().help = [&](HelpTopic) { loop.leaving = true; };
+    const HelpProbe help([&](HelpTopic) { loop.leaving = true; });
     queueKey(Key::F1, row.state);
     loop.leaving = false;
     runMainLoop(loop);
@@ -134,7 +135,7 @@ TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiers) {
 
 TEST_F(ScreenLayout, TheKeyBarFollowsTheModifiersInAQuickSearchToo) {
   bool alt = false, plain = false;
-  commandSeams().help = [&](HelpTopic) { loop.leaving = true; };
+  const HelpProbe help([&](HelpTopic) { loop.leaving = true; });
   {
     Beside user([&] {
       queueKey(Key::ShiftChanged, ShiftState::Alt);

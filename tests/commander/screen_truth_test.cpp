@@ -3,6 +3,7 @@
 #include <random>
 
 #include "commander/command.h"
+#include "commander/help_probe.h"
 #include "commander/main_loop_test.h"
 #include "panels/commands/selection.h"
 #include "panels/picture/panel_draw.h"
@@ -29,7 +30,7 @@ class ScreenTruth : public MainLoopTest {
   // The rows that differ; an INFO panel's change with the machine.
   std::string differences() {
     std::string result;
-    commandSeams().help = [&](HelpTopic) {
+    const HelpProbe help([&](HelpTopic) {
       const std::vector<Cell> before = panelCells();
       for (Panel& panel : panelPair().side) drawPanel(panel);
       const std::vector<Cell> after = panelCells();
@@ -41,11 +42,10 @@ class ScreenTruth : public MainLoopTest {
         if (result.size() > 100) break;
       }
       loop.leaving = true;
-    };
+    });
     queueKey(Key::F1);
     loop.leaving = false;
     runMainLoop(loop);
-    commandSeams().help = nullptr;
     return result;
   }
 

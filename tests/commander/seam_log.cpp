@@ -6,12 +6,12 @@ void SeamLog::connect() {
   directoryTree().connect(*this);
   archiveActions().connect(*this);
   historyWindows().connect(*this);
+  helpWindow().connect(*this);
   CommandSeams& seams = commandSeams();
   auto plain = [this](const char* name) { return [this, name] { note(name); }; };
   auto ofPanel = [this](const char* name) {
     return [this, name](Panel& panel) { note(std::string(name) + " " + currentName(panel)); };
   };
-  seams.help = [this](HelpTopic topic) { note("help " + std::to_string(static_cast<int>(topic))); };
   seams.configurationDialog = plain("configuration");
   seams.coloursDialog = plain("colours");
   seams.confirmationsDialog = plain("confirmations");
@@ -34,6 +34,7 @@ void SeamLog::disconnect() {
   directoryTree().disconnect();
   archiveActions().disconnect();
   historyWindows().disconnect();
+  helpWindow().disconnect();
 }
 
 Westring SeamLog::choose(Panel&, TreeWindowUse use) {
@@ -62,4 +63,8 @@ Westring SeamLog::extract(Panel&, const Westring& name) {
 
 void SeamLog::compress(Panel& panel) {
   note("compress " + currentName(panel));
+}
+
+void SeamLog::show(HelpTopic topic) {
+  note("help " + std::to_string(static_cast<int>(topic)));
 }

@@ -9,9 +9,13 @@
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
 #include "shell/logged_shell.h"
+#include "ui/help_window.h"
 
 // What connected modules were asked for, in order, and then what the shell was.
-class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindows {
+class SeamLog : public DirectoryTree,
+                public ArchiveActions,
+                public HistoryWindows,
+                public HelpWindow {
  public:
   ~SeamLog() override { disconnect(); }
   void connect();  // fills every place of commandSeams and every connection
@@ -23,6 +27,7 @@ class SeamLog : public DirectoryTree, public ArchiveActions, public HistoryWindo
   void transfer(Panel& panel, TransferKind kind) override;
   Westring extract(Panel& panel, const Westring& name) override;
   void compress(Panel& panel) override;
+  void show(HelpTopic topic) override;
 
   std::vector<std::string> take() {
     for (const std::string& command : shell_.take()) note("run " + command);
