@@ -179,6 +179,21 @@ int decodeFileName(const char* bytes, wchar_t* buffer) {
   return static_cast<int>(out - buffer);
 }
 
+size_t decodeExactCharacter(std::string_view bytes, wchar_t& character) {
+  unsigned char sequence[5] = {};  // ends in a NUL, which belongs to no sequence
+  std::copy_n(bytes.begin(), std::min<size_t>(bytes.size(), 4), sequence);
+  character = sequence[0];
+  if (character < OneByteLimit) return 1;
+  const int length = readStrictSequence(sequence, character);
+  if (length == 0) character = static_cast<signed char>(sequence[0]);
+  return static_cast<size_t>(std::max(length, 1));
+}
+
+void appendUtf8(wchar_t character, std::string& out) {
+  char bytes[4];
+  out.append(bytes, encode(character, bytes));
+}
+
 wchar_t displayCharacter(wchar_t character) {
   if (character >= FirstRawByte && character < 0) return character & 0xFF;
   bool shown = character > 0 && character <= LastCharacter && !isSurrogate(character);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "foundation/westring.h"
@@ -25,6 +26,12 @@ size_t decodeCharacter(std::string_view bytes, wchar_t& character);
 Westring decodeFileName(const char* bytes);
 // The same into a caller's buffer of at least strlen(bytes)+1 characters; returns the length.
 int decodeFileName(const char* bytes, wchar_t* buffer);
+
+// The same for the character that `bytes`, one at least, begin with; returns how many it took. One
+// that is cut by the end of `bytes` is raw bytes.
+size_t decodeExactCharacter(std::string_view bytes, wchar_t& character);
+// Appends one character, a negative value as the byte of its low 8 bits.
+void appendUtf8(wchar_t character, std::string& out);
 
 // Valid UTF-8 for the toolkit, whatever the text holds: a raw byte shows as the Latin-1 character
 // of its number, any other value that is no character as U+2302.
