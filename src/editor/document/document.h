@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "editor/document/text_place.h"
+#include "editor/document/text_span.h"
+#include "editor/text/text_encoding.h"
+
+// Told of each change after it was made.
+class DocumentObserver {
+ public:
+  virtual ~DocumentObserver() = default;
+  // The text from `from` to `to`, as the places were before, was replaced by `inserted`.
+  virtual void onReplaced(TextPlace from, TextPlace to, const TextSpan& inserted) = 0;
+  // All line ends became those of the style.
+  virtual void onLineEnds(LineEndStyle style) = 0;
+};
+
+// The text of one file in memory: lines of characters, never less than one. The last line has no
+// line end, all others have the one that they were read with. What isn't edited is written with the
+// bytes that were read. Lines and indexes count from 0; a place beyond its line or beyond the last
+// line counts as that line's or the text's end. Application thread.
+class Document {
+ public:
+  // Told how many bytes are done; false stops.
+  using Progress = std::function<bool(int64_t bytes)>;
+  // Takes the next bytes of the text; 0 or an errno value, which ends the writing.
+  using Sink = std::function<int(std::string_view bytes)>;
+
+  Document();  // one empty line, UTF-8, LF
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  // The text of `bytes` from `textStart` (behind the byte order mark) on. False when it was
+  // stopped: the document is empty then.
+  bool load(std::string bytes, const TextEncoding& encoding, size_t textStart = 0,
+            const Progress& progress = {});
+
+  int64_t lineCount() const;
+  int64_t lineLength(int64_t line) const;
+  std::wstring text(int64_t line) const;
+  std::wstring slice(int64_t line, int64_t from, int64_t count) const;
+  wchar_t characterAt(TextPlace place) const;  // 0 at the end of the line
+  TextPlace end() const;
+  TextPlace clamped(TextPlace place) const;
+  // Where the line of the byte at `offset` of the file begins, and how many bytes of it stand
+  // before that one. For a text that is as it was loaded.
+  struct BytePlace {
+    int64_t line = 0;
+    int64_t bytesBefore = 0;
+  };
+  BytePlace lineOfByte(int64_t offset) const;
+
+  // Display columns: a tab reaches to the next multiple of `tabWidth` (1 to 8), every other
+  // character takes one.
+  int64_t columnOf(TextPlace place, int tabWidth) const;
+  // The character whose cells reach to `column` or beyond: the tab for a column inside it. 0 for a
+  // negative column, the length of the line for one beyond it.
+  int64_t indexAt(int64_t line, int64_t column, int tabWidth) const;
+  int64_t widthOf(int64_t line, int tabWidth) const;
+
+  TextSpan span(TextPlace from, TextPlace to) const;
+  struct Replaced {
+    TextSpan removed;
+    TextPlace end;  // behind what was put in
+  };
+  // The one way to change text.
+  Replaced replace(TextPlace from, TextPlace to, const TextSpan& text);
+
+  const TextEncoding& encoding() const { return encoding_; }
+  // What new lines end with; never Unknown.
+  LineEndStyle lineEndStyle() const { return style_; }
+  // Gives every line the end of `style`.
+  void setLineEnds(LineEndStyle style);
+  // Lines of UTF-8 that held something else when they were loaded.
+  int64_t invalidLines() const { return invalidLines_; }
+
+  // Reads the bytes of a text in a code page as those of another page. Characters that were typed
+  // and that the old page lacks stay what they are.
+  void recode(int page);
+  // Writes in this encoding from now on; the text stays what it is.
+  void setEncoding(const TextEncoding& encoding) { encoding_ = encoding; }
+
+  struct Written {
+    int error = 0;         // of the sink; ECANCELED when it was stopped
+    bool refused = false;  // a character that the encoding can't hold stands at `place`
+    TextPlace place;
+  };
+  // All text, without a byte order mark, in any encoding.
+  Written write(const TextEncoding& encoding, const Sink& sink,
+                const Progress& progress = {}) const;
+
+  void setObserver(DocumentObserver* observer) { observer_ = observer; }  // null: nobody
+
+ private:
+  TextEncoding encoding_{TextFormat::Utf8, 0};
+  LineEndStyle style_ = LineEndStyle::Lf;
+  int64_t invalidLines_ = 0;
+  DocumentObserver* observer_ = nullptr;
+
+  using Line = TextSpan::Line;
+  std::vector<Line> lines_;
+  size_t textStart_ = 0;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "editor/text/line_ends.h"
+
+// A piece of text with its line ends, as it was cut out of a document or came from elsewhere. It
+// never changes and is cheap to copy, whatever its size: the text is shared with the document it
+// came from, which may change or go. Untouched lines keep the bytes and the line ends of their
+// file.
+class TextSpan {
+ public:
+  TextSpan() = default;  // no text
+
+  // Lines end at LF, CR LF and a lone CR, and get the line end of `style`. NULs are dropped, since
+  // they would end lines, too.
+  static TextSpan fromText(std::wstring_view text, LineEndStyle style);
+  // One line end as it is: at most one each of CR and LF.
+  static TextSpan lineEnd(std::wstring_view end);
+
+  bool empty() const { return lineEnds() == 0 && lastLength() == 0; }
+  int64_t lineEnds() const;
+  int64_t firstLength() const;  // characters up to the first line end
+  int64_t lastLength() const;   // characters behind the last line end
+  std::wstring text() const;    // with LF for each line end
+
+  // All of it as bytes that `fromStored` makes the same text of, in any document; whatever else
+  // those bytes are, they give some text.
+  std::string stored() const;
+  static TextSpan fromStored(std::string_view bytes);
+
+  struct Line {
+    std::wstring text;
+    std::wstring end;
+  };
+
+ private:
+  friend class Document;
+  std::shared_ptr<const std::vector<Line>> lines_;
+};

@@ -1,0 +1,162 @@
+#include "editor/document/undo.h"
+
+#include <algorithm>
+
+void TUndoStack::push(UndoItem item) {
+  if (items_.empty() || item.command >= 0 || items_.back().command != item.command) ++counted_;
+  items_.push_back(std::move(item));
+  while (counted_ > Limit) {
+    const int64_t command = items_.front().command;
+    do items_.pop_front();
+    while (command < 0 && !items_.empty() && items_.front().command == command);
+    --counted_;
+  }
+}
+
+void TUndoStack::pop() {
+  const int64_t command = items_.back().command;
+  items_.pop_back();
+  if (items_.empty() || command >= 0 || items_.back().command != command) --counted_;
+}
+
+void TUndoStack::clear() {
+  items_.clear();
+  counted_ = 0;
+}
+
+Bookmarks unsetBookmarks() {
+  Bookmarks bookmarks;
+  bookmarks.fill({0, UnsetBookmark});
+  return bookmarks;
+}
+
+void adjustBookmarks(Bookmarks& bookmarks, const UndoItem& step) {
+  const int64_t removedLines = step.text.lineEnds() + 1;
+  for (TextPlace& mark : bookmarks) {
+    if (mark.index == UnsetBookmark) continue;
+    if (mark.line > step.from.line) {
+      mark.line += step.to.line + 1 - step.from.line - removedLines;
+      // One inside what was removed goes no higher than where that stood.
+      if (mark.line < step.from.line) mark.line = step.from.line;
+    } else if (mark.line == step.from.line && mark.index > step.from.index) {
+      mark.line = std::max(step.to.line + 1 - removedLines, step.from.line);
+      mark.index += step.to.index - step.from.index - step.text.lastLength();
+      mark.index = std::max<int64_t>(mark.index, 0);
+    }
+  }
+}
+
+namespace {
+// The text of the step goes back where it was; what it put in becomes the text of the inverse.
+UndoItem takeBack(Document& document, const UndoItem& step) {
+  UndoItem inverse;
+  inverse.before = step.after;
+  inverse.after = step.before;
+  inverse.command = step.command;
+  inverse.from = document.clamped(step.from);
+  const TextPlace to = std::max(document.clamped(step.to), inverse.from);
+  Document::Replaced replaced = document.replace(inverse.from, to, step.text);
+  inverse.text = std::move(replaced.removed);
+  inverse.to = replaced.end;
+  return inverse;
+}
+
+void moveStep(Document& document, TextPlace& cursor, Bookmarks& bookmarks, TUndoStack& source,
+              TUndoStack& target) {
+  UndoItem inverse = takeBack(document, source.top());
+  cursor = document.clamped(inverse.after);
+  adjustBookmarks(bookmarks, inverse);
+  source.pop();
+  target.push(std::move(inverse));
+}
+
+UndoOutcome oneStep(Document& document, TextPlace& cursor, Bookmarks& bookmarks, TUndoStack& source,
+                    TUndoStack& target) {
+  if (source.empty()) return UndoOutcome::Nothing;
+  const TextPlace place = document.clamped(source.top().after);
+  if (cursor != place) {
+    cursor = place;
+    return UndoOutcome::Moved;
+  }
+  moveStep(document, cursor, bookmarks, source, target);
+  return UndoOutcome::Done;
+}
+
+UndoOutcome oneCommand(Document& document, TextPlace& cursor, Bookmarks& bookmarks,
+                       TUndoStack& source, TUndoStack& target) {
+  if (source.empty()) return UndoOutcome::Nothing;
+  const int64_t command = source.top().command;
+  do moveStep(document, cursor, bookmarks, source, target);
+  while (command != 0 && !source.empty() && source.top().command == command);
+  return UndoOutcome::Done;
+}
+}  // namespace
+
+void EditHistory::push(UndoItem step) {
+  adjustBookmarks(bookmarks, step);
+  redo.clear();
+  undo.push(std::move(step));
+}
+
+UndoOutcome EditHistory::undoStep(Document& document, TextPlace& cursor) {
+  return oneStep(document, cursor, bookmarks, undo, redo);
+}
+UndoOutcome EditHistory::redoStep(Document& document, TextPlace& cursor) {
+  return oneStep(document, cursor, bookmarks, redo, undo);
+}
+UndoOutcome EditHistory::undoCommand(Document& document, TextPlace& cursor) {
+  return oneCommand(document, cursor, bookmarks, undo, redo);
+}
+UndoOutcome EditHistory::redoCommand(Document& document, TextPlace& cursor) {
+  return oneCommand(document, cursor, bookmarks, redo, undo);
+}
+
+void EditHistory::clearSteps() {
+  undo.clear();
+  redo.clear();
+}
+
+namespace {
+StoredPlace stored(TextPlace place) {
+  return {place.line, place.index};
+}
+TextPlace restored(StoredPlace place) {
+  return {place.line, place.index};
+}
+
+// The newest steps that `room` has bytes for, oldest first.
+std::vector<StoredUndoItem> storeStack(const TUndoStack& stack, size_t& room) {
+  std::vector<StoredUndoItem> items;
+  for (int64_t i = stack.size() - 1; i >= 0; --i) {
+    const UndoItem& item = stack[i];
+    StoredUndoItem copy{item.text.stored(), stored(item.before), stored(item.after),
+                        stored(item.from),  stored(item.to),     item.command};
+    const size_t bytes = copy.text.size() + sizeof copy;
+    if (bytes > room) break;
+    room -= bytes;
+    items.push_back(std::move(copy));
+  }
+  std::reverse(items.begin(), items.end());
+  return items;
+}
+
+void restoreStack(const std::vector<StoredUndoItem>& items, TUndoStack& stack) {
+  stack.clear();
+  for (const StoredUndoItem& item : items)
+    stack.push({TextSpan::fromStored(item.text), restored(item.before), restored(item.after),
+                restored(item.rangeStart), restored(item.rangeEnd), item.group});
+}
+}  // namespace
+
+StoredUndo storeSteps(const EditHistory& history, const TextEncoding& encoding, size_t mostBytes) {
+  StoredUndo steps;
+  steps.encoding = encoding;
+  steps.undo = storeStack(history.undo, mostBytes);
+  steps.redo = storeStack(history.redo, mostBytes);
+  return steps;
+}
+
+void restoreSteps(const StoredUndo& steps, EditHistory& history) {
+  restoreStack(steps.undo, history.undo);
+  restoreStack(steps.redo, history.redo);
+}
