@@ -14,10 +14,10 @@
 #include "panels/model/panel_pair.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/reader/directory_reader.h"
-#include "tools/escape_watch.h"
 #include "tools/panel_trees.h"
 #include "tree/directory_total.h"
 #include "ui/dialog.h"
+#include "ui/escape_watch.h"
 
 namespace {
 

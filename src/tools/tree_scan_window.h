@@ -1,8 +1,8 @@
 #pragma once
 
 #include "foundation/clock.h"
-#include "tools/escape_watch.h"
 #include "tree/tree_scan.h"
+#include "ui/escape_watch.h"
 #include "ui/win.h"
 
 // The small window of a scan: what it does, and how many names it has found. Application thread.
