@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "foundation/names.h"
+#include "foundation/status.h"
 #include "foundation/system.h"
 #include "foundation/utf8.h"
 
@@ -156,6 +157,7 @@ Westring errorText(int code) {
 
 Estring errorTextShort(int code) {
   char buffer[256];
+  if (code == Status::NotRegularFile) return "Not a regular file";
   return rtrim(Estring(strerror_r(code, buffer, sizeof buffer)));
 }
 

@@ -5,5 +5,6 @@ namespace Status {
 inline constexpr int NoMoreFiles = 0x40000001;
 inline constexpr int NotReady = 0x40000002;
 inline constexpr int ChangedMeanwhile = 0x40000003;  // a file, since it was read
+inline constexpr int NotRegularFile = 0x40000004;
 inline constexpr int EndOfFile = -1;
 }  // namespace Status
