@@ -90,3 +90,25 @@ TextSpan TextSpan::fromStored(std::string_view bytes) {
   span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
   return span;
 }
+
+TextSpan TextSpan::joined(const TextSpan& other) const {
+  if (!other.lines_) return *this;
+  if (!lines_) return other;
+  std::vector<Line> lines = *lines_;
+  lines.back().text += other.lines_->front().text;
+  lines.back().end = other.lines_->front().end;
+  lines.insert(lines.end(), other.lines_->begin() + 1, other.lines_->end());
+  TextSpan span;
+  span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
+  return span;
+}
+
+TextSpan TextSpan::changed(const LineChange& change) const {
+  if (!lines_) return {};
+  std::vector<Line> lines = *lines_;
+  for (Line& line : lines)
+    if (std::optional<std::wstring> text = change(line.text)) line.text = std::move(*text);
+  TextSpan span;
+  span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
+  return span;
+}

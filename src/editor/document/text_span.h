@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +29,13 @@ class TextSpan {
   int64_t firstLength() const;  // characters up to the first line end
   int64_t lastLength() const;   // characters behind the last line end
   std::wstring text() const;    // with LF for each line end
+
+  // The text of both, one behind the other.
+  TextSpan joined(const TextSpan& other) const;
+  // The same lines with the texts that `change` gives for theirs; where it gives none, the line
+  // stays as it is. The line ends stay.
+  using LineChange = std::function<std::optional<std::wstring>(const std::wstring& line)>;
+  TextSpan changed(const LineChange& change) const;
 
   // All of it as bytes that `fromStored` makes the same text of, in any document; whatever else
   // those bytes are, they give some text.

@@ -140,11 +140,14 @@ std::vector<StoredUndoItem> storeStack(const TUndoStack& stack, size_t& room) {
   return items;
 }
 
-void restoreStack(const std::vector<StoredUndoItem>& items, TUndoStack& stack) {
+void restoreStack(const std::vector<StoredUndoItem>& items, TUndoStack& stack,
+                  int64_t& lastCommand) {
   stack.clear();
-  for (const StoredUndoItem& item : items)
+  for (const StoredUndoItem& item : items) {
+    lastCommand = std::max({lastCommand, item.group, -item.group});
     stack.push({TextSpan::fromStored(item.text), restored(item.before), restored(item.after),
                 restored(item.rangeStart), restored(item.rangeEnd), item.group});
+  }
 }
 }  // namespace
 
@@ -157,6 +160,6 @@ StoredUndo storeSteps(const EditHistory& history, const TextEncoding& encoding, 
 }
 
 void restoreSteps(const StoredUndo& steps, EditHistory& history) {
-  restoreStack(steps.undo, history.undo);
-  restoreStack(steps.redo, history.redo);
+  restoreStack(steps.undo, history.undo, history.lastCommand);
+  restoreStack(steps.redo, history.redo, history.lastCommand);
 }

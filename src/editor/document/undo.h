@@ -66,6 +66,11 @@ struct EditHistory {
   UndoOutcome undoCommand(Document& document, TextPlace& cursor);
   UndoOutcome redoCommand(Document& document, TextPlace& cursor);
   void clearSteps();
+
+  // Numbers for UndoItem::command that no step has yet.
+  int64_t newTypingRun() { return ++lastCommand; }
+  int64_t newReplaceAll() { return -++lastCommand; }
+  int64_t lastCommand = 0;
 };
 
 // The steps for a closed file that was written in `encoding`, in at most `mostBytes`; the oldest

@@ -1,0 +1,98 @@
+#include "editor/document/document_search.h"
+
+#include <gtest/gtest.h>
+
+#include "document/document_support.h"
+
+namespace {
+class DocumentSearch : public testing::Test {
+ protected:
+  void load(const std::string& bytes, const TextEncoding& encoding = Utf8) {
+    ASSERT_TRUE(document.load(bytes, encoding));
+  }
+  // "line,index", or what the search ended with.
+  std::string find(TextPlace place, SearchQuery query) {
+    const SearchEnd end = findText(document, query, place);
+    if (end == SearchEnd::NotFound) return "none";
+    if (end == SearchEnd::Stopped) return "stopped";
+    return std::to_string(place.line) + "," + std::to_string(place.index);
+  }
+
+  Document document;
+  EditHistory history;
+};
+
+constexpr SearchQuery backward(const wchar_t* text) {
+  return {text, SearchCase::Ignored, SearchDirection::Backward, SearchWords::Any};
+}
+constexpr SearchQuery exactly(const wchar_t* text) {
+  return {text, SearchCase::Respected, SearchDirection::Forward, SearchWords::Any};
+}
+constexpr SearchQuery word(const wchar_t* text) {
+  return {text, SearchCase::Ignored, SearchDirection::Forward, SearchWords::WholeOnly};
+}
+}  // namespace
+
+TEST_F(DocumentSearch, TheCaseCountsOnlyWhenItIsAskedFor) {
+  load("abc\nxyz AbC\n\xC3\x84hre");
+  EXPECT_EQ(find({0, 1}, {L"aBc"}), "1,4");
+  EXPECT_EQ(find({0, 0}, exactly(L"AbC")), "1,4");
+  EXPECT_EQ(find({0, 0}, exactly(L"aBc")), "none");
+  EXPECT_EQ(find({0, 0}, {L"\u00E4H"}), "2,0");
+}
+
+TEST_F(DocumentSearch, AnUnderlineBelongsToAWord) {
+  load("a_b _a a1 xa a");
+  EXPECT_EQ(find({0, 0}, word(L"a")), "0,13");
+  EXPECT_EQ(find({0, 0}, word(L"a_b")), "0,0");
+}
+
+TEST_F(DocumentSearch, ALineShorterThanTheTextIsSkipped) {
+  load("ab\nabc\nab");
+  EXPECT_EQ(find({0, 0}, {L"abc"}), "1,0");
+  EXPECT_EQ(find({2, 1}, backward(L"abc")), "1,0");
+}
+
+TEST_F(DocumentSearch, BackwardFromTheStartOfALineGoesOnInTheLineAbove) {
+  load("x1 x2\nx3");
+  EXPECT_EQ(find(stepOn({1, 0}, SearchDirection::Backward), backward(L"x")), "0,3");
+  EXPECT_EQ(find(stepOn({0, 3}, SearchDirection::Backward), backward(L"x")), "0,0");
+  EXPECT_EQ(find(stepOn({0, 0}, SearchDirection::Backward), backward(L"x")), "none");
+}
+
+TEST_F(DocumentSearch, BackwardNeverReadsBehindTheLine) {
+  load("abab");
+  EXPECT_EQ(find({0, 4}, backward(L"abab")), "0,0");
+  EXPECT_EQ(find({0, 4}, backward(L"ab")), "0,2");
+}
+
+TEST_F(DocumentSearch, ReplacingAllLeavesOneStepForEachHit) {
+  load("one two one\none");
+  const ReplaceAllResult result =
+      replaceAll(document, history, {L"one"}, spanOf(L"ones"), {0, 0}, history.newReplaceAll());
+  EXPECT_EQ(result.count, 3);
+  EXPECT_EQ(result.end, SearchEnd::NotFound);
+  EXPECT_EQ(writtenBytes(document), "ones two ones\nones");
+  EXPECT_EQ(history.undo.size(), 3);
+  TextPlace cursor = history.undo.top().after;
+  EXPECT_EQ(history.undoStep(document, cursor), UndoOutcome::Done);
+  EXPECT_EQ(writtenBytes(document), "ones two ones\none");
+  EXPECT_EQ(history.redoStep(document, cursor), UndoOutcome::Done);
+  EXPECT_EQ(history.undoCommand(document, cursor), UndoOutcome::Done);
+  EXPECT_EQ(writtenBytes(document), "one two one\none");
+  EXPECT_EQ(history.redoCommand(document, cursor), UndoOutcome::Done);
+  EXPECT_EQ(writtenBytes(document), "ones two ones\nones");
+}
+
+TEST_F(DocumentSearch, AReplacementIsNotSearchedAgain) {
+  load("aaa");
+  EXPECT_EQ(replaceAll(document, history, {L"a"}, spanOf(L"aa"), {0, 0}, -1).count, 3);
+  EXPECT_EQ(writtenBytes(document), "aaaaaa");
+}
+
+TEST_F(DocumentSearch, ALongSearchCanBeLeft) {
+  load(std::string(1 << 20, 'x') + "\n" + std::string(1 << 20, 'x'));
+  TextPlace place;
+  EXPECT_EQ(findText(document, {L"y"}, place, [] { return true; }), SearchEnd::Stopped);
+  EXPECT_EQ(place, TextPlace{});
+}
