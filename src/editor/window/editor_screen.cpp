@@ -1,0 +1,188 @@
+#include "editor/window/editor_screen.h"
+
+#include <algorithm>
+#include <cwctype>
+
+#include "console/console.h"
+#include "console/input.h"
+#include "console/text_state.h"
+#include "editor/window/move_commands.h"
+#include "editor/window/type_commands.h"
+#include "options/options.h"
+
+namespace {
+
+constexpr int FirstTextRow = 1;
+constexpr int OverStrikeShape = 80, InsertShape = 15;  // percent of a cell
+constexpr int WheelLines = 3;
+constexpr int PageRepeatMs = 200, ScrollRepeatMs = 50;
+
+// What a key inserts that is no command; 0 for nothing.
+wchar_t characterOf(Key::Code key) {
+  if (key.has(Key::GrayKey)) return static_cast<wchar_t>(key.value() & 0xFF);
+  if (!key.isCharacter()) return 0;
+  const wchar_t character = key.character();
+  const bool isText = character == L'\t' || character >= 128 || std::iswprint(character) != 0;
+  return isText ? character : 0;
+}
+
+bool extendsBlock(const CTextEditor& editor, int shiftState) {
+  return editor.stickyMark || (shiftState & ShiftState::Shift) != 0;
+}
+
+}  // namespace
+
+void EditorScreen::draw() {
+  editor_.scrollSideways();
+  editor_.paint();
+  const TextPlace cursor = editor_.cursor();
+  setTextPos(static_cast<int>(editor_.cursorColumn() - editor_.view.left),
+             FirstTextRow + static_cast<int>(cursor.line - editor_.view.top));
+  setCursorShape(GlobalOptions::OverStrike ? OverStrikeShape : InsertShape);
+}
+
+// ---- keys
+
+void EditorScreen::onKey(Key::Code key, int shiftState) {
+  repeat_ = Repeat::Nothing;
+  performKey(key, shiftState);
+  if (editor_.hasEnded()) leave();
+}
+
+void EditorScreen::performKey(Key::Code key, int shiftState) {
+  const bool isQuoted = editor_.quoteNext;
+  editor_.quoteNext = false;
+  if (key.has(Key::CtrlDigitKey)) return runBookmark(key);
+  const TextPlace anchor = editor_.cursor();
+  if (isQuoted && key.isCharacter()) {
+    insertQuoted(editor_, key.character());
+    return afterCommand(BlockUse::Drops, shiftState, anchor);
+  }
+  const EditCommand* command = findEditCommand(key, shiftState);
+  if (command) {
+    command->run(editor_);
+  } else if (const wchar_t character = characterOf(key); character != 0) {
+    insertCharacter(editor_, character);
+  }
+  afterCommand(command ? command->block : BlockUse::Drops, shiftState, anchor);
+}
+
+void EditorScreen::afterCommand(BlockUse use, int shiftState, TextPlace anchor) {
+  const bool extends = use == BlockUse::Moves   ? extendsBlock(editor_, shiftState)
+                       : use == BlockUse::Jumps ? editor_.stickyMark
+                                                : false;
+  if (extends) return editor_.extendBlock(anchor);
+  if (use == BlockUse::OwnRule) return;
+  const bool keeps = use == BlockUse::Keeps || use == BlockUse::Jumps;
+  if (keeps && editor_.cursor() == editor_.block.cursorEnd()) return;
+  editor_.dropBlock();
+}
+
+// Nothing becomes of the block.
+void EditorScreen::runBookmark(Key::Code key) {
+  TextPlace& bookmark = editor_.history.bookmarks[static_cast<size_t>(Key::digitOf(key))];
+  if (key.has(Key::ShiftedKey)) {
+    bookmark = editor_.cursor();
+  } else if (bookmark.index != UnsetBookmark) {
+    editor_.moveTo(bookmark);
+  }
+}
+
+// ---- the mouse
+
+void EditorScreen::onMouse(const MouseMessage& mouse) {
+  editor_.quoteNext = false;
+  repeat_ = Repeat::Nothing;
+  const TextPlace anchor = editor_.cursor();
+  Key::Code key;
+  if (selecting_ && mouse.kind == MouseKind::LeftDrag) {
+    dragTo(mouse);
+  } else if (keyBar_.take(mouse, key)) {
+    if (key != Key::NoKey) performKey(key, mouse.state);
+  } else {
+    mouseInText(mouse, anchor);
+  }
+  if (editor_.hasEnded()) leave();
+}
+
+void EditorScreen::mouseInText(const MouseMessage& mouse, TextPlace anchor) {
+  switch (mouse.kind) {
+    case MouseKind::LeftPress:
+      return press(mouse, anchor);
+    case MouseKind::LeftRelease:
+      selecting_ = false;
+      if (editor_.block.empty()) editor_.dropBlock();
+      return;
+    case MouseKind::RightPress:
+      if (mouse.y * 3 < console->rows()) repeat_ = Repeat::PageUp;
+      if (mouse.y * 3 >= console->rows() * 2) repeat_ = Repeat::PageDown;
+      return repeatStep();
+    case MouseKind::Wheel:
+      scrollWithCursor(editor_, mouse.wheel > 0 ? -WheelLines : WheelLines);
+      return afterCommand(BlockUse::Moves, mouse.state, anchor);
+    default:
+      return;
+  }
+}
+
+void EditorScreen::press(const MouseMessage& mouse, TextPlace anchor) {
+  selecting_ = mouse.y >= FirstTextRow;
+  if (!selecting_) return;
+  pointAt(mouse);
+  afterCommand(BlockUse::Moves, mouse.state, anchor);
+}
+
+// Beyond the first or the last row the text scrolls while the button is held.
+void EditorScreen::dragTo(const MouseMessage& mouse) {
+  if (mouse.y < FirstTextRow) repeat_ = Repeat::ScrollUp;
+  if (mouse.y >= FirstTextRow + editor_.textRows()) repeat_ = Repeat::ScrollDown;
+  dragged_ = mouse;
+  dragStep();
+}
+
+void EditorScreen::dragStep() {
+  const TextPlace anchor = editor_.cursor();
+  if (repeat_ == Repeat::ScrollUp) scrollWithCursor(editor_, -1);
+  if (repeat_ == Repeat::ScrollDown) scrollWithCursor(editor_, 1);
+  pointAt(dragged_);
+  editor_.extendBlock(anchor);
+}
+
+void EditorScreen::pointAt(const MouseMessage& mouse) {
+  const int row = std::clamp(mouse.y - FirstTextRow, 0, editor_.textRows() - 1);
+  editor_.moveToColumn(editor_.view.top + row, editor_.view.left + mouse.x);
+  editor_.view.wantedColumn = EditorView::NoColumn;
+}
+
+void EditorScreen::repeatStep() {
+  const TextPlace anchor = editor_.cursor();
+  switch (repeat_) {
+    case Repeat::Nothing:
+      return;
+    case Repeat::PageUp:
+    case Repeat::PageDown:
+      repeat_ == Repeat::PageUp ? pageUp(editor_) : pageDown(editor_);
+      return afterCommand(BlockUse::Moves, lastShiftState(), anchor);
+    case Repeat::ScrollUp:
+    case Repeat::ScrollDown:
+      return dragStep();
+  }
+}
+
+void EditorScreen::onTimeOut() {
+  repeatStep();
+}
+
+int EditorScreen::waitMs() const {
+  switch (repeat_) {
+    case Repeat::Nothing:
+      return NoLimit;
+    case Repeat::PageUp:
+    case Repeat::PageDown:
+      return PageRepeatMs;
+    case Repeat::ScrollUp:
+    case Repeat::ScrollDown:
+      return ScrollRepeatMs;
+  }
+  return NoLimit;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "console/cell_string.h"
+#include "editor/document/document.h"
+
+// The colours of the text on the screen. It keeps what is open at the start of the top line, and
+// finds it anew by looking through the lines above.
+class EditorSyntax {
+ public:
+  // A line is coloured so far; what stands behind has the default colour.
+  static constexpr int64_t MostCharacters = 65536;
+  // How far above the view a construct is looked for that reaches into it, whichever is less.
+  static constexpr int64_t MostLinesBack = 1000, MostCharactersBack = int64_t{2} << 20;
+
+  // Finds what is open at the start of `top` by the lines above.
+  void rescan(const Document& document, int64_t top);
+  // What was the top line isn't any more: the one below it is.
+  void advance(const Document& document, int64_t formerTop);
+  // Back to the start of the top line; each line from there on is passed or coloured, in order.
+  void restart();
+  void pass(const Document& document, int64_t line);
+  // `out` becomes the cells of the line's first MostCharacters characters.
+  void colour(const Document& document, int64_t line, CellString& out);
+
+  // Cells without colours of a text whose first character stands at column `textColumn`, from
+  // `column` on, which is that one or inside that character.
+  static CellString plain(std::wstring_view text, int64_t textColumn, int64_t column);
+};
