@@ -158,6 +158,8 @@ Westring errorText(int code) {
 Estring errorTextShort(int code) {
   char buffer[256];
   if (code == Status::NotRegularFile) return "Not a regular file";
+  if (code == Status::TooLarge) return "File is too large to edit";
+  if (code == Status::ChangedMeanwhile) return "The file was changed meanwhile";
   return rtrim(Estring(strerror_r(code, buffer, sizeof buffer)));
 }
 

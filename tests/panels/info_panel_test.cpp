@@ -12,7 +12,7 @@
 #include "foundation/status.h"
 #include "foundation/text_format.h"
 #include "panels/picture/directory_info.h"
-#include "panels/reader/memory_facts.h"
+#include "foundation/memory_facts.h"
 #include "panels/reader/volume_facts.h"
 #include "support/fault_hook.h"
 

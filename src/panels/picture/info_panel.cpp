@@ -9,7 +9,7 @@
 #include "options/options.h"
 #include "panels/model/panel_pair.h"
 #include "panels/picture/directory_info.h"
-#include "panels/reader/memory_facts.h"
+#include "foundation/memory_facts.h"
 #include "panels/reader/volume_facts.h"
 
 namespace {

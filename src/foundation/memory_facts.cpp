@@ -1,7 +1,8 @@
-#include "panels/reader/memory_facts.h"
-#include "foundation/regular_file.h"
+#include "foundation/memory_facts.h"
 
 #include <cstdlib>
+
+#include "foundation/regular_file.h"
 
 namespace {
 
