@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "editor/text/text_detection.h"
+
 namespace {
 
 // Bytes of a character that may be missing at the end of a part, in any encoding.
+constexpr int64_t LongestMark = 4;
 constexpr size_t LongestCut = 3;
 constexpr int64_t PartCharacters = 4096;
 constexpr int64_t LeastPart = 64;
@@ -46,8 +49,9 @@ void cutBetween(std::string& bytes) {
 int ViewedFile::open(const Westring& path, const TextEncoding& remembered) {
   const int result = bytes_.open(path);
   if (result) return result;
-  encoding_ = remembered;
-  beginText();
+  int error;
+  const std::string beginning = bytesAt(0, static_cast<int64_t>(DetectionBytes), error);
+  setEncoding(detectText(beginning, remembered).encoding);
   return 0;
 }
 
@@ -57,20 +61,19 @@ void ViewedFile::close() {
 
 FileChange ViewedFile::refresh() {
   const FileChange change = bytes_.refresh();
-  if (change != FileChange::None) lines_.begin(encoding_.format, textStart());
+  if (change != FileChange::None) {
+    lines_.begin(encoding_.format, textStart());
+    ++version_;
+  }
   return change;
 }
 
 void ViewedFile::setEncoding(const TextEncoding& encoding) {
   encoding_ = encoding;
-  beginText();
-}
-
-void ViewedFile::beginText() {
   int error;
-  const std::string_view mark = markOf(encoding_.format);
-  const std::string beginning = bytesAt(0, static_cast<int64_t>(mark.size()), error);
-  lines_.begin(encoding_.format, beginning == mark ? static_cast<int64_t>(mark.size()) : 0);
+  const std::string beginning = bytesAt(0, LongestMark, error);
+  lines_.begin(encoding_.format, static_cast<int64_t>(textStartIn(encoding_.format, beginning)));
+  ++version_;
 }
 
 std::wstring ViewedFile::text(const ViewedLine& line, int64_t most) {

@@ -11,8 +11,6 @@
 // it is known but what lies around the positions that were asked for. Application thread.
 class ViewedFile {
  public:
-  static constexpr int HexRowBytes = 16;
-
   explicit ViewedFile(const ViewLimits& limits = {}) : bytes_(limits), lines_(bytes_, limits) {}
 
   // Opens the file and finds out its encoding; one that is remembered counts unless the file has a
@@ -26,6 +24,9 @@ class ViewedFile {
   // count as the end.
   FileChange refresh();
   bool replaced() const { return bytes_.replaced(); }  // the path names another file by now
+
+  // Another number whenever lines and characters may have become others.
+  int64_t version() const { return version_; }
 
   const TextEncoding& encoding() const { return encoding_; }
   void setEncoding(const TextEncoding& encoding);
@@ -58,9 +59,8 @@ class ViewedFile {
   LineFinder& lines() { return lines_; }
 
  private:
-  void beginText();
-
   FileBytes bytes_;
   LineFinder lines_;
   TextEncoding encoding_;
+  int64_t version_ = 0;
 };
