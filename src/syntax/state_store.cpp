@@ -24,6 +24,6 @@ void CSyntaxStateStore::remember(int64_t position, const CContextStack& stack) {
   if (search(&position, index) == 0) return;
   if (index > 0 && position - peek(index - 1)->position < Distance) return;
   if (index < count() && peek(index)->position - position < Distance) return;
-  auto record = std::make_unique<TPositionSyntaxState>(position, stack);
+  std::unique_ptr<TPositionSyntaxState> record(new TPositionSyntaxState{position, stack});
   if (insert(record.get()) == 0) (void)record.release();
 }
