@@ -43,6 +43,12 @@ void put(CellString& out, std::wstring_view text, unsigned char attr) {
   for (wchar_t character : text) put(out, character, attr);
 }
 
+// How much a line may cost, in characters and words that are compared: a file of definitions may
+// hold so many rules that trying them all at each character would take minutes. No line of a
+// sensible file comes near.
+constexpr int64_t CostOfAnyLine = 65536;
+constexpr int64_t CostOfACharacter = 256;
+
 // One line on its way through the rules.
 class LineWalk {
  public:
@@ -50,13 +56,18 @@ class LineWalk {
   // the rest is worth nodes of the stack. No `out`: only the state is wanted.
   LineWalk(const std::shared_ptr<const SyntaxDefinitions>& definitions, CContextStack& state,
            std::vector<const CSyntaxElement*>& opened, std::wstring_view line, CellString* out)
-      : definitions_(definitions), state_(state), opened_(opened), line_(line), out_(out) {
+      : definitions_(definitions),
+        state_(state),
+        opened_(opened),
+        line_(line),
+        out_(out),
+        left_(CostOfAnyLine + CostOfACharacter * static_cast<int64_t>(line.size())) {
     opened_.clear();
     seeTop();
   }
 
   void run() {
-    while (at_ < line_.size()) {
+    while (at_ < line_.size() && left_ > 0) {
       if (endTop()) continue;
       const unsigned char traits = tables_->traits(line_[at_]);
       if ((traits & SyntaxTables::Opens) != 0 && openOrChange()) continue;
@@ -66,6 +77,7 @@ class LineWalk {
         takeCharacter(traits);
       }
     }
+    take(line_.size() - at_, definitions_->defaultColour);
     endLine();
     for (const CSyntaxElement* element : opened_) state_.push(element, definitions_);
   }
@@ -99,8 +111,14 @@ class LineWalk {
     at_ += count;
   }
 
+  bool standsHere(const SyntaxText& text) {
+    if (!text.beginsWith(line_[at_])) return false;
+    left_ -= static_cast<int64_t>(text.length());
+    return text.standsAt(line_, at_);
+  }
+
   bool endTop() {
-    if (top_ == nullptr || !top_->end.standsAt(line_, at_)) return false;
+    if (top_ == nullptr || !standsHere(top_->end)) return false;
     take(top_->end.length(), top_->colour);
     pop();
     return true;
@@ -110,7 +128,8 @@ class LineWalk {
     const size_t key = SyntaxTables::triggerKey(line_[at_]);
     for (uint32_t i = tables_->firstTrigger[key]; i < tables_->firstTrigger[key + 1]; ++i) {
       const SyntaxTrigger& trigger = tables_->triggers[i];
-      if (!trigger.text->standsAt(line_, at_)) continue;
+      if (left_-- <= 0) return false;
+      if (!standsHere(*trigger.text)) continue;
       if (trigger.element != nullptr) {
         take(trigger.text->length(), trigger.element->colour);
         push(trigger.element);
@@ -138,11 +157,12 @@ class LineWalk {
     take(length, out_ == nullptr ? colour_ : wordColour(line_.substr(at_, length), hash.value()));
   }
 
-  unsigned char wordColour(std::wstring_view word, uint32_t hash) const {
+  unsigned char wordColour(std::wstring_view word, uint32_t hash) {
     if (word.front() >= L'0' && word.front() <= L'9') {
       return scope_->number != nullptr ? scope_->number->colour : colour_;
     }
     for (const SyntaxWordList* list : scope_->wordLists) {
+      if (left_-- <= 0) break;
       if (list->words.holds(word, hash)) return list->colour;
     }
     return colour_;
@@ -184,6 +204,7 @@ class LineWalk {
   const std::wstring_view line_;
   CellString* const out_;
   size_t at_ = 0;
+  int64_t left_;  // of what the line may cost
   // All of these follow from what is open.
   const CSyntaxElement* top_ = nullptr;
   const SyntaxScope* scope_ = nullptr;

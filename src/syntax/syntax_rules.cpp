@@ -15,7 +15,8 @@ SyntaxText::SyntaxText(std::wstring text, SyntaxCase how) : text_(std::move(text
   }
 }
 
-bool SyntaxText::standsWhole(std::wstring_view line, size_t at) const {
+bool SyntaxText::standsAt(std::wstring_view line, size_t at) const {
+  if (text_.empty()) return false;
   const std::wstring_view there = line.substr(at, text_.size());
   return std::equal(text_.begin(), text_.end(), there.begin(), there.end(),
                     [this](wchar_t wanted, wchar_t character) { return same(character, wanted); });

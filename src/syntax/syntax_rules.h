@@ -31,16 +31,16 @@ class SyntaxText {
   bool empty() const { return text_.empty(); }
   size_t length() const { return text_.size(); }
   wchar_t first() const { return text_.front(); }  // as foldChar gives it where case is ignored
-  // Whether `line` goes on with it at `at`, a place in the line. An empty text is nowhere.
-  bool standsAt(std::wstring_view line, size_t at) const {
-    return !text_.empty() && same(line[at], text_.front()) && standsWhole(line, at);
+  bool beginsWith(wchar_t character) const {
+    return !text_.empty() && same(character, text_.front());
   }
+  // Whether `line` goes on with it at `at`, a place in the line. An empty text is nowhere.
+  bool standsAt(std::wstring_view line, size_t at) const;
 
  private:
   bool same(wchar_t character, wchar_t wanted) const {
     return (case_ == SyntaxCase::Exact ? character : foldChar(character)) == wanted;
   }
-  bool standsWhole(std::wstring_view line, size_t at) const;
 
   std::wstring text_;
   SyntaxCase case_ = SyntaxCase::Exact;

@@ -316,6 +316,33 @@ TEST(Syntax, ALineBeyondTheLimitStillEndsWhatIsBoundToIt) {
   EXPECT_TRUE(engine.state().empty());
 }
 
+// Each of the rules would have to be tried at each character.
+TEST(Syntax, ALineOfManyRulesEndsInTheDefaultColourInsteadOfTakingMinutes) {
+  std::string rules = "linecomment:green:#\n";
+  for (int i = 0; i < 100000; ++i)
+    rules += "statechange:red:a" + std::to_string(i) + ":push:none\n";
+  CSyntax engine = engineWith(rules);
+  const std::string colours = coloursOf(engine, L"#\ta5b" + std::wstring(60000, L'-'));
+  EXPECT_EQ(colours.find_first_not_of('2'), std::string::npos)
+      << "rules that aren't tried cost nothing";
+  std::wstring line = L"a5 ";
+  while (line.size() < 60000) line += L"ab";
+  const std::string tried = coloursOf(engine, line + L"a5");
+  EXPECT_EQ(tried.substr(0, 3), "44.");
+  EXPECT_EQ(tried.substr(tried.size() - 2), "..");
+}
+
+TEST(Syntax, ALongTextIsNotComparedAtEachPlaceForEver) {
+  const std::string text(40000, '-');
+  CSyntax engine = engineWith("blockcomment:red:(:" + text + "b\nlinecomment:green:" + text + "b");
+  const std::string begun = coloursOf(engine, std::wstring(65000, L'-') + L"(");
+  EXPECT_EQ(begun.find_first_not_of('.'), std::string::npos);
+  const std::string ended = coloursOf(engine, L"(" + std::wstring(65000, L'-'));
+  EXPECT_EQ(ended.front(), '4');
+  EXPECT_EQ(ended.back(), '.');
+  EXPECT_EQ(engine.state().depth(), 1);
+}
+
 TEST(Syntax, PushesBeyondTheDeepestStackAreIgnored) {
   CSyntax engine = engineWith("state(,a):red:a:(:)");
   const std::wstring line(40000, L'(');
