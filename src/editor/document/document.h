@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "editor/document/long_line.h"
 #include "editor/document/text_place.h"
 #include "editor/document/text_span.h"
 #include "editor/text/text_encoding.h"
@@ -82,7 +83,7 @@ class Document {
   int64_t invalidLines() const { return invalidLines_; }
 
   // Reads the bytes of a text in a code page as those of another page. Characters that were typed
-  // and that the old page lacks stay what they are.
+  // and that the old page lacks stay what they are. Undo steps must be recoded, too.
   void recode(int page);
   // Writes in this encoding from now on; the text stays what it is.
   void setEncoding(const TextEncoding& encoding) { encoding_ = encoding; }
@@ -99,12 +100,52 @@ class Document {
   void setObserver(DocumentObserver* observer) { observer_ = observer; }  // null: nobody
 
  private:
+  // The one line that is being edited: it is put back among the others when another one is.
+  struct WorkLine {
+    int64_t line = -1;
+    std::wstring text;
+    std::unique_ptr<LongLine> marks;  // if it is long
+  };
+  // A line that was looked at last.
+  struct SeenLine {
+    int64_t line = -1;
+    std::wstring text;
+  };
+  struct SeenLongLine {
+    SharedBlock block;
+    std::string_view bytes;
+    std::unique_ptr<LongLine> marks;
+  };
+  // A line of a run, or the last line.
+  struct RunLine {
+    const TextRun* run;
+    LineBytes bytes;
+  };
+
+  void clear();
+  void store() const;
+  void forgetSeen() const;
+  void openWorkLine(int64_t line);
+  void workLineChanged(int64_t index);
+  RunLine runLine(int64_t line) const;
+  std::wstring lineEnd(int64_t line) const;
+  const std::wstring& wholeLine(int64_t line) const;
+  LongLine* longLine(int64_t line) const;
+  Replaced replaceInLine(TextPlace from, TextPlace to, const TextSpan& text);
+  Replaced replaceLines(TextPlace from, TextPlace to, const TextSpan& text);
+  friend class DocumentRuns;
+
   TextEncoding encoding_{TextFormat::Utf8, 0};
   LineEndStyle style_ = LineEndStyle::Lf;
   int64_t invalidLines_ = 0;
+  size_t textStart_ = 0;
   DocumentObserver* observer_ = nullptr;
 
-  using Line = TextSpan::Line;
-  std::vector<Line> lines_;
-  size_t textStart_ = 0;
+  // All lines but the last, and the last. The work line isn't up to date there. Looking at the text
+  // may put it back, which changes nothing that can be seen.
+  mutable RunTree lines_;
+  mutable TextRun last_;
+  mutable WorkLine work_;
+  mutable SeenLine seen_;
+  mutable std::vector<SeenLongLine> seenLong_;
 };

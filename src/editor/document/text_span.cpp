@@ -1,114 +1,84 @@
 #include "editor/document/text_span.h"
 
-#include <cstring>
+#include <algorithm>
+
+#include "editor/document/run_builder.h"
 
 namespace {
-std::wstring endOf(LineEndStyle style) {
-  return style == LineEndStyle::Lf ? L"\n" : L"\r\n";
+std::wstring withoutNuls(std::wstring_view text) {
+  std::wstring plain(text);
+  plain.erase(std::remove(plain.begin(), plain.end(), L'\0'), plain.end());
+  return plain;
 }
 
-// At the start of `text`, at most one each of CR, LF and NUL.
-size_t groupLength(std::wstring_view text) {
-  bool seen[3] = {};
-  size_t length = 0;
-  for (; length < text.size(); ++length) {
-    const wchar_t c = text[length];
-    const int kind = c == L'\r' ? 0 : c == L'\n' ? 1 : c == 0 ? 2 : -1;
-    if (kind < 0 || seen[kind]) break;
-    seen[kind] = true;
-  }
-  return length;
+// Calls `visit` with a walk that stands on each line in turn.
+template <class Visit>
+void forEachLine(const RunTree& lines, Visit visit) {
+  lines.forEach([&](const TextRun& run) {
+    for (LineWalk walk(run); walk.next();) visit(walk);
+    return true;
+  });
 }
 }  // namespace
 
 TextSpan TextSpan::fromText(std::wstring_view text, LineEndStyle style) {
-  std::vector<Line> lines(1);
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == 0) continue;
-    if (text[i] != L'\r' && text[i] != L'\n') {
-      lines.back().text += text[i];
-      continue;
-    }
-    if (text[i] == L'\r' && i + 1 < text.size() && text[i + 1] == L'\n') ++i;
-    lines.back().end = endOf(style);
-    lines.emplace_back();
+  if (text.find(L'\0') != std::wstring_view::npos) return fromText(withoutNuls(text), style);
+  RunBuilder lines;
+  for (;;) {
+    const size_t end = text.find_first_of(L"\r\n");
+    if (end == std::wstring_view::npos) break;
+    lines.addLine(text.substr(0, end), lineEndText(style));
+    const bool isPair = text[end] == L'\r' && end + 1 < text.size() && text[end + 1] == L'\n';
+    text.remove_prefix(end + (isPair ? 2 : 1));
   }
-  TextSpan span;
-  span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
-  return span;
+  return {lines.finish(), newRun(text)};
 }
 
 TextSpan TextSpan::lineEnd(std::wstring_view end) {
-  TextSpan span;
-  span.lines_ =
-      std::make_shared<const std::vector<Line>>(std::vector<Line>{{L"", std::wstring(end)}, {}});
-  return span;
+  RunBuilder lines;
+  lines.addLine({}, end);
+  return {lines.finish(), {}};
 }
 
-int64_t TextSpan::lineEnds() const {
-  return lines_ ? static_cast<int64_t>(lines_->size()) - 1 : 0;
-}
 int64_t TextSpan::firstLength() const {
-  return lines_ ? static_cast<int64_t>(lines_->front().text.size()) : 0;
+  if (lines_.empty()) return lastLength();
+  return static_cast<int64_t>(lines_.find(0).run->text(0).size());
 }
+
 int64_t TextSpan::lastLength() const {
-  return lines_ ? static_cast<int64_t>(lines_->back().text.size()) : 0;
+  return static_cast<int64_t>(last_.wholeText().size());
 }
 
 std::wstring TextSpan::text() const {
   std::wstring text;
-  if (!lines_) return text;
-  for (const Line& line : *lines_) {
-    text += line.text;
-    if (&line != &lines_->back()) text += L'\n';
-  }
-  return text;
-}
-
-std::string TextSpan::stored() const {
-  std::wstring text;
-  if (lines_)
-    for (const Line& line : *lines_) text.append(line.text).append(line.end);
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
-
-TextSpan TextSpan::fromStored(std::string_view bytes) {
-  std::wstring text(bytes.size() / sizeof(wchar_t), 0);
-  std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
-  std::vector<Line> lines(1);
-  for (size_t i = 0; i < text.size();) {
-    const size_t length = groupLength(std::wstring_view(text).substr(i));
-    if (length == 0) {
-      lines.back().text += text[i++];
-    } else {
-      lines.back().end = text.substr(i, length);
-      lines.emplace_back();
-      i += length;
-    }
-  }
-  TextSpan span;
-  span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
-  return span;
+  forEachLine(lines_, [&text](const LineWalk& line) {
+    text += line.text();
+    text += L'\n';
+  });
+  return text + last_.wholeText();
 }
 
 TextSpan TextSpan::joined(const TextSpan& other) const {
-  if (!other.lines_) return *this;
-  if (!lines_) return other;
-  std::vector<Line> lines = *lines_;
-  lines.back().text += other.lines_->front().text;
-  lines.back().end = other.lines_->front().end;
-  lines.insert(lines.end(), other.lines_->begin() + 1, other.lines_->end());
-  TextSpan span;
-  span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
-  return span;
+  if (other.lines_.empty()) return {lines_, gluedRuns(last_, other.last_)};
+  TextSpan result(lines_, other.last_);
+  RunTree more = other.lines_;
+  if (last_.length != 0) {
+    const TextRun& first = *more.find(0).run;
+    more.setLine(0, newRun(last_.wholeText() + first.text(0), first.lineEnd(0)));
+  }
+  result.lines_.append(std::move(more));
+  return result;
 }
 
 TextSpan TextSpan::changed(const LineChange& change) const {
-  if (!lines_) return {};
-  std::vector<Line> lines = *lines_;
-  for (Line& line : lines)
-    if (std::optional<std::wstring> text = change(line.text)) line.text = std::move(*text);
-  TextSpan span;
-  span.lines_ = std::make_shared<const std::vector<Line>>(std::move(lines));
-  return span;
+  RunBuilder lines;
+  forEachLine(lines_, [&](const LineWalk& line) {
+    if (const std::optional<std::wstring> text = change(line.text())) {
+      lines.addLine(*text, line.lineEnd());
+    } else {
+      lines.addRun(line.asRun());
+    }
+  });
+  const std::optional<std::wstring> last = change(last_.wholeText());
+  return {lines.finish(), last ? newRun(*last) : last_};
 }

@@ -129,6 +129,7 @@ std::vector<StoredUndoItem> storeStack(const TUndoStack& stack, size_t& room) {
   std::vector<StoredUndoItem> items;
   for (int64_t i = stack.size() - 1; i >= 0; --i) {
     const UndoItem& item = stack[i];
+    if (item.text.bytes() > room) break;
     StoredUndoItem copy{item.text.stored(), stored(item.before), stored(item.after),
                         stored(item.from),  stored(item.to),     item.command};
     const size_t bytes = copy.text.size() + sizeof copy;

@@ -1,0 +1,132 @@
+// What a document tells of its text.
+#include <algorithm>
+
+#include "editor/document/document.h"
+
+namespace {
+// Bytes from which on a line isn't decoded whole when a part of it is wanted.
+constexpr size_t LongLineBytes = 65536;
+constexpr size_t SeenLongLines = 64;
+
+std::string_view bytesOf(const std::wstring& text) {
+  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
+}
+
+constexpr TextStorage WideStorage{{TextFormat::Utf8, 0}, true};
+}  // namespace
+
+Document::RunLine Document::runLine(int64_t line) const {
+  if (line >= lines_.lines()) return {&last_, {last_.bytes(), {}}};
+  const RunTree::Found found = lines_.find(line);
+  return {found.run, found.run->lineAt(line - found.linesBefore)};
+}
+
+std::wstring Document::lineEnd(int64_t line) const {
+  const RunLine found = runLine(line);
+  if (found.run->ends) return std::wstring(lineEndText(*found.run->ends));
+  return decodeBytes(found.bytes.end, found.run->storage);
+}
+
+void Document::workLineChanged(int64_t index) {
+  if (work_.marks) work_.marks->changedFrom(index, bytesOf(work_.text));
+  if (bytesOf(work_.text).size() < LongLineBytes) {
+    work_.marks.reset();
+  } else if (!work_.marks) {
+    work_.marks = std::make_unique<LongLine>(bytesOf(work_.text), WideStorage);
+  }
+}
+
+// The line, if it is long; null for others.
+LongLine* Document::longLine(int64_t line) const {
+  if (line == work_.line) return work_.marks.get();
+  if (line == seen_.line) return nullptr;
+  const RunLine found = runLine(line);
+  const std::string_view bytes = found.bytes.text;
+  if (bytes.size() < LongLineBytes) return nullptr;
+  for (const SeenLongLine& seen : seenLong_)
+    if (seen.bytes.data() == bytes.data() && seen.bytes.size() == bytes.size())
+      return seen.marks.get();
+  if (seenLong_.size() == SeenLongLines) seenLong_.erase(seenLong_.begin());
+  seenLong_.push_back(
+      {found.run->block, bytes, std::make_unique<LongLine>(bytes, found.run->storage)});
+  return seenLong_.back().marks.get();
+}
+
+// All of a line; stays until the next look at the text.
+const std::wstring& Document::wholeLine(int64_t line) const {
+  if (line == work_.line) return work_.text;
+  if (line != seen_.line) {
+    const RunLine found = runLine(line);
+    seen_ = {line, decodeBytes(found.bytes.text, found.run->storage)};
+  }
+  return seen_.text;
+}
+
+std::wstring Document::text(int64_t line) const {
+  if (line < 0 || line >= lineCount()) return {};
+  if (LongLine* marks = longLine(line)) return marks->slice(0, INT64_MAX);
+  return wholeLine(line);
+}
+
+int64_t Document::lineLength(int64_t line) const {
+  if (line < 0 || line >= lineCount()) return 0;
+  if (line == work_.line) return static_cast<int64_t>(work_.text.size());
+  if (LongLine* marks = longLine(line)) return marks->length();
+  return static_cast<int64_t>(wholeLine(line).size());
+}
+
+std::wstring Document::slice(int64_t line, int64_t from, int64_t count) const {
+  if (line < 0 || line >= lineCount() || count <= 0) return {};
+  from = std::max<int64_t>(from, 0);
+  if (line != work_.line)
+    if (LongLine* marks = longLine(line)) return marks->slice(from, count);
+  const std::wstring& whole = wholeLine(line);
+  if (from >= static_cast<int64_t>(whole.size())) return {};
+  return whole.substr(static_cast<size_t>(from), static_cast<size_t>(count));
+}
+
+wchar_t Document::characterAt(TextPlace place) const {
+  const std::wstring one = slice(place.line, place.index, 1);
+  return one.empty() ? L'\0' : one[0];
+}
+
+TextPlace Document::end() const {
+  return {lineCount() - 1, lineLength(lineCount() - 1)};
+}
+
+TextPlace Document::clamped(TextPlace place) const {
+  if (place.line >= lineCount()) return end();
+  if (place.line < 0) return {};
+  return {place.line, std::clamp<int64_t>(place.index, 0, lineLength(place.line))};
+}
+
+Document::BytePlace Document::lineOfByte(int64_t offset) const {
+  store();
+  const auto inText = static_cast<size_t>(std::max<int64_t>(offset, 0));
+  const size_t wanted = inText - std::min(inText, textStart_);
+  if (wanted >= lines_.bytes()) {
+    const size_t inLast = std::min(wanted - lines_.bytes(), last_.length);
+    return {lines_.lines(), static_cast<int64_t>(inLast)};
+  }
+  const RunTree::Found found = lines_.findByte(wanted);
+  const size_t inRun = wanted - found.bytesBefore;
+  const int64_t line = found.run->lineOf(inRun);
+  return {found.linesBefore + line, static_cast<int64_t>(inRun - found.run->offsetOf(line))};
+}
+
+int64_t Document::columnOf(TextPlace place, int tabWidth) const {
+  place = clamped(place);
+  if (LongLine* marks = longLine(place.line)) return marks->columnOf(place.index, tabWidth);
+  const std::wstring_view text = wholeLine(place.line);
+  return columnBehind(text.substr(0, static_cast<size_t>(place.index)), 0, tabWidth);
+}
+
+int64_t Document::indexAt(int64_t line, int64_t column, int tabWidth) const {
+  if (column <= 0 || line < 0 || line >= lineCount()) return 0;
+  if (LongLine* marks = longLine(line)) return marks->indexAt(column, tabWidth);
+  return static_cast<int64_t>(charactersTo(wholeLine(line), 0, column, tabWidth));
+}
+
+int64_t Document::widthOf(int64_t line, int tabWidth) const {
+  return columnOf({line, lineLength(line)}, tabWidth);
+}

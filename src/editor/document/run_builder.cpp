@@ -1,0 +1,59 @@
+#include "editor/document/run_builder.h"
+
+#include <algorithm>
+
+namespace {
+constexpr TextEncoding PlainEncoding{TextFormat::Utf8, 0};
+// A line that is taken out of a block keeps all of it in memory.
+constexpr size_t LargestBlock = size_t{16} << 20;
+}  // namespace
+
+void RunBuilder::addLine(std::wstring_view text, std::wstring_view end) {
+  // Two line ends that meet in one block must be two there.
+  if (text.empty() && lineEndsMerge(lastEnd_, end)) closeBlock();
+  const size_t start = bytes_.size();
+  const bool isPlain = std::none_of(text.begin(), text.end(), [](wchar_t c) { return c < 0; }) &&
+                       encodeText(text, PlainEncoding, bytes_) == AllEncoded;
+  if (!isPlain) {
+    bytes_.resize(start);
+    addRun(newRun(text, end));
+    return;
+  }
+  encodeText(end, PlainEncoding, bytes_);
+  if (lines_ % MarkedLines == 0) marks_.push_back(start);
+  ++lines_;
+  lastEnd_ = end;
+  if (bytes_.size() >= LargestBlock) closeBlock();
+}
+
+void RunBuilder::addRun(const TextRun& run) {
+  closeBlock();
+  if (!runs_.empty() && runs_.back().goesOnWith(run)) {
+    runs_.back().length += run.length;
+    runs_.back().lines += run.lines;
+  } else {
+    runs_.push_back(run);
+  }
+}
+
+void RunBuilder::closeBlock() {
+  if (lines_ == 0) return;
+  auto* block = new TextBlock;
+  TextRun run;
+  run.block = SharedBlock(block);
+  run.length = bytes_.size();
+  run.lines = lines_;
+  block->bytes = std::move(bytes_);
+  block->bytes.shrink_to_fit();
+  block->marks = std::move(marks_);
+  bytes_.clear();
+  marks_.clear();
+  lines_ = 0;
+  lastEnd_.clear();
+  runs_.push_back(std::move(run));
+}
+
+RunTree RunBuilder::finish() {
+  closeBlock();
+  return RunTree(runs_);
+}

@@ -1,0 +1,166 @@
+#include "editor/document/text_run.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+TextFormat TextStorage::unitFormat() const {
+  if (!isWide) return encoding.format;
+  return std::endian::native == std::endian::big ? TextFormat::Utf32Be : TextFormat::Utf32Le;
+}
+
+std::wstring_view lineEndText(LineEndStyle style) {
+  return style == LineEndStyle::Lf ? L"\n" : L"\r\n";
+}
+
+bool lineEndsMerge(std::wstring_view first, std::wstring_view second) {
+  return !first.empty() && !second.empty() && first.find(second[0]) == std::wstring_view::npos;
+}
+
+std::wstring decodeBytes(std::string_view bytes, const TextStorage& storage) {
+  std::wstring text;
+  if (storage.isWide) {
+    text.resize(bytes.size() / sizeof(wchar_t));
+    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+  } else {
+    decodeText(bytes, storage.encoding, text);
+  }
+  return text;
+}
+
+namespace {
+// A line of a run, and where it begins.
+struct LineStart {
+  int64_t line;
+  size_t offset;
+};
+
+// The nearest known start at or before a line or an offset.
+LineStart knownStart(const TextRun& run, size_t mark) {
+  const int64_t line = static_cast<int64_t>(mark) * MarkedLines;
+  if (mark >= run.block->marks.size() || line <= run.firstLine) return {0, 0};
+  return {line - run.firstLine, run.block->marks[mark] - run.begin};
+}
+
+size_t lineBehind(const TextRun& run, std::string_view bytes, size_t offset) {
+  const LineEnd end = findLineEnd(bytes, offset, run.storage.unitFormat());
+  return end.at + end.length;
+}
+}  // namespace
+
+size_t TextRun::offsetOf(int64_t line) const {
+  if (line >= lines) return length;
+  const std::string_view all = bytes();
+  LineStart start = knownStart(*this, static_cast<size_t>((firstLine + line) / MarkedLines));
+  for (; start.line < line; ++start.line) start.offset = lineBehind(*this, all, start.offset);
+  return start.offset;
+}
+
+int64_t TextRun::lineOf(size_t offset) const {
+  const std::string_view all = bytes();
+  const std::vector<size_t>& marks = block->marks;
+  const auto behind = std::upper_bound(marks.begin(), marks.end(), begin + offset);
+  LineStart start = behind == marks.begin()
+                        ? LineStart{0, 0}
+                        : knownStart(*this, static_cast<size_t>(behind - marks.begin()) - 1);
+  for (;;) {
+    const size_t next = lineBehind(*this, all, start.offset);
+    if (next > offset || start.line + 1 >= lines) return start.line;
+    start = {start.line + 1, next};
+  }
+}
+
+LineBytes TextRun::lineAt(int64_t line) const {
+  const std::string_view all = bytes();
+  const size_t start = offsetOf(line);
+  const LineEnd end = findLineEnd(all, start, storage.unitFormat());
+  return {all.substr(start, end.at - start), all.substr(end.at, end.length)};
+}
+
+TextRun TextRun::part(int64_t fromLine, int64_t toLine) const {
+  TextRun piece = *this;
+  const size_t from = offsetOf(fromLine);
+  piece.begin = begin + from;
+  piece.length = offsetOf(toLine) - from;
+  piece.firstLine = firstLine + fromLine;
+  piece.lines = toLine - fromLine;
+  return piece;
+}
+
+std::wstring TextRun::text(int64_t line) const {
+  return decodeBytes(lineAt(line).text, storage);
+}
+
+std::wstring TextRun::lineEnd(int64_t line) const {
+  if (ends) return std::wstring(lineEndText(*ends));
+  return decodeBytes(lineAt(line).end, storage);
+}
+
+std::wstring TextRun::wholeText() const {
+  return decodeBytes(bytes(), storage);
+}
+
+bool TextRun::goesOnWith(const TextRun& next) const {
+  return block.get() == next.block.get() && begin + length == next.begin &&
+         firstLine + lines == next.firstLine && storage == next.storage && ends == next.ends;
+}
+
+bool LineWalk::next() {
+  begin_ = end_.at + end_.length;
+  if (++line_ >= run_.lines) return false;
+  end_ = findLineEnd(all_, begin_, run_.storage.unitFormat());
+  return true;
+}
+
+LineBytes LineWalk::bytes() const {
+  return {all_.substr(begin_, end_.at - begin_), all_.substr(end_.at, end_.length)};
+}
+
+std::wstring LineWalk::lineEnd() const {
+  if (run_.ends) return std::wstring(lineEndText(*run_.ends));
+  return decodeBytes(bytes().end, run_.storage);
+}
+
+TextRun LineWalk::asRun() const {
+  TextRun line = run_;
+  line.begin = run_.begin + begin_;
+  line.length = end_.at + end_.length - begin_;
+  line.firstLine = run_.firstLine + line_;
+  line.lines = 1;
+  return line;
+}
+
+namespace {
+bool isPlain(std::wstring_view text) {
+  return std::none_of(text.begin(), text.end(), [](wchar_t c) { return c < 0; });
+}
+
+void appendWide(std::wstring_view text, std::string& bytes) {
+  bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
+}
+}  // namespace
+
+TextRun newRun(std::wstring_view text, std::wstring_view end) {
+  if (text.empty() && end.empty()) return {};
+  TextRun run;
+  auto* block = new TextBlock;
+  run.block = SharedBlock(block);
+  block->bytes.reserve(text.size() + end.size());
+  if (!isPlain(text) || encodeText(text, run.storage.encoding, block->bytes) != AllEncoded) {
+    run.storage.isWide = true;
+    block->bytes.clear();
+    appendWide(text, block->bytes);
+    appendWide(end, block->bytes);
+  } else {
+    encodeText(end, run.storage.encoding, block->bytes);
+  }
+  run.length = block->bytes.size();
+  run.lines = end.empty() ? 0 : 1;
+  return run;
+}
+
+TextRun gluedRuns(const TextRun& a, const TextRun& b) {
+  if (a.length == 0) return b;
+  if (b.length == 0) return a;
+  return newRun(a.wholeText() + b.wholeText());
+}

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "editor/document/counted.h"
+#include "editor/text/line_ends.h"
+#include "editor/text/text_encoding.h"
+
+// What the bytes of a text stand for. A text that no format of files holds as it is, such as raw
+// bytes between characters, is kept as wide characters.
+struct TextStorage {
+  TextEncoding encoding{TextFormat::Utf8, 0};
+  bool isWide = false;
+
+  TextFormat unitFormat() const;  // the one whose units hold the line ends
+  friend bool operator==(const TextStorage&, const TextStorage&) = default;
+};
+
+std::wstring decodeBytes(std::string_view bytes, const TextStorage& storage);
+
+// Bytes that never change.
+struct TextBlock : Counted {
+  std::string bytes;
+  // Where each MarkedLines-th line begins, from the first line on. None for a block of few lines.
+  std::vector<size_t> marks;
+};
+using SharedBlock = Shared<const TextBlock>;
+inline constexpr int64_t MarkedLines = 64;
+
+// The text of a line and its line end, as bytes of a block.
+struct LineBytes {
+  std::string_view text;
+  std::string_view end;
+};
+
+// A piece of a block: a number of whole lines, each with its line end; or, with 0 lines, a text
+// without a line end. Lines count from 0, offsets from the piece's first byte.
+struct TextRun {
+  SharedBlock block;
+  size_t begin = 0;
+  size_t length = 0;
+  int64_t lines = 0;
+  int64_t firstLine = 0;  // the number of its first line in the block
+  TextStorage storage;
+  std::optional<LineEndStyle> ends;  // what all lines end with now, instead of their own line ends
+
+  std::string_view bytes() const {
+    return block ? std::string_view(block->bytes).substr(begin, length) : std::string_view();
+  }
+  size_t offsetOf(int64_t line) const;  // the run's length for the number of its lines
+  int64_t lineOf(size_t offset) const;  // that holds the byte
+  LineBytes lineAt(int64_t line) const;
+  TextRun part(int64_t fromLine, int64_t toLine) const;
+  std::wstring text(int64_t line) const;
+  std::wstring lineEnd(int64_t line) const;
+  std::wstring wholeText() const;  // of a run without lines
+  // Whether `next` goes on in the block where this one ends.
+  bool goesOnWith(const TextRun& next) const;
+};
+
+// The lines of a run one after the other. The run stays where it is.
+class LineWalk {
+ public:
+  explicit LineWalk(const TextRun& run) : run_(run), all_(run.bytes()) {}
+  // Goes to the first or the next line; false behind the last one.
+  bool next();
+  int64_t line() const { return line_; }
+  LineBytes bytes() const;
+  std::wstring text() const { return decodeBytes(bytes().text, run_.storage); }
+  std::wstring lineEnd() const;
+  TextRun asRun() const;
+
+ private:
+  const TextRun& run_;
+  std::string_view all_;
+  int64_t line_ = -1;
+  size_t begin_ = 0;
+  LineEnd end_;
+};
+
+std::wstring_view lineEndText(LineEndStyle style);
+// Whether both line ends, one behind the other, would be read as the end of one line.
+bool lineEndsMerge(std::wstring_view first, std::wstring_view second);
+
+// A text in a block of its own: one line with its line end, or, if that is empty, without lines.
+TextRun newRun(std::wstring_view text, std::wstring_view end = {});
+// Both texts, which have no lines, as one.
+TextRun gluedRuns(const TextRun& a, const TextRun& b);
+
+// The bytes of a text taken apart.
+struct ScannedText {
+  TextRun lines;  // those with a line end
+  TextRun rest;   // what follows them
+  LineEndStyle style = LineEndStyle::Unknown;
+  int64_t invalidLines = 0;  // of UTF-8
+  bool isStopped = false;
+};
+// Asked now and then, with the number of bytes that are done; false stops.
+using ScanProgress = std::function<bool(int64_t bytes)>;
+ScannedText scanText(std::string bytes, size_t from, const TextStorage& storage,
+                     const ScanProgress& progress = {});
