@@ -110,10 +110,11 @@ inline constexpr Code CtrlLeft{0x10073}, CtrlRight{0x10074}, CtrlEnd{0x10075},
     CtrlDown{0x10091}, CtrlInsert{0x10092}, CtrlDelete{0x10093}, CtrlBackspace{127}, CtrlEnter{10};
 inline constexpr Code CtrlShiftLeft{0x30073}, CtrlShiftRight{0x30074}, CtrlShiftEnd{0x30075},
     CtrlShiftHome{0x30077}, CtrlShiftPageUp{0x30084}, CtrlShiftPageDown{0x30076},
-    CtrlShiftInsert{0x30092}, CtrlShiftEnter{0x3001C}, ShiftAltBackspace{0x3000E};
+    CtrlShiftInsert{0x30092}, CtrlShiftEnter{0x3001C}, ShiftAltBackspace{0x3000E},
+    AltSpace{0x10039};
 // Control characters of signs; that of '[' is Esc, told apart by the Ctrl key held.
 inline constexpr Code CtrlBackslash{28}, CtrlBracketRight{29}, CtrlUnderscore{31},
-    CtrlShiftBackslash{0x2001C}, CtrlShiftF{0x20006}, CtrlShiftJ{0x2000A};
+    CtrlShiftBackslash{0x2001C}, CtrlShiftF{0x20006}, CtrlShiftJ{0x2000A}, CtrlShiftZ{0x2001A};
 // Ctrl with a letter or Enter by its scan code, as some keyboards tell it.
 inline constexpr Code CtrlScanBracketLeft{0x9001A}, CtrlScanEnter{0x9001C}, CtrlScanF{0x90021},
     CtrlScanJ{0x90024}, CtrlShiftScanEnter{0xB001C}, CtrlShiftScanF{0xB0021},

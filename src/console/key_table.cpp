@@ -145,6 +145,22 @@ constexpr KeyRow Table[] = {
 // clang-format on
 static_assert(std::size(Table) == 270);
 
+// Keys that only the editor has commands for.
+constexpr KeyRow EditorKeys[] = {
+    {GDK_space, Alt, Key::AltSpace},
+    {'z', CtrlShift, Key::CtrlShiftZ},
+};
+
+Key::Code codeIn(std::span<const KeyRow> rows, unsigned symbol, int state) {
+  for (const KeyRow& row : rows) {
+    if (row.symbol == symbol && (row.state == AnyState || row.state == state) &&
+        row.code != Key::NoKey) {
+      return row.code;
+    }
+  }
+  return Key::NoKey;
+}
+
 struct Twin {
   unsigned symbol;
   unsigned twin;
@@ -227,13 +243,8 @@ std::span<const KeyRow> keyTable() {
 }
 
 Key::Code lookUpKey(unsigned symbol, int state) {
-  for (const KeyRow& row : Table) {
-    if (row.symbol == symbol && (row.state == AnyState || row.state == state) &&
-        row.code != Key::NoKey) {
-      return row.code;
-    }
-  }
-  return Key::NoKey;
+  const Key::Code code = codeIn(Table, symbol, state);
+  return code != Key::NoKey ? code : codeIn(EditorKeys, symbol, state);
 }
 
 KeyResult translateKey(const KeyInput& input) {

@@ -18,7 +18,7 @@ constexpr NamedKey NamedKeys[] = {
     {Key::F7, "\x1b[18~"},        {Key::F8, "\x1b[19~"},         {Key::F9, "\x1b[20~"},
     {Key::F10, "\x1b[21~"},       {Key::F11, "\x1b[23~"},        {Key::F12, "\x1b[24~"},
     {Key::CtrlLeft, "\x1b[1;5D"}, {Key::CtrlRight, "\x1b[1;5C"}, {Key::GrayPlus, "+"},
-    {Key::GrayMinus, "-"},        {Key::GrayStar, "*"},
+    {Key::GrayMinus, "-"},        {Key::GrayStar, "*"},          {Key::AltSpace, "\x1b "},
 };
 
 std::string utf8Of(wchar_t character) {

@@ -125,6 +125,14 @@ TEST(KeyTable, EveryRowGivesItsCode) {
   }
 }
 
+TEST(KeyTable, TwoKeysOfTheEditorStandBesideIt) {
+  EXPECT_EQ(lookUpKey(XK_space, Alt), Key::AltSpace);
+  EXPECT_EQ(Key::AltSpace.value(), 0x10039);
+  EXPECT_EQ(lookUpKey('z', Ctrl | Shift), Key::CtrlShiftZ);
+  EXPECT_EQ(Key::CtrlShiftZ.value(), 0x2001A);
+  EXPECT_EQ(lookUpKey(XK_space, Shift), Key::NoKey);
+}
+
 TEST(KeyTable, HoldsNoRowBesideThose) {
   const auto expected = expectedRows();
   for (const KeyRow& row : keyTable()) {
