@@ -17,7 +17,8 @@ EditCommands joined(std::initializer_list<EditCommands (*)()> rooms) {
 }  // namespace
 
 const EditCommands& allEditCommands() {
-  static const EditCommands all = joined({moveCommands, markCommands});
+  static const EditCommands all = joined(
+      {moveCommands, typeCommands, deleteCommands, markCommands, undoCommands, optionCommands});
   return all;
 }
 

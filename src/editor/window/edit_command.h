@@ -30,7 +30,11 @@ using EditCommands = std::vector<EditCommand>;
 // The rooms of the table, one a subject; each stands beside its commands. `edit_command.cpp` joins
 // them.
 EditCommands moveCommands();
+EditCommands typeCommands();
+EditCommands deleteCommands();
 EditCommands markCommands();
+EditCommands undoCommands();
+EditCommands optionCommands();
 
 const EditCommands& allEditCommands();
 // The command of a key with these modifiers (ShiftState bits); null for none. Of several rows for

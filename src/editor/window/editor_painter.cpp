@@ -110,7 +110,7 @@ CellString EditorPainter::visibleCells(int64_t line) {
 }
 
 // Those from a column on that is too far along the line to have colours.
-CellString EditorPainter::plainCells(int64_t line, int64_t column) {
+CellString EditorPainter::plainCells(int64_t line, int64_t column) const {
   const int tab = GlobalOptions::TabWidth;
   const int64_t index = editor_.document.indexAt(line, column, tab);
   const int64_t indexColumn = editor_.document.columnOf({line, index}, tab);

@@ -27,9 +27,8 @@ class EditorPainter {
   void findTopState();
   void paintRows();
   void paintRow(int64_t line);
-  void colourLine(int64_t line, CellString& out);
   CellString visibleCells(int64_t line);
-  CellString plainCells(int64_t line, int64_t coloured);
+  CellString plainCells(int64_t line, int64_t column) const;
   void markBlock(int64_t line, CellString& cells) const;
   void paintStatus();
 

@@ -6,6 +6,7 @@
 #include "console/console.h"
 #include "console/input.h"
 #include "console/text_state.h"
+#include "editor/window/mark_commands.h"
 #include "editor/window/move_commands.h"
 #include "editor/window/type_commands.h"
 #include "options/options.h"
@@ -109,6 +110,11 @@ void EditorScreen::mouseInText(const MouseMessage& mouse, TextPlace anchor) {
   switch (mouse.kind) {
     case MouseKind::LeftPress:
       return press(mouse, anchor);
+    case MouseKind::LeftDoubleClick:
+      selecting_ = mouse.y >= FirstTextRow;
+      if (!selecting_) return;
+      pointAt(mouse);
+      return selectWord(editor_);
     case MouseKind::LeftRelease:
       selecting_ = false;
       if (editor_.block.empty()) editor_.dropBlock();

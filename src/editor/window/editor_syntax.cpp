@@ -1,30 +1,70 @@
 #include "editor/window/editor_syntax.h"
 
-#include "foundation/utf8.h"
-#include "options/colours.h"
+#include <algorithm>
+
+#include "foundation/path_info.h"
 #include "options/options.h"
+#include "ui/alert.h"
 
-void EditorSyntax::rescan(const Document&, int64_t) {}
+namespace {
 
-void EditorSyntax::advance(const Document&, int64_t) {}
+std::wstring colouredPart(const Document& document, int64_t line) {
+  return document.slice(line, 0, EditorSyntax::MostCharacters);
+}
 
-void EditorSyntax::restart() {}
+// The first of the lines that are looked through.
+int64_t firstLineBack(const Document& document, int64_t top) {
+  const int64_t least = std::max<int64_t>(top - EditorSyntax::MostLinesBack, 0);
+  int64_t characters = 0;
+  int64_t line = top;
+  while (line > least) {
+    characters += document.lineLength(line - 1) + 1;
+    if (characters > EditorSyntax::MostCharactersBack) break;
+    --line;
+  }
+  return line;
+}
 
-void EditorSyntax::pass(const Document&, int64_t) {}
+}  // namespace
+
+void EditorSyntax::load(const Westring& path, const Document& document) {
+  const SyntaxLoad loaded = syntax_.load(path, colouredPart(document, 0));
+  if (loaded.status == 0) return;
+  alert(errorText(loaded.status), loaded.file, AlertButtons::Ok, AlertColour::Error);
+}
+
+void EditorSyntax::rescan(const Document& document, int64_t top) {
+  syntax_.reset();
+  if (active()) {
+    for (int64_t line = firstLineBack(document, top); line < top; ++line) pass(document, line);
+  }
+  top_ = syntax_.state();
+}
+
+void EditorSyntax::advance(const Document& document, int64_t formerTop) {
+  restart();
+  pass(document, formerTop);
+  top_ = syntax_.state();
+}
+
+void EditorSyntax::restart() {
+  syntax_.setState(top_);
+}
+
+void EditorSyntax::pass(const Document& document, int64_t line) {
+  if (active()) syntax_.skip(colouredPart(document, line));
+}
 
 void EditorSyntax::colour(const Document& document, int64_t line, CellString& out) {
-  out = plain(document.slice(line, 0, MostCharacters), 0, 0);
+  syntax_.colour(colouredPart(document, line), out);
 }
 
 CellString EditorSyntax::plain(std::wstring_view text, int64_t textColumn, int64_t column) {
-  const unsigned char attr = colourOf(Colour::FileViewer);
-  const int tab = GlobalOptions::TabWidth;
-  CellString cells(attr);
-  for (const wchar_t character : text) {
-    const int64_t end = textColumn + (character == L'\t' ? tab - textColumn % tab : 1);
-    const wchar_t shown = character == L'\t' ? L' ' : mapControl(displayCharacter(character));
-    for (int64_t at = std::max(textColumn, column); at < end; ++at) cells.append(shown, attr);
-    textColumn = end;
-  }
-  return cells;
+  // Tabs count from the start of the cells, which therefore begins at a tab stop.
+  const int64_t start = textColumn - textColumn % GlobalOptions::TabWidth;
+  std::wstring fromTabStop(static_cast<size_t>(textColumn - start), L' ');
+  fromTabStop += text;
+  CellString cells;
+  CSyntax().colour(fromTabStop, cells);
+  return mid(cells, static_cast<int>(column - start), -1);
 }

@@ -5,15 +5,22 @@
 
 #include "console/cell_string.h"
 #include "editor/document/document.h"
+#include "syntax/syntax.h"
 
 // The colours of the text on the screen. It keeps what is open at the start of the top line, and
-// finds it anew by looking through the lines above.
+// finds it anew by looking through the lines above: what opened further up isn't seen.
 class EditorSyntax {
  public:
   // A line is coloured so far; what stands behind has the default colour.
-  static constexpr int64_t MostCharacters = 65536;
-  // How far above the view a construct is looked for that reaches into it, whichever is less.
+  static constexpr int64_t MostCharacters = CSyntax::ColouredCharacters;
+  // How far above the view it looks, whichever is less.
   static constexpr int64_t MostLinesBack = 1000, MostCharactersBack = int64_t{2} << 20;
+
+  // Chooses the definitions for a file of that name, read anew from the disk. Tells about a file of
+  // definitions that can't be read.
+  void load(const Westring& path, const Document& document);
+  void off() { syntax_.off(); }
+  bool active() const { return syntax_.active(); }
 
   // Finds what is open at the start of `top` by the lines above.
   void rescan(const Document& document, int64_t top);
@@ -28,4 +35,8 @@ class EditorSyntax {
   // Cells without colours of a text whose first character stands at column `textColumn`, from
   // `column` on, which is that one or inside that character.
   static CellString plain(std::wstring_view text, int64_t textColumn, int64_t column);
+
+ private:
+  CSyntax syntax_;
+  CContextStack top_;  // what is open at the start of the top line
 };

@@ -2,28 +2,36 @@
 
 #include <algorithm>
 
+#include "editor/dialogs/goto_dialogs.h"
+#include "editor/document/text_rules.h"
 #include "editor/window/edit_command.h"
 #include "editor/window/text_editor.h"
+#include "options/options.h"
+#include "ui/escape_watch.h"
 
 namespace {
 
 constexpr int RowsKeptByPage = 2;  // of a page that show again after PgDn
+constexpr int LinesAboveGoal = 5;  // that show above the line that was asked for
 
 // ---- by a character or to an end
 
 void left(CTextEditor& editor) {
-  const TextPlace cursor = editor.cursor();
-  if (cursor.index > 0) return editor.moveTo({cursor.line, cursor.index - 1});
-  if (cursor.line > 0)
-    editor.moveTo({cursor.line - 1, editor.document.lineLength(cursor.line - 1)});
+  editor.moveTo(placeLeft(editor.document, editor.cursor()));
 }
 
 void right(CTextEditor& editor) {
-  const TextPlace cursor = editor.cursor();
-  if (cursor.index < editor.document.lineLength(cursor.line)) {
-    return editor.moveTo({cursor.line, cursor.index + 1});
-  }
-  if (cursor.line + 1 < editor.document.lineCount()) editor.moveTo({cursor.line + 1, 0});
+  editor.moveTo(placeRight(editor.document, editor.cursor()));
+}
+
+void wordLeft(CTextEditor& editor) {
+  editor.moveTo(wordLeftPlace(editor.document, editor.cursor()));
+}
+
+void wordRight(CTextEditor& editor) {
+  editor.moveTo(
+      wordRightPlace(editor.document, editor.cursor(),
+                     GlobalOptions::BriefWordRight ? WordRight::Brief : WordRight::NextStart));
 }
 
 void lineStart(CTextEditor& editor) {
@@ -50,6 +58,23 @@ void screenEnd(CTextEditor& editor) {
   const int64_t last =
       std::min(editor.view.top + editor.textRows(), editor.document.lineCount()) - 1;
   editor.moveTo({last, editor.document.lineLength(last)});
+}
+
+// ---- to a place that is found
+
+void toBracket(CTextEditor& editor) {
+  EscapeWatch watch;
+  const auto place =
+      matchingBracket(editor.document, editor.cursor(), [&watch] { return watch.pressed(); });
+  if (place) editor.moveTo(*place);
+}
+
+void toLineNumber(CTextEditor& editor) {
+  const std::optional<int64_t> number =
+      TDEditor::askLine(editor.cursor().line + 1, editor.document.lineCount());
+  if (!number) return;
+  editor.scrollTo(std::max<int64_t>(*number - 1 - LinesAboveGoal, 0));
+  editor.moveTo({*number - 1, 0});
 }
 
 // ---- by lines
@@ -126,6 +151,8 @@ EditCommands moveCommands() {
       {"Down", {Key::Down, Key::ShiftDown}, down},
       {"Left", {Key::Left, Key::ShiftLeft}, left},
       {"Right", {Key::Right, Key::ShiftRight}, right},
+      {"Word left", {Key::CtrlLeft, Key::CtrlShiftLeft}, wordLeft},
+      {"Word right", {Key::CtrlRight, Key::CtrlShiftRight}, wordRight},
       {"Start of the line", {Key::Home, Key::ShiftHome}, lineStart},
       {"End of the line", {Key::End, Key::ShiftEnd}, lineEnd},
       {"Page up", {Key::PageUp, Key::ShiftPageUp}, pageUp},
@@ -136,6 +163,8 @@ EditCommands moveCommands() {
       {"End of the text", {Key::CtrlPageDown, Key::CtrlShiftPageDown}, textEnd},
   };
   for (EditCommand& row : rows) row.block = BlockUse::Moves;
+  rows.push_back({"Matching bracket", {Key::alt('['), Key::alt('m')}, toBracket, BlockUse::Moves});
+  rows.push_back({"Goto line", {Key::alt('l')}, toLineNumber, BlockUse::Moves});
   rows.push_back({"Scroll up", {Key::CtrlUp}, scrollUp, BlockUse::Keeps});
   rows.push_back({"Scroll down", {Key::CtrlDown}, scrollDown, BlockUse::Keeps});
   return rows;

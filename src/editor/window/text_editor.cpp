@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "console/console.h"
+#include "editor/document/text_rules.h"
 #include "editor/window/editor_painter.h"
 #include "options/colours.h"
 #include "options/options.h"
@@ -151,15 +152,15 @@ void CTextEditor::change(TextPlace from, TextPlace to, const TextSpan& inserted,
 int64_t CTextEditor::typedCommand(TextPlace before) {
   const bool goesOn = !history.undo.empty() && history.undo.top().command == typing_ &&
                       history.undo.top().after == before && typing_ != 0;
-  if (!goesOn) typing_ = nextCommand();
+  if (!goesOn) typing_ = history.newTypingRun();
   return typing_;
 }
 
-int64_t CTextEditor::nextCommand() {
-  for (const TUndoStack* steps : {&history.undo, &history.redo}) {
-    if (!steps->empty()) lastCommand_ = std::max(lastCommand_, std::abs(steps->top().command));
-  }
-  return ++lastCommand_;
+void CTextEditor::deleteSpan(TextPlace from, TextPlace to) {
+  const int64_t joined = from.index + document.lineLength(to.line) - to.index;
+  const bool grows =
+      joined > std::max(document.lineLength(from.line), document.lineLength(to.line));
+  if (joined <= LongestEditedLine || !grows) change(from, to, TextSpan());
 }
 
 void CTextEditor::changeBlock(const TextSpan& inserted, StepKind kind) {
@@ -169,9 +170,9 @@ void CTextEditor::changeBlock(const TextSpan& inserted, StepKind kind) {
 }
 
 bool CTextEditor::hasRoomFor(int64_t count) const {
-  if (!block.active) return document.lineLength(view.cursor.line) + count <= LongestTypedLine;
+  if (!block.active) return document.lineLength(view.cursor.line) + count <= LongestEditedLine;
   const int64_t rest = document.lineLength(block.end.line) - block.end.index;
-  return block.start.index + rest + count <= LongestTypedLine;
+  return block.start.index + rest + count <= LongestEditedLine;
 }
 
 TextSpan CTextEditor::spanOf(std::wstring_view text) const {

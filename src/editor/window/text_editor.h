@@ -14,9 +14,6 @@
 
 class EditorPainter;
 
-// A typed or pasted line is never made longer; a line that was loaded may be.
-inline constexpr int64_t LongestTypedLine = 65535;
-
 // Which part of the text the screen shows, and where the cursor stands in it. Columns are display
 // columns from the line's start.
 struct EditorView {
@@ -55,6 +52,8 @@ class CTextEditor {
   bool isModified = false;
   bool stickyMark = false;  // movements mark without Shift
   bool quoteNext = false;   // the next key is text, whatever it is
+  // The steps to be taken back come from an earlier edit, and the file has changed since.
+  bool stepsAreForeign = false;
 
   TextPlace cursor() const { return view.cursor; }
   int64_t cursorColumn() const;  // from the line's start
@@ -78,6 +77,7 @@ class CTextEditor {
 
   // ---- the block
 
+  bool hasBlock() const { return block.active && !block.empty(); }
   void setBlock(TextPlace start, TextPlace end, TextBlock::CursorAt cursorAt);
   void dropBlock();  // what was marked isn't any more; the text stays
   // From the block's fixed end, or from `anchor` without one, to the cursor.
@@ -93,12 +93,12 @@ class CTextEditor {
               StepKind kind = StepKind::Single, std::optional<TextPlace> cursorAfter = {});
   // The same with the block, or with nothing at the cursor.
   void changeBlock(const TextSpan& inserted, StepKind kind = StepKind::Single);
+  // The same with nothing, unless that would join lines to one that is too long.
+  void deleteSpan(TextPlace from, TextPlace to);
   // Whether `count` characters more may come into the cursor's line, the block deleted before.
   bool hasRoomFor(int64_t count) const;
   // A text whose lines end as those of the document do.
   TextSpan spanOf(std::wstring_view text) const;
-  // A number for steps that are one command (UndoItem), that no step on top of a stack has.
-  int64_t nextCommand();
 
   // ---- the picture
 
@@ -123,5 +123,4 @@ class CTextEditor {
   std::unique_ptr<EditorPainter> painter_;
   bool hasEnded_ = false;
   int64_t typing_ = 0;  // the command of the run of typed characters
-  int64_t lastCommand_ = 0;
 };
