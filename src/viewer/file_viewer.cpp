@@ -105,7 +105,8 @@ void CViewer::onKey(Key::Code key, int) {
 
 // Every command finds the file as it is by then.
 void CViewer::runKey(Key::Code key) {
-  if (file_.refresh() != FileChange::None) page_.changed();
+  if (file_.refresh() != FileChange::None || stale_) page_.changed();
+  stale_ = false;
   dirty_ = true;
   for (const KeyRow* row = keyTable; row->run; ++row) {
     if (row->key == key) return row->run(*this);

@@ -78,5 +78,6 @@ class CViewer : private Screen {
   std::unique_ptr<FollowWindow> follow_;
   Hit hit_;
   bool goToEnd_ = false;  // follow mode has begun and hasn't looked yet
+  bool stale_ = false;    // the file has lost its end, and the page doesn't know
   bool dirty_ = true;     // the screen doesn't show what the page is
 };

@@ -101,9 +101,10 @@ void CViewer::followChanges() {
   const FileChange change = file_.refresh();
   if (file_.replaced()) follow_->tellReplaced();
   // Of a file that has lost its end the screen keeps what was there.
+  if (change == FileChange::Shrunk) stale_ = true;
   const bool isNews = change != FileChange::None && change != FileChange::Shrunk;
   if (!isNews && !goToEnd_) return;
-  goToEnd_ = false;
+  goToEnd_ = stale_ = false;
   page_.changed();
   page_.end();
   dirty_ = true;

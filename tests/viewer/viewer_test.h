@@ -48,8 +48,8 @@ class Shot {
   }
 
  private:
-  const int columns_ = console->columns();
-  const int rows_ = console->rows();
+  int columns_ = console->columns();
+  int rows_ = console->rows();
   std::vector<Cell> cells_;
 };
 
