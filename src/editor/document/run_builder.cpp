@@ -38,7 +38,7 @@ void RunBuilder::addRun(const TextRun& run) {
 
 void RunBuilder::closeBlock() {
   if (lines_ == 0) return;
-  auto* block = new TextBlock;
+  auto* block = new BytesBlock;
   TextRun run;
   run.block = SharedBlock(block);
   run.length = bytes_.size();

@@ -143,7 +143,7 @@ void appendWide(std::wstring_view text, std::string& bytes) {
 TextRun newRun(std::wstring_view text, std::wstring_view end) {
   if (text.empty() && end.empty()) return {};
   TextRun run;
-  auto* block = new TextBlock;
+  auto* block = new BytesBlock;
   run.block = SharedBlock(block);
   block->bytes.reserve(text.size() + end.size());
   if (!isPlain(text) || encodeText(text, run.storage.encoding, block->bytes) != AllEncoded) {

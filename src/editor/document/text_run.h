@@ -24,12 +24,12 @@ struct TextStorage {
 std::wstring decodeBytes(std::string_view bytes, const TextStorage& storage);
 
 // Bytes that never change.
-struct TextBlock : Counted {
+struct BytesBlock : Counted {
   std::string bytes;
   // Where each MarkedLines-th line begins, from the first line on. None for a block of few lines.
   std::vector<size_t> marks;
 };
-using SharedBlock = Shared<const TextBlock>;
+using SharedBlock = Shared<const BytesBlock>;
 inline constexpr int64_t MarkedLines = 64;
 
 // The text of a line and its line end, as bytes of a block.

@@ -37,7 +37,7 @@ bool isValidUtf8(std::string_view bytes) {
 
 class Scanner {
  public:
-  Scanner(const TextBlock& block, size_t from, const TextStorage& storage,
+  Scanner(const BytesBlock& block, size_t from, const TextStorage& storage,
           const ScanProgress& progress)
       : all_(block.bytes),
         at_(from),
@@ -108,7 +108,7 @@ class Scanner {
 
 ScannedText scanText(std::string bytes, size_t from, const TextStorage& storage,
                      const ScanProgress& progress) {
-  auto* block = new TextBlock;
+  auto* block = new BytesBlock;
   ScannedText result;
   result.lines.block = SharedBlock(block);
   block->bytes = std::move(bytes);
