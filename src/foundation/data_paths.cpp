@@ -38,17 +38,18 @@ Westring knownHome() {
   return home && *home ? decodeFileName(home) : homeOfUser();
 }
 
-// "" without a home.
+}  // namespace
+
 Westring userDirectory() {
   if (!configurationPath.empty()) return addSlash(parentOf(configurationPath));
   return homeDataDirectory();
 }
 
+namespace {
 Westring userFile(const Westring& name) {
   const Westring directory = userDirectory();
   return directory.empty() ? directory : directory + name;
 }
-
 }  // namespace
 
 void setProgramPath(const Westring& absolutePath) {

@@ -22,6 +22,9 @@ void setConfigurationFile(const Westring& absolutePath);  // "" for none
 // file of the user when nothing tells where the user's files could lie.
 Westring dataFilePath(DataFile kind, DataPlace place = DataPlace::PerUser);
 
+// The directory of the user's files, with a slash at its end; "" when nothing tells where it could
+// lie.
+Westring userDirectory();
 // Makes the directory of the user's files, for nobody else, unless it is there. 0 or errno.
 int makeUserDirectory();
 

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <map>
 #include <string>
 
 #include "foundation/dos_time.h"
@@ -62,6 +63,22 @@ int copyExtendedAttributes(int from, int to) {
   return 0;
 }
 
+using Attributes = std::map<std::string, std::string>;
+
+// False when some of them can't be read.
+bool readAttributes(int fd, Attributes& result) {
+  std::string names(LargestAttributes, 0);
+  const ssize_t length = System::listAttributes(fd, names.data(), names.size());
+  if (length < 0) return isNotOffered(errno);
+  std::string room(LargestAttributes, 0);
+  for (const char* name = names.data(); name < names.data() + length; name += strlen(name) + 1) {
+    const ssize_t size = System::getAttribute(fd, name, room.data(), room.size());
+    if (size < 0) return false;
+    result[name].assign(room, 0, static_cast<size_t>(size));
+  }
+  return true;
+}
+
 // A new file takes over the access list that its directory has ready for new ones; what is moved
 // has its own, or none.
 int dropInheritedList(int fd, const char* name) {
@@ -117,6 +134,16 @@ int keepOwnership(int from, int to, const struct stat& source) {
   const bool directory = S_ISDIR(source.st_mode);
   if (error == 0 && directory) error = dropInheritedList(to, "system.posix_acl_default");
   return error || from < 0 ? error : copyExtendedAttributes(from, to);
+}
+
+int compareAttributes(int a, int b, bool& same) {
+  struct stat infos[2];
+  if (System::fstat(a, &infos[0]) < 0 || System::fstat(b, &infos[1]) < 0) return errno;
+  Attributes attributes[2];
+  same = infos[0].st_uid == infos[1].st_uid && infos[0].st_gid == infos[1].st_gid &&
+         infos[0].st_mode == infos[1].st_mode && readAttributes(a, attributes[0]) &&
+         readAttributes(b, attributes[1]) && attributes[0] == attributes[1];
+  return 0;
 }
 
 mode_t modeInTheMaking(mode_t source) {

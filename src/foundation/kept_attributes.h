@@ -29,6 +29,10 @@ int keepMode(int fd, const struct stat& source);
 // attributes when `from` is -1.
 int keepOwnership(int from, int to, const struct stat& source);
 
+// Whether both have the same owner, group, mode and extended attributes; those that this process
+// may not read count as different. 0 or errno.
+int compareAttributes(int a, int b, bool& same);
+
 // The mode that a copy is made with: never more open than its source, before umask.
 mode_t modeInTheMaking(mode_t source);
 // A directory that this process must be able to fill, and nobody else may see yet.

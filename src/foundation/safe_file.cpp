@@ -123,18 +123,6 @@ int SafeFile::dress(mode_t newMode) {
   return 0;
 }
 
-int SafeFile::takeName() {
-  const int directory = place_.directory.get();
-  const bool mustBeNew = read_ && !read_->exists;
-  const int renamed =
-      mustBeNew
-          ? System::renameAtNoReplace(directory, temporary_.c_str(), directory, place_.name.c_str())
-          : System::renameAt(directory, temporary_.c_str(), directory, place_.name.c_str());
-  if (renamed < 0) return mustBeNew && errno == EEXIST ? Status::ChangedMeanwhile : errno;
-  temporary_.clear();
-  return 0;
-}
-
 // Without it the new file is whole, but the name may lead to the old one after a power failure.
 int SafeFile::syncDirectory() {
   const Descriptor directory(
@@ -143,26 +131,56 @@ int SafeFile::syncDirectory() {
   return System::sync(directory.get()) == 0 || isNotOffered(errno) ? 0 : errno;
 }
 
+int SafeFile::dressExactly(mode_t newMode) {
+  if (const int error = dress(newMode)) return error;
+  if (!old_) return 0;
+  const Descriptor target(
+      System::openAt(place_.directory.get(), place_.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  if (!target.valid()) return errno;
+  bool same = false;
+  const int error = compareAttributes(target.get(), fd_.get(), same);
+  return error != 0 || same ? error : Status::NotOffered;
+}
+
+int SafeFile::flush() {
+  struct stat info;
+  if (System::sync(fd_.get()) < 0 && !isNotOffered(errno)) return errno;
+  if (System::fstat(fd_.get(), &info) < 0) return errno;
+  made_ = FileStamp::of(info);
+  return fd_.close();
+}
+
+int SafeFile::takeName() {
+  const int directory = place_.directory.get();
+  const char* name = place_.name.c_str();
+  const bool mustBeNew = read_ && !read_->exists;
+  const int renamed =
+      mustBeNew ? System::renameAtNoReplace(directory, temporary_.c_str(), directory, name)
+                : System::renameAt(directory, temporary_.c_str(), directory, name);
+  if (renamed < 0) return mustBeNew && errno == EEXIST ? Status::ChangedMeanwhile : errno;
+  temporary_.clear();
+  temporaryPath_.clear();
+  struct stat info;
+  const bool ours =
+      System::statAt(directory, name, &info, AT_SYMLINK_NOFOLLOW) == 0 && idOf(info) == made_.id;
+  stamp_ = ours ? FileStamp::of(info) : made_;
+  return syncDirectory();
+}
+
 int SafeFile::commit(mode_t newMode) {
   if (!fd_.valid()) return EBADF;
   stamp_ = {};
-  struct stat made;
   int error = dress(newMode);
-  if (error == 0 && System::sync(fd_.get()) < 0 && !isNotOffered(errno)) error = errno;
-  if (error == 0 && System::fstat(fd_.get(), &made) < 0) error = errno;
-  if (error == 0) error = fd_.close();
+  if (error == 0) error = flush();
   if (error == 0) error = takeName();
-  if (error) {
-    discard();
-    return error;
-  }
   discard();
-  struct stat info;
-  const bool ours = System::statAt(place_.directory.get(), place_.name.c_str(), &info,
-                                   AT_SYMLINK_NOFOLLOW) == 0 &&
-                    idOf(info) == idOf(made);
-  stamp_ = FileStamp::of(ours ? info : made);
-  return syncDirectory();
+  return error;
+}
+
+void SafeFile::keep() {
+  fd_.reset();
+  temporary_.clear();
+  temporaryPath_.clear();
 }
 
 void SafeFile::discard() {

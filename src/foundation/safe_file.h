@@ -36,6 +36,13 @@ class SafeFile {
   // an error, after which the new file is gone and the target is as it was; only an error of the
   // very last step comes when the target is the new one already (`stamp` tells).
   int commit(mode_t newMode = PrivateMode);
+  // The steps of commit by themselves, for whoever has another way when one of them is refused: the
+  // new file stays until it is discarded. First it gets the target's attributes, all of them, or
+  // Status::NotOffered; where there is no target, `newMode`.
+  int dressExactly(mode_t newMode = PrivateMode);
+  int flush();     // and close
+  int takeName();  // after flush. Also EBUSY for a mount point, EPERM or EACCES where others decide
+  void keep();     // the new file stays where it is, under its temporary name
   void discard();
   // The path of the last new file that discard couldn't remove, also the discard of a failed commit
   // or of the next create; "" when there is none.
@@ -43,13 +50,14 @@ class SafeFile {
   const std::string& temporaryPath() const { return temporaryPath_; }  // "" when there is none
   // The target after commit, for the next `create`; without one there is nothing in it.
   const FileStamp& stamp() const { return stamp_; }
+  // Where the target really lies, after create.
+  const WrittenPlace& place() const { return place_; }
 
  private:
   int lookAtTarget();
   int createBeside();
   int dress(mode_t newMode);
   int dressAs(const struct stat& old);
-  int takeName();
   int syncDirectory();
 
   Descriptor fd_;
@@ -59,6 +67,7 @@ class SafeFile {
   std::string leftover_;
   std::optional<struct stat> old_;  // the target, when it was looked at last
   std::optional<FileStamp> read_;   // what it must still be
+  FileStamp made_;                  // the new file, flushed
   FileStamp stamp_;
 };
 

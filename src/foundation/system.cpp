@@ -140,6 +140,11 @@ int truncate(int fd, off_t length) {
   return guarded({"truncate", NoPath, fd}, [&] { return ::ftruncate(fd, length); });
 }
 
+int reserve(int fd, off_t length) {
+  return guarded({"reserve", NoPath, fd},
+                 [&] { return ::fallocate(fd, FALLOC_FL_KEEP_SIZE, 0, length); });
+}
+
 int sync(int fd) {
   return guarded({"sync", NoPath, fd}, [&] { return ::fsync(fd); });
 }

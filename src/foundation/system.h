@@ -23,6 +23,7 @@ ssize_t write(int fd, const void* buffer, size_t bytes);
 ssize_t copyRange(int from, int to, size_t bytes);  // copy_file_range at the current positions
 off_t seek(int fd, off_t position, int whence);
 int truncate(int fd, off_t length);
+int reserve(int fd, off_t length);  // room on the disk for so many bytes; content and size stay
 int sync(int fd);
 int lock(int fd, int operation);  // flock: advisory, gone when the file is closed
 int stat(const char* path, struct ::stat* result);

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 #include <new>
@@ -33,7 +34,7 @@ int readInto(const Descriptor& file, FileContent& content, const FileProgress& p
   if (size > limit || !fitsIntoMemory(size)) return Status::TooLarge;
   content.bytes.reserve(static_cast<size_t>(size));
   ContentHash hash;
-  const int error = readParts(file, limit, [&](std::string_view part) {
+  const int error = readParts(file.get(), limit, [&](std::string_view part) {
     content.bytes.append(part);
     hash.add(part);
     const auto done = static_cast<int64_t>(content.bytes.size());
@@ -47,11 +48,10 @@ int readInto(const Descriptor& file, FileContent& content, const FileProgress& p
 
 }  // namespace
 
-int readParts(const Descriptor& file, int64_t limit,
-              const std::function<int(std::string_view part)>& take) {
+int readParts(int file, int64_t limit, const std::function<int(std::string_view part)>& take) {
   const auto buffer = std::make_unique<char[]>(PartSize);
   for (int64_t done = 0;;) {
-    const ssize_t count = System::readAt(file.get(), buffer.get(), PartSize, done);
+    const ssize_t count = System::readAt(file, buffer.get(), PartSize, done);
     if (count < 0) return errno;
     if (count == 0) return 0;
     done += count;

@@ -35,5 +35,4 @@ int readFileContent(const Westring& path, FileContent& content, const FileProgre
 
 // Reads an open file from its start to its end, at most `limit` bytes, in parts; `take` gets each,
 // and stops it with another result than 0. 0, errno, what `take` gave, or Status::TooLarge.
-int readParts(const Descriptor& file, int64_t limit,
-              const std::function<int(std::string_view part)>& take);
+int readParts(int file, int64_t limit, const std::function<int(std::string_view part)>& take);
