@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "editor/window/editor_screen.h"
 #include "foundation/utf8.h"
@@ -56,8 +57,10 @@ class EditorTest : public ConsoleTest {
   // Runs the editor until all that is queued is used up.
   void runQueued() {
     queueKey(TestedScreen::Stop);
-    screen_->run();
+    runScreen();
   }
+  // Until somebody queues the key that leaves it.
+  void runScreen() { screen_->run(); }
   void press(std::initializer_list<HeldKey> keys) {
     for (const HeldKey& held : keys) queueKey(held.key, held.state);
     runQueued();

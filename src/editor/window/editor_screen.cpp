@@ -53,7 +53,10 @@ void EditorScreen::onKey(Key::Code key, int shiftState) {
 void EditorScreen::performKey(Key::Code key, int shiftState) {
   const bool isQuoted = editor_.quoteNext;
   editor_.quoteNext = false;
-  if (key.has(Key::CtrlDigitKey)) return runBookmark(key);
+  if (key.has(Key::CtrlDigitKey)) {
+    editor_.endTyping();
+    return runBookmark(key);
+  }
   const TextPlace anchor = editor_.cursor();
   if (isQuoted && key.isCharacter()) {
     insertQuoted(editor_, key.character());
@@ -62,6 +65,7 @@ void EditorScreen::performKey(Key::Code key, int shiftState) {
   const EditCommand* command = findEditCommand(key, shiftState);
   if (command) {
     command->run(editor_);
+    editor_.endTyping();
   } else if (const wchar_t character = characterOf(key); character != 0) {
     insertCharacter(editor_, character);
   }
@@ -93,6 +97,7 @@ void EditorScreen::runBookmark(Key::Code key) {
 
 void EditorScreen::onMouse(const MouseMessage& mouse) {
   editor_.quoteNext = false;
+  editor_.endTyping();
   repeat_ = Repeat::Nothing;
   const TextPlace anchor = editor_.cursor();
   Key::Code key;

@@ -91,9 +91,11 @@ class CTextEditor {
   // what could be redone can't be any more. Nothing happens when nothing would.
   void change(TextPlace from, TextPlace to, const TextSpan& inserted,
               StepKind kind = StepKind::Single, std::optional<TextPlace> cursorAfter = {});
-  // The same with the block, or with nothing at the cursor.
+  // What is typed from now on is a command of its own.
+  void endTyping() { typing_ = 0; }
+  // `change` of the block, or with nothing at the cursor.
   void changeBlock(const TextSpan& inserted, StepKind kind = StepKind::Single);
-  // The same with nothing, unless that would join lines to one that is too long.
+  // `change` to nothing, unless that would join lines to one that is too long.
   void deleteSpan(TextPlace from, TextPlace to);
   // Whether `count` characters more may come into the cursor's line, the block deleted before.
   bool hasRoomFor(int64_t count) const;
