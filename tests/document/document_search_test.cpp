@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "document/document_support.h"
 
 namespace {
@@ -95,4 +97,45 @@ TEST_F(DocumentSearch, ALongSearchCanBeLeft) {
   TextPlace place;
   EXPECT_EQ(findText(document, {L"y"}, place, [] { return true; }), SearchEnd::Stopped);
   EXPECT_EQ(place, TextPlace{});
+}
+
+namespace {
+// Hit by hit, as a user would replace them.
+int64_t replaceOneByOne(Document& document, EditHistory& history, const SearchQuery& query,
+                        const TextSpan& replacement) {
+  int64_t count = 0;
+  TextPlace place;
+  for (; findText(document, query, place) == SearchEnd::Found; ++count)
+    place = replaceHit(document, history, query, replacement, place);
+  return count;
+}
+}  // namespace
+
+TEST_F(DocumentSearch, ReplacingAllIsReplacingOneAfterTheOther) {
+  const wchar_t* const texts[] = {L"a", L"-a-", L"aa", L"a-", L"-"};
+  const wchar_t* const replacements[] = {L"", L"x", L"-", L"aa", L"a\nb"};
+  std::mt19937 random(7);
+  int64_t replaced = 0;
+  for (int round = 0; round < 500; ++round) {
+    std::string bytes;
+    for (unsigned i = random() % 40; i > 0; --i) bytes += "aaA--- \n"[random() % 8];
+    SearchQuery query{texts[random() % 5]};
+    query.letters = random() % 2 == 0 ? SearchCase::Ignored : SearchCase::Respected;
+    query.words = random() % 2 == 0 ? SearchWords::Any : SearchWords::WholeOnly;
+    const TextSpan replacement = spanOf(replacements[random() % 5]);
+    load(bytes);
+    Document other;
+    ASSERT_TRUE(other.load(bytes, Utf8));
+    EditHistory otherHistory;
+    const int64_t count = replaceOneByOne(other, otherHistory, query, replacement);
+    EditHistory own;
+    ASSERT_EQ(replaceAll(document, own, query, replacement, {0, 0}, -1).count, count) << bytes;
+    ASSERT_EQ(writtenBytes(document), writtenBytes(other)) << bytes;
+    ASSERT_EQ(own.undo.size(), count);
+    TextPlace cursor;
+    own.undoCommand(document, cursor);
+    ASSERT_EQ(writtenBytes(document), bytes);
+    replaced += count;
+  }
+  EXPECT_GT(replaced, 100);
 }

@@ -58,6 +58,14 @@ class Document {
   };
   BytePlace lineOfByte(int64_t offset) const;
 
+  // The run that holds a line, as it is stored, and the line that it begins with; for the last line
+  // a run without lines. Stays until the text is changed.
+  struct RunPlace {
+    const TextRun* run;
+    int64_t firstLine;
+  };
+  RunPlace runAt(int64_t line) const;
+
   // Display columns: a tab reaches to the next multiple of `tabWidth` (1 to 8), every other
   // character takes one.
   int64_t columnOf(TextPlace place, int tabWidth) const;
@@ -133,7 +141,6 @@ class Document {
   LongLine* longLine(int64_t line) const;
   Replaced replaceInLine(TextPlace from, TextPlace to, const TextSpan& text);
   Replaced replaceLines(TextPlace from, TextPlace to, const TextSpan& text);
-  friend class DocumentRuns;
 
   TextEncoding encoding_{TextFormat::Utf8, 0};
   LineEndStyle style_ = LineEndStyle::Lf;

@@ -100,6 +100,13 @@ TextPlace Document::clamped(TextPlace place) const {
   return {place.line, std::clamp<int64_t>(place.index, 0, lineLength(place.line))};
 }
 
+Document::RunPlace Document::runAt(int64_t line) const {
+  store();
+  if (line >= lines_.lines()) return {&last_, lines_.lines()};
+  const RunTree::Found found = lines_.find(line);
+  return {found.run, found.linesBefore};
+}
+
 Document::BytePlace Document::lineOfByte(int64_t offset) const {
   store();
   const auto inText = static_cast<size_t>(std::max<int64_t>(offset, 0));

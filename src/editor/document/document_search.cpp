@@ -1,15 +1,19 @@
 #include "editor/document/document_search.h"
 
 #include <algorithm>
+#include <optional>
 
+#include "editor/document/candidate_scan.h"
 #include "editor/document/text_rules.h"
 #include "foundation/fold.h"
 
 namespace {
-// How much text is compared between two looks for a key.
-constexpr int64_t CharactersBetweenLooks = int64_t{1} << 18;
+// How many bytes are looked at between two looks for a key.
+constexpr size_t BytesBetweenLooks = size_t{1} << 20;
 // How many replacements are made between two looks.
 constexpr int64_t HitsBetweenLooks = 256;
+constexpr std::wstring_view LineEndCharacters(L"\r\n\0", 3);
+constexpr std::string_view LineEndBytes("\r\n\0", 3);
 
 // A query, ready to be compared with many lines.
 class Pattern {
@@ -18,21 +22,15 @@ class Pattern {
     if (folds()) std::transform(text_.begin(), text_.end(), text_.begin(), foldChar);
   }
 
+  const std::wstring& text() const { return text_; }
   int64_t length() const { return static_cast<int64_t>(text_.size()); }
   bool folds() const { return query_.letters == SearchCase::Ignored; }
-
-  bool isHit(std::wstring_view line, int64_t at) const {
-    for (size_t i = 0; i < text_.size(); ++i) {
-      const wchar_t c = line[static_cast<size_t>(at) + i];
-      if ((folds() ? foldChar(c) : c) != text_[i]) return false;
-    }
-    return query_.words == SearchWords::Any || isWholeWord(line, at);
-  }
+  bool isForward() const { return query_.direction == SearchDirection::Forward; }
 
   // The nearest hit from `at` on in the direction; -1 when there is none.
   int64_t findIn(std::wstring_view line, int64_t at) const {
     const int64_t last = static_cast<int64_t>(line.size()) - length();
-    if (query_.direction == SearchDirection::Forward) {
+    if (isForward()) {
       for (; at <= last; ++at)
         if (isHit(line, at)) return at;
       return -1;
@@ -42,40 +40,186 @@ class Pattern {
     return -1;
   }
 
+  // The same, forward, when another text ends at `at` now, with `before`.
+  int64_t findBehind(std::wstring_view line, int64_t at, wchar_t before) const {
+    const bool fits = at + length() <= static_cast<int64_t>(line.size());
+    return fits && isHitBehind(line, at, before) ? at : findIn(line, at + 1);
+  }
+
  private:
-  bool isWholeWord(std::wstring_view line, int64_t at) const {
-    const auto start = static_cast<size_t>(at);
-    const size_t behind = start + text_.size();
-    return (start == 0 || !isEditWordCharacter(line[start - 1])) &&
+  bool isHit(std::wstring_view line, int64_t at) const {
+    return isHitBehind(line, at, at == 0 ? L' ' : line[static_cast<size_t>(at) - 1]);
+  }
+
+  bool isHitBehind(std::wstring_view line, int64_t at, wchar_t before) const {
+    for (size_t i = 0; i < text_.size(); ++i) {
+      const wchar_t c = line[static_cast<size_t>(at) + i];
+      if ((folds() ? foldChar(c) : c) != text_[i]) return false;
+    }
+    if (query_.words == SearchWords::Any) return true;
+    const size_t behind = static_cast<size_t>(at) + text_.size();
+    return !isEditWordCharacter(before) &&
            (behind == line.size() || !isEditWordCharacter(line[behind]));
   }
 
   const SearchQuery& query_;
   std::wstring text_;
 };
+
+// The lines before or behind a first one, a run at a time.
+class RunSearch {
+ public:
+  RunSearch(const Document& document, const Pattern& pattern, const StopAsked& stop)
+      : document_(document), pattern_(pattern), stop_(stop) {}
+
+  // From the start of `line` on, or from its end backward.
+  SearchEnd find(int64_t line, TextPlace& place) {
+    while (line >= 0 && line < document_.lineCount()) {
+      const Document::RunPlace found = document_.runAt(line);
+      const bool isFound = CandidateScan::isPossible(found.run->storage)
+                               ? (pattern_.isForward() ? scanForward(found, line, place)
+                                                       : scanBackward(found, line, place))
+                               : (pattern_.isForward() ? walkForward(found, line, place)
+                                                       : walkBackward(found, line, place));
+      if (isFound) return SearchEnd::Found;
+      if (isStopped_) return SearchEnd::Stopped;
+      const int64_t lines = std::max<int64_t>(found.run->lines, 1);
+      line = pattern_.isForward() ? found.firstLine + lines : found.firstLine - 1;
+    }
+    return SearchEnd::NotFound;
+  }
+
+ private:
+  bool looksForStop(size_t bytes) {
+    looked_ += bytes;
+    if (looked_ < BytesBetweenLooks) return isStopped_;
+    looked_ = 0;
+    isStopped_ = isStopped_ || (stop_ && stop_());
+    return isStopped_;
+  }
+
+  const CandidateScan& scanFor(const TextStorage& storage) {
+    if (!scan_ || scan_->storage() != storage)
+      scan_.emplace(pattern_.text(), pattern_.folds(), storage);
+    return *scan_;
+  }
+
+  bool isIn(const std::wstring& text, int64_t line, TextPlace& place) const {
+    const int64_t index = pattern_.findIn(text, pattern_.isForward() ? 0 : INT64_MAX);
+    if (index >= 0) place = {line, index};
+    return index >= 0;
+  }
+
+  // The line of the byte at `offset`, as bytes of the run.
+  static LineBytes lineAround(const TextRun& run, size_t offset) {
+    const std::string_view all = run.bytes();
+    const size_t before =
+        offset == 0 ? std::string_view::npos : all.find_last_of(LineEndBytes, offset - 1);
+    const size_t begin = before == std::string_view::npos ? 0 : before + 1;
+    const LineEnd end = findLineEnd(all, offset, run.storage.unitFormat());
+    return {all.substr(begin, end.at - begin), all.substr(end.at, end.length)};
+  }
+
+  // Whether the line around a candidate holds a hit.
+  bool isHitAround(const Document::RunPlace& found, size_t offset, const LineBytes& bytes,
+                   TextPlace& place) const {
+    const int64_t lineInRun = found.run->lines > 0 ? found.run->lineOf(offset) : 0;
+    return isIn(decodeBytes(bytes.text, found.run->storage), found.firstLine + lineInRun, place);
+  }
+
+  bool scanForward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
+    const TextRun& run = *found.run;
+    const CandidateScan& scan = scanFor(run.storage);
+    const std::string_view all = run.bytes();
+    size_t at = run.offsetOf(line - found.firstLine);
+    if (run.lines == 0) at = 0;
+    while (at < all.size()) {
+      const size_t limit = std::min(at + BytesBetweenLooks, all.size());
+      const size_t offset = scan.first(all, at, limit);
+      if (offset == CandidateScan::None) {
+        if (looksForStop(limit - at)) return false;
+        at = limit;
+        continue;
+      }
+      const LineBytes bytes = lineAround(run, offset);
+      if (isHitAround(found, offset, bytes, place)) return true;
+      const auto next = static_cast<size_t>(bytes.end.data() - all.data()) +
+                        std::max<size_t>(bytes.end.size(), 1);
+      if (looksForStop(next - at)) return false;
+      at = next;
+    }
+    return false;
+  }
+
+  bool scanBackward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
+    const TextRun& run = *found.run;
+    const CandidateScan& scan = scanFor(run.storage);
+    const std::string_view all = run.bytes();
+    size_t to = run.lines == 0 ? all.size() : run.offsetOf(line - found.firstLine + 1);
+    while (to > 0) {
+      const size_t from = to - std::min(BytesBetweenLooks, to);
+      const size_t offset = scan.last(all, from, to);
+      if (offset == CandidateScan::None) {
+        if (looksForStop(to - from)) return false;
+        to = from;
+        continue;
+      }
+      const LineBytes bytes = lineAround(run, offset);
+      if (isHitAround(found, offset, bytes, place)) return true;
+      const auto begin = static_cast<size_t>(bytes.text.data() - all.data());
+      if (looksForStop(to - begin)) return false;
+      to = begin;
+    }
+    return false;
+  }
+
+  bool walkForward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
+    if (found.run->lines == 0) return isIn(found.run->wholeText(), line, place);
+    const TextRun rest = found.run->part(line - found.firstLine, found.run->lines);
+    for (LineWalk walk(rest); walk.next();) {
+      if (isIn(walk.text(), line + walk.line(), place)) return true;
+      if (looksForStop(walk.bytes().text.size() + 1)) return false;
+    }
+    return false;
+  }
+
+  bool walkBackward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
+    for (; line >= found.firstLine; --line) {
+      const std::wstring text = document_.text(line);
+      if (isIn(text, line, place)) return true;
+      if (looksForStop(text.size() + 1)) return false;
+    }
+    return false;
+  }
+
+  const Document& document_;
+  const Pattern& pattern_;
+  const StopAsked& stop_;
+  std::optional<CandidateScan> scan_;
+  size_t looked_ = 0;
+  bool isStopped_ = false;
+};
+
+bool isFoundNowhere(const SearchQuery& query) {
+  return query.text.empty() || query.text.find_first_of(LineEndCharacters) != std::wstring::npos;
+}
+
+SearchEnd findPattern(const Document& document, const Pattern& pattern, TextPlace& place,
+                      RunSearch& runs) {
+  if (place.line < 0 || place.line >= document.lineCount()) return SearchEnd::NotFound;
+  const int64_t index = pattern.findIn(document.text(place.line), place.index);
+  if (index < 0) return runs.find(place.line + (pattern.isForward() ? 1 : -1), place);
+  place.index = index;
+  return SearchEnd::Found;
+}
 }  // namespace
 
 SearchEnd findText(const Document& document, const SearchQuery& query, TextPlace& place,
                    const StopAsked& stop) {
-  if (query.text.empty()) return SearchEnd::NotFound;
+  if (isFoundNowhere(query)) return SearchEnd::NotFound;
   const Pattern pattern(query);
-  const bool isForward = query.direction == SearchDirection::Forward;
-  int64_t compared = 0;
-  for (TextPlace at = place; at.line >= 0 && at.line < document.lineCount();) {
-    const std::wstring line = document.text(at.line);
-    at.index = pattern.findIn(line, at.index);
-    if (at.index >= 0) {
-      place = at;
-      return SearchEnd::Found;
-    }
-    at = {at.line + (isForward ? 1 : -1), isForward ? 0 : INT64_MAX};
-    compared += static_cast<int64_t>(line.size()) + 1;
-    if (compared >= CharactersBetweenLooks) {
-      compared = 0;
-      if (stop && stop()) return SearchEnd::Stopped;
-    }
-  }
-  return SearchEnd::NotFound;
+  RunSearch runs(document, pattern, stop);
+  return findPattern(document, pattern, place, runs);
 }
 
 TextPlace stepOn(TextPlace place, SearchDirection direction) {
@@ -91,15 +235,93 @@ TextPlace replaceHit(Document& document, EditHistory& history, const SearchQuery
                                                      : TextPlace{place.line, place.index - 1};
 }
 
+namespace {
+// All hits of a line at once, forward from one that is known; each is a step of its own.
+class LineReplacement {
+ public:
+  LineReplacement(Document& document, EditHistory& history, const Pattern& pattern,
+                  const TextSpan& replacement, int64_t command)
+      : document_(document),
+        history_(history),
+        pattern_(pattern),
+        replacement_(replacement.text()),
+        command_(command) {}
+
+  // Returns how many there were; `place` is the start of the last one then.
+  int64_t run(TextPlace& place) {
+    const int64_t line = place.line;
+    const std::wstring old = document_.text(line);
+    std::wstring fresh;
+    int64_t count = 0;
+    int64_t kept = place.index;  // up to where the old text has been taken over
+    for (int64_t hit = place.index; hit >= 0;) {
+      fresh.append(old, static_cast<size_t>(kept), static_cast<size_t>(hit - kept));
+      starts_.push_back(place.index + static_cast<int64_t>(fresh.size()));
+      removed_.push_back(old.substr(static_cast<size_t>(hit), pattern_.text().size()));
+      fresh += replacement_;
+      kept = hit + pattern_.length();
+      ++count;
+      hit = pattern_.findBehind(old, kept, beforeNext(old, fresh, place.index));
+    }
+    document_.replace(place, {line, kept}, TextSpan::fromText(fresh, LineEndStyle::Lf));
+    pushSteps(line);
+    place.index = starts_.back();
+    starts_.clear();
+    removed_.clear();
+    return count;
+  }
+
+ private:
+  // What stands before the place behind the last replacement.
+  static wchar_t beforeNext(const std::wstring& old, const std::wstring& fresh, int64_t start) {
+    if (!fresh.empty()) return fresh.back();
+    return start == 0 ? L' ' : old[static_cast<size_t>(start) - 1];
+  }
+
+  void pushSteps(int64_t line) {
+    for (size_t i = 0; i < starts_.size(); ++i) {
+      if (removed_[i] != lastRemoved_) {
+        lastRemoved_ = removed_[i];
+        lastSpan_ = TextSpan::fromText(lastRemoved_, LineEndStyle::Lf);
+      }
+      const TextPlace from{line, starts_[i]};
+      const TextPlace to{line, starts_[i] + static_cast<int64_t>(replacement_.size())};
+      history_.push({lastSpan_, from, to, from, to, command_});
+    }
+  }
+
+  Document& document_;
+  EditHistory& history_;
+  const Pattern& pattern_;
+  const std::wstring replacement_;
+  const int64_t command_;
+  std::vector<int64_t> starts_;
+  std::vector<std::wstring> removed_;
+  std::wstring lastRemoved_;  // most hits are spelt alike and share their text
+  TextSpan lastSpan_;
+};
+}  // namespace
+
 ReplaceAllResult replaceAll(Document& document, EditHistory& history, const SearchQuery& query,
                             const TextSpan& replacement, TextPlace place, int64_t command,
                             const StopAsked& stop) {
   ReplaceAllResult result;
+  if (isFoundNowhere(query)) return result;
+  const Pattern pattern(query);
+  RunSearch runs(document, pattern, stop);
+  LineReplacement line(document, history, pattern, replacement, command);
+  const bool takesLines = pattern.isForward() && replacement.lineEnds() == 0;
   int64_t untilLook = HitsBetweenLooks;
-  while ((result.end = findText(document, query, place, stop)) == SearchEnd::Found) {
+  while ((result.end = findPattern(document, pattern, place, runs)) == SearchEnd::Found) {
     result.last = place;
-    place = replaceHit(document, history, query, replacement, place, command);
-    ++result.count;
+    if (takesLines) {
+      result.count += line.run(place);
+      result.last = place;
+      place.index = document.lineLength(place.line);
+    } else {
+      place = replaceHit(document, history, query, replacement, place, command);
+      ++result.count;
+    }
     if (--untilLook > 0) continue;
     untilLook = HitsBetweenLooks;
     if (stop && stop()) {
