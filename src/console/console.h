@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -118,6 +119,10 @@ class CConsole {
 
   void setClipboardText(const Westring& text);
   Westring getClipboardText();
+  // The same for a text that is made only when another program asks for it: `text` gives UTF-8, on
+  // the toolkit's thread, for as long as the clipboard is ours by this call.
+  void offerClipboardText(std::function<std::string()> text);
+  bool isClipboardOffered() const;  // nobody has taken it over since offerClipboardText
 
   // The picture as it stands, as a PNG file. 0 or errno.
   int savePicture(const char* file);

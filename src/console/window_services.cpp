@@ -29,6 +29,22 @@ GtkClipboard* clipboard() {
   return gtk_clipboard_get(GDK_SELECTION_CLIPBOARD);
 }
 
+// What the toolkit holds for as long as an offered text stands.
+struct OfferedText {
+  std::function<std::string()> text;
+  std::shared_ptr<std::atomic<bool>> stands;
+};
+
+void onTextWanted(GtkClipboard*, GtkSelectionData* wanted, guint, gpointer offered) {
+  const std::string text = static_cast<OfferedText*>(offered)->text();
+  gtk_selection_data_set_text(wanted, text.data(), static_cast<gint>(text.size()));
+}
+
+void onOfferEnded(GtkClipboard*, gpointer offered) {
+  const std::unique_ptr<OfferedText> ended(static_cast<OfferedText*>(offered));
+  *ended->stands = false;
+}
+
 // Shared by the waiting thread and the toolkit's answer, which may come after the wait was given
 // up.
 struct ClipboardAnswer {
@@ -88,6 +104,29 @@ void CConsole::setClipboardText(const Westring& text) {
   const Estring utf8 = toDisplayUtf8(text.data());
   ToolkitLock lock;
   if (lock.usable()) gtk_clipboard_set_text(clipboard(), utf8.data(), -1);
+}
+
+void CConsole::offerClipboardText(std::function<std::string()> text) {
+  ToolkitLock lock;
+  if (!lock.usable()) return;
+  GtkTargetList* const list = gtk_target_list_new(nullptr, 0);
+  gtk_target_list_add_text_targets(list, 0);
+  gint count = 0;
+  GtkTargetEntry* const targets = gtk_target_table_new_from_list(list, &count);
+  impl_->clipboardOffer = std::make_shared<std::atomic<bool>>(true);
+  auto offered = std::make_unique<OfferedText>(std::move(text), impl_->clipboardOffer);
+  if (gtk_clipboard_set_with_data(clipboard(), targets, static_cast<guint>(count), onTextWanted,
+                                  onOfferEnded, offered.get())) {
+    static_cast<void>(offered.release());
+  } else {
+    *impl_->clipboardOffer = false;
+  }
+  gtk_target_table_free(targets, count);
+  gtk_target_list_unref(list);
+}
+
+bool CConsole::isClipboardOffered() const {
+  return impl_->clipboardOffer && *impl_->clipboardOffer;
 }
 
 // The answer comes on the toolkit thread, which needs the lock: it isn't held during the wait.

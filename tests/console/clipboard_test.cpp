@@ -1,5 +1,6 @@
 #include "console/clipboard.h"
 
+#include <atomic>
 #include <thread>
 
 #include "foundation/utf8.h"
@@ -21,6 +22,32 @@ TEST_F(Clipboard, GivesBackItsOwnText) {
 TEST_F(Clipboard, OffersItsTextToOtherPrograms) {
   clipboardSetText(Westring(L"for others \x00E4"));
   EXPECT_EQ(XKeys::get().readClipboard(), "for others \xC3\xA4");
+}
+
+TEST_F(Clipboard, AnOfferedTextIsMadeWhenAnotherProgramAsksForIt) {
+  std::atomic<int> made{0};
+  console->offerClipboardText([&made] {
+    ++made;
+    return std::string("made late \xC3\xA4");
+  });
+  EXPECT_TRUE(console->isClipboardOffered());
+  EXPECT_EQ(made, 0);
+  EXPECT_EQ(XKeys::get().readClipboard(), "made late \xC3\xA4");
+  EXPECT_GE(made, 1);
+  EXPECT_TRUE(console->isClipboardOffered());
+  clipboardSetText(Westring(L"another"));
+  EXPECT_FALSE(console->isClipboardOffered());
+}
+
+TEST_F(Clipboard, AnOfferEndsWhenAnotherProgramTakesTheClipboard) {
+  console->offerClipboardText([] { return std::string("ours"); });
+  console->offerClipboardText([] { return std::string("ours again"); });
+  EXPECT_TRUE(console->isClipboardOffered());
+  XKeys::get();
+  std::thread owner([] { XKeys::get().ownClipboard("theirs", PatienceMs); });
+  EXPECT_TRUE(waitUntil([] { return !console->isClipboardOffered(); }));
+  EXPECT_TRUE(waitUntil([] { return utf8(clipboardGetText()) == "theirs"; }));
+  owner.join();
 }
 
 TEST_F(Clipboard, BytesComeThroughTheCodePage) {

@@ -17,8 +17,9 @@ EditCommands joined(std::initializer_list<EditCommands (*)()> rooms) {
 }  // namespace
 
 const EditCommands& allEditCommands() {
-  static const EditCommands all = joined(
-      {moveCommands, typeCommands, deleteCommands, markCommands, undoCommands, optionCommands});
+  static const EditCommands all =
+      joined({moveCommands, typeCommands, deleteCommands, markCommands, undoCommands,
+              optionCommands, blockCommands, searchCommands, replaceCommands});
   return all;
 }
 

@@ -35,6 +35,9 @@ EditCommands deleteCommands();
 EditCommands markCommands();
 EditCommands undoCommands();
 EditCommands optionCommands();
+EditCommands blockCommands();
+EditCommands searchCommands();
+EditCommands replaceCommands();
 
 const EditCommands& allEditCommands();
 // The command of a key with these modifiers (ShiftState bits); null for none. Of several rows for

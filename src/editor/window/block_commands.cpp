@@ -1,0 +1,65 @@
+#include "editor/document/edit_clipboard.h"
+#include "editor/document/text_rules.h"
+#include "editor/window/desktop_clipboard.h"
+#include "editor/window/edit_command.h"
+#include "editor/window/mark_commands.h"
+#include "editor/window/text_editor.h"
+
+namespace {
+
+EditClipboard& clipboard() {
+  connectDesktopClipboard();
+  return editClipboard();
+}
+
+void copy(CTextEditor& editor) {
+  editor.stickyMark = false;
+  if (editor.hasBlock()) clipboard().set(editor.blockText());
+}
+
+void copyBehind(CTextEditor& editor) {
+  editor.stickyMark = false;
+  if (!editor.hasBlock()) return;
+  clipboard().append(editor.blockText(), editor.document.lineEndStyle());
+}
+
+void cut(CTextEditor& editor) {
+  copy(editor);
+  if (editor.hasBlock()) editor.changeBlock({});
+}
+
+void cutBehind(CTextEditor& editor) {
+  copyBehind(editor);
+  if (editor.hasBlock()) editor.changeBlock({});
+}
+
+void paste(CTextEditor& editor) {
+  editor.stickyMark = false;
+  const TextSpan text = clipboard().get(editor.document.lineEndStyle());
+  const TextPlace from = editor.block.active ? editor.block.start : editor.cursor();
+  const TextPlace to = editor.block.active ? editor.block.end : editor.cursor();
+  if (!text.empty() && fitsLine(editor.document, from, to, text)) editor.changeBlock(text);
+}
+
+void copyWord(CTextEditor& editor) {
+  selectWord(editor);
+  if (editor.hasBlock()) clipboard().set(editor.blockText());
+}
+
+}  // namespace
+
+EditCommands blockCommands() {
+  using namespace Key;
+  return {
+      {"Cut behind", {ShiftF4}, cutBehind},
+      {"Cut behind by letter", {ctrl('x')}, cutBehind, BlockUse::Drops, ShiftState::Shift},
+      {"Cut", {F4, ShiftDelete, ctrl('x')}, cut},
+      {"Copy behind", {ShiftF5}, copyBehind},
+      {"Copy behind, still marked", {CtrlShiftInsert}, copyBehind, BlockUse::Keeps},
+      {"Copy behind by letter", {ctrl('c')}, copyBehind, BlockUse::Keeps, ShiftState::Shift},
+      {"Copy", {F5}, copy},
+      {"Copy, still marked", {CtrlInsert, ctrl('c')}, copy, BlockUse::Keeps},
+      {"Paste", {F6, ShiftInsert, ctrl('v')}, paste},
+      {"Copy word", {ctrl('w')}, copyWord, BlockUse::Keeps},
+  };
+}
