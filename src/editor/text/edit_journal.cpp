@@ -1,0 +1,166 @@
+#include "editor/text/edit_journal.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "editor/text/edit_directory.h"
+#include "foundation/not_offered.h"
+#include "foundation/path_info.h"
+#include "foundation/place.h"
+#include "foundation/regular_file.h"
+#include "foundation/safe_file.h"
+#include "foundation/utf8.h"
+
+namespace {
+
+constexpr char NameStart[] = "journal-";
+constexpr unsigned Attempts = 100;
+constexpr int64_t NsPerMs = 1'000'000;
+constexpr size_t LargestJournal = size_t{1} << 32;
+
+std::string journalPath(unsigned attempt) {
+  const std::string unique = temporaryNameBeside("", attempt);
+  return bytePath(editDirectory()) + NameStart + unique.substr(unique.rfind('-') + 1);
+}
+
+// Without locks on this file system nobody can tell whether it is in use.
+int lockJournal(int file) {
+  return System::lock(file, LOCK_EX | LOCK_NB) == 0 || isNotOffered(errno) ? 0 : errno;
+}
+
+bool isUnchanged(const FileStamp& base, const FileStamp& now) {
+  return base.exists && now.exists && base.id == now.id && base.size == now.size &&
+         base.modified.tv_sec == now.modified.tv_sec &&
+         base.modified.tv_nsec == now.modified.tv_nsec;
+}
+
+}  // namespace
+
+void EditJournal::begin(JournalBase base) {
+  end();
+  base_ = std::move(base);
+}
+
+int EditJournal::create() {
+  if (const int error = makeEditDirectory()) return error;
+  constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  int error = EEXIST;
+  for (unsigned attempt = 0; error == EEXIST && attempt < Attempts; ++attempt) {
+    path_ = journalPath(attempt);
+    file_ = Descriptor(System::open(path_.c_str(), flags, SafeFile::PrivateMode));
+    error = file_.valid() ? lockJournal(file_.get()) : errno;
+  }
+  if (error == 0) error = append(journalHead(base_));
+  if (error == 0) return 0;
+  if (file_.valid()) System::unlink(path_.c_str());
+  file_.reset();
+  path_.clear();
+  size_ = 0;
+  return error;
+}
+
+// All of it or nothing.
+int EditJournal::append(const std::string& bytes) {
+  size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t count = System::write(file_.get(), bytes.data() + done, bytes.size() - done);
+    if (count <= 0) {
+      const int error = count < 0 ? errno : EIO;
+      System::truncate(file_.get(), size_);
+      System::seek(file_.get(), size_, SEEK_SET);
+      return error;
+    }
+    done += static_cast<size_t>(count);
+  }
+  size_ += static_cast<off_t>(bytes.size());
+  return 0;
+}
+
+int EditJournal::add(JournalStep step, Bytes bytes) {
+  if (waiting_.empty()) waitingSince_ = clock_.nanoseconds();
+  waiting_.push_back({std::move(step), std::move(bytes)});
+  const bool isDue = waiting_.size() >= MostWaiting || dueIn() == 0;
+  return isDue ? flush() : 0;
+}
+
+std::optional<uint32_t> EditJournal::dueIn() const {
+  if (waiting_.empty()) return {};
+  const int64_t left = waitingSince_ + LongestWaitNs - clock_.nanoseconds();
+  return static_cast<uint32_t>(std::max<int64_t>((left + NsPerMs - 1) / NsPerMs, 0));
+}
+
+int EditJournal::flush() {
+  if (waiting_.empty()) return 0;
+  // After an error the next attempt is not made at once.
+  waitingSince_ = clock_.nanoseconds();
+  if (!file_.valid()) {
+    if (const int error = create()) return error;
+  }
+  std::string records;
+  for (Waiting& waiting : waiting_) {
+    if (waiting.bytes) waiting.step.bytes = waiting.bytes();
+    appendRecord(waiting.step, records);
+    if (waiting.bytes) waiting.step.bytes.clear();
+  }
+  const int error = append(records);
+  if (error == 0) waiting_.clear();
+  return error;
+}
+
+int EditJournal::addWholeText(std::string_view path) {
+  if (const int error = flush()) return error;
+  if (!file_.valid()) {
+    if (const int error = create()) return error;
+  }
+  std::string record;
+  appendWholeText(path, record);
+  return append(record);
+}
+
+int EditJournal::end() {
+  waiting_.clear();
+  if (!file_.valid()) return 0;
+  const int error = System::unlink(path_.c_str()) == 0 || errno == ENOENT ? 0 : errno;
+  // What can't be removed is at least no text any more.
+  if (error != 0) System::truncate(file_.get(), 0);
+  file_.reset();
+  path_.clear();
+  size_ = 0;
+  return error;
+}
+
+int LeftJournal::remove() const {
+  return System::unlink(path_.c_str()) == 0 ? 0 : errno;
+}
+
+bool LeftJournal::read(const std::string& path) {
+  path_ = path;
+  if (openRegularFile(decodeFileName(path.c_str()), file_, Links::Refuse) != 0) return false;
+  isInUse_ = lockJournal(file_.get()) != 0;
+  std::string bytes;
+  if (readWhole(file_, bytes, LargestJournal) != 0) return false;
+  std::optional<JournalContent> content = readJournal(bytes);
+  if (!content) return false;
+  content_ = std::move(*content);
+  if (isInUse_) content_.steps.clear();
+  return true;
+}
+
+std::vector<LeftJournal> findJournals(const Westring& file, const FileStamp& now) {
+  std::vector<LeftJournal> found;
+  const std::string directory = bytePath(editDirectory());
+  const std::string path = bytePath(file);
+  std::vector<std::string> names;
+  if (directory.empty() || listNames(directory.c_str(), names) != 0) return found;
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names) {
+    LeftJournal journal;
+    if (!name.starts_with(NameStart) || !journal.read(directory + name)) continue;
+    journal.fits_ = isUnchanged(journal.content_.base.stamp, now);
+    if (journal.content_.base.path == path || journal.fits_) found.push_back(std::move(journal));
+  }
+  return found;
+}

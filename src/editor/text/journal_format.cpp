@@ -1,0 +1,173 @@
+#include "editor/text/journal_format.h"
+
+#include <array>
+#include <cstring>
+
+namespace {
+
+constexpr std::string_view Magic = "td-edit 1\n";
+constexpr char HeadKind = 'H';
+constexpr char WholeTextKind = 'W';
+constexpr size_t NumberSize = 8;
+constexpr size_t RecordHead = 1 + 2 * NumberSize;  // kind, length, check sum
+
+void appendNumber(uint64_t number, std::string& out) {
+  for (size_t i = 0; i < NumberSize; ++i) out += static_cast<char>(number >> (8 * i));
+}
+
+uint64_t numberAt(std::string_view bytes, size_t at) {
+  uint64_t number = 0;
+  for (size_t i = NumberSize; i-- > 0;) {
+    number = number << 8 | static_cast<unsigned char>(bytes[at + i]);
+  }
+  return number;
+}
+
+// The same on every machine and in every run.
+uint64_t checkSum(char kind, std::string_view payload) {
+  constexpr uint64_t Prime = 0x9E3779B97F4A7C15;
+  uint64_t sum = (payload.size() + 1) * Prime ^ static_cast<unsigned char>(kind);
+  while (payload.size() >= NumberSize) {
+    sum = (sum ^ numberAt(payload, 0)) * Prime;
+    sum ^= sum >> 29;
+    payload.remove_prefix(NumberSize);
+  }
+  for (const char byte : payload) sum = (sum ^ static_cast<unsigned char>(byte)) * Prime;
+  return sum ^ sum >> 32;
+}
+
+void appendPayload(char kind, std::string_view payload, std::string& out) {
+  out += kind;
+  appendNumber(payload.size(), out);
+  appendNumber(checkSum(kind, payload), out);
+  out.append(payload);
+}
+
+// Numbers one after the other, then text.
+class PayloadReader {
+ public:
+  explicit PayloadReader(std::string_view payload) : rest_(payload) {}
+
+  int64_t number() {
+    if (rest_.size() < NumberSize) {
+      good_ = false;
+      return 0;
+    }
+    const auto result = static_cast<int64_t>(numberAt(rest_, 0));
+    rest_.remove_prefix(NumberSize);
+    return result;
+  }
+  StoredPlace place() {
+    const int64_t line = number();
+    return {line, number()};
+  }
+  std::string rest() const { return std::string(rest_); }
+  bool good() const { return good_; }
+
+ private:
+  std::string_view rest_;
+  bool good_ = true;
+};
+
+bool readBase(std::string_view payload, JournalBase& base) {
+  PayloadReader reader(payload);
+  base.stamp.exists = reader.number() != 0;
+  base.stamp.id.device = static_cast<dev_t>(reader.number());
+  base.stamp.id.inode = static_cast<ino_t>(reader.number());
+  base.stamp.size = reader.number();
+  base.stamp.modified.tv_sec = reader.number();
+  base.stamp.modified.tv_nsec = reader.number();
+  const int64_t format = reader.number();
+  base.encoding.format = static_cast<TextFormat>(format);
+  base.encoding.page = static_cast<int>(reader.number());
+  base.hasMark = reader.number() != 0;
+  base.path = reader.rest();
+  return reader.good() && format >= 0 && format < static_cast<int64_t>(TextFormat::Undetermined);
+}
+
+bool isPlace(const StoredPlace& place) {
+  return place.line >= 0 && place.index >= 0;
+}
+
+bool readStep(char kind, std::string_view payload, JournalStep& step) {
+  PayloadReader reader(payload);
+  step.kind = static_cast<JournalStep::Kind>(kind);
+  step.from = reader.place();
+  step.to = reader.place();
+  step.value = reader.number();
+  step.bytes = reader.rest();
+  const bool known = step.kind == JournalStep::Kind::Replace ||
+                     step.kind == JournalStep::Kind::LineEnds ||
+                     step.kind == JournalStep::Kind::Recode || step.kind == JournalStep::Kind::Mark;
+  return known && reader.good() && isPlace(step.from) && isPlace(step.to);
+}
+
+// The record at `at`, which moves behind it. False when there is no whole one.
+bool nextRecord(std::string_view bytes, size_t& at, char& kind, std::string_view& payload) {
+  if (bytes.size() - at < RecordHead) return false;
+  kind = bytes[at];
+  const uint64_t length = numberAt(bytes, at + 1);
+  const uint64_t sum = numberAt(bytes, at + 1 + NumberSize);
+  if (length > bytes.size() - at - RecordHead) return false;
+  payload = bytes.substr(at + RecordHead, length);
+  if (checkSum(kind, payload) != sum) return false;
+  at += RecordHead + length;
+  return true;
+}
+
+}  // namespace
+
+std::string journalHead(const JournalBase& base) {
+  std::string payload;
+  appendNumber(base.stamp.exists, payload);
+  appendNumber(base.stamp.id.device, payload);
+  appendNumber(base.stamp.id.inode, payload);
+  appendNumber(static_cast<uint64_t>(base.stamp.size), payload);
+  appendNumber(static_cast<uint64_t>(base.stamp.modified.tv_sec), payload);
+  appendNumber(static_cast<uint64_t>(base.stamp.modified.tv_nsec), payload);
+  appendNumber(static_cast<uint64_t>(base.encoding.format), payload);
+  appendNumber(static_cast<uint64_t>(resolvedPage(base.encoding.page)), payload);
+  appendNumber(base.hasMark, payload);
+  payload += base.path;
+  std::string out(Magic);
+  appendPayload(HeadKind, payload, out);
+  return out;
+}
+
+void appendRecord(const JournalStep& step, std::string& out) {
+  std::string payload;
+  payload.reserve(5 * NumberSize + step.bytes.size());
+  for (const StoredPlace& place : {step.from, step.to}) {
+    appendNumber(static_cast<uint64_t>(place.line), payload);
+    appendNumber(static_cast<uint64_t>(place.index), payload);
+  }
+  appendNumber(static_cast<uint64_t>(step.value), payload);
+  payload += step.bytes;
+  appendPayload(static_cast<char>(step.kind), payload, out);
+}
+
+void appendWholeText(std::string_view path, std::string& out) {
+  appendPayload(WholeTextKind, path, out);
+}
+
+std::optional<JournalContent> readJournal(std::string_view bytes) {
+  if (!bytes.starts_with(Magic)) return {};
+  JournalContent content;
+  char kind = 0;
+  std::string_view payload;
+  size_t at = Magic.size();
+  if (!nextRecord(bytes, at, kind, payload) || kind != HeadKind) return {};
+  if (!readBase(payload, content.base)) return {};
+  content.wholeBytes = at;
+  while (nextRecord(bytes, at, kind, payload)) {
+    if (kind == WholeTextKind) {
+      content.wholeText = payload;
+    } else {
+      JournalStep step;
+      if (!readStep(kind, payload, step)) break;
+      content.steps.push_back(std::move(step));
+    }
+    content.wholeBytes = at;
+  }
+  return content;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "editor/text/file_status_store.h"
+#include "editor/text/text_encoding.h"
+#include "foundation/file_stamp.h"
+
+// A journal as bytes: a head, then records, each with its length and a check sum, so that a file
+// that a crash has cut or damaged is read up to the last whole record.
+
+// The text that the steps of a journal change.
+struct JournalBase {
+  std::string path;  // of the file, absolute
+  FileStamp stamp;   // as it was read or saved last
+  TextEncoding encoding;
+  bool hasMark = false;
+};
+
+// One change of a text. What it needs beside the places is its own business.
+struct JournalStep {
+  enum class Kind : uint8_t {
+    Replace = 'R',   // the text from `from` to `to` by `bytes`
+    LineEnds = 'L',  // all lines get the style `value`
+    Recode = 'C',    // read in the code page `value`
+    Mark = 'M'       // with a byte order mark if `value` isn't 0
+  };
+
+  Kind kind = Kind::Replace;
+  StoredPlace from;
+  StoredPlace to;
+  int64_t value = 0;
+  std::string bytes;
+
+  friend bool operator==(const JournalStep&, const JournalStep&) = default;
+};
+
+struct JournalContent {
+  JournalBase base;
+  std::vector<JournalStep> steps;
+  std::string wholeText;  // the path of a file with all of the text, for one that a save may tear
+  size_t wholeBytes = 0;  // how much of the journal could be read
+};
+
+std::string journalHead(const JournalBase& base);
+void appendRecord(const JournalStep& step, std::string& out);
+void appendWholeText(std::string_view path, std::string& out);
+
+// Nothing without a whole head.
+std::optional<JournalContent> readJournal(std::string_view bytes);
