@@ -68,27 +68,36 @@ size_t findLastEndOf(std::string_view bytes, Unit cr, Unit lf) {
   return UnitScan::None;
 }
 
-template <class Unit>
-size_t countOf(std::string_view bytes, Unit wanted) {
+// How many units are `first`, with `second` behind them unless that is `Anything`.
+enum class Behind { Anything, Second };
+
+template <class Unit, Behind behind>
+size_t countOf(std::string_view bytes, Unit first, Unit second) {
+  constexpr size_t Seen = behind == Behind::Second ? sizeof(Unit) : 0;  // behind a unit
   const char* const data = bytes.data();
   size_t count = 0;
   size_t at = 0;
   // Each place of a vector counts for itself, in a unit, whose sign must stay.
   constexpr size_t Rounds = 127;
   using Hits = decltype(Vector<Unit>{} == Unit{});
-  while (at + 64 <= bytes.size()) {
+  while (at + 64 + Seen <= bytes.size()) {
     Hits sums[4] = {};
-    for (size_t round = 0; round < Rounds && at + 64 <= bytes.size(); ++round, at += 64) {
+    for (size_t round = 0; round < Rounds && at + 64 + Seen <= bytes.size(); ++round, at += 64) {
       for (size_t part = 0; part < 4; ++part) {
-        sums[part] -= load<Vector<Unit>>(data + at + part * 16) == wanted;
+        const char* const units = data + at + part * 16;
+        auto hits = load<Vector<Unit>>(units) == first;
+        if (behind == Behind::Second) hits &= load<Vector<Unit>>(units + Seen) == second;
+        sums[part] -= hits;
       }
     }
     for (const Hits& sum : sums) {
       for (size_t i = 0; i < 16 / sizeof(Unit); ++i) count += static_cast<size_t>(sum[i]);
     }
   }
-  for (; at + sizeof(Unit) <= bytes.size(); at += sizeof(Unit)) {
-    if (load<Unit>(data + at) == wanted) ++count;
+  for (; at + sizeof(Unit) + Seen <= bytes.size(); at += sizeof(Unit)) {
+    if (load<Unit>(data + at) == first && (Seen == 0 || load<Unit>(data + at + Seen) == second)) {
+      ++count;
+    }
   }
   return count;
 }
@@ -145,6 +154,14 @@ size_t UnitScan::findLastEnd(std::string_view bytes) const {
 size_t UnitScan::countEnds(std::string_view bytes, EndKind kind) const {
   return withUnit(width_, [&](auto type) {
     using Unit = decltype(type);
-    return countOf<Unit>(bytes, static_cast<Unit>(kind == EndKind::Cr ? cr_ : lf_));
+    const auto wanted = static_cast<Unit>(kind == EndKind::Cr ? cr_ : lf_);
+    return countOf<Unit, Behind::Anything>(bytes, wanted, wanted);
+  });
+}
+
+size_t UnitScan::countCrLf(std::string_view bytes) const {
+  return withUnit(width_, [&](auto type) {
+    using Unit = decltype(type);
+    return countOf<Unit, Behind::Second>(bytes, static_cast<Unit>(cr_), static_cast<Unit>(lf_));
   });
 }

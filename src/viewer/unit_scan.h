@@ -20,6 +20,7 @@ class UnitScan {
   size_t findEnd(std::string_view bytes, size_t from) const;  // the first at or behind `from`
   size_t findLastEnd(std::string_view bytes) const;
   size_t countEnds(std::string_view bytes, EndKind kind) const;
+  size_t countCrLf(std::string_view bytes) const;  // CRs with an LF behind them
 
  private:
   size_t width_;

@@ -11,7 +11,8 @@
 // it is known but what lies around the positions that were asked for. Application thread.
 class ViewedFile {
  public:
-  explicit ViewedFile(const ViewLimits& limits = {}) : bytes_(limits), lines_(bytes_, limits) {}
+  explicit ViewedFile(const ViewLimits& limits = {})
+      : limits_(limits), bytes_(limits), lines_(bytes_, limits) {}
 
   // Opens the file and finds out its encoding; one that is remembered counts unless the file has a
   // mark. 0, or what errorText tells.
@@ -55,10 +56,12 @@ class ViewedFile {
   // Up to `count` bytes, fewer at the end and where they can't be read; `error` tells why then.
   std::string bytesAt(int64_t position, int64_t count, int& error);
 
+  const ViewLimits& limits() const { return limits_; }
   FileBytes& bytes() { return bytes_; }
   LineFinder& lines() { return lines_; }
 
  private:
+  const ViewLimits limits_;
   FileBytes bytes_;
   LineFinder lines_;
   TextEncoding encoding_;

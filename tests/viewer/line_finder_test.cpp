@@ -2,9 +2,10 @@
 
 #include <random>
 
-#include "support/fault_hook.h"
 #include "support/temp_dir.h"
 #include "viewer/naive_lines.h"
+#include "viewer/random_text.h"
+#include "viewer/read_hook.h"
 #include "viewer/viewed_file.h"
 
 namespace {
@@ -47,31 +48,6 @@ void expectLines(const std::string& bytes, TextFormat format, int64_t block, int
   EXPECT_EQ(forwardStarts(file), naive.starts()) << "forward, " << what;
   EXPECT_EQ(backwardStarts(file), naive.starts()) << "backward, " << what;
   EXPECT_EQ(startsOfAll(file), naive.starts()) << "from every byte, " << what;
-}
-
-void appendUnit(std::string& bytes, uint32_t character, TextFormat format) {
-  const std::wstring text(1, static_cast<wchar_t>(character));
-  encodeText(text, {format}, bytes);
-}
-
-// Stretches of text, of each line end and of mixtures, in lengths around those that matter.
-std::string randomText(std::mt19937& random, TextFormat format, size_t size) {
-  static const uint32_t Characters[] = {'a', ' ', 0, 0xE9, 0x20AC, 0x1F600, 'z', '\t'};
-  std::string bytes;
-  while (bytes.size() < size) {
-    const unsigned kind = random() % 8;
-    const unsigned count = random() % 4 == 0 ? random() % 200 : random() % 12;
-    for (unsigned i = 0; i < count; ++i) {
-      const uint32_t turns[] = {'\r', '\n'};
-      if (kind < 5) appendUnit(bytes, Characters[random() % 8], format);
-      if (kind == 5) appendUnit(bytes, turns[random() % 2], format);
-      if (kind == 6) appendUnit(bytes, turns[i % 2], format);
-      if (kind == 7) appendUnit(bytes, '\n', format);
-    }
-    if (random() % 3 == 0) appendUnit(bytes, '\n', format);
-  }
-  bytes.resize(size);  // may end in less than a unit
-  return bytes;
 }
 
 }  // namespace
@@ -152,16 +128,10 @@ TEST(LineFinder, WhatCannotBeReadIsALineOfItsOwn) {
   TempDir dir;
   dir.write("file", bytes);
   ViewedFile file;
-  int reads = 0;
-  System::setHook(
-      [](const char* call, const char*, void* count) {
-        return strcmp(call, "readAt") == 0 && ++*static_cast<int*>(count) == 1 ? EIO : 0;
-      },
-      &reads);
+  ReadHook hook(1, EIO);
   ASSERT_EQ(file.open(dir.wide("file"), {TextFormat::Utf8}), 0);
   const std::vector<int64_t> starts = forwardStarts(file);
-  System::setHook(nullptr, nullptr);
-  EXPECT_EQ(reads, 2);
+  EXPECT_EQ(hook.reads(), 2);
   const NaiveLines naive(bytes, TextFormat::Utf8, 0, int64_t{1} << 20, {{0, FileBytes::PieceSize}});
   EXPECT_EQ(starts, naive.starts());
   EXPECT_EQ(backwardStarts(file), naive.starts());

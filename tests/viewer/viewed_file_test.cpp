@@ -9,6 +9,7 @@
 #include "foundation/status.h"
 #include "support/fault_hook.h"
 #include "support/files.h"
+#include "viewer/read_hook.h"
 
 TEST(ViewedFile, OnlyFilesAreOpened) {
   TempDir dir;
@@ -165,7 +166,7 @@ TEST(ViewedFile, TheEndOfASparseFileOfTenGibIsNear) {
   const int64_t size = int64_t{10} << 30;
   ASSERT_EQ(truncate(dir.path("file").c_str(), size), 0);
   ViewedFile file;
-  const FaultHook calls;
+  const ReadHook hook;
   ASSERT_EQ(file.open(dir.wide("file"), {TextFormat::Utf8}), 0);
   int64_t at = size;
   for (int row = 0; row < 50; ++row) {
@@ -173,7 +174,7 @@ TEST(ViewedFile, TheEndOfASparseFileOfTenGibIsNear) {
     EXPECT_EQ(at, size - (row + 1) * (int64_t{1} << 20));
   }
   // Each byte of these rows is read once, and of one row more.
-  EXPECT_LE(calls.calls("readAt"), 52 * 4);
+  EXPECT_LE(hook.reads(), 52 * 4);
   EXPECT_EQ(file.text(file.lineAt(at), 80), std::wstring(80, L' '));
   EXPECT_EQ(file.startOf(5), 0);
 }
