@@ -27,6 +27,12 @@ class DataPathsTest : public testing::Test {
   }
 };
 
+TEST_F(DataPathsTest, TheUsersDirectoryIsInHomeOrBesideTheConfigurationFile) {
+  EXPECT_STREQ(userDirectory().data(), L"/home/user/.tdx/");
+  setConfigurationFile(L"/etc/td/own.ini");
+  EXPECT_STREQ(userDirectory().data(), L"/etc/td/");
+}
+
 TEST_F(DataPathsTest, EveryKindHasItsPlace) {
   EXPECT_EQ(path(DataFile::Help), "/usr/share/tandemdeck/td.tdh");
   EXPECT_EQ(path(DataFile::Manual), "/usr/share/doc/tandemdeck/manual/td.html");

@@ -3,11 +3,16 @@
 #include <fcntl.h>
 
 #include <gtest/gtest.h>
+#include <sys/xattr.h>
+
+#include <cerrno>
 
 #include "foundation/dos_time.h"
 #include "foundation/system.h"
 #include "support/as_user.h"
+#include "support/fault_hook.h"
 #include "support/files.h"
+#include "support/temp_dir.h"
 
 namespace {
 
@@ -87,4 +92,31 @@ TEST(KeptMode, RootCopyingAnothersSetUidProgramDropsTheBit) {
   const Descriptor fd(::open(dir.path("copy").c_str(), O_RDWR | O_CLOEXEC));
   keepMode(fd.get(), source);
   EXPECT_EQ(dir.mode("copy"), 0755U);
+}
+
+TEST(KeptAttributes, OwnerModeAndEachAttributeAreCompared) {
+  TempDir dir;
+  dir.write("a", "");
+  dir.write("b", "another content");
+  const auto same = [&] {
+    const Descriptor a(open(dir.path("a").c_str(), O_RDONLY));
+    const Descriptor b(open(dir.path("b").c_str(), O_PATH));
+    bool result = false;
+    EXPECT_EQ(compareAttributes(a.get(), b.get(), result), 0);
+    return result;
+  };
+  EXPECT_TRUE(same());
+  dir.chmod("a", 0600);
+  dir.chmod("b", 0640);
+  EXPECT_FALSE(same());
+  dir.chmod("b", 0600);
+  EXPECT_TRUE(same());
+  ASSERT_EQ(setxattr(dir.path("a").c_str(), "user.note", "one", 3, 0), 0);
+  EXPECT_FALSE(same());
+  ASSERT_EQ(setxattr(dir.path("b").c_str(), "user.note", "two", 3, 0), 0);
+  EXPECT_FALSE(same());
+  ASSERT_EQ(setxattr(dir.path("b").c_str(), "user.note", "one", 3, 0), 0);
+  EXPECT_TRUE(same());
+  FaultHook unreadable("getAttribute", EACCES);
+  EXPECT_FALSE(same());
 }

@@ -469,4 +469,51 @@ TEST_F(StampedFile, WhatAppearsAtTheLastMomentIsNotReplaced) {
   EXPECT_EQ(dir.names(), Names{"target"});
 }
 
+TEST_F(SafeFileTest, ItsStepsGiveTheSameAsACommit) {
+  dir.write("target", OldText);
+  dir.chmod("target", 0640);
+  SafeFile file;
+  ASSERT_EQ(file.create(dir.wide("target")), 0);
+  ASSERT_EQ(file.write(NewText.data(), NewText.size()), 0);
+  EXPECT_EQ(file.dressExactly(), 0);
+  EXPECT_EQ(file.flush(), 0);
+  EXPECT_EQ(dir.read("target"), OldText);
+  EXPECT_EQ(file.takeName(), 0);
+  EXPECT_EQ(dir.read("target"), NewText);
+  EXPECT_EQ(dir.mode("target"), 0640u);
+  EXPECT_EQ(dir.names(), Names{"target"});
+}
+
+TEST_F(SafeFileTest, AttributesThatCannotBeKeptAreToldAndTheNewFileStays) {
+  dir.write("target", OldText);
+  ASSERT_EQ(setxattr(dir.path("target").c_str(), "user.note", "kept", 4, 0), 0);
+  SafeFile file;
+  ASSERT_EQ(file.create(dir.wide("target")), 0);
+  {
+    FaultHook refused("setAttribute", EOPNOTSUPP);
+    EXPECT_EQ(file.dressExactly(), Status::NotOffered);
+  }
+  EXPECT_EQ(dir.names().size(), 2u);
+  file.discard();
+  EXPECT_EQ(dir.names(), Names{"target"});
+}
+
+TEST_F(SafeFileTest, ARefusedNameLeavesTheNewFileWhereItIs) {
+  dir.write("target", OldText);
+  SafeFile file;
+  ASSERT_EQ(file.create(dir.wide("target")), 0);
+  ASSERT_EQ(file.write(NewText.data(), NewText.size()), 0);
+  ASSERT_EQ(file.flush(), 0);
+  const std::string path = file.temporaryPath();
+  {
+    FaultHook busy("renameAt", EBUSY);
+    EXPECT_EQ(file.takeName(), EBUSY);
+  }
+  EXPECT_FALSE(file.stamp().exists);
+  file.keep();
+  EXPECT_EQ(file.temporaryPath(), "");
+  EXPECT_EQ(dir.read("target"), OldText);
+  EXPECT_EQ(dir.read(path.substr(dir.path().size() + 1)), NewText);
+}
+
 }  // namespace

@@ -123,6 +123,19 @@ TEST(System, RenameWithoutReplacingNeverGuesses) {
   EXPECT_EQ(dir.read("to"), "old");
 }
 
+TEST(System, ReservedRoomChangesNeitherSizeNorContent) {
+  TempDir dir;
+  dir.write("file", "text");
+  const Descriptor file(System::open(dir.path("file").c_str(), O_RDWR));
+  constexpr off_t Room = 1 << 20;
+  ASSERT_EQ(System::reserve(file.get(), Room), 0);
+  struct stat info;
+  ASSERT_EQ(System::fstat(file.get(), &info), 0);
+  EXPECT_EQ(info.st_size, 4);
+  EXPECT_GE(info.st_blocks * 512, Room);
+  EXPECT_EQ(dir.read("file"), "text");
+}
+
 TEST(System, TheEndOfADirectoryIsNoError) {
   const TempDir dir;
   DIR* directory = System::openDirectory(dir.path().c_str());
