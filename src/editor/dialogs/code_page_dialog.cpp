@@ -1,7 +1,10 @@
 #include "editor/dialogs/code_page_dialog.h"
 
+#include "editor/text/code_page_list.h"
 #include "foundation/utf8.h"
 #include "options/colours.h"
+#include "options/options.h"
+#include "ui/alert.h"
 #include "ui/dialog.h"
 
 namespace {
@@ -24,6 +27,20 @@ bool askCodePageList(Estring& list) {
   if (key == Key::Esc || key == Dialog::ProgramEnds) return false;
   list = toUtf8(text);
   return true;
+}
+
+int stepCodePage() {
+  const CodePageList::Step step = codePageList().next();
+  if (step.number == CodePageList::Number::Unknown) {
+    alert("Invalid code page", Westring(), AlertButtons::Ok, AlertColour::Error);
+  }
+  return step.page;
+}
+
+std::optional<int> askCodePage() {
+  if (!askCodePageList(GlobalOptions::TranslateCP)) return std::nullopt;
+  codePageList().restart();
+  return stepCodePage();
 }
 
 }  // namespace TDEditor
