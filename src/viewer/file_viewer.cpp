@@ -34,6 +34,7 @@ CViewer::CViewer(const Westring& path, CClock& clock)
       openResult_(file_.open(path, rememberedEncoding(path))),
       page_(file_, console->columns(), console->rows() - RowsAround),
       painter_(file_, page_),
+      counter_(file_),
       repeat_(clock) {}
 
 Key::Code CViewer::view(int64_t position) {
@@ -52,7 +53,7 @@ void CViewer::goToStart(int64_t position) {
   page_.home();
   const HISTREC* record = fileStatusStore().find(FileStatusStore::keyOfPath(path_));
   if (position != AnyPosition) {
-    if (position < file_.size()) showHit(position, behindCharacter(position));
+    if (position < file_.size()) showHit(hitAt(position));
   } else if (record && record->viewerPosition != HISTREC::Unset) {
     if (record->viewerPosition < file_.size()) page_.goTo(record->viewerPosition);
   } else if (record) {

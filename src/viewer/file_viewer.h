@@ -10,6 +10,7 @@
 #include "ui/win.h"
 #include "viewer/follow_window.h"
 #include "viewer/key_repeat.h"
+#include "viewer/line_counter.h"
 #include "viewer/page_painter.h"
 #include "viewer/view_page.h"
 #include "viewer/viewed_file.h"
@@ -55,15 +56,22 @@ class CViewer : private Screen {
   void toggleWrap();
   void setTabWidth(int width);
   void selectEncoding();
+  void nextCodePage();
+  void chooseCodePages();
   void setEncoding(const TextEncoding& encoding);
   void repaint();
   void follow();
   void followChanges();
 
   // file_viewer_search.cpp
-  int64_t behindCharacter(int64_t position);
-  void showHit(int64_t from, int64_t to);
-  bool goToLine(int64_t number);
+  void askAndSearch(bool reverse);
+  void search(bool reverse);
+  int64_t searchStart(bool reverse);
+  bool hitShows();
+  Hit hitAt(int64_t position);
+  void showHit(const Hit& hit);
+  void askLine();
+  LineCounter::Place goToLine(int64_t line);  // from 0
   void askOffset();
 
   const Westring path_;
@@ -72,6 +80,7 @@ class CViewer : private Screen {
   const int openResult_;
   ViewPage page_;
   PagePainter painter_;
+  LineCounter counter_;
   std::optional<Win> window_;
   KeyRepeat repeat_;
   KeyBarPress keyBar_;

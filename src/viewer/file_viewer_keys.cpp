@@ -1,7 +1,9 @@
 // What the keys of the viewer do.
 
 #include "console/console.h"
+#include "editor/dialogs/code_page_dialog.h"
 #include "editor/dialogs/format_dialog.h"
+#include "editor/text/search_values.h"
 #include "options/options.h"
 #include "ui/help_window.h"
 #include "viewer/file_viewer.h"
@@ -18,6 +20,11 @@ const CViewer::KeyRow CViewer::keyTable[] = {
     {Key::F1, [](CViewer&) { helpWindow()->show(HelpTopic::Viewer); }},
     {Key::F2, [](CViewer& viewer) { viewer.toggleWrap(); }},
     {Key::F4, [](CViewer& viewer) { viewer.page_.toggleHex(); }},
+    {Key::F7, [](CViewer& viewer) { viewer.askAndSearch(searchValues().reverse); }},
+    {'/', [](CViewer& viewer) { viewer.askAndSearch(false); }},
+    {'?', [](CViewer& viewer) { viewer.askAndSearch(true); }},
+    {Key::ShiftF7, [](CViewer& viewer) { viewer.search(searchValues().reverse); }},
+    {Key::AltF7, [](CViewer& viewer) { viewer.search(!searchValues().reverse); }},
     {Key::F8, [](CViewer& viewer) { viewer.page_.home(); }},
     {Key::Home, [](CViewer& viewer) { viewer.page_.home(); }},
     {Key::CtrlPageUp, [](CViewer& viewer) { viewer.page_.home(); }},
@@ -37,8 +44,11 @@ const CViewer::KeyRow CViewer::keyTable[] = {
      [](CViewer& viewer) { viewer.page_.right(viewer.page_.hex() ? HexBytes : Columns); }},
     {Key::CtrlLeft, [](CViewer& viewer) { viewer.page_.left(ManyColumns); }},
     {Key::CtrlRight, [](CViewer& viewer) { viewer.page_.right(ManyColumns); }},
+    {Key::alt('l'), [](CViewer& viewer) { viewer.askLine(); }},
     {Key::alt('o'), [](CViewer& viewer) { viewer.askOffset(); }},
     {Key::alt('e'), [](CViewer& viewer) { viewer.selectEncoding(); }},
+    {Key::alt('t'), [](CViewer& viewer) { viewer.nextCodePage(); }},
+    {Key::alt('c'), [](CViewer& viewer) { viewer.chooseCodePages(); }},
     {Key::alt('f'), [](CViewer& viewer) { viewer.follow(); }},
     {Key::alt('1'), [](CViewer& viewer) { viewer.setTabWidth(1); }},
     {Key::alt('2'), [](CViewer& viewer) { viewer.setTabWidth(2); }},
@@ -77,6 +87,16 @@ void CViewer::selectEncoding() {
   TDEditor::FormatChoice choice{file_.encoding(), file_.textStart() > 0};
   TDEditor::CFormatSelectDlg dialog(" Select File Encoding ", choice);
   if (dialog.ask(choice)) setEncoding(choice.encoding);
+}
+
+void CViewer::nextCodePage() {
+  if (file_.encoding().format != TextFormat::CodePage) return;
+  setEncoding({TextFormat::CodePage, TDEditor::stepCodePage()});
+}
+
+void CViewer::chooseCodePages() {
+  const std::optional<int> page = TDEditor::askCodePage();
+  if (page) setEncoding({TextFormat::CodePage, *page});
 }
 
 void CViewer::setEncoding(const TextEncoding& encoding) {

@@ -74,4 +74,153 @@ TEST_F(ViewerGoto, EscInTheDialogChangesNothing) {
   EXPECT_EQ(shot.row(1), "1");
 }
 
+TEST_F(ViewerGoto, ALineIsFoundByItsNumber) {
+  queueAnswer(Key::alt('l'), "500");
+  EXPECT_EQ(last(numbered(1000)).row(1), "500");
+  queueAnswer(Key::alt('l'), "1");
+  EXPECT_EQ(viewAgain().back().row(1), "1");
+}
+
+TEST_F(ViewerGoto, LinesAreCountedWithoutWrapping) {
+  queueAnswer(Key::alt('l'), "2");
+  EXPECT_EQ(last(std::string(1000, 'x') + "\nsecond\n" + numbered(50)).row(1), "second");
+}
+
+TEST_F(ViewerGoto, ALineBehindTheEndTellsHowManyThereAreAndTheViewStays) {
+  dir.write("file", numbered(50));
+  queueKey(Key::Down);
+  queueAnswer(Key::alt('l'), "51");
+  EXPECT_NE(boxOf("Only").find("Only 50 lines in this file"), std::string::npos);
+  EXPECT_EQ(shots.back().row(1), "2");
+}
+
+TEST_F(ViewerGoto, AHitIsMarkedInTheFifthRow) {
+  queueAnswer(Key::F7, "50");
+  const Shot shot = last(numbered(1000));
+  EXPECT_EQ(shot.row(5), "50");
+  EXPECT_TRUE(isMarked(shot, 0, 5));
+  EXPECT_TRUE(isMarked(shot, 1, 5));
+  EXPECT_FALSE(isMarked(shot, 2, 5));
+}
+
+TEST_F(ViewerGoto, AHitNearTheBeginningStaysInItsRow) {
+  queueAnswer(Key::F7, "3");
+  const Shot shot = last(numbered(1000));
+  EXPECT_EQ(shot.row(1), "1");
+  EXPECT_TRUE(isMarked(shot, 0, 3));
+}
+
+TEST_F(ViewerGoto, ASearchBeginsAtTheTopAndGoesOnBehindTheHit) {
+  queueKey(Key::PageDown);
+  queueAnswer('/', "5");  // line 25
+  queueKey(Key::ShiftF7);
+  queueKey(Key::ShiftF7);
+  shots = view(numbered(1000));
+  EXPECT_EQ(shots[2].row(5), "25");
+  EXPECT_EQ(shots[3].row(5), "35");
+  EXPECT_EQ(shots[4].row(5), "45");
+}
+
+TEST_F(ViewerGoto, TheOtherDirectionGoesBackFromTheHit) {
+  queueAnswer('/', "55");
+  for (Key::Code key : {Key::ShiftF7, Key::AltF7, Key::ShiftF7}) queueKey(key);
+  shots = view(numbered(1000));
+  EXPECT_EQ(shots[1].row(5), "55");
+  EXPECT_EQ(shots[2].row(5), "155");
+  EXPECT_EQ(shots[3].row(5), "55");
+  EXPECT_EQ(shots[4].row(5), "155") << "the direction itself stays";
+  EXPECT_FALSE(searchValues().reverse);
+}
+
+TEST_F(ViewerGoto, AQuestionMarkSearchesBackwardFromTheBottomAndF7KeepsTheDirection) {
+  queueKey(Key::End);
+  queueAnswer('?', "5");
+  queueAnswer(Key::F7, "4");
+  shots = view(numbered(1000));
+  EXPECT_EQ(shots[2].row(5), "995");
+  EXPECT_EQ(shots[3].row(5), "994");
+  EXPECT_TRUE(searchValues().reverse);
+}
+
+TEST_F(ViewerGoto, BackwardWithoutAHitItBeginsAtTheLastLineThatShows) {
+  queueAnswer('?', "2");
+  shots = view(numbered(1000));
+  EXPECT_TRUE(isMarked(shots[1], 1, 5)) << "22: what lies in the last row, 23, isn't searched";
+  EXPECT_EQ(shots[1].row(5), "22");
+}
+
+TEST_F(ViewerGoto, ANewSearchBeginsAtTheTopWhenTheHitShowsNoMore) {
+  queueAnswer('/', "900");
+  queueKey(Key::Home);
+  queueAnswer('/', "7");
+  shots = view(numbered(1000));
+  EXPECT_EQ(shots[1].row(5), "900");
+  EXPECT_TRUE(isMarked(shots[3], 0, 5));
+  EXPECT_EQ(shots[3].row(5), "7");
+}
+
+TEST_F(ViewerGoto, WhatIsNotThereIsTold) {
+  dir.write("file", numbered(50));
+  queueAnswer('/', "nowhere");
+  EXPECT_NE(boxOf("String").find("String not found"), std::string::npos);
+}
+
+TEST_F(ViewerGoto, ASearchForNothingDoesNothing) {
+  shots = view(numbered(50), {Key::ShiftF7, Key::AltF7, Key::F7, Key::Enter});
+  EXPECT_EQ(shots.back().row(1), "1");
+}
+
+TEST_F(ViewerGoto, EscInTheSearchDialogKeepsTextAndDirection) {
+  searchValues().text = L"kept";
+  queueKey('?');
+  queueText("other");
+  queueKey(Key::Esc);
+  view(numbered(50));
+  EXPECT_TRUE(searchValues().text == Westring(L"kept"));
+  EXPECT_FALSE(searchValues().reverse);
+}
+
+TEST_F(ViewerGoto, AWrappedRowWithTheHitIsTheFifth) {
+  std::string line;
+  for (int i = 0; i < 60; ++i) line += std::string(78, static_cast<char>('A' + i % 26)) + "--";
+  line.replace(40 * 80 + 10, 3, "hit");
+  queueAnswer('/', "hit");
+  const Shot shot = last(line + "\n");
+  EXPECT_EQ(shot.text(10, 5, 3), "hit");
+  for (int x = 10; x < 13; ++x) EXPECT_TRUE(isMarked(shot, x, 5));
+}
+
+TEST_F(ViewerGoto, AHitOverTheEndOfARowIsMarkedInBoth) {
+  queueAnswer('/', "hit");
+  const Shot shot = last(std::string(78, 'x') + "hit" + std::string(20, 'y'));
+  EXPECT_TRUE(isMarked(shot, 78, 1));
+  EXPECT_TRUE(isMarked(shot, 79, 1));
+  EXPECT_TRUE(isMarked(shot, 0, 2));
+  EXPECT_FALSE(isMarked(shot, 1, 2));
+}
+
+TEST_F(ViewerGoto, WithoutWrappingTheColumnsMoveToTheHitByFours) {
+  GlobalOptions::ViewerWrap = false;
+  queueAnswer('/', "hit");
+  const Shot shot = last(std::string(150, 'x') + "hit" + std::string(20, 'y'));
+  EXPECT_EQ(shot.text(74, 1, 6), "hityy\u00BB");
+}
+
+TEST_F(ViewerGoto, InHexTheCharactersOfTheHitAreMarked) {
+  queueKey(Key::F4);
+  queueAnswer('/', "hit");
+  const Shot shot = last(std::string(1000, 'x') + "hit" + std::string(1000, 'y'));
+  EXPECT_EQ(shot.text(0, 5, 8), "000003E0");
+  EXPECT_EQ(shot.text(72, 5, 3), "hit");
+  for (int x = 64; x < 80; ++x) EXPECT_EQ(isMarked(shot, x, 5), x >= 72 && x < 75) << x;
+}
+
+TEST_F(ViewerGoto, OpenedAtAHitOfTheLastSearchAllOfItIsMarked) {
+  searchValues().text = L"fifty";
+  const Shot shot = last(numbered(49) + "fifty\n" + numbered(50), {}, 9 * 2 + 40 * 3);
+  EXPECT_TRUE(isMarked(shot, 0, 5));
+  EXPECT_TRUE(isMarked(shot, 4, 5));
+  EXPECT_FALSE(isMarked(shot, 5, 5));
+}
+
 }  // namespace
