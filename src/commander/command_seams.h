@@ -19,9 +19,6 @@ struct CommandSeams {
   std::function<void(Panel&)> fileDateTime;
   std::function<void(Panel&)> makeSymbolicLink;
   std::function<void(Panel&)> makeObjects;
-  // `panel` is the viewer's list, or null.
-  std::function<void(const Westring& file, Panel* panel)> viewFile;
-  std::function<void(const Westring& file)> editFile;
 };
 
 CommandSeams& commandSeams();

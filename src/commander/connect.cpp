@@ -1,19 +1,19 @@
 #include "commander/connect.h"
 
-#include "commander/view_edit.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
 #include "shell/internal_programs.h"
 #include "tools/directory_history_window.h"
 #include "tools/panel_trees.h"
+#include "tools/view_list.h"
 #include "ui/help_window.h"
 
 namespace {
 
 class ViewerAndEditor : public InternalPrograms {
-  void view(const Westring& path) override { viewFile(path); }
-  void edit(const Westring& path) override { editFile(path); }
+  void view(const Westring& path) override { viewOne(path); }
+  void viewList(Panel& panel) override { ::viewList(panel); }
 };
 
 }  // namespace

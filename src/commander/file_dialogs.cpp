@@ -1,6 +1,5 @@
 #include "commander/file_dialogs.h"
 
-#include "commander/view_edit.h"
 #include "console/key_codes.h"
 #include "foundation/canonical_path.h"
 #include "foundation/names.h"
@@ -11,6 +10,7 @@
 #include "panels/model/panel_position.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/reader/directory_reader.h"
+#include "shell/internal_programs.h"
 #include "shell/process_command.h"
 #include "ui/alert.h"
 #include "ui/dialog.h"
@@ -75,7 +75,7 @@ void viewNamedFile() {
     runOn(path, GlobalOptions::Viewer);
     return;
   }
-  viewFile(path);
+  internalPrograms()->view(path);
 }
 
 void editNamedFile() {
@@ -84,7 +84,7 @@ void editNamedFile() {
   if (!GlobalOptions::Editor.empty()) {
     runOn(path, GlobalOptions::Editor);
   } else {
-    editFile(path);
+    internalPrograms()->edit(path);
   }
   panelRefresh();
   Panel& panel = panelPair().active();

@@ -1,7 +1,6 @@
 #include "commander/command_rooms.h"
 #include "commander/command_seams.h"
 #include "commander/screen_size.h"
-#include "commander/view_edit.h"
 #include "config/config_reader.h"
 #include "config/config_writer.h"
 #include "foundation/data_paths.h"
@@ -11,6 +10,7 @@
 #include "panels/picture/panel_clock.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
+#include "shell/internal_programs.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ void saveSetup() {
 }
 
 void editAssociations() {
-  editFile(dataFilePath(DataFile::Configuration));
+  internalPrograms()->edit(dataFilePath(DataFile::Configuration));
   loadConfiguration(ConfigScope::ListsOnly);
   redrawPanels();
 }

@@ -12,7 +12,6 @@
 #include "commander/exit_program.h"
 #include "commander/main_loop.h"
 #include "commander/screen_size.h"
-#include "commander/view_edit.h"
 #include "config/config_reader.h"
 #include "console/console.h"
 #include "console/text_state.h"
@@ -33,6 +32,7 @@
 #include "panels/picture/panel_title.h"
 #include "panels/picture/panel_window.h"
 #include "panels/reader/directory_reader.h"
+#include "shell/internal_programs.h"
 
 namespace {
 
@@ -140,18 +140,18 @@ std::vector<StartNotice> initPanels(const Arguments& arguments) {
   return notices;
 }
 
-void runAlone(const Arguments& arguments) {
-  constexpr int shellCursor = 15;
-  if (!arguments.fileToView.empty()) setCursorShape(0);
-  if (!arguments.fileToView.empty()) viewFile(arguments.fileToView);
-  if (!arguments.fileToEdit.empty()) editFile(arguments.fileToEdit);
-  setTextPos(0, panelPair().screenLines - 1);
-  setCursorShape(shellCursor);
-}
-
 // The panels change the working directory, so a relative name is one of where td was started.
 Westring fromHere(const Westring& name) {
   return name.empty() || name[0] == L'/' ? name : joinPath(currentDir(), name);
+}
+
+void runAlone(const Arguments& arguments) {
+  constexpr int shellCursor = 15;
+  if (!arguments.fileToView.empty()) setCursorShape(0);
+  if (!arguments.fileToView.empty()) internalPrograms()->view(fromHere(arguments.fileToView));
+  if (!arguments.fileToEdit.empty()) internalPrograms()->edit(fromHere(arguments.fileToEdit));
+  setTextPos(0, panelPair().screenLines - 1);
+  setCursorShape(shellCursor);
 }
 
 void runPanels(const Arguments& arguments) {

@@ -2,9 +2,9 @@
 #include "commander/exit_program.h"
 #include "commander/go_commands.h"
 #include "commander/menu_bar.h"
-#include "commander/view_edit.h"
 #include "foundation/data_paths.h"
 #include "shell/execute_line.h"
+#include "shell/internal_programs.h"
 #include "tools/command_history_window.h"
 #include "tools/user_menu.h"
 #include "ui/help_window.h"
@@ -27,7 +27,7 @@ Action openingMenu(MenuStart start) {
 }
 
 void editUserMenu() {
-  editFile(dataFilePath(DataFile::UserMenu));
+  internalPrograms()->edit(dataFilePath(DataFile::UserMenu));
 }
 
 Action openingUserMenu(UserMenuKind kind) {

@@ -1,6 +1,5 @@
 #include "commander/view_edit.h"
 
-#include "commander/command_seams.h"
 #include "commander/main_loop.h"
 #include "filecommands/archive_actions.h"
 #include "foundation/names.h"
@@ -10,6 +9,7 @@
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
 #include "panels/reader/directory_reader.h"
+#include "shell/internal_programs.h"
 #include "shell/process_command.h"
 #include "tools/directory_sizes.h"
 
@@ -45,7 +45,7 @@ bool fetchFile(Panel& panel, const Westring& name, Westring& path) {
 // The note of the directory that an INFO panel tells about.
 void editDirectoryNote(Panel& infoPanel) {
   Westring note = joinPath(shownPath(panelPair().other(infoPanel)), DirectoryNote);
-  callSeam(commandSeams().editFile, note);
+  internalPrograms()->edit(note);
   drawPanel(infoPanel);
 }
 
@@ -59,11 +59,11 @@ void viewCommand(Program program) {
   Westring name = item->name();
   Westring command = commandFor(associationSets().viewers, name.data(), program,
                                 GlobalOptions::Viewer, GlobalOptions::Viewer2);
+  if (command.empty()) return internalPrograms()->viewList(panel);
   Westring path;
   if (!fetchFile(panel, name, path)) return;
   setWindowTitle(&name);
-  if (!command.empty()) return runProgram(command, panel.archive ? path : Westring());
-  callSeam(commandSeams().viewFile, path, &panel);
+  runProgram(command, panel.archive ? path : Westring());
 }
 
 void editCommand(Program program) {
@@ -78,15 +78,6 @@ void editCommand(Program program) {
   if (!fetchFile(panel, name, path)) return;
   setWindowTitle(&name);
   if (!command.empty()) return runProgram(command, panel.archive ? path : Westring());
-  if (!commandSeams().editFile) return;
-  commandSeams().editFile(path);
+  internalPrograms()->edit(path);
   panelRefresh();
-}
-
-void viewFile(const Westring& path) {
-  callSeam(commandSeams().viewFile, path, static_cast<Panel*>(nullptr));
-}
-
-void editFile(const Westring& path) {
-  callSeam(commandSeams().editFile, path);
 }

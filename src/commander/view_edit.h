@@ -1,13 +1,8 @@
 #pragma once
 
-#include "foundation/westring.h"
-
 enum class Program { First, Second };
 
 // View and Edit of the file under the cursor: an associated or configured program, or the internal
 // one.
 void viewCommand(Program program);
 void editCommand(Program program);
-// The same for one file by path.
-void viewFile(const Westring& path);
-void editFile(const Westring& path);

@@ -78,6 +78,10 @@ void tellNoMoreFiles() {
 struct Viewed {
   Key::Code key;
   int64_t topLine = 0;
+
+  void editIfAsked(const Westring& path) const {
+    if (key == Key::ShiftF4 || key == Key::AltF4) editFile(path, topLine);
+  }
 };
 
 Viewed viewEntry(Panel& panel, int index, Westring& path) {
@@ -112,5 +116,11 @@ void viewList(Panel& panel) {
     viewed = viewEntry(panel, index, path);
   }
   moveCursorTo(panel, last);
-  if (viewed.key == Key::ShiftF4 || viewed.key == Key::AltF4) editFile(path, viewed.topLine);
+  viewed.editIfAsked(path);
+}
+
+void viewOne(const Westring& path) {
+  Viewed viewed{Key::Esc};
+  viewed.key = viewFile(path, AnyPosition, &viewed.topLine);
+  viewed.editIfAsked(path);
 }

@@ -8,3 +8,5 @@
 // the last file viewed, and the entries of all of them tell what the files are now. The caller
 // draws what lay beneath the viewer anew. Application thread.
 void viewList(Panel& panel);
+// The same for one file by its path.
+void viewOne(const Westring& path);

@@ -66,8 +66,8 @@ TEST_F(MainLoopMouse, AClickOnTheKeyBarRunsItsKey) {
   click(52, 24, 1, ShiftState::Shift);
   click(52, 24, 2);  // the right button takes the row of Alt: F7
   screenAfterQueued();
-  EXPECT_EQ(calls(), (std::vector<std::string>{"view " + leftDir.path("file") + " of a list",
-                                               "compress file", "find 0 new"}));
+  EXPECT_EQ(calls(),
+            (std::vector<std::string>{"view the list at file", "compress file", "find 0 new"}));
 }
 
 TEST_F(MainLoopMouse, AReleaseOverAnotherKeyRunsNothing) {

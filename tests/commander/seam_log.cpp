@@ -7,6 +7,7 @@ void SeamLog::connect() {
   archiveActions().connect(*this);
   historyWindows().connect(*this);
   helpWindow().connect(*this);
+  internalPrograms().connect(*this);
   CommandSeams& seams = commandSeams();
   auto plain = [this](const char* name) { return [this, name] { note(name); }; };
   auto ofPanel = [this](const char* name) {
@@ -24,10 +25,6 @@ void SeamLog::connect() {
   seams.fileDateTime = ofPanel("date");
   seams.makeSymbolicLink = ofPanel("link");
   seams.makeObjects = ofPanel("objects");
-  seams.viewFile = [this](const Westring& file, Panel* panel) {
-    note("view " + bytes(file) + (panel ? " of a list" : ""));
-  };
-  seams.editFile = [this](const Westring& file) { note("edit " + bytes(file)); };
 }
 
 void SeamLog::disconnect() {
@@ -35,6 +32,7 @@ void SeamLog::disconnect() {
   archiveActions().disconnect();
   historyWindows().disconnect();
   helpWindow().disconnect();
+  internalPrograms().disconnect();
 }
 
 Westring SeamLog::choose(Panel&, TreeWindowUse use) {
@@ -67,4 +65,17 @@ void SeamLog::compress(Panel& panel) {
 
 void SeamLog::show(HelpTopic topic) {
   note("help " + std::to_string(static_cast<int>(topic)));
+}
+
+void SeamLog::view(const Westring& path) {
+  note("view " + bytes(path));
+}
+
+void SeamLog::viewList(Panel& panel) {
+  note("view the list at " + currentName(panel));
+}
+
+void SeamLog::edit(const Westring& path) {
+  note("edit " + bytes(path));
+  if (editing) editing();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
+#include "shell/internal_programs.h"
 #include "shell/logged_shell.h"
 #include "ui/help_window.h"
 
@@ -15,7 +17,8 @@
 class SeamLog : public DirectoryTree,
                 public ArchiveActions,
                 public HistoryWindows,
-                public HelpWindow {
+                public HelpWindow,
+                public InternalPrograms {
  public:
   ~SeamLog() override { disconnect(); }
   void connect();  // fills every place of commandSeams and every connection
@@ -28,6 +31,9 @@ class SeamLog : public DirectoryTree,
   Westring extract(Panel& panel, const Westring& name) override;
   void compress(Panel& panel) override;
   void show(HelpTopic topic) override;
+  void view(const Westring& path) override;
+  void viewList(Panel& panel) override;
+  void edit(const Westring& path) override;
 
   std::vector<std::string> take() {
     for (const std::string& command : shell_.take()) note("run " + command);
@@ -37,6 +43,8 @@ class SeamLog : public DirectoryTree,
   // What the windows of other modules answer.
   Westring directory;
   Westring extracted;
+  // What the editor does.
+  std::function<void()> editing;
 
  private:
   void note(const std::string& call) { calls_.push_back(call); }

@@ -47,6 +47,12 @@ void ProgramTest::startPlain(const std::vector<std::string>& arguments, FirstScr
   ASSERT_TRUE(keys().waitForFocus(console->windowId()));
 }
 
+void ProgramTest::startAlone(const std::vector<std::string>& arguments, const std::string& text) {
+  launch(arguments);
+  ASSERT_TRUE(waitUntil([&] { return console && shows(text); })) << "never shown: " << text;
+  ASSERT_TRUE(keys().waitForFocus(console->windowId()));
+}
+
 int ProgramTest::runToEnd(const std::vector<std::string>& arguments) {
   launch(arguments);
   return waitForEnd();

@@ -25,6 +25,8 @@ class ProgramTest : public testing::Test {
   enum class FirstScreen { Panels, Box };  // a message may come before the panels
   void startPlain(const std::vector<std::string>& arguments,
                   FirstScreen first = FirstScreen::Panels);
+  // The same without panels: waits for a text of the first screen.
+  void startAlone(const std::vector<std::string>& arguments, const std::string& text);
   // Starts td with just these arguments and waits for its end; the exit status.
   int runToEnd(const std::vector<std::string>& arguments);
   // F10 and Enter; the exit status.

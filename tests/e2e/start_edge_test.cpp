@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "commander/command_seams.h"
 #include "console/console.h"
 #include "e2e/program_test.h"
 #include "foundation/utf8.h"
@@ -17,10 +16,6 @@ namespace {
 
 class StartEdge : public ProgramTest {
  protected:
-  void TearDown() override {
-    ProgramTest::TearDown();
-    commandSeams() = CommandSeams{};
-  }
   void configure(const std::string& text) {
     home().makeDir(".tdx");
     home().write(".tdx/td.ini", text);
@@ -196,16 +191,13 @@ TEST_F(StartEdge, AnExitScriptNeverWritesThroughALink) {
 
 // ---- a file alone
 
-TEST_F(StartEdge, ViewAndEditRunAloneTheViewerFirst) {
-  std::vector<std::string> calls;
-  commandSeams().viewFile = [&](const Westring& file, Panel* panel) {
-    calls.push_back("view " + std::string(toUtf8(file).data()) + (panel ? " list" : ""));
-  };
-  commandSeams().editFile = [&](const Westring& file) {
-    calls.push_back("edit " + std::string(toUtf8(file).data()));
-  };
-  EXPECT_EQ(runToEnd({"-e", "/etc/passwd", "-v", "/etc/group"}), 0);
-  EXPECT_EQ(calls, (std::vector<std::string>{"view /etc/group", "edit /etc/passwd"}));
+TEST_F(StartEdge, AFileIsViewedAlone) {
+  home().write("story", "Once upon a time\n");
+  startAlone({"-v", home().path("story")}, "Once upon a time");
+  EXPECT_EQ(row(0).substr(0, 6), "View: ");
+  EXPECT_EQ(row(24).substr(0, 6), "1Help ");
+  press(XK_Escape);
+  EXPECT_EQ(waitForEnd(), 0);
 }
 
 // ---- options
