@@ -119,8 +119,8 @@ LineCounter::Place LineCounter::find(int64_t line, const std::function<bool()>& 
 }
 
 void LineCounter::forgetIfChanged() {
-  if (version_ == file_.version()) return;
-  version_ = file_.version();
+  if (rewrites_ == file_.rewrites()) return;
+  rewrites_ = file_.rewrites();
   counts_.clear();
   border_ = Border();
 }

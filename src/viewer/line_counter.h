@@ -6,8 +6,8 @@
 
 #include "viewer/viewed_file.h"
 
-// Finds a line by its number. How many lines each part of the file has is kept, so that the next
-// search begins where the last one ended. Application thread.
+// Finds a line by its number. How many lines each whole part of the file has is kept, so that the
+// next search begins where the last one ended. Application thread.
 class LineCounter {
  public:
   struct Place {
@@ -42,7 +42,7 @@ class LineCounter {
   Place walkTo(size_t part, int64_t number, const std::function<bool()>& stopAsked);
 
   ViewedFile& file_;
-  int64_t version_ = -1;         // of the file, for which the rest holds
+  int64_t rewrites_ = -1;        // of the file, for which the rest holds
   std::vector<int32_t> counts_;  // of the line starts in each part that was counted
   Border border_;                // behind the last of them
 };

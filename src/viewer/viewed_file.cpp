@@ -64,6 +64,7 @@ FileChange ViewedFile::refresh() {
   if (change != FileChange::None) {
     lines_.begin(encoding_.format, textStart());
     ++version_;
+    if (change != FileChange::Grown) ++rewrites_;
   }
   return change;
 }
@@ -74,6 +75,7 @@ void ViewedFile::setEncoding(const TextEncoding& encoding) {
   const std::string beginning = bytesAt(0, LongestMark, error);
   lines_.begin(encoding_.format, static_cast<int64_t>(textStartIn(encoding_.format, beginning)));
   ++version_;
+  ++rewrites_;
 }
 
 std::wstring ViewedFile::text(const ViewedLine& line, int64_t most) {

@@ -26,8 +26,10 @@ class ViewedFile {
   FileChange refresh();
   bool replaced() const { return bytes_.replaced(); }  // the path names another file by now
 
-  // Another number whenever lines and characters may have become others.
+  // Another number whenever lines and characters may have become others, and whenever it isn't only
+  // that the file has grown.
   int64_t version() const { return version_; }
+  int64_t rewrites() const { return rewrites_; }
 
   const TextEncoding& encoding() const { return encoding_; }
   void setEncoding(const TextEncoding& encoding);
@@ -66,4 +68,5 @@ class ViewedFile {
   LineFinder lines_;
   TextEncoding encoding_;
   int64_t version_ = 0;
+  int64_t rewrites_ = 0;
 };
