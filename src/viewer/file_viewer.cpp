@@ -33,7 +33,8 @@ CViewer::CViewer(const Westring& path, CClock& clock)
     : path_(path),
       openResult_(file_.open(path, rememberedEncoding(path))),
       page_(file_, console->columns(), console->rows() - RowsAround),
-      painter_(file_, page_),
+      colours_(file_),
+      painter_(file_, page_, colours_),
       counter_(file_),
       repeat_(clock) {}
 
@@ -41,6 +42,7 @@ Key::Code CViewer::view(int64_t position) {
   window_.emplace(0, 0, console->columns() - 1, console->rows() - 1, colourOf(Colour::FileViewer),
                   NoFrame);
   setCursorShape(0);
+  colours_.load(path_);
   goToStart(position);
   const int key = run();
   follow_.reset();

@@ -12,6 +12,7 @@
 #include "viewer/key_repeat.h"
 #include "viewer/line_counter.h"
 #include "viewer/page_painter.h"
+#include "viewer/view_colours.h"
 #include "viewer/view_page.h"
 #include "viewer/viewed_file.h"
 #include "viewer/viewer.h"
@@ -54,6 +55,7 @@ class CViewer : private Screen {
   void leaveWith(Key::Code key);
   void escape();
   void toggleWrap();
+  void toggleColours();
   void setTabWidth(int width);
   void selectEncoding();
   void nextCodePage();
@@ -79,6 +81,7 @@ class CViewer : private Screen {
   ViewedFile file_;
   const int openResult_;
   ViewPage page_;
+  ViewColours colours_;
   PagePainter painter_;
   LineCounter counter_;
   std::optional<Win> window_;

@@ -49,6 +49,7 @@ const CViewer::KeyRow CViewer::keyTable[] = {
     {Key::alt('e'), [](CViewer& viewer) { viewer.selectEncoding(); }},
     {Key::alt('t'), [](CViewer& viewer) { viewer.nextCodePage(); }},
     {Key::alt('c'), [](CViewer& viewer) { viewer.chooseCodePages(); }},
+    {Key::alt('h'), [](CViewer& viewer) { viewer.toggleColours(); }},
     {Key::alt('f'), [](CViewer& viewer) { viewer.follow(); }},
     {Key::alt('1'), [](CViewer& viewer) { viewer.setTabWidth(1); }},
     {Key::alt('2'), [](CViewer& viewer) { viewer.setTabWidth(2); }},
@@ -76,6 +77,14 @@ void CViewer::escape() {
 
 void CViewer::toggleWrap() {
   if (!page_.hex()) page_.toggleWrap();
+}
+
+void CViewer::toggleColours() {
+  if (colours_.active()) {
+    colours_.off();
+  } else {
+    colours_.load(path_);
+  }
 }
 
 void CViewer::setTabWidth(int width) {

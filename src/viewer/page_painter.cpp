@@ -54,9 +54,10 @@ std::vector<CellString> PagePainter::rows(const Hit& hit) {
 CellString PagePainter::textRow(const ViewRow& row) {
   if (row.line.error) return errorRow(row.line.error);
   const int columns = page_.columns();
-  if (page_.wraps()) return textCells(cells_.text(row.line, row.cell, columns));
-  const std::wstring text = cells_.text(row.line, page_.leftColumn(), columns + 1);
+  const int64_t first = page_.wraps() ? row.cell : page_.leftColumn();
+  const std::wstring text = cells_.text(row.line, first, columns + (page_.wraps() ? 0 : 1));
   CellString cells = left(textCells(text), columns);
+  colours_.paint(row.line, first, cells);
   if (static_cast<int>(text.size()) > columns) cells[columns - 1] = Cell{GoesOn, goesOnColour()};
   return cells;
 }

@@ -5,6 +5,7 @@
 
 #include "console/cell_string.h"
 #include "viewer/line_cells.h"
+#include "viewer/view_colours.h"
 #include "viewer/view_page.h"
 #include "viewer/viewed_file.h"
 
@@ -20,7 +21,8 @@ struct Hit {
 // The rows of a page as cells. Application thread.
 class PagePainter {
  public:
-  PagePainter(ViewedFile& file, ViewPage& page) : file_(file), page_(page), cells_(file) {}
+  PagePainter(ViewedFile& file, ViewPage& page, ViewColours& colours)
+      : file_(file), page_(page), colours_(colours), cells_(file) {}
 
   // As many rows as the screen has, each as wide; those behind the end are blank.
   std::vector<CellString> rows(const Hit& hit);
@@ -35,5 +37,6 @@ class PagePainter {
 
   ViewedFile& file_;
   ViewPage& page_;
+  ViewColours& colours_;
   LineCells cells_;
 };
