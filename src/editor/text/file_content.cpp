@@ -1,9 +1,11 @@
 #include "editor/text/file_content.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <memory>
 #include <new>
 
@@ -16,6 +18,7 @@ namespace {
 
 // Small enough for the processor's cache, from where the bytes are copied.
 constexpr size_t PartSize = size_t{256} << 10;
+constexpr size_t SmallFile = size_t{4} << 20;
 
 // A socket can't be opened at all, other devices were opened in vain.
 int openFile(const Westring& path, Descriptor& file) {
@@ -28,11 +31,21 @@ bool fitsIntoMemory(int64_t size) {
   return !memory || static_cast<uint64_t>(size) <= memory->free;
 }
 
+// Fewer and larger pages: filling small ones takes longer than reading. Where the system has none,
+// nothing is lost.
+void adviseLargePages(std::string& bytes) {
+  constexpr uintptr_t PageSize = 4096;
+  const auto start = (reinterpret_cast<uintptr_t>(bytes.data()) + PageSize - 1) & ~(PageSize - 1);
+  const auto end = reinterpret_cast<uintptr_t>(bytes.data()) + bytes.capacity();
+  if (end > start) madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+}
+
 int readInto(const Descriptor& file, FileContent& content, const FileProgress& progress) {
   const int64_t size = content.stamp.size;
   const int64_t limit = content.tellsSize ? LargestEdited : LargestUnsized;
   if (size > limit || !fitsIntoMemory(size)) return Status::TooLarge;
   content.bytes.reserve(static_cast<size_t>(size));
+  if (content.bytes.capacity() > SmallFile) adviseLargePages(content.bytes);
   ContentHash hash;
   const int error = readParts(file.get(), limit, [&](std::string_view part) {
     content.bytes.append(part);

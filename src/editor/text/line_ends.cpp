@@ -18,70 +18,86 @@ bool endsLine(uint32_t unit) {
 // Sixteen bytes at once, on whatever the machine has for that.
 using Vector = unsigned char __attribute__((vector_size(16)));
 
+// The number of the first byte of `hits` that isn't 0, of eight.
+size_t firstHit(uint64_t hits) {
+  const int zeroBits =
+      std::endian::native == std::endian::little ? std::countr_zero(hits) : std::countl_zero(hits);
+  return static_cast<size_t>(zeroBits) / 8;
+}
+
 // The first byte that ends a line, or the size.
 size_t findEndByte(std::string_view bytes, size_t from) {
   size_t at = from;
-  while (at + sizeof(Vector) <= bytes.size()) {
+  for (; at + sizeof(Vector) <= bytes.size(); at += sizeof(Vector)) {
     Vector block;
     memcpy(&block, bytes.data() + at, sizeof block);
     const auto hits = (block == static_cast<unsigned char>(Cr)) |
                       (block == static_cast<unsigned char>(Lf)) | (block == 0);
     uint64_t halves[2];
     memcpy(halves, &hits, sizeof halves);
-    if ((halves[0] | halves[1]) != 0) break;
-    at += sizeof block;
+    if ((halves[0] | halves[1]) == 0) continue;
+    return halves[0] != 0 ? at + firstHit(halves[0]) : at + 8 + firstHit(halves[1]);
   }
   while (at < bytes.size() && !endsLine(static_cast<unsigned char>(bytes[at]))) ++at;
   return at;
 }
 
+template <class Unit>
 class Units {
  public:
-  Units(std::string_view bytes, TextFormat format)
-      : bytes_(bytes),
-        width_(static_cast<size_t>(unitBytes(format))),
-        swaps_(width_ > 1 && isBigEndian(format) != (std::endian::native == std::endian::big)) {}
+  static constexpr size_t Width = sizeof(Unit);
 
-  size_t width() const { return width_; }
+  Units(std::string_view bytes, bool swaps) : bytes_(bytes), swaps_(swaps) {}
+
   // A tail shorter than a unit ends no line.
   uint32_t at(size_t position) const {
-    if (position + width_ > bytes_.size()) return NoLineEnd;
-    if (width_ == 1) return static_cast<unsigned char>(bytes_[position]);
-    if (width_ == 2) {
-      uint16_t unit;
-      memcpy(&unit, bytes_.data() + position, sizeof unit);
-      return swaps_ ? __builtin_bswap16(unit) : unit;
-    }
-    uint32_t unit;
-    memcpy(&unit, bytes_.data() + position, sizeof unit);
-    return swaps_ ? __builtin_bswap32(unit) : unit;
+    if (position + Width > bytes_.size()) return NoLineEnd;
+    Unit unit;
+    memcpy(&unit, bytes_.data() + position, Width);
+    if constexpr (Width == 2) return swaps_ ? __builtin_bswap16(unit) : unit;
+    if constexpr (Width == 4) return swaps_ ? __builtin_bswap32(unit) : unit;
+    return unit;
+  }
+
+  size_t findEnd(size_t from) const {
+    if constexpr (Width == 1) return findEndByte(bytes_, from);
+    size_t at = from;
+    while (at + Width <= bytes_.size() && !endsLine(this->at(at))) at += Width;
+    return at + Width <= bytes_.size() ? at : bytes_.size();
   }
 
  private:
   std::string_view bytes_;
-  size_t width_;
   bool swaps_;
 };
 
-size_t findEndUnit(std::string_view bytes, size_t from, const Units& units) {
-  if (units.width() == 1) return findEndByte(bytes, from);
-  size_t at = from;
-  while (at + units.width() <= bytes.size() && !endsLine(units.at(at))) at += units.width();
-  return at + units.width() <= bytes.size() ? at : bytes.size();
-}
-
-}  // namespace
-
-LineEnd findLineEnd(std::string_view bytes, size_t from, TextFormat format) {
-  const Units units(bytes, format);
+template <class Unit>
+LineEnd findIn(std::string_view bytes, size_t from, bool swaps) {
+  const Units<Unit> units(bytes, swaps);
   LineEnd result;
-  result.at = findEndUnit(bytes, std::min(from, bytes.size()), units);
+  result.at = units.findEnd(std::min(from, bytes.size()));
   unsigned seen = 0;  // a bit for each kind, at its number
   for (;;) {
     const uint32_t unit = units.at(result.at + result.length);
     if (!endsLine(unit) || (seen & 1u << unit) != 0) return result;
     seen |= 1u << unit;
-    result.length += units.width();
+    result.length += sizeof(Unit);
+  }
+}
+
+}  // namespace
+
+LineEnd findLineEnd(std::string_view bytes, size_t from, TextFormat format) {
+  constexpr bool machineIsLittle = std::endian::native == std::endian::little;
+  switch (format) {
+    case TextFormat::Utf32Le:
+    case TextFormat::Utf32Be:
+      return findIn<uint32_t>(bytes, from, isBigEndian(format) == machineIsLittle);
+    case TextFormat::Utf16Le:
+    case TextFormat::Utf16Be:
+      return findIn<uint16_t>(bytes, from, isBigEndian(format) == machineIsLittle);
+    default:
+      return findIn<uint8_t>(bytes, from, false);
   }
 }
 

@@ -20,6 +20,7 @@ constexpr int FirstBehindUnit16 = 0x10000;
 constexpr int SurrogateBits = 10;
 constexpr int SurrogateMask = (1 << SurrogateBits) - 1;
 constexpr wchar_t FirstRaw = -256;
+constexpr size_t TableStretch = 16;
 constexpr uint64_t HighBits = 0x8080808080808080;
 
 wchar_t rawByte(char byte) {
@@ -67,18 +68,26 @@ bool decodeUtf8Text(std::string_view bytes, wchar_t*& out) {
   return valid;
 }
 
-bool decodeTable(std::string_view bytes, const std::array<wchar_t, 256>& table, wchar_t*& out) {
+bool decodeTable(std::string_view bytes, const CodePageCodec& codec, wchar_t*& out) {
+  const std::array<wchar_t, 256>& table = *codec.table();
   wchar_t lowest = 0;
-  for (const char byte : bytes) {
-    *out = table[static_cast<unsigned char>(byte)];
-    lowest = std::min(lowest, *out++);
+  for (size_t at = 0; at < bytes.size();) {
+    const size_t ascii = codec.hasAscii() ? asciiLength(bytes, at) : 0;
+    widen(bytes.substr(at, ascii), out);
+    at += ascii;
+    // One byte in any case, and what comes with it in another script.
+    const size_t end = std::min(at + TableStretch, bytes.size());
+    for (; at < end; ++at) {
+      *out = table[static_cast<unsigned char>(bytes[at])];
+      lowest = std::min(lowest, *out++);
+    }
   }
   return lowest >= 0;
 }
 
 bool decodePage(std::string_view bytes, int page, wchar_t*& out) {
   CodePageCodec& codec = CodePageCodec::of(page);
-  if (codec.table() != nullptr) return decodeTable(bytes, *codec.table(), out);
+  if (codec.table() != nullptr) return decodeTable(bytes, codec, out);
   bool valid = true;
   for (size_t at = 0; at < bytes.size();) {
     const size_t ascii = codec.hasAscii() ? asciiLength(bytes, at) : 0;
