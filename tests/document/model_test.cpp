@@ -252,13 +252,19 @@ void Model::indent() {
 void Model::changePage() {
   if (encoding_.format != TextFormat::CodePage || encoding_.page == 932) return;
   const int page = encoding_.page == 1252 ? 850 : 1252;
+  const TextEncoding other{TextFormat::CodePage, page};
   document_.recode(page);
+  history_.recode(encoding_, other);
   naive_.recode(encoding_.page, page);
-  encoding_.page = page;
-  history_.clearSteps();
-  undo_.clear();
-  redo_.clear();
-  cursor_ = naiveCursor_ = {};
+  for (std::vector<NaiveStep>* steps : {&undo_, &redo_}) {
+    for (NaiveStep& step : *steps) {
+      NaiveDocument text;
+      text.lines = step.removed;
+      text.recode(encoding_.page, page);
+      step.removed = text.lines;
+    }
+  }
+  encoding_ = other;
 }
 
 void Model::command() {

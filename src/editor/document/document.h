@@ -47,6 +47,7 @@ class Document {
   int64_t lineLength(int64_t line) const;
   std::wstring text(int64_t line) const;
   std::wstring slice(int64_t line, int64_t from, int64_t count) const;
+  int64_t lineBytes(int64_t line) const;       // in memory: what looking at all of it costs by
   wchar_t characterAt(TextPlace place) const;  // 0 at the end of the line
   TextPlace end() const;
   TextPlace clamped(TextPlace place) const;

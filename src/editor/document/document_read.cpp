@@ -75,6 +75,12 @@ int64_t Document::lineLength(int64_t line) const {
   return static_cast<int64_t>(wholeLine(line).size());
 }
 
+int64_t Document::lineBytes(int64_t line) const {
+  if (line < 0 || line >= lineCount()) return 0;
+  if (line == work_.line) return static_cast<int64_t>(bytesOf(work_.text).size());
+  return static_cast<int64_t>(runLine(line).bytes.text.size());
+}
+
 std::wstring Document::slice(int64_t line, int64_t from, int64_t count) const {
   if (line < 0 || line >= lineCount() || count <= 0) return {};
   from = std::max<int64_t>(from, 0);

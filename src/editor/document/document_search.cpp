@@ -66,14 +66,71 @@ class Pattern {
   std::wstring text_;
 };
 
+// A line of any length, a stretch at a time: each has what a hit at its edge needs beside it.
+class LongLineSearch {
+ public:
+  LongLineSearch(const Document& document, int64_t line, const Pattern& pattern)
+      : document_(document), line_(line), pattern_(pattern), length_(document.lineLength(line)) {}
+
+  // The nearest hit from `at` on in the direction; -1 when there is none, or when `isStopped` says
+  // so, which is asked after each stretch.
+  int64_t find(int64_t at, const std::function<bool(size_t)>& isStopped) const {
+    return pattern_.isForward() ? findForward(at, isStopped) : findBackward(at, isStopped);
+  }
+
+ private:
+  static constexpr int64_t Stretch = 65536;
+
+  int64_t findForward(int64_t at, const std::function<bool(size_t)>& isStopped) const {
+    for (; at + pattern_.length() <= length_; at += Stretch) {
+      const int64_t hit = findIn(at, std::min(at + Stretch, length_), at);
+      if (hit >= 0 || isStopped(Stretch)) return hit;
+    }
+    return -1;
+  }
+
+  int64_t findBackward(int64_t at, const std::function<bool(size_t)>& isStopped) const {
+    at = std::min(at, length_ - pattern_.length());
+    for (; at >= 0; at -= Stretch) {
+      const int64_t hit = findIn(std::max<int64_t>(at - Stretch + 1, 0), at + 1, at);
+      if (hit >= 0 || isStopped(Stretch)) return hit;
+    }
+    return -1;
+  }
+
+  // A hit that begins from `from` to before `to`, looked for from `at` on.
+  int64_t findIn(int64_t from, int64_t to, int64_t at) const {
+    const int64_t begin = std::max<int64_t>(from - 1, 0);
+    const std::wstring text = document_.slice(line_, begin, to - begin + pattern_.length());
+    const int64_t hit = pattern_.findIn(text, at - begin);
+    return hit < 0 || hit + begin < from || hit + begin >= to ? -1 : hit + begin;
+  }
+
+  const Document& document_;
+  const int64_t line_;
+  const Pattern& pattern_;
+  const int64_t length_;
+};
+
 // The lines before or behind a first one, a run at a time.
 class RunSearch {
  public:
   RunSearch(const Document& document, const Pattern& pattern, const StopAsked& stop)
       : document_(document), pattern_(pattern), stop_(stop) {}
 
+  SearchEnd find(TextPlace& place) {
+    if (place.line < 0 || place.line >= document_.lineCount()) return SearchEnd::NotFound;
+    const int64_t index = indexIn(place.line, place.index);
+    if (index < 0)
+      return isStopped_ ? SearchEnd::Stopped
+                        : findFrom(place.line + (pattern_.isForward() ? 1 : -1), place);
+    place.index = index;
+    return SearchEnd::Found;
+  }
+
+ private:
   // From the start of `line` on, or from its end backward.
-  SearchEnd find(int64_t line, TextPlace& place) {
+  SearchEnd findFrom(int64_t line, TextPlace& place) {
     while (line >= 0 && line < document_.lineCount()) {
       const Document::RunPlace found = document_.runAt(line);
       const bool isFound = CandidateScan::isPossible(found.run->storage)
@@ -89,7 +146,6 @@ class RunSearch {
     return SearchEnd::NotFound;
   }
 
- private:
   bool looksForStop(size_t bytes) {
     looked_ += bytes;
     if (looked_ < BytesBetweenLooks) return isStopped_;
@@ -104,8 +160,16 @@ class RunSearch {
     return *scan_;
   }
 
-  bool isIn(const std::wstring& text, int64_t line, TextPlace& place) const {
-    const int64_t index = pattern_.findIn(text, pattern_.isForward() ? 0 : INT64_MAX);
+  int64_t indexIn(int64_t line, int64_t at) {
+    constexpr int64_t ShortBytes = 65536;
+    if (document_.lineBytes(line) <= ShortBytes) return pattern_.findIn(document_.text(line), at);
+    return LongLineSearch(document_, line, pattern_).find(at, [this](size_t characters) {
+      return looksForStop(characters);
+    });
+  }
+
+  bool isIn(int64_t line, TextPlace& place) {
+    const int64_t index = indexIn(line, pattern_.isForward() ? 0 : INT64_MAX);
     if (index >= 0) place = {line, index};
     return index >= 0;
   }
@@ -120,11 +184,10 @@ class RunSearch {
     return {all.substr(begin, end.at - begin), all.substr(end.at, end.length)};
   }
 
-  // Whether the line around a candidate holds a hit.
-  bool isHitAround(const Document::RunPlace& found, size_t offset, const LineBytes& bytes,
-                   TextPlace& place) const {
+  // Whether the line of a candidate holds a hit.
+  bool isHitAround(const Document::RunPlace& found, size_t offset, TextPlace& place) {
     const int64_t lineInRun = found.run->lines > 0 ? found.run->lineOf(offset) : 0;
-    return isIn(decodeBytes(bytes.text, found.run->storage), found.firstLine + lineInRun, place);
+    return isIn(found.firstLine + lineInRun, place);
   }
 
   bool scanForward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
@@ -142,7 +205,7 @@ class RunSearch {
         continue;
       }
       const LineBytes bytes = lineAround(run, offset);
-      if (isHitAround(found, offset, bytes, place)) return true;
+      if (isHitAround(found, offset, place)) return true;
       const auto next = static_cast<size_t>(bytes.end.data() - all.data()) +
                         std::max<size_t>(bytes.end.size(), 1);
       if (looksForStop(next - at)) return false;
@@ -165,7 +228,7 @@ class RunSearch {
         continue;
       }
       const LineBytes bytes = lineAround(run, offset);
-      if (isHitAround(found, offset, bytes, place)) return true;
+      if (isHitAround(found, offset, place)) return true;
       const auto begin = static_cast<size_t>(bytes.text.data() - all.data());
       if (looksForStop(to - begin)) return false;
       to = begin;
@@ -174,10 +237,14 @@ class RunSearch {
   }
 
   bool walkForward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
-    if (found.run->lines == 0) return isIn(found.run->wholeText(), line, place);
+    if (found.run->lines == 0) return isIn(line, place);
     const TextRun rest = found.run->part(line - found.firstLine, found.run->lines);
     for (LineWalk walk(rest); walk.next();) {
-      if (isIn(walk.text(), line + walk.line(), place)) return true;
+      const int64_t index = pattern_.findIn(walk.text(), 0);
+      if (index >= 0) {
+        place = {line + walk.line(), index};
+        return true;
+      }
       if (looksForStop(walk.bytes().text.size() + 1)) return false;
     }
     return false;
@@ -185,9 +252,8 @@ class RunSearch {
 
   bool walkBackward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
     for (; line >= found.firstLine; --line) {
-      const std::wstring text = document_.text(line);
-      if (isIn(text, line, place)) return true;
-      if (looksForStop(text.size() + 1)) return false;
+      if (isIn(line, place)) return true;
+      if (looksForStop(static_cast<size_t>(document_.lineBytes(line)) + 1)) return false;
     }
     return false;
   }
@@ -203,15 +269,6 @@ class RunSearch {
 bool isFoundNowhere(const SearchQuery& query) {
   return query.text.empty() || query.text.find_first_of(LineEndCharacters) != std::wstring::npos;
 }
-
-SearchEnd findPattern(const Document& document, const Pattern& pattern, TextPlace& place,
-                      RunSearch& runs) {
-  if (place.line < 0 || place.line >= document.lineCount()) return SearchEnd::NotFound;
-  const int64_t index = pattern.findIn(document.text(place.line), place.index);
-  if (index < 0) return runs.find(place.line + (pattern.isForward() ? 1 : -1), place);
-  place.index = index;
-  return SearchEnd::Found;
-}
 }  // namespace
 
 SearchEnd findText(const Document& document, const SearchQuery& query, TextPlace& place,
@@ -219,7 +276,7 @@ SearchEnd findText(const Document& document, const SearchQuery& query, TextPlace
   if (isFoundNowhere(query)) return SearchEnd::NotFound;
   const Pattern pattern(query);
   RunSearch runs(document, pattern, stop);
-  return findPattern(document, pattern, place, runs);
+  return runs.find(place);
 }
 
 TextPlace stepOn(TextPlace place, SearchDirection direction) {
@@ -312,7 +369,7 @@ ReplaceAllResult replaceAll(Document& document, EditHistory& history, const Sear
   LineReplacement line(document, history, pattern, replacement, command);
   const bool takesLines = pattern.isForward() && replacement.lineEnds() == 0;
   int64_t untilLook = HitsBetweenLooks;
-  while ((result.end = findPattern(document, pattern, place, runs)) == SearchEnd::Found) {
+  while ((result.end = runs.find(place)) == SearchEnd::Found) {
     result.last = place;
     if (takesLines) {
       result.count += line.run(place);

@@ -15,7 +15,12 @@ std::wstring clipboardText(const TextSpan& text) {
 
 void EditClipboard::set(const TextSpan& text) {
   held_ = text;
-  if (desktop_) desktop_->take([text] { return clipboardText(text); });
+  if (!desktop_) return;
+  if (text.needsCodePage()) {
+    desktop_->take([wide = clipboardText(text)] { return wide; });
+  } else {
+    desktop_->take([text] { return clipboardText(text); });
+  }
 }
 
 void EditClipboard::append(const TextSpan& text, LineEndStyle style) {

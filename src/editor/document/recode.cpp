@@ -45,3 +45,10 @@ TextSpan TextSpan::recoded(const TextEncoding& from, const TextEncoding& to) con
   }
   return {lines.finish(), std::move(last)};
 }
+
+bool TextSpan::needsCodePage() const {
+  const auto isFree = [](const TextRun& run) {
+    return run.storage.isWide || run.storage.encoding.format != TextFormat::CodePage;
+  };
+  return !isFree(last_) || !lines_.forEach(isFree);
+}

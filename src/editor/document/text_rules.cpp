@@ -18,15 +18,39 @@ size_t indentLength(std::wstring_view text) {
   return length;
 }
 
-size_t skipWord(std::wstring_view text, size_t at) {
-  while (at < text.size() && isEditWordCharacter(text[at])) ++at;
-  return at;
-}
+// The characters of one line, a stretch at a time: a line may be as long as a file.
+class LineCharacters {
+ public:
+  LineCharacters(const Document& document, int64_t line)
+      : document_(document), line_(line), length_(document.lineLength(line)) {}
 
-size_t skipOthers(std::wstring_view text, size_t at) {
-  while (at < text.size() && !isEditWordCharacter(text[at])) ++at;
-  return at;
-}
+  int64_t length() const { return length_; }
+  wchar_t operator[](int64_t index) {
+    constexpr int64_t Stretch = 4096;
+    if (index < begin_ || index >= begin_ + static_cast<int64_t>(stretch_.size())) {
+      begin_ = index / Stretch * Stretch;
+      stretch_ = document_.slice(line_, begin_, Stretch);
+    }
+    return stretch_[static_cast<size_t>(index - begin_)];
+  }
+  bool isWordAt(int64_t index) { return isEditWordCharacter((*this)[index]); }
+
+  int64_t skipWord(int64_t at) {
+    while (at < length_ && isWordAt(at)) ++at;
+    return at;
+  }
+  int64_t skipOthers(int64_t at) {
+    while (at < length_ && !isWordAt(at)) ++at;
+    return at;
+  }
+
+ private:
+  const Document& document_;
+  int64_t line_;
+  int64_t length_;
+  int64_t begin_ = 0;
+  std::wstring stretch_;
+};
 }  // namespace
 
 bool isEditWordCharacter(wchar_t character) {
@@ -49,28 +73,23 @@ TextPlace placeRight(const Document& document, TextPlace from) {
 }
 
 TextPlace wordRightPlace(const Document& document, TextPlace from, WordRight kind) {
-  const std::wstring text = document.text(from.line);
-  auto at = static_cast<size_t>(from.index);
-  if (at >= text.size()) return placeRight(document, from);
-  if (kind == WordRight::Brief) {
-    at = skipWord(text, skipOthers(text, at));
-    return {from.line, static_cast<int64_t>(at)};
-  }
-  at = skipOthers(text, skipWord(text, at + 1));
-  const TextPlace place{from.line, static_cast<int64_t>(at)};
-  return at == text.size() ? placeRight(document, place) : place;
+  LineCharacters text(document, from.line);
+  if (from.index >= text.length()) return placeRight(document, from);
+  if (kind == WordRight::Brief) return {from.line, text.skipWord(text.skipOthers(from.index))};
+  const TextPlace place{from.line, text.skipOthers(text.skipWord(from.index + 1))};
+  return place.index == text.length() ? placeRight(document, place) : place;
 }
 
 TextPlace wordLeftPlace(const Document& document, TextPlace from) {
   if (from.index == 0) return placeLeft(document, from);
-  const std::wstring text = document.slice(from.line, 0, from.index);
-  size_t at = text.size();
+  LineCharacters text(document, from.line);
+  int64_t at = std::min(from.index, text.length());
   // A step that comes to the line's start goes on to the line above, whatever stands there.
   do {
-    if (--at == 0) return placeLeft(document, {from.line, 0});
-  } while (!isEditWordCharacter(text[at]));
-  while (at > 0 && isEditWordCharacter(text[at - 1])) --at;
-  return {from.line, static_cast<int64_t>(at)};
+    if (--at <= 0) return placeLeft(document, {from.line, 0});
+  } while (!text.isWordAt(at));
+  while (at > 0 && text.isWordAt(at - 1)) --at;
+  return {from.line, at};
 }
 
 TextPlace deleteWordStart(const Document& document, TextPlace from) {
@@ -79,16 +98,15 @@ TextPlace deleteWordStart(const Document& document, TextPlace from) {
 }
 
 std::optional<TextRange> wordAt(const Document& document, TextPlace place) {
-  const std::wstring text = document.text(place.line);
-  auto at = static_cast<size_t>(place.index);
-  if (at >= text.size() || !isEditWordCharacter(text[at])) {
-    if (at == 0 || at > text.size() || !isEditWordCharacter(text[at - 1])) return {};
+  LineCharacters text(document, place.line);
+  int64_t at = std::min(place.index, text.length());
+  if (at == text.length() || !text.isWordAt(at)) {
+    if (at == 0 || !text.isWordAt(at - 1)) return {};
     --at;
   }
-  size_t start = at;
-  while (start > 0 && isEditWordCharacter(text[start - 1])) --start;
-  return TextRange{{place.line, static_cast<int64_t>(start)},
-                   {place.line, static_cast<int64_t>(skipWord(text, at))}};
+  int64_t start = at;
+  while (start > 0 && text.isWordAt(start - 1)) --start;
+  return TextRange{{place.line, start}, {place.line, text.skipWord(at)}};
 }
 
 namespace {
@@ -109,26 +127,46 @@ struct BracketScan {
   }
 };
 
+// Looks for a key now and then, counting what was looked at.
+class StopWatch {
+ public:
+  explicit StopWatch(const StopAsked& stop) : stop_(stop) {}
+  bool isStopped() {
+    constexpr int CharactersBetweenLooks = 65536;
+    if (++count_ < CharactersBetweenLooks) return false;
+    count_ = 0;
+    return stop_ && stop_();
+  }
+
+ private:
+  const StopAsked& stop_;
+  int count_ = 0;
+};
+
 std::optional<TextPlace> scanForward(const Document& document, TextPlace place, BracketScan scan,
                                      const StopAsked& stop) {
-  for (int64_t line = place.line; line < document.lineCount(); ++line) {
-    const std::wstring text = document.text(line);
-    const size_t start = line == place.line ? static_cast<size_t>(place.index) : 0;
-    for (size_t i = start; i < text.size(); ++i)
-      if (scan.closes(text[i])) return TextPlace{line, static_cast<int64_t>(i)};
-    if (isStopped(line, stop)) return {};
+  StopWatch watch(stop);
+  for (; place.line < document.lineCount(); place = {place.line + 1, 0}) {
+    LineCharacters text(document, place.line);
+    for (; place.index < text.length(); ++place.index) {
+      if (scan.closes(text[place.index])) return place;
+      if (watch.isStopped()) return {};
+    }
+    if (watch.isStopped()) return {};
   }
   return {};
 }
 
 std::optional<TextPlace> scanBackward(const Document& document, TextPlace place, BracketScan scan,
                                       const StopAsked& stop) {
-  for (int64_t line = place.line; line >= 0; --line) {
-    const std::wstring text = document.text(line);
-    const size_t behind = line == place.line ? static_cast<size_t>(place.index) + 1 : text.size();
-    for (size_t i = behind; i > 0; --i)
-      if (scan.closes(text[i - 1])) return TextPlace{line, static_cast<int64_t>(i - 1)};
-    if (isStopped(line, stop)) return {};
+  StopWatch watch(stop);
+  for (; place.line >= 0; place = {place.line - 1, INT64_MAX}) {
+    LineCharacters text(document, place.line);
+    for (place.index = std::min(place.index, text.length() - 1); place.index >= 0; --place.index) {
+      if (scan.closes(text[place.index])) return place;
+      if (watch.isStopped()) return {};
+    }
+    if (watch.isStopped()) return {};
   }
   return {};
 }
@@ -148,13 +186,11 @@ std::optional<TextPlace> matchingBracket(const Document& document, TextPlace pla
 std::optional<std::wstring> leadingIndent(const Document& document, TextPlace place,
                                           const StopAsked& stop) {
   for (int64_t line = place.line; line >= 0; --line) {
-    std::wstring text =
-        line == place.line ? document.slice(line, 0, place.index) : document.text(line);
-    const size_t length = indentLength(text);
-    if (length < text.size()) {
-      text.resize(length);
-      return text;
-    }
+    LineCharacters text(document, line);
+    const int64_t end = line == place.line ? std::min(place.index, text.length()) : text.length();
+    int64_t length = 0;
+    while (length < end && isEditBlank(text[length])) ++length;
+    if (length < end) return document.slice(line, 0, length);
     if (isStopped(line, stop)) return {};
   }
   return {};

@@ -39,6 +39,9 @@ class TextSpan {
   // The bytes of a code page read as those of another one; characters that the old page lacks stay.
   TextSpan recoded(const TextEncoding& from, const TextEncoding& to) const;
 
+  // Whether a numbered code page is needed to read it, which only the application thread may use.
+  bool needsCodePage() const;
+
   // All of it as bytes that `fromStored` makes the same text of, in any document; whatever else
   // those bytes are, they give some text.
   std::string stored() const;

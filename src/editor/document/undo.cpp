@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "editor/text/code_page_codec.h"
+
 void TUndoStack::push(UndoItem item) {
   if (items_.empty() || item.command >= 0 || items_.back().command != item.command) ++counted_;
   items_.push_back(std::move(item));
@@ -22,6 +24,10 @@ void TUndoStack::pop() {
 void TUndoStack::clear() {
   items_.clear();
   counted_ = 0;
+}
+
+void TUndoStack::recode(const TextEncoding& from, const TextEncoding& to) {
+  for (UndoItem& item : items_) item.text = item.text.recoded(from, to);
 }
 
 Bookmarks unsetBookmarks() {
@@ -109,6 +115,18 @@ UndoOutcome EditHistory::undoCommand(Document& document, TextPlace& cursor) {
 }
 UndoOutcome EditHistory::redoCommand(Document& document, TextPlace& cursor) {
   return oneCommand(document, cursor, bookmarks, redo, undo);
+}
+
+void EditHistory::recode(const TextEncoding& from, const TextEncoding& to) {
+  const auto isSingleByte = [](const TextEncoding& encoding) {
+    return CodePageCodec::of(resolvedPage(encoding.page)).table() != nullptr;
+  };
+  if (!isSingleByte(from) || !isSingleByte(to)) {
+    clearSteps();
+    return;
+  }
+  undo.recode(from, to);
+  redo.recode(from, to);
 }
 
 void EditHistory::clearSteps() {

@@ -32,6 +32,7 @@ class TUndoStack {
   void push(UndoItem item);  // the oldest goes when there are too many
   void pop();
   void clear();
+  void recode(const TextEncoding& from, const TextEncoding& to);
 
  private:
   std::deque<UndoItem> items_;
@@ -66,6 +67,9 @@ struct EditHistory {
   UndoOutcome undoCommand(Document& document, TextPlace& cursor);
   UndoOutcome redoCommand(Document& document, TextPlace& cursor);
   void clearSteps();
+  // The document is read in another code page now: so are the texts of the steps. When a character
+  // may take more than one byte in either page the steps end, since their places don't fit.
+  void recode(const TextEncoding& from, const TextEncoding& to);
 
   // Numbers for UndoItem::command that no step has yet.
   int64_t newTypingRun() { return ++lastCommand; }
