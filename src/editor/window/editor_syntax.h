@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "console/cell_string.h"
@@ -19,6 +20,10 @@ class EditorSyntax {
   // Chooses the definitions for a file of that name, read anew from the disk. Tells about a file of
   // definitions that can't be read.
   void load(const Westring& path, const Document& document);
+  // The same with definitions that were read elsewhere.
+  void use(std::shared_ptr<const SyntaxDefinitions> definitions) {
+    syntax_.use(std::move(definitions));
+  }
   void off() { syntax_.off(); }
   bool active() const { return syntax_.active(); }
 

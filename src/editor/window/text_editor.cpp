@@ -73,7 +73,7 @@ void CTextEditor::scrollSideways() {
   if (left > most) left = std::max<int64_t>(left - steps(left - most), 0);
   if (left == view.left) return;
   view.left = left;
-  redraw();
+  redrawFrom(view.top);
 }
 
 void CTextEditor::makeVisible(TextPlace from, TextPlace to) {
@@ -84,7 +84,7 @@ void CTextEditor::makeVisible(TextPlace from, TextPlace to) {
   if (first < left) left -= std::min(steps(left - first), left);
   if (left == view.left) return;
   view.left = left;
-  redraw();
+  redrawFrom(view.top);
 }
 
 void CTextEditor::makeSafe() {
