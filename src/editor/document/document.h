@@ -121,8 +121,8 @@ class Document {
     std::wstring text;
   };
   struct SeenLongLine {
+    int64_t line;
     SharedBlock block;
-    std::string_view bytes;
     std::unique_ptr<LongLine> marks;
   };
   // A line of a run, or the last line.

@@ -40,15 +40,14 @@ void Document::workLineChanged(int64_t index) {
 LongLine* Document::longLine(int64_t line) const {
   if (line == work_.line) return work_.marks.get();
   if (line == seen_.line) return nullptr;
+  for (const SeenLongLine& seen : seenLong_)
+    if (seen.line == line) return seen.marks.get();
   const RunLine found = runLine(line);
   const std::string_view bytes = found.bytes.text;
   if (bytes.size() < LongLineBytes) return nullptr;
-  for (const SeenLongLine& seen : seenLong_)
-    if (seen.bytes.data() == bytes.data() && seen.bytes.size() == bytes.size())
-      return seen.marks.get();
   if (seenLong_.size() == SeenLongLines) seenLong_.erase(seenLong_.begin());
   seenLong_.push_back(
-      {found.run->block, bytes, std::make_unique<LongLine>(bytes, found.run->storage)});
+      {line, found.run->block, std::make_unique<LongLine>(bytes, found.run->storage)});
   return seenLong_.back().marks.get();
 }
 

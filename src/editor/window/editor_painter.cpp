@@ -103,7 +103,8 @@ CellString EditorPainter::visibleCells(int64_t line) {
   const int64_t missing = left + editor_.columns() - all.length();
   CellString cells = left < all.length() ? mid(all, static_cast<int>(left), editor_.columns())
                                          : CellString(colourOf(Colour::FileViewer));
-  if (missing > 0 && editor_.document.lineLength(line) > EditorSyntax::MostCharacters) {
+  const TextPlace behind{line, EditorSyntax::MostCharacters};
+  if (missing > 0 && editor_.document.characterAt(behind) != 0) {
     cells.append(plainCells(line, std::max<int64_t>(left, all.length())));
   }
   return cells;
