@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <map>
 #include <set>
-#include <source_location>
 #include <sstream>
 
 #include "foundation/utf8.h"
@@ -23,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr char Nobody[] = "none";  // a state that no element is: for rules that only changes reach
 
 fs::path testDirectory() {
-  const std::string golden = goldenPath(std::source_location::current().file_name(), "any");
+  const std::string golden = goldenPath(__FILE__, "any");
   return fs::path(golden).parent_path().parent_path();
 }
 
@@ -99,7 +98,7 @@ TEST(Languages, EachSampleLooksAsItsGoldenPicture) {
   int looked = 0;
   for (const fs::path& sample : samples()) {
     const std::string name = sample.filename();
-    const std::string golden = goldenPath(std::source_location::current().file_name(), name);
+    const std::string golden = goldenPath(__FILE__, name);
     const std::string seen = syntaxPicture(content, name, readFile(sample));
     EXPECT_NE(seen, "") << "no section fits " << name;
     if (update) {
@@ -113,7 +112,7 @@ TEST(Languages, EachSampleLooksAsItsGoldenPicture) {
 }
 
 TEST(Languages, EachGoldenPictureHasASample) {
-  const fs::path golden(goldenPath(std::source_location::current().file_name(), "any"));
+  const fs::path golden(goldenPath(__FILE__, "any"));
   for (const auto& item : fs::directory_iterator(golden.parent_path())) {
     EXPECT_TRUE(fs::exists(testDirectory() / "samples" / item.path().stem())) << item.path();
   }
@@ -124,7 +123,7 @@ Westring nameThatFits(const std::string& head) {
   const size_t colon = head.find(':');
   const Westring pattern = decodeFileName(head.substr(colon + 1, head.size() - colon - 2).c_str());
   for (const fs::path& sample : samples()) {
-    const Westring name = decodeFileName(sample.filename().c_str());
+    Westring name = decodeFileName(sample.filename().c_str());
     if (wildMatch(pattern.data(), name.data())) return name;
   }
   return Westring();

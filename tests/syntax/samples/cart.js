@@ -57,3 +57,7 @@ const next = "neither
 const $after = _x >= 1 ? a : b;
 const tpl = `never closed ${next}
 const inside = 1; // still the template
+`;
+const dots = name.replace(/[/"'`]+\/(\d+)/g, '').split(/,\s*/), rest = [/a/i, /^b"/m];
+const after = (/* why */ 5), both = /x/.test(name) ? /^'/ : /"$/; // two
+return /=/.test(name) && !/`/.exec(name);
