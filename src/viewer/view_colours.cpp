@@ -33,17 +33,16 @@ void ViewColours::paint(const ViewedLine& line, int64_t cell, CellString& cells)
   for (int i = 0; i < count; ++i) cells[i].attr = painted_[static_cast<int>(cell) + i].attr;
 }
 
-// What was found above the end of a file stays true when the file grows.
+// What was found stays true when the file only grows.
 void ViewColours::seeChanges() {
   const int tabWidth = GlobalOptions::TabWidth;
   if (tabWidth != tabWidth_) paintedStart_ = Nowhere;
   tabWidth_ = tabWidth;
   if (version_ == file_.version()) return;
-  if (!(encoding_ == file_.encoding()) || file_.size() <= size_) states_.reset();
+  if (rewrites_ != file_.rewrites()) states_.reset();
   position_ = paintedStart_ = Nowhere;
   version_ = file_.version();
-  encoding_ = file_.encoding();
-  size_ = file_.size();
+  rewrites_ = file_.rewrites();
 }
 
 void ViewColours::bringTo(int64_t position) {
@@ -55,6 +54,7 @@ void ViewColours::bringTo(int64_t position) {
   if (!isCertain_ && file_.startOf(at) < at) at = file_.lineAt(file_.startOf(at)).next;
   while (at < position) {
     const ViewedLine line = file_.lineAt(at);
+    if (line.next <= at) break;  // the file has lost its end meanwhile
     syntax_.skip(colouredPart(line));
     pass(line);
     at = line.next;

@@ -40,7 +40,6 @@ class ViewColours {
   int64_t paintedStart_ = Nowhere;
   // For which the above holds.
   int64_t version_ = Nowhere;
-  TextEncoding encoding_;
-  int64_t size_ = 0;
+  int64_t rewrites_ = Nowhere;
   int tabWidth_ = 0;
 };
