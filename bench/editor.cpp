@@ -2,7 +2,8 @@
 // DISPLAY; of the slowest of three places, its start, middle and end.
 // usage: bench_editor FILE type|pixels|return|line|join       until the cells are complete, or the
 //                                                             pixels
-//        bench_editor FILE repaint COLUMNS ROWS               of all cells, at the end of the text
+//        bench_editor FILE repaint COLUMNS ROWS               of all cells to pixels, at the end of
+//                                                             the text
 // FILE holds the definitions of the colours.
 
 #include <cstdio>
@@ -80,6 +81,7 @@ double repaint(TimedScreen& screen) {
   return medianMs(Runs, [&] {
     console->fillBlank(0, 0, console->columns(), console->rows(), 0);
     screen.press(Key::ctrl('l'));
+    console->completePainting();
   });
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "editor/dialogs/goto_dialogs.h"
 #include "editor/document/text_rules.h"
 #include "editor/window/edit_command.h"
 #include "editor/window/text_editor.h"
@@ -12,7 +11,6 @@
 namespace {
 
 constexpr int RowsKeptByPage = 2;  // of a page that show again after PgDn
-constexpr int LinesAboveGoal = 5;  // that show above the line that was asked for
 
 // ---- by a character or to an end
 
@@ -67,14 +65,6 @@ void toBracket(CTextEditor& editor) {
   const auto place =
       matchingBracket(editor.document, editor.cursor(), [&watch] { return watch.pressed(); });
   if (place) editor.moveTo(*place);
-}
-
-void toLineNumber(CTextEditor& editor) {
-  const std::optional<int64_t> number =
-      TDEditor::askLine(editor.cursor().line + 1, editor.document.lineCount());
-  if (!number) return;
-  editor.scrollTo(std::max<int64_t>(*number - 1 - LinesAboveGoal, 0));
-  editor.moveTo({*number - 1, 0});
 }
 
 // ---- by lines
@@ -164,7 +154,6 @@ EditCommands moveCommands() {
   };
   for (EditCommand& row : rows) row.block = BlockUse::Moves;
   rows.push_back({"Matching bracket", {Key::alt('['), Key::alt('m')}, toBracket, BlockUse::Moves});
-  rows.push_back({"Goto line", {Key::alt('l')}, toLineNumber, BlockUse::Moves});
   rows.push_back({"Scroll up", {Key::CtrlUp}, scrollUp, BlockUse::Keeps});
   rows.push_back({"Scroll down", {Key::CtrlDown}, scrollDown, BlockUse::Keeps});
   return rows;
