@@ -51,6 +51,9 @@ export async function load(path) {
   label: for (;;) { if (typeof path === 'string' && path !== '') break label; else continue; }
 }
 
+const long = 'it goes \
+  on here', more = "and \
+  here";
 const half = numbers.length / 2, quarter = half / 2; // two divisions
 const open = 'not closed
 const next = "neither

@@ -51,6 +51,9 @@ def total(entries, /, start=0, *, rate=1 / 3):
         case []: return start
         case [Entry(name="x") as first, *rest] if rest is not None:
             del first
+    text = "goes \
+        on" + 'and \
+        on'
     size = len(entries) @ matrix
     while (n := size) > 0 and n != LIMIT or not True:
         size //= 2 ** 1; size ^= ~n << 1

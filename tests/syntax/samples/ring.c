@@ -44,6 +44,8 @@ int ring_add(ring *r, const char *line) {
   }
   printf("line %zu: \"%s\"\n", place, line); /* seen */
   printf("one \x41\u00e4\101 /* no comment */ // nor this\\");
+  printf("a text that \
+    goes on, \t %s\n", line);
   return 0;
 }
 
