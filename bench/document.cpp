@@ -1,26 +1,27 @@
 // bench_document WORK FILE: one thing that the editor does with a text, in milliseconds.
-#include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <malloc.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
 
 #include "bench_support.h"
 #include "editor/document/document.h"
 #include "editor/document/document_search.h"
 #include "editor/document/undo.h"
+#include "editor/text/file_content.h"
+#include "editor/text/text_saver.h"
+#include "foundation/utf8.h"
 
 namespace {
 constexpr int Runs = 9;
 constexpr TextEncoding Utf8{TextFormat::Utf8, 0};
 
 std::string fileBytes(const char* path) {
-  std::ifstream file(path, std::ios::binary | std::ios::ate);
-  std::string bytes(static_cast<size_t>(file.tellg()), '\0');
-  file.seekg(0);
-  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  return bytes;
+  FileContent content;
+  if (readFileContent(fromUtf8(path), content) != 0) std::exit(1);
+  return std::move(content.bytes);
 }
 
 double onceMs(const std::function<void()>& work) {
@@ -49,8 +50,8 @@ double memory(const char* path) {
   Document document;
   const size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
   document.load(fileBytes(path), Utf8);
-  const size_t bytes = document.lineOfByte(INT64_MAX).line > 0 ? fileBytes(path).size() : 1;
   const size_t used = mallinfo2().uordblks + mallinfo2().hblkhd - before;
+  const size_t bytes = fileBytes(path).size();
   return (static_cast<double>(used) / static_cast<double>(bytes) - 1) * 100;
 }
 
@@ -72,13 +73,10 @@ double replaceEverything(Document& document, const std::string& step) {
   EditHistory history;
   const SearchQuery query{L"needle", SearchCase::Respected};
   TextPlace cursor;
-  int64_t count = 0;
   const double replace = onceMs([&] {
-    count = replaceAll(document, history, query, TextSpan::fromText(L"thread", LineEndStyle::Lf),
-                       {0, 0}, history.newReplaceAll())
-                .count;
+    replaceAll(document, history, query, TextSpan::fromText(L"thread", LineEndStyle::Lf), {0, 0},
+               history.newReplaceAll());
   });
-  std::fprintf(stderr, "%ld hits\n", static_cast<long>(count));
   cursor = history.undo.top().after;
   const double undo = onceMs([&] { history.undoStep(document, cursor); });
   const double all = onceMs([&] { history.undoCommand(document, cursor); });
@@ -129,22 +127,25 @@ double measured(const std::string& work, const char* path) {
   return replaceEverything(document, work);
 }
 
-// Written to `target` by the plainest means, and synced.
-int save(const char* path, const char* target, bool edits) {
+// Reads the file and saves it again, as the editor does.
+int save(const char* path, bool isEdited) {
+  FileContent content;
+  TextSaver saver;
+  if (readFileContent(fromUtf8(path), content) != 0) return 1;
+  saver.opened(fromUtf8(path), content);
   Document document;
-  document.load(fileBytes(path), Utf8);
-  if (edits) document.replace({1, 0}, {1, 0}, TextSpan::fromText(L"x", LineEndStyle::Lf));
-  std::FILE* file = std::fopen(target, "wb");
-  if (!file) return 1;
-  const Document::Written written = document.write(Utf8, [file](std::string_view bytes) {
-    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() ? 0 : errno;
-  });
-  return written.error != 0 || std::fclose(file) != 0 ? 1 : 0;
+  document.load(std::move(content.bytes), Utf8);
+  if (isEdited) document.replace({1, 0}, {1, 0}, TextSpan::fromText(L"x", LineEndStyle::Lf));
+  const auto write = [&document](const TextSaver::Sink& sink) {
+    return document.write(Utf8, sink).error;
+  };
+  return saver.save(write).error == 0 ? 0 : 1;
 }
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 4) return save(argv[2], argv[3], std::strcmp(argv[1], "save-edited") == 0);
   if (argc != 3) return 2;
-  std::printf("%.3f\n", measured(argv[1], argv[2]));
+  const std::string work = argv[1];
+  if (work == "save" || work == "save-edited") return save(argv[2], work == "save-edited");
+  std::printf("%.3f\n", measured(work, argv[2]));
 }
