@@ -230,7 +230,7 @@ TEST(Languages, EachStateThatARuleNamesIsThere) {
 
 TEST(Languages, EachClassCanBeReadOnTheViewersBackground) {
   constexpr int Background = 0xF0;
-  constexpr int Dark[] = {0, 1};  // black and blue
+  constexpr int Dark[] = {0, 1, 2, 3, 4, 5, 8, 9};  // less than 3.5 times as bright as it
   defaultColours();
   const unsigned char text = colourOf(Colour::FileViewer);
   forEachLine(shippedFile(), [&](const std::string& head, const std::string& line) {
