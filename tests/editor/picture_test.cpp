@@ -1,4 +1,5 @@
-#include <fstream>
+#include <random>
+#include <vector>
 
 #include "editor/editor_test.h"
 #include "editor/window/editor_painter.h"
@@ -194,6 +195,18 @@ TEST_F(EditorColours, WhatOpenedAThousandLinesAboveTheViewIsSeenAndNotFurtherUp)
   EXPECT_FALSE(commentAt(1001));
 }
 
+TEST_F(EditorColours, WhatOpenedTwoMebibytesAboveTheViewIsNotSeen) {
+  const auto commentBehind = [this](size_t bytes) {
+    openColoured("/*\n" + std::string(bytes, 'x') + "\nend" + std::string(50, '\n') + "end");
+    press({Key::CtrlPageDown});
+    editor().scrollTo(2);
+    goTo(2, 0);
+    return attrAt(0, 1) == Comment;
+  };
+  EXPECT_TRUE(commentBehind((2 << 20) - 10));
+  EXPECT_FALSE(commentBehind(2 << 20));
+}
+
 TEST_F(EditorColours, AltHSwitchesTheColoursOffAndReadsThemAnew) {
   openColoured("if\n/* x");
   press({Key::alt('h')});
@@ -208,6 +221,39 @@ TEST_F(EditorColours, TheSelectionCoversThem) {
   openColoured("if x");
   press({{Key::ShiftRight, Shift}});
   EXPECT_EQ(attrs(0, 0, 2), "30 1A");
+}
+
+// Which rows are painted is told by each command; painting all of them must change nothing.
+TEST_F(EditorColours, AfterEveryCommandTheScreenIsWhatAFullRepaintMakesOfIt) {
+  const unsigned seed = std::random_device{}();
+  std::mt19937 random(seed);
+  const auto below = [&random](size_t count) { return random() % count; };
+  std::string text;
+  for (int i = 0; i < 70; ++i) {
+    const char* const pieces[] = {"/*", "*/", "if ", "\t", "then", "abc ", "       ", "x"};
+    for (size_t n = below(14); n > 0; --n) text += pieces[below(std::size(pieces))];
+    text += "\n";
+  }
+  openColoured(text);
+  std::vector<HeldKey> keys = {Key::Tab};
+  for (const wchar_t typed : std::wstring_view(L"x*/ ")) keys.emplace_back(typed);
+  for (const auto room :
+       {moveCommands, typeCommands, deleteCommands, markCommands, undoCommands, optionCommands}) {
+    for (const EditCommand& command : room()) {
+      for (const Key::Code code : command.codes) {
+        keys.push_back({code, command.modifiers | (code.has(Key::ShiftedKey) ? Shift : 0)});
+      }
+    }
+  }
+  for (int step = 0; step < 3000; ++step) {
+    const HeldKey key = keys[below(keys.size())];
+    press({key});
+    const std::vector<Cell> seen = console->getCells(0, 0, 80, 25);
+    editor().redraw();
+    runQueued();
+    ASSERT_EQ(seen, console->getCells(0, 0, 80, 25))
+        << "seed " << seed << ", step " << step << ", key " << std::hex << key.key.value();
+  }
 }
 
 TEST_F(EditorColours, AreThoseOfTheFirstCharactersOfALongLine) {

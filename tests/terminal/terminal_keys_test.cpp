@@ -18,6 +18,7 @@ TEST(TerminalKeys, EachKeySendsItsBytes) {
       {L'\xE9', "\xC3\xA9"},
       {L'\x20AC', "\xE2\x82\xAC"},
       {L'\U0001F600', "\xF0\x9F\x98\x80"},
+      {Key::AltSpace, "\x1b "},
       {Key::Home, "\x1b[H"},
       {Key::Up, "\x1b[A"},
       {Key::Down, "\x1b[B"},

@@ -15,11 +15,11 @@ std::wstring colouredPart(const Document& document, int64_t line) {
 // The first of the lines that are looked through.
 int64_t firstLineBack(const Document& document, int64_t top) {
   const int64_t least = std::max<int64_t>(top - EditorSyntax::MostLinesBack, 0);
-  int64_t characters = 0;
+  int64_t bytes = 0;
   int64_t line = top;
   while (line > least) {
-    characters += document.lineLength(line - 1) + 1;
-    if (characters > EditorSyntax::MostCharactersBack) break;
+    bytes += document.lineBytes(line - 1) + 1;
+    if (bytes > EditorSyntax::MostBytesBack) break;
     --line;
   }
   return line;

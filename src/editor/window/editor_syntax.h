@@ -15,7 +15,7 @@ class EditorSyntax {
   // A line is coloured so far; what stands behind has the default colour.
   static constexpr int64_t MostCharacters = CSyntax::ColouredCharacters;
   // How far above the view it looks, whichever is less.
-  static constexpr int64_t MostLinesBack = 1000, MostCharactersBack = int64_t{2} << 20;
+  static constexpr int64_t MostLinesBack = 1000, MostBytesBack = int64_t{2} << 20;
 
   // Chooses the definitions for a file of that name, read anew from the disk. Tells about a file of
   // definitions that can't be read.
