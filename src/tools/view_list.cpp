@@ -11,6 +11,7 @@
 #include "panels/commands/navigation.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/picture/panel_title.h"
+#include "panels/reader/directory_reader.h"
 #include "viewer/viewer.h"
 
 namespace {
@@ -79,9 +80,7 @@ struct Viewed {
   Key::Code key;
   int64_t topLine = 0;
 
-  void editIfAsked(const Westring& path) const {
-    if (key == Key::ShiftF4 || key == Key::AltF4) editFile(path, topLine);
-  }
+  bool asksForEditor() const { return key == Key::ShiftF4 || key == Key::AltF4; }
 };
 
 Viewed viewEntry(Panel& panel, int index, Westring& path) {
@@ -116,11 +115,13 @@ void viewList(Panel& panel) {
     viewed = viewEntry(panel, index, path);
   }
   moveCursorTo(panel, last);
-  viewed.editIfAsked(path);
+  if (!viewed.asksForEditor()) return;
+  editFile(path, viewed.topLine);
+  panelRefresh();
 }
 
 void viewOne(const Westring& path) {
   Viewed viewed{Key::Esc};
   viewed.key = viewFile(path, AnyPosition, &viewed.topLine);
-  viewed.editIfAsked(path);
+  if (viewed.asksForEditor()) editFile(path, viewed.topLine);
 }
