@@ -77,7 +77,8 @@ Westring interpreterOf(std::wstring_view firstLine) {
   std::wstring_view program = lastPart(cutWord(firstLine));
   if (program == Environment) program = programOfEnvironment(firstLine);
   program = program.substr(0, program.find_last_not_of(VersionCharacters) + 1);
-  return std::wstring(program).c_str();
+  const std::wstring name(program);
+  return Westring(name.c_str());
 }
 
 SyntaxLoad loadSyntax(const Westring& textPath, std::wstring_view firstLine) {
