@@ -35,14 +35,19 @@ uint64_t mix(uint64_t a, uint64_t b) {
 
 }  // namespace
 
-ContentHash::ContentHash() : lanes_{keys()[0], keys()[1]} {}
+ContentHash::ContentHash() : lanes_(keys()) {}
 
-void ContentHash::addBlock(const char* block) {
-  uint64_t words[4];
-  memcpy(words, block, sizeof words);
-  const Keys& key = keys();
-  lanes_[0] = mix(words[0] ^ key[2] ^ lanes_[0], words[1] ^ key[3]) + lanes_[0];
-  lanes_[1] = mix(words[2] ^ key[3] ^ lanes_[1], words[3] ^ key[2]) + lanes_[1];
+void ContentHash::addBlocks(Lanes& lanes, std::string_view blocks) {
+  const Keys key = keys();
+  Lanes present = lanes;
+  for (size_t at = 0; at < blocks.size(); at += BlockSize) {
+    uint64_t words[2 * std::tuple_size_v<Lanes>];
+    memcpy(words, blocks.data() + at, sizeof words);
+    for (size_t i = 0; i < present.size(); ++i) {
+      present[i] += mix(words[2 * i] ^ key[i] ^ present[i], words[2 * i + 1] ^ key[3 - i]);
+    }
+  }
+  lanes = present;
 }
 
 void ContentHash::add(std::string_view bytes) {
@@ -53,18 +58,20 @@ void ContentHash::add(std::string_view bytes) {
     restSize_ += taken;
     bytes.remove_prefix(taken);
     if (restSize_ < BlockSize) return;
-    addBlock(rest_.data());
+    addBlocks(lanes_, {rest_.data(), BlockSize});
     restSize_ = 0;
   }
-  for (; bytes.size() >= BlockSize; bytes.remove_prefix(BlockSize)) addBlock(bytes.data());
-  std::copy(bytes.begin(), bytes.end(), rest_.begin());
-  restSize_ = bytes.size();
+  const size_t whole = bytes.size() - bytes.size() % BlockSize;
+  addBlocks(lanes_, bytes.substr(0, whole));
+  restSize_ = bytes.size() - whole;
+  memcpy(rest_.data(), bytes.data() + whole, restSize_);
 }
 
 ContentHash::Value ContentHash::value() const {
-  ContentHash all = *this;
-  std::fill(all.rest_.begin() + static_cast<std::ptrdiff_t>(restSize_), all.rest_.end(), '\0');
-  all.addBlock(all.rest_.data());
-  return {mix(all.lanes_[0] ^ size_, keys()[1] ^ all.lanes_[1]),
-          mix(all.lanes_[1] ^ size_, keys()[0] ^ all.lanes_[0])};
+  std::array<char, BlockSize> last = rest_;
+  std::fill(last.begin() + static_cast<std::ptrdiff_t>(restSize_), last.end(), '\0');
+  Lanes lanes = lanes_;
+  addBlocks(lanes, {last.data(), last.size()});
+  return {mix(lanes[0] ^ size_, lanes[1] | 1) ^ mix(lanes[2] ^ size_, lanes[3] | 1),
+          mix(lanes[1] ^ size_, lanes[2] | 1) ^ mix(lanes[3] ^ size_, lanes[0] | 1)};
 }

@@ -16,11 +16,12 @@ class ContentHash {
   Value value() const;  // of all that was added
 
  private:
-  static constexpr size_t BlockSize = 32;
+  using Lanes = std::array<uint64_t, 4>;  // they don't wait for each other
+  static constexpr size_t BlockSize = 64;
 
-  void addBlock(const char* block);
+  static void addBlocks(Lanes& lanes, std::string_view blocks);
 
-  std::array<uint64_t, 2> lanes_;
+  Lanes lanes_;
   std::array<char, BlockSize> rest_{};  // less than a block, until more comes
   size_t restSize_ = 0;
   uint64_t size_ = 0;
