@@ -150,9 +150,11 @@ int diskSpace(const Westring& path, uint64_t& total, uint64_t& free, uint64_t& u
 }
 
 Westring errorText(int code) {
+  const Westring text = fromUtf8(errorTextShort(code).data());
+  if (code >= Status::FirstOwn) return text;
   Estring number;
   number.format(" (%d)", code);
-  return fromUtf8(errorTextShort(code).data()) + fromUtf8(number.data());
+  return text + fromUtf8(number.data());
 }
 
 Estring errorTextShort(int code) {

@@ -37,8 +37,8 @@ int changeDir(const Westring& path);
 Westring currentDir();  // "" on failure; however long
 int diskSpace(const Westring& path, uint64_t& total, uint64_t& free, uint64_t& unit);
 
-Westring errorText(int code);      // the system's text and " (code)"
-Estring errorTextShort(int code);  // the system's text alone
+Westring errorText(int code);      // the system's text and " (code)"; one of our own alone
+Estring errorTextShort(int code);  // the text alone
 
 // Every name in a directory but "." and "..", as bytes, in directory order; nothing is left out and
 // nothing is looked at. 0 or errno. The directory is closed again before this returns.

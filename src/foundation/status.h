@@ -2,6 +2,7 @@
 
 // Failures are integers: 0, an errno value, or one of these.
 namespace Status {
+inline constexpr int FirstOwn = 0x40000001;  // those below are the system's
 inline constexpr int NoMoreFiles = 0x40000001;
 inline constexpr int NotReady = 0x40000002;
 inline constexpr int ChangedMeanwhile = 0x40000003;  // a file, since it was read

@@ -15,6 +15,7 @@
 
 #include "foundation/file_unlock.h"
 #include "foundation/names.h"
+#include "foundation/status.h"
 #include "foundation/users.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
@@ -216,6 +217,8 @@ TEST(ErrorText, IsTheSystemsTextWithItsNumber) {
   EXPECT_TRUE(sameName(errorText(ENOENT), L"No such file or directory (2)"));
   EXPECT_STREQ(errorTextShort(EACCES).data(), "Permission denied");
   EXPECT_STREQ(errorTextShort(12345).data(), "Unknown error 12345");
+  EXPECT_TRUE(sameName(errorText(Status::TooLarge), L"File is too large to edit"));
+  EXPECT_TRUE(sameName(errorText(Status::NotRegularFile), L"Not a regular file"));
 }
 
 TEST_F(PathInfoTest, ListNamesSeesEveryNameAsItsBytes) {
