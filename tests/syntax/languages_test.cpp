@@ -138,6 +138,26 @@ TEST(Languages, EachSectionIsShownByASample) {
   EXPECT_FALSE(heads.empty());
 }
 
+TEST(Languages, AScriptIsKnownByItsInterpreter) {
+  const std::string content = shippedFile();
+  for (const char* line : {"#!/bin/sh -e",          "#!/bin/bash",
+                           "#!/usr/bin/env zsh",    "#!/bin/ksh93",
+                           "#!/usr/bin/python3.11", "#!/usr/bin/env -S python3 -B",
+                           "#!/usr/bin/perl -w",    "#!/usr/bin/env ruby",
+                           "#!/usr/bin/php",        "#!/usr/bin/lua5.4",
+                           "#!/usr/bin/env tclsh",  "#!/usr/bin/wish8.6",
+                           "#!/usr/bin/expect -f",  "#!/usr/bin/env Rscript",
+                           "#!/usr/bin/julia",      "#!/usr/bin/awk -f",
+                           "#!/usr/bin/gawk -f",    "#!/usr/bin/env node",
+                           "#!/usr/bin/env deno",   "#!/usr/bin/make -f",
+                           "#!/usr/bin/env pwsh",   "#!/usr/bin/env swift",
+                           "#!/usr/bin/env scala",  "#!/usr/bin/env dart",
+                           "#!/usr/bin/env runghc"}) {
+    EXPECT_NE(definitionsFor(content, "script", line, 0), nullptr) << line;
+  }
+  EXPECT_EQ(definitionsFor(content, "script", "#!/usr/bin/unheard", 0), nullptr);
+}
+
 TEST(Languages, NoRuleIsDropped) {
   int looked = 0;
   forEachRule(shippedFile(),
