@@ -38,6 +38,9 @@ EditCommands optionCommands();
 EditCommands blockCommands();
 EditCommands searchCommands();
 EditCommands replaceCommands();
+EditCommands saveCommands();
+EditCommands formatCommands();
+EditCommands leaveCommands();
 
 const EditCommands& allEditCommands();
 // The command of a key with these modifiers (ShiftState bits); null for none. Of several rows for

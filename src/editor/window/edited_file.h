@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editor/text/created_file.h"
+#include "editor/text/text_saver.h"
 #include "foundation/westring.h"
 
 // What an edit knows of its file besides the text, which has the encoding. Loading fills it, Save
@@ -9,4 +11,6 @@ struct EditedFile {
   bool hasMark = false;     // a byte order mark stands at the start
   bool isNew = false;       // created by this edit
   bool isReadOnly = false;  // could only be opened for reading
+  TextSaver saver;          // the file on the disk
+  CreatedFile created;      // the empty file that this edit has made, as long as nobody used it
 };

@@ -1,11 +1,14 @@
 #include "editor/window/editor.h"
 
 #include "editor/window/editor_screen.h"
+#include "editor/window/load_file.h"
 #include "ui/screen_state_guard.h"
 
-void editFile(const Westring& path, int64_t, int64_t) {
+void editFile(const Westring& path, int64_t offset, int64_t selection) {
   const ScreenStateGuard guard;
   CTextEditor editor(path);
-  EditorScreen screen(editor);
-  screen.run();
+  if (!loadFile(editor, {offset, selection})) return;
+  editor.paint();
+  warnOfInvalidLines(editor);
+  EditorScreen(editor).run();
 }

@@ -1,0 +1,90 @@
+#include "editor/dialogs/code_page_dialog.h"
+#include "editor/dialogs/format_dialog.h"
+#include "editor/dialogs/questions.h"
+#include "editor/text/code_page_list.h"
+#include "editor/window/edit_command.h"
+#include "editor/window/load_file.h"
+#include "editor/window/text_editor.h"
+#include "options/options.h"
+#include "ui/alert.h"
+
+namespace {
+
+bool isPage(const TextEncoding& encoding) {
+  return encoding.format == TextFormat::CodePage;
+}
+
+bool hasText(const CTextEditor& editor) {
+  return editor.document.end() != TextPlace();
+}
+
+// The bytes of the text are read in another code page; what was changed is kept.
+void recode(CTextEditor& editor, int page) {
+  const TextEncoding from = editor.document.encoding();
+  editor.document.recode(page);
+  editor.history.recode(from, editor.document.encoding());
+  editor.dropBlock();
+  editor.makeSafe();
+}
+
+// A file that is still to be written gets the encoding, any other is read in it. False when
+// everything is as it was.
+bool becomeText(CTextEditor& editor, const TextEncoding& encoding) {
+  if (editor.file.isNew) {
+    editor.document.setEncoding(encoding);
+    editor.isModified = editor.isModified || hasText(editor);
+    return true;
+  }
+  return (!editor.isModified || TDEditor::askReload()) && reloadFile(editor, encoding);
+}
+
+void setEncoding(CTextEditor& editor, const TextEncoding& encoding) {
+  const TextEncoding now = editor.document.encoding();
+  if (now == encoding) return;
+  if (isPage(now) && isPage(encoding)) return recode(editor, encoding.page);
+  if (becomeText(editor, encoding)) warnOfInvalidLines(editor);
+}
+
+void setMark(CTextEditor& editor, bool hasMark) {
+  if (markOf(editor.document.encoding().format).empty()) hasMark = false;
+  if (hasMark == editor.file.hasMark) return;
+  editor.file.hasMark = hasMark;
+  editor.isModified = true;
+}
+
+void selectEncoding(CTextEditor& editor) {
+  TDEditor::FormatChoice choice{editor.document.encoding(), editor.file.hasMark};
+  const TextEncoding before = choice.encoding;
+  if (!TDEditor::CFormatSelectDlg(" Select File Encoding ", choice).ask(choice)) return;
+  setEncoding(editor, choice.encoding);
+  const bool isDone = before == choice.encoding || editor.document.encoding() == choice.encoding;
+  if (isDone) setMark(editor, choice.hasMark);
+}
+
+void takePage(CTextEditor& editor) {
+  const CodePageList::Step step = codePageList().next();
+  if (step.number == CodePageList::Number::Unknown) {
+    alert("Invalid code page", L"", AlertButtons::Ok, AlertColour::Error);
+  }
+  setEncoding(editor, {TextFormat::CodePage, step.page});
+}
+
+void chooseCodePages(CTextEditor& editor) {
+  if (!TDEditor::askCodePageList(GlobalOptions::TranslateCP)) return;
+  codePageList().restart();
+  takePage(editor);
+}
+
+void nextCodePage(CTextEditor& editor) {
+  if (isPage(editor.document.encoding())) takePage(editor);
+}
+
+}  // namespace
+
+EditCommands formatCommands() {
+  return {
+      {"Encoding", {Key::alt('e')}, selectEncoding},
+      {"Code page list", {Key::alt('c')}, chooseCodePages},
+      {"Next code page", {Key::alt('t')}, nextCodePage},
+  };
+}
