@@ -1,13 +1,15 @@
 #include "viewer/search_pattern.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <iterator>
 
 #include "foundation/fold.h"
 
 namespace {
 
-constexpr size_t LongestKey = 32;  // bytes
+constexpr size_t LongestKey = 32;  // bytes, as many as a number has bits
 constexpr unsigned char Nul = 0;
 
 // How often a byte stands in files, by rough thousandths.
@@ -63,16 +65,39 @@ char foldedByte(char byte, const TextEncoding& encoding) {
 // Sixteen bytes at once, on whatever the machine has for that.
 using Bytes = unsigned char __attribute__((vector_size(16)));
 
+constexpr size_t GroupBytes = 4 * sizeof(Bytes);
+
+bool any(const Bytes& bytes) {
+  uint64_t halves[2];
+  memcpy(halves, &bytes, sizeof halves);
+  return (halves[0] | halves[1]) != 0;
+}
+
+// Eight bytes in the order of memory, each nothing but ones or zeros: the first one that isn't
+// zero, and the rest without it.
+size_t firstOf(uint64_t bytes) {
+  const int bits = std::endian::native == std::endian::little ? std::countr_zero(bytes)
+                                                              : std::countl_zero(bytes);
+  return static_cast<size_t>(bits) / 8;
+}
+void dropFirst(uint64_t& bytes) {
+  const size_t first = firstOf(bytes);
+  const size_t shift = std::endian::native == std::endian::little ? first : 7 - first;
+  bytes &= ~(uint64_t{0xFF} << shift * 8);
+}
+
 struct Values {
   explicit Values(const std::string& values)
       : a(static_cast<unsigned char>(values[0])),
         b(static_cast<unsigned char>(values[values.size() / 2])),
         c(static_cast<unsigned char>(values.back())) {}
 
-  auto in(const char* bytes) const {
+  Bytes in(const char* bytes) const {
     Bytes block;
     memcpy(&block, bytes, sizeof block);
-    return (block == a) | (block == b) | (block == c);
+    const auto hits = (block == a) | (block == b) | (block == c);
+    memcpy(&block, &hits, sizeof block);
+    return block;
   }
   bool has(char byte) const {
     const auto value = static_cast<unsigned char>(byte);
@@ -149,7 +174,12 @@ void SearchPattern::chooseKey() {
     }
   }
   keyLength_ = second_.offset + 1;
-  for (const char value : first_.values) table_[static_cast<unsigned char>(value)] = true;
+  for (const KeyByte& byte : keyBytesFrom(keyElement_)) {
+    for (const char value : byte.values) {
+      offsets_[static_cast<unsigned char>(value)] |= 1u << byte.offset;
+    }
+    knownLength_ = byte.offset + 1;
+  }
 }
 
 // The bytes that stand at a known place from the beginning of that character on.
@@ -159,7 +189,7 @@ std::vector<SearchPattern::KeyByte> SearchPattern::keyBytesFrom(size_t element) 
   for (; element < elements_.size() && offset < LongestKey; ++element) {
     const Element& ways = elements_[element];
     const bool fixed = haveOneLength(ways);
-    for (size_t i = 0; i < (fixed ? ways[0].size() : 1); ++i) {
+    for (size_t i = 0; i < (fixed ? ways[0].size() : 1) && offset + i < LongestKey; ++i) {
       const std::string values = bytesAtOffset(ways, i);
       // Many values cost more than they tell.
       const int costs = values.size() > MostValues ? 1000 : 0;
@@ -182,38 +212,48 @@ size_t SearchPattern::findPair(std::string_view bytes, size_t from) const {
   const char* const firsts = bytes.data() + first_.offset;
   const char* const seconds = bytes.data() + second_.offset;
   size_t at = from;
-  while (at + second_.offset + 64 <= bytes.size()) {
-    const auto a = one.in(firsts + at) & two.in(seconds + at);
-    const auto b = one.in(firsts + at + 16) & two.in(seconds + at + 16);
-    const auto c = one.in(firsts + at + 32) & two.in(seconds + at + 32);
-    const auto d = one.in(firsts + at + 48) & two.in(seconds + at + 48);
-    const auto any = a | b | c | d;
-    uint64_t halves[2];
-    memcpy(halves, &any, sizeof halves);
-    if ((halves[0] | halves[1]) != 0) {
-      for (const size_t end = at + 64; at < end; ++at) {
-        if (one.has(firsts[at]) && two.has(seconds[at])) return at;
+  for (; at + second_.offset + GroupBytes <= bytes.size(); at += GroupBytes) {
+    const Bytes hits[4] = {one.in(firsts + at) & two.in(seconds + at),
+                           one.in(firsts + at + 16) & two.in(seconds + at + 16),
+                           one.in(firsts + at + 32) & two.in(seconds + at + 32),
+                           one.in(firsts + at + 48) & two.in(seconds + at + 48)};
+    if (!any(hits[0] | hits[1] | hits[2] | hits[3])) continue;
+    uint64_t parts[GroupBytes / sizeof(uint64_t)];
+    memcpy(parts, hits, sizeof parts);
+    for (size_t part = 0; part < std::size(parts); ++part) {
+      for (; parts[part] != 0; dropFirst(parts[part])) {
+        const size_t key = at + part * sizeof(uint64_t) + firstOf(parts[part]);
+        if (fitsAt(bytes.data() + key, bytes.size() - key)) return key;
       }
-    } else {
-      at += 64;
     }
   }
   for (; at + second_.offset < bytes.size(); ++at) {
-    if (one.has(firsts[at]) && two.has(seconds[at])) return at;
+    if (one.has(firsts[at]) && two.has(seconds[at]) &&
+        fitsAt(bytes.data() + at, bytes.size() - at)) {
+      return at;
+    }
   }
   return bytes.size();
 }
 
 size_t SearchPattern::findByTable(std::string_view bytes, size_t from) const {
   for (size_t at = from; at + second_.offset < bytes.size(); ++at) {
-    if (table_[static_cast<unsigned char>(bytes[at + first_.offset])]) return at;
+    if (fitsAt(bytes.data() + at, bytes.size() - at)) return at;
   }
   return bytes.size();
 }
 
+// Whether each of these bytes may stand at its offset of the key.
+bool SearchPattern::fitsAt(const char* bytes, size_t count) const {
+  const size_t known = std::min(count, knownLength_);
+  for (size_t i = 0; i < known; ++i) {
+    if ((offsets_[static_cast<unsigned char>(bytes[i])] >> i & 1) == 0) return false;
+  }
+  return true;
+}
+
 bool SearchPattern::mayBegin(std::string_view bytes, size_t key) const {
-  const size_t at = key + first_.offset;
-  return at >= bytes.size() || table_[static_cast<unsigned char>(bytes[at])];
+  return fitsAt(bytes.data() + key, bytes.size() - key);
 }
 
 bool SearchPattern::matches(std::string_view bytes, size_t key, Match& match) const {

@@ -51,6 +51,7 @@ class SearchPattern {
   void chooseKey();
   std::vector<KeyByte> keyBytesFrom(size_t element) const;
   size_t findPair(std::string_view bytes, size_t from) const;
+  bool fitsAt(const char* bytes, size_t count) const;
   size_t findByTable(std::string_view bytes, size_t from) const;
 
   std::vector<Element> elements_;
@@ -59,5 +60,7 @@ class SearchPattern {
   KeyByte first_;
   KeyByte second_;
   size_t keyLength_ = 1;
-  std::array<bool, 256> table_{};  // what may be first_, when these are more than MostValues
+  // For each byte at which offsets of the key it may stand: a bit for each.
+  std::array<uint32_t, 256> offsets_{};
+  size_t knownLength_ = 0;  // so many offsets are known, from 0 on
 };
