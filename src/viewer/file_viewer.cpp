@@ -23,15 +23,15 @@ bool isPress(MouseKind kind) {
 
 // The encoding that the user has chosen for this file before.
 TextEncoding rememberedEncoding(const Westring& path) {
-  const HISTREC* record = fileStatusStore().find(FileStatusStore::keyOfPath(path));
+  const HISTREC* record = fileStatusStore().find(path);
   return record ? TextEncoding{record->format, record->page} : TextEncoding{};
 }
 
 }  // namespace
 
 CViewer::CViewer(const Westring& path, CClock& clock)
-    : path_(path),
-      openResult_(file_.open(path, rememberedEncoding(path))),
+    : path_(FileStatusStore::keyOfPath(path)),
+      openResult_(file_.open(path, rememberedEncoding(path_))),
       page_(file_, console->columns(), console->rows() - RowsAround),
       colours_(file_),
       painter_(file_, page_, colours_),
@@ -53,7 +53,7 @@ Key::Code CViewer::view(int64_t position) {
 
 void CViewer::goToStart(int64_t position) {
   page_.home();
-  const HISTREC* record = fileStatusStore().find(FileStatusStore::keyOfPath(path_));
+  const HISTREC* record = fileStatusStore().find(path_);
   if (position != AnyPosition) {
     if (position < file_.size()) showHit(hitAt(position));
   } else if (record && record->viewerPosition != HISTREC::Unset) {
@@ -64,9 +64,8 @@ void CViewer::goToStart(int64_t position) {
 }
 
 void CViewer::remember() {
-  const Westring key = FileStatusStore::keyOfPath(path_);
-  const bool isNew = fileStatusStore().find(key) == nullptr;
-  HISTREC& record = fileStatusStore().record(key);
+  const bool isNew = fileStatusStore().find(path_) == nullptr;
+  HISTREC& record = fileStatusStore().record(path_);
   if (isNew) record.page = file_.encoding().page;
   record.viewerPosition = page_.top();
 }
@@ -108,7 +107,10 @@ void CViewer::onKey(Key::Code key, int) {
 
 // Every command finds the file as it is by then.
 void CViewer::runKey(Key::Code key) {
-  if (file_.refresh() != FileChange::None || stale_) page_.changed();
+  if (file_.refresh() != FileChange::None || stale_) {
+    page_.changed();
+    if (hit_.from >= file_.size()) hit_ = Hit();
+  }
   stale_ = false;
   dirty_ = true;
   for (const KeyRow* row = keyTable; row->run; ++row) {

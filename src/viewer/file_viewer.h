@@ -76,7 +76,7 @@ class CViewer : private Screen {
   LineCounter::Place goToLine(int64_t line);  // from 0
   void askOffset();
 
-  const Westring path_;
+  const Westring path_;  // the whole one, as the records of files know it
   const ScreenStateGuard screenState_;
   ViewedFile file_;
   const int openResult_;

@@ -94,6 +94,8 @@ TEST_F(ViewerStart, ARelativeNameIsTheSameFile) {
   Recorder viewer(L"file");
   viewer.view(AnyPosition);
   EXPECT_EQ(viewer.shots[0].row(1), "23");
+  EXPECT_EQ(viewer.shots[0].text(6, 0, static_cast<int>(dir.path("file").size())),
+            dir.path("file"));
   std::filesystem::current_path(before);
 }
 

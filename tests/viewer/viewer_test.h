@@ -60,11 +60,13 @@ class ViewerTest : public ConsoleTest {
    public:
     using CViewer::CViewer;
     std::vector<Shot> shots;  // one before each wait
+    std::function<void(size_t shots)> afterShot;
 
    protected:
     void draw() override {
       CViewer::draw();
       shots.emplace_back();
+      if (afterShot) afterShot(shots.size());
     }
   };
 
@@ -86,6 +88,7 @@ class ViewerTest : public ConsoleTest {
     for (Key::Code key : keys) queueKey(key);
     queueKey(Key::F10);
     Recorder viewer(dir.wide("file"));
+    viewer.afterShot = afterShot;
     EXPECT_EQ(viewer.openResult(), 0);
     left = viewer.view(position);
     topLine = viewer.topLine();
@@ -105,6 +108,7 @@ class ViewerTest : public ConsoleTest {
   }
 
   TempDir dir;
-  Key::Code left;  // what the viewer was left with
+  std::function<void(size_t shots)> afterShot;  // something else that happens, before the next key
+  Key::Code left;                               // what the viewer was left with
   int64_t topLine = 0;
 };
