@@ -166,6 +166,26 @@ TEST_F(Viewer, TheMouseScrollsTurnsPagesAndPressesKeys) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Viewer, ShiftF4EditsTheFileAtTheTopLine) {
+  left().write("file.txt", numbered(100));
+  start();
+  view("file.txt");
+  press(XK_Next);
+  expectTop("line 23.");
+  press(XK_F4, {XK_Shift_L});
+  expectSoon("the editor", [this] { return !row(0).starts_with("View: "); });
+  expectTop("line 23.");
+  type("new ");
+  expectTop("new line 23.");
+  press(XK_F2);
+  expectSoon("the file", [this] {
+    return left().read("file.txt").find("\nnew line 23.\n") != std::string::npos;
+  });
+  press(XK_Escape);
+  expectPanels();
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Viewer, AloneItEndsTheProgram) {
   left().write("file.txt", "alone\n");
   startAlone({"-v", left().path("file.txt")}, "alone");

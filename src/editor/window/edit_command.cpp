@@ -19,7 +19,7 @@ EditCommands joined(std::initializer_list<EditCommands (*)()> rooms) {
 const EditCommands& allEditCommands() {
   static const EditCommands all =
       joined({moveCommands, typeCommands, deleteCommands, markCommands, undoCommands,
-              optionCommands, blockCommands, searchCommands, replaceCommands, saveCommands,
+              editOptionCommands, blockCommands, searchCommands, replaceCommands, saveCommands,
               formatCommands, leaveCommands});
   return all;
 }

@@ -34,7 +34,7 @@ EditCommands typeCommands();
 EditCommands deleteCommands();
 EditCommands markCommands();
 EditCommands undoCommands();
-EditCommands optionCommands();
+EditCommands editOptionCommands();
 EditCommands blockCommands();
 EditCommands searchCommands();
 EditCommands replaceCommands();

@@ -65,7 +65,7 @@ void repaint(CTextEditor& editor) {
 
 }  // namespace
 
-EditCommands optionCommands() {
+EditCommands editOptionCommands() {
   return {
       {"Help", {Key::F1}, help, BlockUse::Keeps},
       {"Repaint", {Key::ctrl('l')}, repaint, BlockUse::Keeps},
