@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
 #include <set>
 #include <sstream>
 
+#include "foundation/data_paths.h"
 #include "foundation/utf8.h"
 #include "foundation/wild_match.h"
 #include "options/colours.h"
 #include "support/files.h"
+#include "support/temp_dir.h"
 #include "syntax/definition_lines.h"
+#include "syntax/definitions_file.h"
 #include "syntax/definitions_reader.h"
 #include "syntax/picture.h"
 
@@ -136,6 +138,19 @@ TEST(Languages, EachSectionIsShownByASample) {
   });
   for (const std::string& head : heads) EXPECT_FALSE(nameThatFits(head).empty()) << head;
   EXPECT_FALSE(heads.empty());
+}
+
+TEST(Languages, TheSharedDirectoryGivesThemToEachSample) {
+  TempDir home;
+  setProgramPath(L"/usr/bin/td");
+  setConfigurationFile(L"");
+  setenv("HOME", home.path().c_str(), 1);
+  setenv("TD_SHARE", (testDirectory().parent_path().parent_path() / "data").c_str(), 1);
+  for (const fs::path& sample : samples()) {
+    const SyntaxLoad load = loadSyntax(decodeFileName(sample.c_str()), L"");
+    EXPECT_EQ(load.status, 0) << sample;
+    EXPECT_NE(load.definitions, nullptr) << sample;
+  }
 }
 
 TEST(Languages, AScriptIsKnownByItsInterpreter) {
