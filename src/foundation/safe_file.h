@@ -50,6 +50,7 @@ class SafeFile {
   const std::string& temporaryPath() const { return temporaryPath_; }  // "" when there is none
   // The target after commit, for the next `create`; without one there is nothing in it.
   const FileStamp& stamp() const { return stamp_; }
+  const FileStamp& made() const { return made_; }  // the new file, after flush
   // Where the target really lies, after create.
   const WrittenPlace& place() const { return place_; }
 

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <unistd.h>
+
 #include <cerrno>
 
+#include "editor/text/text_saver.h"
 #include "foundation/data_paths.h"
 #include "foundation/path_info.h"
 #include "support/as_user.h"
@@ -203,17 +206,6 @@ TEST_F(EditJournalTest, WhatIsNoJournalIsPassedOver) {
   EXPECT_EQ(found().size(), 1u);
 }
 
-TEST_F(EditJournalTest, WhereAllOfTheTextIsIsFoundAtOnce) {
-  EditJournal journal(clock);
-  journal.begin(base());
-  journal.add(stepOf("a"));
-  ASSERT_EQ(journal.addWholeText("/some/where"), 0);
-  const auto content = readJournal(dir.read("home/edit/" + journals().at(0)));
-  ASSERT_TRUE(content.has_value());
-  EXPECT_EQ(content->wholeText, "/some/where");
-  EXPECT_EQ(content->steps.size(), 1u);
-}
-
 TEST_F(EditJournalTest, WithoutAHomeStepsAreAnErrorOnceASecond) {
   setConfigurationFile(dir.wide("no/where/td.ini"));
   EditJournal journal(clock);
@@ -300,6 +292,108 @@ TEST_F(EditJournalTest, WhatCannotBeRemovedHoldsNoStepsAnyMore) {
   EXPECT_TRUE(found().empty());
 }
 
+// A save of the text that ends in between.
+class CrashedSave : public EditJournalTest, public testing::WithParamInterface<bool> {
+ protected:
+  static inline const std::string OldText = std::string(400'000, 'o');
+  static inline const std::string NewText = std::string(500'000, 'n');
+
+  void prepare() {
+    std::filesystem::remove_all(dir.path("home"));
+    dir.makeDir("home");
+    std::filesystem::remove(dir.path("file"));
+    for (const std::string& path : privateFiles()) std::filesystem::remove(path);
+    dir.write("file", OldText);
+    // With a second name it is overwritten in place.
+    if (GetParam()) {
+      ASSERT_EQ(::link(dir.path("file").c_str(), dir.path("home/name").c_str()), 0);
+    }
+  }
+  Names privateFiles() const {
+    Names result;
+    for (const auto& item : std::filesystem::recursive_directory_iterator(dir.path())) {
+      if (item.path().filename().string().starts_with(".td-")) result.push_back(item.path());
+    }
+    return result;
+  }
+  int saveUnder(Fault& fault) {
+    FileContent content;
+    if (readFileContent(dir.wide("file"), content) != 0) return 1;
+    TextSaver saver;
+    saver.opened(dir.wide("file"), content);
+    EditJournal journal(clock);
+    journal.begin({dir.path("file"), content.stamp, {TextFormat::Utf8}, false});
+    journal.add(stepOf("a step"));
+    journal.flush();
+    saver.witness = &journal;
+    System::setPlaceHook(Fault::onCall, &fault);
+    const int error = saver.save([](const TextSaver::Sink& sink) { return sink(NewText); }).error;
+    if (error == 0) journal.end();
+    System::setPlaceHook(nullptr, nullptr);
+    return error;
+  }
+  void expectFoundAgain(const std::string& where) {
+    const std::string text = dir.read("file");
+    const auto left = found();
+    ASSERT_LE(left.size(), 1u) << where;
+    if (left.empty()) {
+      EXPECT_TRUE(text == OldText || text == NewText) << where;
+      return;
+    }
+    if (left[0].fits()) {
+      EXPECT_TRUE(text == OldText) << where;
+      EXPECT_EQ(left[0].wholeText(), "") << where;
+      EXPECT_EQ(left[0].content().steps.size(), 1u) << where;
+      EXPECT_EQ(left[0].remove(), 0);
+      // Between its making and the note of it there is nothing in it.
+      for (const std::string& path : privateFiles()) {
+        EXPECT_EQ(std::filesystem::file_size(path), 0u) << where;
+      }
+    } else if (text != NewText) {
+      const std::string whole = left[0].wholeText();
+      ASSERT_NE(whole, "") << where;
+      EXPECT_TRUE(dir.read(whole.substr(dir.path().size() + 1)) == NewText) << where;
+    }
+  }
+};
+
+TEST_P(CrashedSave, IsFoundAgainWithAllOfTheText) {
+  int killed = 0;
+  int gone = 0;
+  for (int number = 1;; ++number) {
+    prepare();
+    const int status = runInChild([&] {
+      Fault fault{number, 0, Fault::Reach::Kill};
+      return saveUnder(fault);
+    });
+    if (status != Fault::Killed) {
+      EXPECT_EQ(status, 0);
+      break;
+    }
+    ++killed;
+    gone += found().empty();
+    expectFoundAgain(std::to_string(number));
+  }
+  EXPECT_GT(killed, 20);
+  EXPECT_GT(killed, gone);
+  EXPECT_EQ(journals(), Names());
+}
+
+TEST_P(CrashedSave, ThatFailedLeavesTheStepsAndNoPrivateFile) {
+  prepare();
+  Fault fault{1, EIO, Fault::Reach::Below, dir.path("nowhere")};
+  ASSERT_EQ(saveUnder(fault), 0);
+  const int calls = fault.seen;
+  for (int number = 1; number <= calls; ++number) {
+    prepare();
+    Fault once{number, EIO};
+    if (saveUnder(once) == 0) continue;
+    expectFoundAgain(once.call + " " + std::to_string(number));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, CrashedSave, testing::Bool());
+
 class JournalFormat : public testing::Test {
  protected:
   JournalFormat() {
@@ -330,6 +424,27 @@ TEST_F(JournalFormat, TheBaseComesBack) {
   EXPECT_EQ(base.stamp.modified.tv_nsec, 456);
   EXPECT_EQ(base.encoding, (TextEncoding{TextFormat::CodePage, 1252}));
   EXPECT_FALSE(base.hasMark);
+}
+
+TEST_F(JournalFormat, ASaveIsOfItsLastPrivateFile) {
+  EXPECT_FALSE(readJournal(bytes)->save.has_value());
+  appendPrivateFile("/a/.td-1", {1, 2}, bytes);
+  appendRecord(stepOf("four"), bytes);
+  EXPECT_EQ(readJournal(bytes)->save->path, "/a/.td-1");
+  EXPECT_EQ(readJournal(bytes)->save->id, (FileId{1, 2}));
+  EXPECT_FALSE(readJournal(bytes)->save->whole.exists);
+  FileStamp whole;
+  whole.exists = true;
+  whole.size = 77;
+  appendWholeText(whole, bytes);
+  EXPECT_EQ(readJournal(bytes)->save->whole.size, 77);
+  EXPECT_EQ(readJournal(bytes)->steps.size(), 4u);
+  appendDiscarded(bytes);
+  EXPECT_FALSE(readJournal(bytes)->save.has_value());
+  EXPECT_EQ(readJournal(bytes)->wholeBytes, bytes.size());
+  // A text that is in no file isn't one.
+  appendWholeText(whole, bytes);
+  EXPECT_LT(readJournal(bytes)->wholeBytes, bytes.size());
 }
 
 TEST_F(JournalFormat, CutAtEveryLengthTheWholeRecordsCount) {

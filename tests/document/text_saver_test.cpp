@@ -38,6 +38,16 @@ ino_t inodeOf(const TempDir& dir, const std::string& name) {
   return ::lstat(dir.path(name).c_str(), &info) == 0 ? info.st_ino : 0;
 }
 
+struct Witness : PrivateFileWitness {
+  std::string path;
+  int wholeTexts = 0;
+  int discarded = 0;
+
+  void onPrivateFile(const std::string& made, FileId) override { path = made; }
+  void onWholeText(const FileStamp&) override { ++wholeTexts; }
+  void onDiscarded() override { ++discarded; }
+};
+
 // A file in a directory of its own, and a directory of the user's files beside it.
 class TextSaverTest : public testing::Test {
  protected:
@@ -171,13 +181,11 @@ TEST_F(TextSaverTest, ADirectoryThatTakesNoNewNameIsDoneWithout) {
   const ino_t old = inodeOf(dir, "work/file");
   EXPECT_EQ(runAsUser([&] {
               open();
-              std::string whole;
-              saver.beforeOverwriting = [&](const std::string& path) {
-                whole = path;
-                EXPECT_TRUE(dir.read("work/file") == OldText);
-              };
+              Witness witness;
+              saver.witness = &witness;
               expectSaved(saver.save(textOf(NewText)), NewText);
-              EXPECT_TRUE(whole.starts_with(dir.path("home/edit/.td-"))) << whole;
+              EXPECT_TRUE(witness.path.starts_with(dir.path("home/edit/.td-"))) << witness.path;
+              EXPECT_EQ(witness.wholeTexts, 1);
               expectOnlyTheFile();
             }),
             0);
@@ -298,11 +306,15 @@ TEST_F(TextSaverTest, WhatIsNoFileAnyMoreIsAnError) {
 
 TEST_F(TextSaverTest, ATextThatCannotBeConvertedTouchesNothing) {
   open();
+  Witness witness;
+  saver.witness = &witness;
   const TextSaver::Outcome outcome = saver.save([](const TextSaver::Sink& sink) {
     EXPECT_EQ(sink("half of it"), 0);
     return EILSEQ;
   });
   EXPECT_EQ(outcome.error, EILSEQ);
+  EXPECT_EQ(witness.wholeTexts, 0);
+  EXPECT_EQ(witness.discarded, 1);
   EXPECT_EQ(outcome.wholeText, "");
   EXPECT_TRUE(dir.read("work/file") == OldText);
   expectOnlyTheFile();

@@ -110,14 +110,27 @@ int EditJournal::flush() {
   return error;
 }
 
-int EditJournal::addWholeText(std::string_view path) {
-  if (const int error = flush()) return error;
-  if (!file_.valid()) {
-    if (const int error = create()) return error;
-  }
+void EditJournal::onPrivateFile(const std::string& path, FileId id) {
   std::string record;
-  appendWholeText(path, record);
-  return append(record);
+  appendPrivateFile(path, id, record);
+  note(record);
+}
+
+void EditJournal::onWholeText(const FileStamp& stamp) {
+  std::string record;
+  appendWholeText(stamp, record);
+  note(record);
+}
+
+void EditJournal::onDiscarded() {
+  std::string record;
+  appendDiscarded(record);
+  note(record);
+}
+
+// Where that is impossible the save goes on: it has to be possible without a journal.
+void EditJournal::note(const std::string& record) {
+  if (flush() == 0 && (file_.valid() || create() == 0)) append(record);
 }
 
 int EditJournal::end() {
@@ -133,7 +146,29 @@ int EditJournal::end() {
 }
 
 int LeftJournal::remove() const {
+  const std::optional<JournalSave>& save = content_.save;
+  struct stat info;
+  if (fits_ && save && System::lstat(save->path.c_str(), &info) == 0 && idOf(info) == save->id) {
+    System::unlink(save->path.c_str());
+  }
   return System::unlink(path_.c_str()) == 0 ? 0 : errno;
+}
+
+// False for a journal that isn't of this file, or that isn't needed any more.
+bool LeftJournal::lookAt(const std::string& file, const FileStamp& now) {
+  fits_ = isUnchanged(content_.base.stamp, now);
+  if (content_.base.path != file && !fits_) return false;
+  if (isInUse_ || !content_.save) return true;
+  const FileStamp& whole = content_.save->whole;
+  if (isUnchanged(whole, now)) {
+    // The private file has taken the name: the text was saved, only that wasn't noted.
+    System::unlink(path_.c_str());
+    return false;
+  }
+  struct stat info;
+  const bool isThere = !fits_ && System::lstat(content_.save->path.c_str(), &info) == 0;
+  if (isThere && isUnchanged(whole, FileStamp::of(info))) wholeText_ = content_.save->path;
+  return true;
 }
 
 bool LeftJournal::read(const std::string& path) {
@@ -159,8 +194,7 @@ std::vector<LeftJournal> findJournals(const Westring& file, const FileStamp& now
   for (const std::string& name : names) {
     LeftJournal journal;
     if (!name.starts_with(NameStart) || !journal.read(directory + name)) continue;
-    journal.fits_ = isUnchanged(journal.content_.base.stamp, now);
-    if (journal.content_.base.path == path || journal.fits_) found.push_back(std::move(journal));
+    if (journal.lookAt(path, now)) found.push_back(std::move(journal));
   }
   return found;
 }

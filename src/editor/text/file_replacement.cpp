@@ -52,13 +52,23 @@ int FileReplacement::checkTarget() {
 }
 
 int FileReplacement::createPrivate() {
-  if (target_.tellsSize) {
-    const int error = file_.create(target_.path, target_.seen);
-    if (!target_.seen.exists || !isRefusal(error)) return error;
+  int error = 0;
+  if (target_.tellsSize) error = file_.create(target_.path, target_.seen);
+  if (!target_.tellsSize || (target_.seen.exists && isRefusal(error))) {
+    error = createInEditDirectory();
   }
+  struct stat info;
+  if (error == 0 && System::fstat(file_.descriptor(), &info) < 0) error = errno;
+  if (error == 0 && witness_ != nullptr) {
+    witness_->onPrivateFile(file_.temporaryPath(), idOf(info));
+  }
+  return error;
+}
+
+int FileReplacement::createInEditDirectory() {
   mayTakeName_ = false;
-  if (const int error = makeEditDirectory()) return error;
-  return file_.create(editDirectory() + L"text");
+  const int error = makeEditDirectory();
+  return error ? error : file_.create(editDirectory() + L"text");
 }
 
 int FileReplacement::write(std::string_view bytes) {
@@ -66,8 +76,7 @@ int FileReplacement::write(std::string_view bytes) {
   return file_.write(bytes.data(), bytes.size());
 }
 
-int FileReplacement::finish(
-    const std::function<void(const std::string& wholeText)>& beforeOverwriting) {
+int FileReplacement::finish() {
   int error = 0;
   if (mayTakeName_) {
     error = file_.dressExactly(NewFileMode & ~fileModeMask());
@@ -77,10 +86,17 @@ int FileReplacement::finish(
     }
   }
   if (error == 0) error = file_.flush();
+  if (error == 0 && witness_ != nullptr) witness_->onWholeText(file_.made());
   if (error == 0 && mayTakeName_) error = takeName();
-  if (error == 0 && !mayTakeName_) error = overwrite(beforeOverwriting);
-  if (wholeText_.empty()) file_.discard();
+  if (error == 0 && !mayTakeName_) error = overwrite();
+  discard();
   return error;
+}
+
+void FileReplacement::discard() {
+  if (!wholeText_.empty() || file_.temporaryPath().empty()) return;
+  file_.discard();
+  if (witness_ != nullptr && !stamp_.exists) witness_->onDiscarded();
 }
 
 int FileReplacement::takeName() {
@@ -91,8 +107,7 @@ int FileReplacement::takeName() {
   return 0;
 }
 
-int FileReplacement::overwrite(
-    const std::function<void(const std::string& wholeText)>& beforeOverwriting) {
+int FileReplacement::overwrite() {
   const Descriptor from(System::openAt(file_.place().directory.get(),
                                        byteName(file_.temporaryPath().c_str()),
                                        O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
@@ -105,7 +120,6 @@ int FileReplacement::overwrite(
     return errno;
   }
   wholeText_ = file_.temporaryPath();
-  if (beforeOverwriting) beforeOverwriting(wholeText_);
   int error = fill(fd.get(), from.get());
   struct stat info;
   stamp_ = System::fstat(fd.get(), &info) == 0 ? FileStamp::of(info) : target_.seen;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +21,17 @@ struct ReplacedFile {
   ReadOnlyFile readOnly = ReadOnlyFile::Refuse;
 };
 
+// Is told of the private file, so that it is found again after a crash.
+class PrivateFileWitness {
+ public:
+  virtual ~PrivateFileWitness() = default;
+  virtual void onPrivateFile(const std::string& path, FileId id) = 0;  // it was made
+  // All of the text is in it, and it is about to take the name of the file, or to be copied over
+  // it: from here on the file may be the private one, or torn.
+  virtual void onWholeText(const FileStamp& stamp) = 0;
+  virtual void onDiscarded() = 0;  // it is no more, and the file untouched
+};
+
 // Gives a file a new content so that at every moment the old one or the new one is whole on the
 // disk. All of it goes to a private file first, beside the file or, where that directory takes no
 // new one, in the edit directory. Then that file takes the name, where it is the same in everything
@@ -30,15 +40,14 @@ struct ReplacedFile {
 // happened.
 class FileReplacement {
  public:
-  explicit FileReplacement(ReplacedFile file) : target_(std::move(file)) {}
+  // `witness` may be null.
+  FileReplacement(ReplacedFile file, PrivateFileWitness* witness)
+      : target_(std::move(file)), witness_(witness) {}
 
   int begin();
   int write(std::string_view bytes);
-  // `beforeOverwriting` is called before the first byte of the file itself is touched, with the
-  // path of the private file.
-  int finish(const std::function<void(const std::string& wholeText)>& beforeOverwriting = {});
-
-  void discard() { file_.discard(); }  // the private file
+  int finish();
+  void discard();  // the private file, unless the text is in no other
 
   // The file after finish. After an error of it without a stamp the file is untouched, else it may
   // be torn and `wholeText` is the path of the private file, which stays.
@@ -51,12 +60,14 @@ class FileReplacement {
  private:
   int checkTarget();
   int createPrivate();
+  int createInEditDirectory();
   int takeName();
-  int overwrite(const std::function<void(const std::string&)>& beforeOverwriting);
+  int overwrite();
   int openTarget(Descriptor& fd);
   int fill(int fd, int from);
 
   ReplacedFile target_;
+  PrivateFileWitness* witness_;
   WrittenPlace place_;
   SafeFile file_;
   FileUnlock unlock_;

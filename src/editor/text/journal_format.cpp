@@ -7,7 +7,9 @@ namespace {
 
 constexpr std::string_view Magic = "td-edit 1\n";
 constexpr char HeadKind = 'H';
+constexpr char PrivateFileKind = 'P';
 constexpr char WholeTextKind = 'W';
+constexpr char DiscardedKind = 'D';
 constexpr size_t NumberSize = 8;
 constexpr size_t RecordHead = 1 + 2 * NumberSize;  // kind, length, check sum
 
@@ -61,6 +63,16 @@ class PayloadReader {
     const int64_t line = number();
     return {line, number()};
   }
+  FileStamp stamp() {
+    FileStamp result;
+    result.exists = number() != 0;
+    result.id.device = static_cast<dev_t>(number());
+    result.id.inode = static_cast<ino_t>(number());
+    result.size = number();
+    result.modified.tv_sec = number();
+    result.modified.tv_nsec = number();
+    return result;
+  }
   std::string rest() const { return std::string(rest_); }
   bool good() const { return good_; }
 
@@ -69,20 +81,42 @@ class PayloadReader {
   bool good_ = true;
 };
 
+void appendStamp(const FileStamp& stamp, std::string& out) {
+  appendNumber(stamp.exists, out);
+  appendNumber(stamp.id.device, out);
+  appendNumber(stamp.id.inode, out);
+  appendNumber(static_cast<uint64_t>(stamp.size), out);
+  appendNumber(static_cast<uint64_t>(stamp.modified.tv_sec), out);
+  appendNumber(static_cast<uint64_t>(stamp.modified.tv_nsec), out);
+}
+
 bool readBase(std::string_view payload, JournalBase& base) {
   PayloadReader reader(payload);
-  base.stamp.exists = reader.number() != 0;
-  base.stamp.id.device = static_cast<dev_t>(reader.number());
-  base.stamp.id.inode = static_cast<ino_t>(reader.number());
-  base.stamp.size = reader.number();
-  base.stamp.modified.tv_sec = reader.number();
-  base.stamp.modified.tv_nsec = reader.number();
+  base.stamp = reader.stamp();
   const int64_t format = reader.number();
   base.encoding.format = static_cast<TextFormat>(format);
   base.encoding.page = static_cast<int>(reader.number());
   base.hasMark = reader.number() != 0;
   base.path = reader.rest();
   return reader.good() && format >= 0 && format < static_cast<int64_t>(TextFormat::Undetermined);
+}
+
+// A record of a save. False for one of another kind, or that makes no sense.
+bool readSave(char kind, std::string_view payload, std::optional<JournalSave>& save) {
+  PayloadReader reader(payload);
+  if (kind == DiscardedKind) {
+    save.reset();
+  } else if (kind == PrivateFileKind) {
+    save.emplace();
+    save->id.device = static_cast<dev_t>(reader.number());
+    save->id.inode = static_cast<ino_t>(reader.number());
+    save->path = reader.rest();
+  } else if (kind == WholeTextKind && save) {
+    save->whole = reader.stamp();
+  } else {
+    return false;
+  }
+  return reader.good();
 }
 
 bool isPlace(const StoredPlace& place) {
@@ -119,12 +153,7 @@ bool nextRecord(std::string_view bytes, size_t& at, char& kind, std::string_view
 
 std::string journalHead(const JournalBase& base) {
   std::string payload;
-  appendNumber(base.stamp.exists, payload);
-  appendNumber(base.stamp.id.device, payload);
-  appendNumber(base.stamp.id.inode, payload);
-  appendNumber(static_cast<uint64_t>(base.stamp.size), payload);
-  appendNumber(static_cast<uint64_t>(base.stamp.modified.tv_sec), payload);
-  appendNumber(static_cast<uint64_t>(base.stamp.modified.tv_nsec), payload);
+  appendStamp(base.stamp, payload);
   appendNumber(static_cast<uint64_t>(base.encoding.format), payload);
   appendNumber(static_cast<uint64_t>(resolvedPage(base.encoding.page)), payload);
   appendNumber(base.hasMark, payload);
@@ -146,8 +175,22 @@ void appendRecord(const JournalStep& step, std::string& out) {
   appendPayload(static_cast<char>(step.kind), payload, out);
 }
 
-void appendWholeText(std::string_view path, std::string& out) {
-  appendPayload(WholeTextKind, path, out);
+void appendPrivateFile(std::string_view path, FileId id, std::string& out) {
+  std::string payload;
+  appendNumber(id.device, payload);
+  appendNumber(id.inode, payload);
+  payload += path;
+  appendPayload(PrivateFileKind, payload, out);
+}
+
+void appendWholeText(const FileStamp& stamp, std::string& out) {
+  std::string payload;
+  appendStamp(stamp, payload);
+  appendPayload(WholeTextKind, payload, out);
+}
+
+void appendDiscarded(std::string& out) {
+  appendPayload(DiscardedKind, {}, out);
 }
 
 std::optional<JournalContent> readJournal(std::string_view bytes) {
@@ -160,12 +203,11 @@ std::optional<JournalContent> readJournal(std::string_view bytes) {
   if (!readBase(payload, content.base)) return {};
   content.wholeBytes = at;
   while (nextRecord(bytes, at, kind, payload)) {
-    if (kind == WholeTextKind) {
-      content.wholeText = payload;
-    } else {
-      JournalStep step;
-      if (!readStep(kind, payload, step)) break;
+    JournalStep step;
+    if (readStep(kind, payload, step)) {
       content.steps.push_back(std::move(step));
+    } else if (!readSave(kind, payload, content.save)) {
+      break;
     }
     content.wholeBytes = at;
   }

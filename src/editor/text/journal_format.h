@@ -39,16 +39,26 @@ struct JournalStep {
   friend bool operator==(const JournalStep&, const JournalStep&) = default;
 };
 
+// The private file of a save.
+struct JournalSave {
+  std::string path;
+  FileId id;
+  // When all of the text was in it, just before it took the name of the file or was copied over it.
+  FileStamp whole;
+};
+
 struct JournalContent {
   JournalBase base;
   std::vector<JournalStep> steps;
-  std::string wholeText;  // the path of a file with all of the text, for one that a save may tear
-  size_t wholeBytes = 0;  // how much of the journal could be read
+  std::optional<JournalSave> save;  // the last one, if it wasn't given up
+  size_t wholeBytes = 0;            // how much of the journal could be read
 };
 
 std::string journalHead(const JournalBase& base);
 void appendRecord(const JournalStep& step, std::string& out);
-void appendWholeText(std::string_view path, std::string& out);
+void appendPrivateFile(std::string_view path, FileId id, std::string& out);
+void appendWholeText(const FileStamp& stamp, std::string& out);
+void appendDiscarded(std::string& out);
 
 // Nothing without a whole head.
 std::optional<JournalContent> readJournal(std::string_view bytes);

@@ -73,7 +73,7 @@ TextSaver::Outcome TextSaver::saveAs(const Westring& path, const FileStamp& seen
 }
 
 TextSaver::Outcome TextSaver::saveTo(const ReplacedFile& file, const Text& text, SavedName name) {
-  FileReplacement replacement(file);
+  FileReplacement replacement(file, witness);
   ContentHash hash;
   Outcome outcome;
   outcome.error = replacement.begin();
@@ -83,7 +83,7 @@ TextSaver::Outcome TextSaver::saveTo(const ReplacedFile& file, const Text& text,
       return replacement.write(bytes);
     });
   }
-  if (outcome.error == 0) outcome.error = replacement.finish(beforeOverwriting);
+  if (outcome.error == 0) outcome.error = replacement.finish();
   replacement.discard();
   outcome.clearingReadOnlyFailed = replacement.clearingReadOnlyFailed();
   outcome.wholeText = replacement.wholeText();

@@ -47,9 +47,8 @@ class TextSaver {
   Outcome saveAs(const Westring& path, const FileStamp& seen, const Text& text,
                  ReadOnlyFile readOnly = ReadOnlyFile::Refuse);
 
-  // Called before the file itself is overwritten, with the path of the private file that has all of
-  // the text: whoever finds the file torn after a crash can be told.
-  std::function<void(const std::string& wholeText)> beforeOverwriting;
+  // Told of each save; null: nobody.
+  PrivateFileWitness* witness = nullptr;
 
  private:
   enum class SavedName { Same, Another };
