@@ -52,6 +52,7 @@ if ! command -v gzip >/dev/null; then exit 3; fi
 time save "$@" | tee -a "$temp/log" && unset temp
 function done_all { echo "all: $*"; }
 ./test.sh --exec; git-echo --time=1
+test $x;echo $test|read -r line
 wait $! ; kill -9 $$
 text="over
 two lines"
