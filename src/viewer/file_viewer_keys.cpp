@@ -10,9 +10,8 @@
 
 namespace {
 
-constexpr int Columns = 4, ManyColumns = 40;
-constexpr int HexBytes = 1, ManyHexBytes = 40;
-constexpr int WidestTab = 8;
+constexpr int Columns = 4, Bytes = 1;  // of a step sideways, in a text and in hex mode
+constexpr int WideStep = 40;           // in both
 
 }  // namespace
 
@@ -38,12 +37,10 @@ const CViewer::KeyRow CViewer::keyTable[] = {
     {Key::PageUp, [](CViewer& viewer) { viewer.page_.pageUp(); }},
     {Key::PageDown, [](CViewer& viewer) { viewer.page_.pageDown(); }},
     {Key::Space, [](CViewer& viewer) { viewer.page_.pageDown(); }},
-    {Key::Left,
-     [](CViewer& viewer) { viewer.page_.left(viewer.page_.hex() ? HexBytes : Columns); }},
-    {Key::Right,
-     [](CViewer& viewer) { viewer.page_.right(viewer.page_.hex() ? HexBytes : Columns); }},
-    {Key::CtrlLeft, [](CViewer& viewer) { viewer.page_.left(ManyColumns); }},
-    {Key::CtrlRight, [](CViewer& viewer) { viewer.page_.right(ManyColumns); }},
+    {Key::Left, [](CViewer& viewer) { viewer.page_.left(viewer.page_.hex() ? Bytes : Columns); }},
+    {Key::Right, [](CViewer& viewer) { viewer.page_.right(viewer.page_.hex() ? Bytes : Columns); }},
+    {Key::CtrlLeft, [](CViewer& viewer) { viewer.page_.left(WideStep); }},
+    {Key::CtrlRight, [](CViewer& viewer) { viewer.page_.right(WideStep); }},
     {Key::alt('l'), [](CViewer& viewer) { viewer.askLine(); }},
     {Key::alt('o'), [](CViewer& viewer) { viewer.askOffset(); }},
     {Key::alt('e'), [](CViewer& viewer) { viewer.selectEncoding(); }},
