@@ -96,7 +96,6 @@ void EditorScreen::runBookmark(Key::Code key) {
 // ---- the mouse
 
 void EditorScreen::onMouse(const MouseMessage& mouse) {
-  editor_.quoteNext = false;
   editor_.endTyping();
   repeat_ = Repeat::Nothing;
   const TextPlace anchor = editor_.cursor();

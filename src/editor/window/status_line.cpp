@@ -37,12 +37,13 @@ Westring characterText(const CTextEditor& editor) {
 
 Westring editorStatus(const CTextEditor& editor) {
   const int nameWidth = editor.columns() - WidthOfTheRest;
+  const long long line = editor.cursor().line + 1;
+  const long long column = editor.cursorColumn() + 1;
   wchar_t rest[StatusWidth];
   std::swprintf(rest, StatusWidth, L" %lc%lc%lc%lc Line %-5lld Col %-4lld %-11ls %ls",
                 editor.document.lineEndStyle() == LineEndStyle::Lf ? L'U' : L' ',
                 GlobalOptions::AutoIndent ? L'I' : L' ', editor.isModified ? L'*' : L' ',
-                editor.quoteNext ? L'"' : L' ', static_cast<long long>(editor.cursor().line + 1),
-                static_cast<long long>(editor.cursorColumn() + 1), characterText(editor).data(),
+                editor.quoteNext ? L'"' : L' ', line, column, characterText(editor).data(),
                 formatName(editor.document.encoding()).data());
   return Westring(Title) + padRight(shortenPath(editor.file.name, nameWidth), nameWidth) + rest;
 }
