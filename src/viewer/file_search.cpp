@@ -79,19 +79,19 @@ class Search {
 
   // The keys that begin in from..to of the stretch: the first hit, or the last one.
   bool searchPart(const Stretch& stretch, int64_t from, int64_t to, SearchHit& hit) {
-    const auto keyTail = static_cast<int64_t>(pattern_.keyLength()) - 1;
+    const auto keyTail = static_cast<int64_t>(pattern_.key().reach());
     const int64_t inside = std::min(to + keyTail, stretch.length);
     const std::string_view bytes = stretch.text().substr(0, static_cast<size_t>(inside));
     bool found = false;
     auto at = static_cast<size_t>(from);
-    while ((at = pattern_.findKey(bytes, at)) < bytes.size()) {
+    while ((at = pattern_.key().find(bytes, at)) < bytes.size()) {
       found |= takeKey(stretch, static_cast<int64_t>(at), hit);
       if (found && !reverse_) return true;
       ++at;
     }
     // Those that go on behind the stretch.
     for (int64_t key = std::max(from, stretch.length - keyTail); key < to; ++key) {
-      if (!pattern_.mayBegin(stretch.text(), static_cast<size_t>(key))) continue;
+      if (!pattern_.key().standsAt(stretch.text(), static_cast<size_t>(key))) continue;
       found |= takeKey(stretch, key, hit);
       if (found && !reverse_) return true;
     }

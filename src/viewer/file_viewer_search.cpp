@@ -61,7 +61,7 @@ Hit CViewer::hitAt(int64_t position) {
   const std::string bytes = file_.bytesAt(position, pattern.longest(), error);
   SearchPattern::Match match;
   for (size_t key = 0; pattern.valid() && key < bytes.size(); ++key) {
-    key = pattern.findKey(bytes, key);
+    key = pattern.key().find(bytes, key);
     if (key >= bytes.size() || !pattern.matches(bytes, key, match)) continue;
     if (match.before == static_cast<int64_t>(key)) return {position, position + match.length};
   }
