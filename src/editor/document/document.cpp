@@ -40,7 +40,7 @@ void Document::store() const {
   if (work_.line < 0) return;
   const int64_t line = work_.line;
   if (line < lines_.lines()) {
-    lines_.setLine(line, newRun(work_.text, lineEnd(line)));
+    lines_.setLine(line, newRun(work_.text, work_.end));
   } else {
     last_ = newRun(work_.text);
   }
@@ -50,7 +50,13 @@ void Document::store() const {
 void Document::openWorkLine(int64_t line) {
   if (work_.line == line) return;
   store();
-  work_.text = text(line);
+  if (LongLine* marks = look(line)) {
+    work_.text = marks->slice(0, INT64_MAX);
+    work_.end = lineEnd(line);
+  } else {
+    work_.text = std::move(seen_.text);
+    work_.end = std::move(seen_.end);
+  }
   work_.line = line;
   forgetSeen();
 }

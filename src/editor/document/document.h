@@ -113,12 +113,14 @@ class Document {
   struct WorkLine {
     int64_t line = -1;
     std::wstring text;
+    std::wstring end;
     std::unique_ptr<LongLine> marks;  // if it is long
   };
-  // A line that was looked at last.
+  // The line that was looked at last, unless it is long.
   struct SeenLine {
     int64_t line = -1;
     std::wstring text;
+    std::wstring end;
   };
   struct SeenLongLine {
     int64_t line;
@@ -138,8 +140,11 @@ class Document {
   void workLineChanged(int64_t index);
   RunLine runLine(int64_t line) const;
   std::wstring lineEnd(int64_t line) const;
-  const std::wstring& wholeLine(int64_t line) const;
-  LongLine* longLine(int64_t line) const;
+  // What is known of a line: the marks of a long one or, when it gives null, all of its text, which
+  // stays until the next look at the text.
+  LongLine* look(int64_t line) const;
+  LongLine* seenLongLine(int64_t line) const;
+  const std::wstring& seenText(int64_t line) const;
   Replaced replaceInLine(TextPlace from, TextPlace to, const TextSpan& text);
   Replaced replaceLines(TextPlace from, TextPlace to, const TextSpan& text);
 

@@ -36,56 +36,62 @@ void Document::workLineChanged(int64_t index) {
   }
 }
 
-// The line, if it is long; null for others.
-LongLine* Document::longLine(int64_t line) const {
-  if (line == work_.line) return work_.marks.get();
-  if (line == seen_.line) return nullptr;
+LongLine* Document::seenLongLine(int64_t line) const {
   for (const SeenLongLine& seen : seenLong_)
     if (seen.line == line) return seen.marks.get();
+  return nullptr;
+}
+
+LongLine* Document::look(int64_t line) const {
+  if (line == work_.line) return work_.marks.get();
+  if (line == seen_.line) return nullptr;
+  if (LongLine* seen = seenLongLine(line)) return seen;
   const RunLine found = runLine(line);
-  const std::string_view bytes = found.bytes.text;
-  if (bytes.size() < LongLineBytes) return nullptr;
+  const TextRun& run = *found.run;
+  if (found.bytes.text.size() < LongLineBytes) {
+    const bool hasOtherEnd = run.ends && line < lines_.lines();
+    seen_ = {line, decodeBytes(found.bytes.text, run.storage),
+             hasOtherEnd ? std::wstring(lineEndText(*run.ends))
+                         : decodeBytes(found.bytes.end, run.storage)};
+    return nullptr;
+  }
   if (seenLong_.size() == SeenLongLines) seenLong_.erase(seenLong_.begin());
-  seenLong_.push_back(
-      {line, found.run->block, std::make_unique<LongLine>(bytes, found.run->storage)});
+  seenLong_.push_back({line, run.block, std::make_unique<LongLine>(found.bytes.text, run.storage)});
   return seenLong_.back().marks.get();
 }
 
-// All of a line; stays until the next look at the text.
-const std::wstring& Document::wholeLine(int64_t line) const {
-  if (line == work_.line) return work_.text;
-  if (line != seen_.line) {
-    const RunLine found = runLine(line);
-    seen_ = {line, decodeBytes(found.bytes.text, found.run->storage)};
-  }
-  return seen_.text;
+const std::wstring& Document::seenText(int64_t line) const {
+  return line == work_.line ? work_.text : seen_.text;
 }
 
 std::wstring Document::text(int64_t line) const {
   if (line < 0 || line >= lineCount()) return {};
-  if (LongLine* marks = longLine(line)) return marks->slice(0, INT64_MAX);
-  return wholeLine(line);
+  if (line == work_.line) return work_.text;
+  if (LongLine* marks = look(line)) return marks->slice(0, INT64_MAX);
+  return seen_.text;
 }
 
 int64_t Document::lineLength(int64_t line) const {
   if (line < 0 || line >= lineCount()) return 0;
   if (line == work_.line) return static_cast<int64_t>(work_.text.size());
-  if (LongLine* marks = longLine(line)) return marks->length();
-  return static_cast<int64_t>(wholeLine(line).size());
+  if (LongLine* marks = look(line)) return marks->length();
+  return static_cast<int64_t>(seen_.text.size());
 }
 
 int64_t Document::lineBytes(int64_t line) const {
   if (line < 0 || line >= lineCount()) return 0;
   if (line == work_.line) return static_cast<int64_t>(bytesOf(work_.text).size());
+  if (line == seen_.line) return static_cast<int64_t>(seen_.text.size());
+  if (const LongLine* seen = seenLongLine(line)) return static_cast<int64_t>(seen->bytes());
   return static_cast<int64_t>(runLine(line).bytes.text.size());
 }
 
 std::wstring Document::slice(int64_t line, int64_t from, int64_t count) const {
   if (line < 0 || line >= lineCount() || count <= 0) return {};
   from = std::max<int64_t>(from, 0);
-  if (line != work_.line)
-    if (LongLine* marks = longLine(line)) return marks->slice(from, count);
-  const std::wstring& whole = wholeLine(line);
+  LongLine* marks = look(line);
+  if (marks && line != work_.line) return marks->slice(from, count);
+  const std::wstring& whole = seenText(line);
   if (from >= static_cast<int64_t>(whole.size())) return {};
   return whole.substr(static_cast<size_t>(from), static_cast<size_t>(count));
 }
@@ -128,15 +134,15 @@ Document::BytePlace Document::lineOfByte(int64_t offset) const {
 
 int64_t Document::columnOf(TextPlace place, int tabWidth) const {
   place = clamped(place);
-  if (LongLine* marks = longLine(place.line)) return marks->columnOf(place.index, tabWidth);
-  const std::wstring_view text = wholeLine(place.line);
+  if (LongLine* marks = look(place.line)) return marks->columnOf(place.index, tabWidth);
+  const std::wstring_view text = seenText(place.line);
   return columnBehind(text.substr(0, static_cast<size_t>(place.index)), 0, tabWidth);
 }
 
 int64_t Document::indexAt(int64_t line, int64_t column, int tabWidth) const {
   if (column <= 0 || line < 0 || line >= lineCount()) return 0;
-  if (LongLine* marks = longLine(line)) return marks->indexAt(column, tabWidth);
-  return static_cast<int64_t>(charactersTo(wholeLine(line), 0, column, tabWidth));
+  if (LongLine* marks = look(line)) return marks->indexAt(column, tabWidth);
+  return static_cast<int64_t>(charactersTo(seenText(line), 0, column, tabWidth));
 }
 
 int64_t Document::widthOf(int64_t line, int tabWidth) const {

@@ -12,6 +12,8 @@ namespace {
 constexpr size_t BytesBetweenLooks = size_t{1} << 20;
 // How many replacements are made between two looks.
 constexpr int64_t HitsBetweenLooks = 256;
+// Longer lines are looked at a stretch at a time.
+constexpr size_t ShortBytes = 65536;
 constexpr std::wstring_view LineEndCharacters(L"\r\n\0", 3);
 constexpr std::string_view LineEndBytes("\r\n\0", 3);
 
@@ -161,8 +163,8 @@ class RunSearch {
   }
 
   int64_t indexIn(int64_t line, int64_t at) {
-    constexpr int64_t ShortBytes = 65536;
-    if (document_.lineBytes(line) <= ShortBytes) return pattern_.findIn(document_.text(line), at);
+    if (document_.lineBytes(line) <= static_cast<int64_t>(ShortBytes))
+      return pattern_.findIn(document_.text(line), at);
     return LongLineSearch(document_, line, pattern_).find(at, [this](size_t characters) {
       return looksForStop(characters);
     });
@@ -185,9 +187,15 @@ class RunSearch {
   }
 
   // Whether the line of a candidate holds a hit.
-  bool isHitAround(const Document::RunPlace& found, size_t offset, TextPlace& place) {
-    const int64_t lineInRun = found.run->lines > 0 ? found.run->lineOf(offset) : 0;
-    return isIn(found.firstLine + lineInRun, place);
+  bool isHitAround(const Document::RunPlace& found, size_t offset, const LineBytes& bytes,
+                   TextPlace& place) {
+    const TextRun& run = *found.run;
+    const auto lineInRun = [&] { return run.lines > 0 ? run.lineOf(offset) : 0; };
+    if (bytes.text.size() > ShortBytes) return isIn(found.firstLine + lineInRun(), place);
+    const int64_t index =
+        pattern_.findIn(decodeBytes(bytes.text, run.storage), pattern_.isForward() ? 0 : INT64_MAX);
+    if (index >= 0) place = {found.firstLine + lineInRun(), index};
+    return index >= 0;
   }
 
   bool scanForward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
@@ -205,7 +213,7 @@ class RunSearch {
         continue;
       }
       const LineBytes bytes = lineAround(run, offset);
-      if (isHitAround(found, offset, place)) return true;
+      if (isHitAround(found, offset, bytes, place)) return true;
       const auto next = static_cast<size_t>(bytes.end.data() - all.data()) +
                         std::max<size_t>(bytes.end.size(), 1);
       if (looksForStop(next - at)) return false;
@@ -228,7 +236,7 @@ class RunSearch {
         continue;
       }
       const LineBytes bytes = lineAround(run, offset);
-      if (isHitAround(found, offset, place)) return true;
+      if (isHitAround(found, offset, bytes, place)) return true;
       const auto begin = static_cast<size_t>(bytes.text.data() - all.data());
       if (looksForStop(to - begin)) return false;
       to = begin;

@@ -14,6 +14,7 @@ class LongLine {
  public:
   LongLine(std::string_view bytes, const TextStorage& storage);
 
+  size_t bytes() const { return bytes_.size(); }
   int64_t length();
   std::wstring slice(int64_t from, int64_t count);
   int64_t columnOf(int64_t index, int tabWidth);

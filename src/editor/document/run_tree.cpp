@@ -132,10 +132,12 @@ Link withLine(Link link, int64_t line, const TextRun& run) {
   } else if (inRun >= link->run.lines) {
     link->right = withLine(std::move(link->right), inRun - link->run.lines, run);
   } else {
-    const TextRun old = std::exchange(link->run, run);
-    if (inRun > 0) link->left = joined(std::move(link->left), newNode(old.part(0, inRun)), {});
-    if (inRun + 1 < old.lines)
-      link->right = joined({}, newNode(old.part(inRun + 1, old.lines)), std::move(link->right));
+    TextRun before;
+    TextRun behind;
+    link->run.partsAround(inRun, before, behind);
+    link->run = run;
+    if (before.lines > 0) link->left = joined(std::move(link->left), newNode(before), {});
+    if (behind.lines > 0) link->right = joined({}, newNode(behind), std::move(link->right));
   }
   return balanced(std::move(link));
 }

@@ -50,6 +50,7 @@ size_t lineBehind(const TextRun& run, std::string_view bytes, size_t offset) {
 
 size_t TextRun::offsetOf(int64_t line) const {
   if (line >= lines) return length;
+  if (line == 0) return 0;
   const std::string_view all = bytes();
   LineStart start = knownStart(*this, static_cast<size_t>((firstLine + line) / MarkedLines));
   for (; start.line < line; ++start.line) start.offset = lineBehind(*this, all, start.offset);
@@ -85,6 +86,18 @@ TextRun TextRun::part(int64_t fromLine, int64_t toLine) const {
   piece.firstLine = firstLine + fromLine;
   piece.lines = toLine - fromLine;
   return piece;
+}
+
+void TextRun::partsAround(int64_t line, TextRun& before, TextRun& behind) const {
+  const size_t start = offsetOf(line);
+  const size_t next = lineBehind(*this, bytes(), start);
+  before = behind = *this;
+  before.length = start;
+  before.lines = line;
+  behind.begin = begin + next;
+  behind.length = length - next;
+  behind.firstLine = firstLine + line + 1;
+  behind.lines = lines - line - 1;
 }
 
 std::wstring TextRun::text(int64_t line) const {

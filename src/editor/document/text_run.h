@@ -56,6 +56,8 @@ struct TextRun {
   int64_t lineOf(size_t offset) const;  // that holds the byte
   LineBytes lineAt(int64_t line) const;
   TextRun part(int64_t fromLine, int64_t toLine) const;
+  // What stands before and behind a line; without lines, each may be empty.
+  void partsAround(int64_t line, TextRun& before, TextRun& behind) const;
   std::wstring text(int64_t line) const;
   std::wstring lineEnd(int64_t line) const;
   std::wstring wholeText() const;  // of a run without lines

@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "editor/document/text_run.h"
-#include "foundation/utf8.h"
 
 namespace {
 // How far a line end is looked for between two looks at the progress.
@@ -22,15 +21,36 @@ bool hasHighBit(std::string_view bytes) {
   return (all & HighBits) != 0;
 }
 
+// How many bytes the character at `at` has, which isn't ASCII; 0 when it is none. An overlong form,
+// a surrogate and what lies behind the last character are none.
+size_t characterLength(const unsigned char* at, size_t left) {
+  const auto isBehind = [at, left](size_t i, unsigned char from, unsigned char to) {
+    return i < left && at[i] >= from && at[i] <= to;
+  };
+  const unsigned char lead = at[0];
+  if (lead >= 0xC2 && lead <= 0xDF) return isBehind(1, 0x80, 0xBF) ? 2 : 0;
+  if (lead >= 0xE0 && lead <= 0xEF) {
+    const unsigned char from = lead == 0xE0 ? 0xA0 : 0x80;
+    const unsigned char to = lead == 0xED ? 0x9F : 0xBF;
+    return isBehind(1, from, to) && isBehind(2, 0x80, 0xBF) ? 3 : 0;
+  }
+  if (lead < 0xF0 || lead > 0xF4) return 0;
+  const unsigned char from = lead == 0xF0 ? 0x90 : 0x80;
+  const unsigned char to = lead == 0xF4 ? 0x8F : 0xBF;
+  return isBehind(1, from, to) && isBehind(2, 0x80, 0xBF) && isBehind(3, 0x80, 0xBF) ? 4 : 0;
+}
+
 bool isValidUtf8(std::string_view bytes) {
-  for (size_t at = 0; at < bytes.size();) {
-    if (static_cast<signed char>(bytes[at]) >= 0) {
+  const auto* at = reinterpret_cast<const unsigned char*>(bytes.data());
+  const auto* end = at + bytes.size();
+  while (at < end) {
+    if (*at < 0x80) {
       ++at;
       continue;
     }
-    wchar_t character;
-    at += decodeExactCharacter(bytes.substr(at, 4), character);
-    if (character < 0) return false;
+    const size_t length = characterLength(at, static_cast<size_t>(end - at));
+    if (length == 0) return false;
+    at += length;
   }
   return true;
 }
@@ -86,7 +106,7 @@ class Scanner {
     if (storage_.isWide || storage_.encoding.format != TextFormat::Utf8) return;
     std::string_view lines = all_.substr(marked_, behind - marked_);
     marked_ = behind;
-    if (!hasHighBit(lines)) return;
+    if (!hasHighBit(lines) || isValidUtf8(lines)) return;
     while (!lines.empty()) {
       const LineEnd end = findLineEnd(lines, 0, TextFormat::Utf8);
       if (!isValidUtf8(lines.substr(0, end.at))) ++invalidLines_;
