@@ -79,6 +79,18 @@ TEST_F(Undo, ARunOfTypedCharactersIsOneCommand) {
   EXPECT_EQ(cursor, (TextPlace{0, 2}));
 }
 
+TEST_F(Undo, ALongCommandCanBeStoppedBetweenItsSteps) {
+  load("");
+  const int64_t all = history.newReplaceAll();
+  for (int i = 0; i < 1000; ++i) edit(cursor, cursor, L"x", all);
+  EXPECT_EQ(history.undoCommand(document, cursor, [] { return true; }), UndoOutcome::Done);
+  EXPECT_EQ(bytes(), std::string(744, 'x'));
+  EXPECT_EQ(history.undo.size(), 744);
+  EXPECT_EQ(history.redo.size(), 256);
+  EXPECT_EQ(history.undoCommand(document, cursor), UndoOutcome::Done);
+  EXPECT_EQ(bytes(), "");
+}
+
 TEST_F(Undo, ALineEndComesBackAsItWas) {
   load("a\r\nb\rc\n");
   edit({0, 0}, {2, 1}, L"x\ny");

@@ -12,6 +12,9 @@
 #include "editor/document/text_span.h"
 #include "editor/text/text_encoding.h"
 
+// Asked now and then by what may take long, often enough for a key to be felt; true stops.
+using StopAsked = std::function<bool()>;
+
 // Told of each change after it was made.
 class DocumentObserver {
  public:

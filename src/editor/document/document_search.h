@@ -20,9 +20,6 @@ struct SearchQuery {
 
 enum class SearchEnd { Found, NotFound, Stopped };
 
-// Asked now and then, often enough for a key to be felt; true stops.
-using StopAsked = std::function<bool()>;
-
 // The first hit that begins at `place` or lies behind it in the direction of the query (before it
 // when backward; then `place` may be one with index -1, which begins with the line above). On a hit
 // `place` is its start; else it is unchanged.

@@ -88,12 +88,21 @@ UndoOutcome oneStep(Document& document, TextPlace& cursor, Bookmarks& bookmarks,
   return UndoOutcome::Done;
 }
 
+constexpr int64_t StepsBetweenLooks = 256;
+constexpr int64_t LongLineLength = 65536;
+
 UndoOutcome oneCommand(Document& document, TextPlace& cursor, Bookmarks& bookmarks,
-                       TUndoStack& source, TUndoStack& target) {
+                       TUndoStack& source, TUndoStack& target, const StopAsked& stop) {
   if (source.empty()) return UndoOutcome::Nothing;
   const int64_t command = source.top().command;
-  do moveStep(document, cursor, bookmarks, source, target);
-  while (command != 0 && !source.empty() && source.top().command == command);
+  int64_t steps = 0;
+  bool isStopped = false;
+  do {
+    const int64_t length = document.lineLength(source.top().from.line);
+    moveStep(document, cursor, bookmarks, source, target);
+    // A step in a line as long as a file moves all of it.
+    isStopped = (++steps % StepsBetweenLooks == 0 || length > LongLineLength) && stop && stop();
+  } while (!isStopped && command != 0 && !source.empty() && source.top().command == command);
   return UndoOutcome::Done;
 }
 }  // namespace
@@ -110,11 +119,13 @@ UndoOutcome EditHistory::undoStep(Document& document, TextPlace& cursor) {
 UndoOutcome EditHistory::redoStep(Document& document, TextPlace& cursor) {
   return oneStep(document, cursor, bookmarks, redo, undo);
 }
-UndoOutcome EditHistory::undoCommand(Document& document, TextPlace& cursor) {
-  return oneCommand(document, cursor, bookmarks, undo, redo);
+UndoOutcome EditHistory::undoCommand(Document& document, TextPlace& cursor,
+                                     const StopAsked& stop) {
+  return oneCommand(document, cursor, bookmarks, undo, redo, stop);
 }
-UndoOutcome EditHistory::redoCommand(Document& document, TextPlace& cursor) {
-  return oneCommand(document, cursor, bookmarks, redo, undo);
+UndoOutcome EditHistory::redoCommand(Document& document, TextPlace& cursor,
+                                     const StopAsked& stop) {
+  return oneCommand(document, cursor, bookmarks, redo, undo, stop);
 }
 
 void EditHistory::recode(const TextEncoding& from, const TextEncoding& to) {

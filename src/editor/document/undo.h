@@ -63,9 +63,10 @@ struct EditHistory {
   // One step back, or forward again. A cursor that isn't at the place of the step only goes there.
   UndoOutcome undoStep(Document& document, TextPlace& cursor);
   UndoOutcome redoStep(Document& document, TextPlace& cursor);
-  // A whole command at once, wherever the cursor is.
-  UndoOutcome undoCommand(Document& document, TextPlace& cursor);
-  UndoOutcome redoCommand(Document& document, TextPlace& cursor);
+  // A whole command at once, wherever the cursor is. When it is stopped, the rest of its steps stay
+  // where they are.
+  UndoOutcome undoCommand(Document& document, TextPlace& cursor, const StopAsked& stop = {});
+  UndoOutcome redoCommand(Document& document, TextPlace& cursor, const StopAsked& stop = {});
   void clearSteps();
   // The document is read in another code page now: so are the texts of the steps. When a character
   // may take more than one byte in either page the steps end, since their places don't fit.
