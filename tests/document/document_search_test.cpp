@@ -86,6 +86,18 @@ TEST_F(DocumentSearch, ReplacingAllLeavesOneStepForEachHit) {
   EXPECT_EQ(writtenBytes(document), "ones two ones\nones");
 }
 
+TEST_F(DocumentSearch, AHitAtAPlaceIsSeenWithoutASearch) {
+  load("x word-a aword word");
+  EXPECT_TRUE(isHit(document, {L"WORD"}, {0, 2}));
+  EXPECT_FALSE(isHit(document, {L"WORD"}, {0, 3}));
+  EXPECT_FALSE(isHit(document, exactly(L"WORD"), {0, 2}));
+  EXPECT_TRUE(isHit(document, word(L"word"), {0, 2}));
+  EXPECT_FALSE(isHit(document, word(L"word"), {0, 10}));
+  EXPECT_TRUE(isHit(document, word(L"word"), {0, 15}));
+  EXPECT_FALSE(isHit(document, {L"word"}, {0, 18}));
+  EXPECT_FALSE(isHit(document, {L""}, {0, 2}));
+}
+
 TEST_F(DocumentSearch, AReplacementIsNotSearchedAgain) {
   load("aaa");
   EXPECT_EQ(replaceAll(document, history, {L"a"}, spanOf(L"aa"), {0, 0}, -1).count, 3);
@@ -138,4 +150,32 @@ TEST_F(DocumentSearch, ReplacingAllIsReplacingOneAfterTheOther) {
     replaced += count;
   }
   EXPECT_GT(replaced, 100);
+}
+
+TEST_F(DocumentSearch, CharactersThatFoldAlikeAreFoundInEachEncoding) {
+  const struct {
+    const wchar_t* line;
+    const wchar_t* text;
+  } cases[] = {
+      {L"..\u0434\u041E\u043C..", L"\u0414\u043E\u041C"},  // Cyrillic: two bytes each
+      {L"..mi\u017Fs..", L"MISS"},                         // a long s, which has two
+      {L"..\u03C3\u03C2..", L"\u03A3\u03A3"},              // both small sigmas
+      {L"..na\u00EFve..", L"NA\u00CFVE"},
+  };
+  int found = 0;
+  for (const auto& each : cases) {
+    for (const TextEncoding& encoding :
+         {Utf8, TextEncoding{TextFormat::CodePage, 1251}, TextEncoding{TextFormat::CodePage, 1252},
+          TextEncoding{TextFormat::Utf16Le, 0}, TextEncoding{TextFormat::Utf32Be, 0}}) {
+      std::string bytes;
+      if (encodeText(std::wstring(L"first\n") + each.line + L"\nlast", encoding, bytes) !=
+          AllEncoded)
+        continue;
+      load(bytes, encoding);
+      EXPECT_EQ(find({0, 0}, {each.text}), "1,2") << each.text;
+      EXPECT_EQ(find({2, 0}, backward(each.text)), "1,2") << each.text;
+      ++found;
+    }
+  }
+  EXPECT_GE(found, 14);
 }

@@ -29,6 +29,11 @@ class Pattern {
   bool folds() const { return query_.letters == SearchCase::Ignored; }
   bool isForward() const { return query_.direction == SearchDirection::Forward; }
 
+  // `at` is one where the text fits in.
+  bool isHit(std::wstring_view line, int64_t at) const {
+    return isHitBehind(line, at, at == 0 ? L' ' : line[static_cast<size_t>(at) - 1]);
+  }
+
   // The nearest hit from `at` on in the direction; -1 when there is none.
   int64_t findIn(std::wstring_view line, int64_t at) const {
     const int64_t last = static_cast<int64_t>(line.size()) - length();
@@ -49,10 +54,6 @@ class Pattern {
   }
 
  private:
-  bool isHit(std::wstring_view line, int64_t at) const {
-    return isHitBehind(line, at, at == 0 ? L' ' : line[static_cast<size_t>(at) - 1]);
-  }
-
   bool isHitBehind(std::wstring_view line, int64_t at, wchar_t before) const {
     for (size_t i = 0; i < text_.size(); ++i) {
       const wchar_t c = line[static_cast<size_t>(at) + i];
@@ -285,6 +286,18 @@ SearchEnd findText(const Document& document, const SearchQuery& query, TextPlace
   const Pattern pattern(query);
   RunSearch runs(document, pattern, stop);
   return runs.find(place);
+}
+
+bool isHit(const Document& document, const SearchQuery& query, TextPlace place) {
+  if (isFoundNowhere(query)) return false;
+  // One character before it and one behind it decide whether it is a whole word.
+  const int64_t begin = std::max<int64_t>(place.index - 1, 0);
+  const Pattern pattern(query);
+  const std::wstring around =
+      document.slice(place.line, begin, place.index - begin + pattern.length() + 1);
+  const int64_t at = place.index - begin;
+  if (at + pattern.length() > static_cast<int64_t>(around.size())) return false;
+  return pattern.isHit(around, at);
 }
 
 TextPlace stepOn(TextPlace place, SearchDirection direction) {

@@ -25,6 +25,8 @@ enum class SearchEnd { Found, NotFound, Stopped };
 // `place` is its start; else it is unchanged.
 SearchEnd findText(const Document& document, const SearchQuery& query, TextPlace& place,
                    const StopAsked& stop = {});
+// Whether the text at `place` is a hit.
+bool isHit(const Document& document, const SearchQuery& query, TextPlace place);
 // Where a repeated search goes on: one character further in the direction, so that the same hit
 // isn't found again.
 TextPlace stepOn(TextPlace place, SearchDirection direction);

@@ -119,12 +119,10 @@ UndoOutcome EditHistory::undoStep(Document& document, TextPlace& cursor) {
 UndoOutcome EditHistory::redoStep(Document& document, TextPlace& cursor) {
   return oneStep(document, cursor, bookmarks, redo, undo);
 }
-UndoOutcome EditHistory::undoCommand(Document& document, TextPlace& cursor,
-                                     const StopAsked& stop) {
+UndoOutcome EditHistory::undoCommand(Document& document, TextPlace& cursor, const StopAsked& stop) {
   return oneCommand(document, cursor, bookmarks, undo, redo, stop);
 }
-UndoOutcome EditHistory::redoCommand(Document& document, TextPlace& cursor,
-                                     const StopAsked& stop) {
+UndoOutcome EditHistory::redoCommand(Document& document, TextPlace& cursor, const StopAsked& stop) {
   return oneCommand(document, cursor, bookmarks, redo, undo, stop);
 }
 

@@ -1,10 +1,11 @@
 #include "editor/window/edit_command.h"
 #include "editor/window/text_editor.h"
 #include "ui/alert.h"
+#include "ui/escape_watch.h"
 
 namespace {
 
-using Step = UndoOutcome (EditHistory::*)(Document&, TextPlace&);
+using Step = UndoOutcome (*)(EditHistory& history, Document& document, TextPlace& cursor);
 
 // Steps of an earlier edit were made in a text that may have become another since.
 bool mayTakeBack(CTextEditor& editor) {
@@ -19,7 +20,7 @@ bool mayTakeBack(CTextEditor& editor) {
 void perform(CTextEditor& editor, Step step) {
   TextPlace cursor = editor.cursor();
   editor.dropBlock();
-  const UndoOutcome outcome = (editor.history.*step)(editor.document, cursor);
+  const UndoOutcome outcome = step(editor.history, editor.document, cursor);
   if (outcome == UndoOutcome::Nothing) return;
   editor.moveTo(cursor);
   if (outcome != UndoOutcome::Done) return;
@@ -36,19 +37,30 @@ void makeAgain(CTextEditor& editor, Step step) {
 }
 
 void undoStep(CTextEditor& editor) {
-  takeBack(editor, &EditHistory::undoStep);
+  takeBack(editor, [](EditHistory& history, Document& document, TextPlace& cursor) {
+    return history.undoStep(document, cursor);
+  });
 }
 
 void redoStep(CTextEditor& editor) {
-  makeAgain(editor, &EditHistory::redoStep);
+  makeAgain(editor, [](EditHistory& history, Document& document, TextPlace& cursor) {
+    return history.redoStep(document, cursor);
+  });
 }
 
+// A replacement of all hits may have been many of them.
 void undoCommand(CTextEditor& editor) {
-  takeBack(editor, &EditHistory::undoCommand);
+  takeBack(editor, [](EditHistory& history, Document& document, TextPlace& cursor) {
+    EscapeWatch watch;
+    return history.undoCommand(document, cursor, [&watch] { return watch.pressed(); });
+  });
 }
 
 void redoCommand(CTextEditor& editor) {
-  makeAgain(editor, &EditHistory::redoCommand);
+  makeAgain(editor, [](EditHistory& history, Document& document, TextPlace& cursor) {
+    EscapeWatch watch;
+    return history.redoCommand(document, cursor, [&watch] { return watch.pressed(); });
+  });
 }
 
 }  // namespace
