@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "document/document_support.h"
 
 using namespace std::string_literals;
@@ -73,4 +75,36 @@ TEST_F(Clipboard, AppendedTextGoesOnInTheLastLine) {
   desktop.copyElsewhere(L"x");
   clipboard.append(spanOf(L"y\n"), LineEndStyle::Lf);
   EXPECT_EQ(desktop.text(), L"xy\n");
+}
+
+TEST_F(Clipboard, AnotherThreadReadsWhatWasCopiedWhileTheTextChanges) {
+  std::string bytes;
+  for (int i = 0; i < 500; ++i) bytes += "line " + std::to_string(i) + "\r\n";
+  Document document;
+  ASSERT_TRUE(document.load(bytes, Utf8));
+  for (int64_t line = 0; line < 400; line += 7)
+    document.replace({line, 0}, {line, 1}, spanOf(L"L"));
+  clipboard.set(document.span({0, 0}, document.end()));
+  const std::wstring wanted = desktop.text();
+  std::vector<std::wstring> seen;
+  std::thread reader([&] {
+    for (int i = 0; i < 20; ++i) seen.push_back(desktop.text());
+  });
+  for (int64_t i = 0; i < 2000; ++i) {
+    const int64_t line = i * 37 % document.lineCount();
+    document.replace({line, 0}, {line, 0}, spanOf(i % 3 == 0 ? L"x\n" : L"y"));
+  }
+  document.replace({0, 0}, document.end(), {});
+  reader.join();
+  EXPECT_EQ(seen, std::vector<std::wstring>(20, wanted));
+}
+
+TEST_F(Clipboard, TextOfACodePageIsMadeReadyWhenItIsCopied) {
+  Document document;
+  ASSERT_TRUE(document.load("a\x84\nb", {TextFormat::CodePage, 850}));
+  EXPECT_TRUE(document.span({0, 0}, document.end()).needsCodePage());
+  EXPECT_FALSE(spanOf(L"a\nb").needsCodePage());
+  clipboard.set(document.span({0, 0}, document.end()));
+  document.recode(1252);
+  EXPECT_EQ(desktop.text(), L"a\u00E4\nb");
 }
