@@ -167,7 +167,8 @@ int statAt(int directory, const char* name, struct ::stat* result, int flags) {
 }
 
 int fstat(int fd, struct ::stat* result) {
-  return guarded({"fstat", NoPath, fd}, [&] { return ::fstat(fd, result); });
+  return shown("fstat", result,
+               guarded({"fstat", NoPath, fd}, [&] { return ::fstat(fd, result); }));
 }
 
 int accessAt(int directory, const char* name, int mode) {

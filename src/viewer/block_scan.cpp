@@ -11,8 +11,9 @@ BlockScan::BlockScan(const FileBytes& bytes, int64_t blockSize, int64_t from, in
   if (direction == Direction::Backward) from = std::min(from, end_ - 1);
   base_ = std::max<int64_t>(from, 0) / blockSize * blockSize;
   ended_ = end_ <= 0 || from < 0;
+  const int64_t ahead = direction == Direction::Forward ? end_ - base_ : base_;
   // Without a thread each block is read when it is asked for.
-  if (!ended_) thread_ = startThread(entry, this);
+  if (!ended_ && ahead > blockSize) thread_ = startThread(entry, this);
 }
 
 BlockScan::~BlockScan() {

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
+#include <fstream>
 
 #include "foundation/path_info.h"
 #include "foundation/status.h"
@@ -38,6 +40,46 @@ TEST(ViewedFile, EachCallOfOpeningMayFail) {
     EXPECT_EQ(result, fault.hitCall() == "readAt" ? 0 : EIO) << fault.hitCall();
   }
   EXPECT_GE(failures, 3);
+}
+
+TEST(ViewedFile, TheSizeOfABlockDeviceIsFoundBySeeking) {
+  TempDir dir;
+  dir.write("device", std::string(1 << 20, 'x') + "end");
+  // A device tells no size.
+  System::setFoundHook(
+      [](const char* call, void* found, ssize_t, void*) {
+        if (strcmp(call, "fstat") != 0) return;
+        auto* info = static_cast<struct ::stat*>(found);
+        info->st_mode = S_IFBLK | 0600;
+        info->st_size = 0;
+      },
+      nullptr);
+  ViewedFile file;
+  EXPECT_EQ(file.open(dir.wide("device"), {TextFormat::Utf8}), 0);
+  EXPECT_EQ(file.size(), (1 << 20) + 3);
+  EXPECT_EQ(file.text(file.lineAt(file.startOf(file.size())), 10), L"end");
+  EXPECT_EQ(file.refresh(), FileChange::None);
+  System::setFoundHook(nullptr, nullptr);
+}
+
+TEST(ViewedFile, AFileThatIsWrittenWhileItIsOpenedIsNoFileOfProc) {
+  TempDir dir;
+  dir.write("log", "line\n");
+  // The first look comes just before the first line is written.
+  int looks = 0;
+  System::setFoundHook(
+      [](const char* call, void* found, ssize_t, void* count) {
+        if (strcmp(call, "fstat") != 0 || ++*static_cast<int*>(count) > 1) return;
+        static_cast<struct ::stat*>(found)->st_size = 0;
+      },
+      &looks);
+  ViewedFile file;
+  EXPECT_EQ(file.open(dir.wide("log")), 0);
+  System::setFoundHook(nullptr, nullptr);
+  EXPECT_EQ(file.size(), 5);
+  std::ofstream(dir.path("log"), std::ios::app) << "more\n";
+  EXPECT_EQ(file.refresh(), FileChange::Grown);
+  EXPECT_EQ(file.size(), 10);
 }
 
 TEST(ViewedFile, AFileOfProcIsReadToItsEnd) {
@@ -158,6 +200,29 @@ TEST(ViewedFile, AnotherFileOfTheSameNameIsNoticed) {
   dir.write("log", "new\n");
   EXPECT_TRUE(file.replaced());
   EXPECT_EQ(file.text(file.lineAt(0), 9), L"old") << "the open one stays";
+}
+
+TEST(ViewedFile, LinesOf16MibAreSeenInParts) {
+  constexpr int64_t Mib = int64_t{1} << 20;
+  TempDir dir;
+  {
+    std::ofstream out(dir.path("file"), std::ios::binary);
+    const std::string line = std::string(16 * Mib - 4, 'x') + "end\n";
+    out << line << line << "last";
+  }
+  ViewedFile file;
+  const ReadHook hook;
+  ASSERT_EQ(file.open(dir.wide("file"), {TextFormat::Utf8}), 0);
+  EXPECT_EQ(file.nextLine(0), Mib);
+  EXPECT_EQ(file.startOf(16 * Mib), 16 * Mib);
+  EXPECT_EQ(file.previousLine(16 * Mib), 15 * Mib);
+  const ViewedLine part = file.lineAt(15 * Mib);
+  EXPECT_EQ(part.textEnd, 16 * Mib - 1) << "behind it comes the line end";
+  EXPECT_EQ(part.next, 16 * Mib);
+  EXPECT_EQ(file.startOf(32 * Mib), 32 * Mib);
+  EXPECT_EQ(file.text(file.lineAt(32 * Mib), 10), L"last");
+  EXPECT_EQ(file.characters(part.start, part.textEnd), Mib - 1);
+  EXPECT_LE(hook.reads(), 40) << "of 129 blocks";
 }
 
 TEST(ViewedFile, TheEndOfASparseFileOfTenGibIsNear) {
