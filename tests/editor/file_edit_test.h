@@ -10,6 +10,7 @@
 #include "editor/window/editor.h"
 #include "editor/window/load_file.h"
 #include "editor/window/save_file.h"
+#include "foundation/data_paths.h"
 #include "foundation/signals.h"
 #include "support/files.h"
 #include "support/temp_dir.h"
@@ -26,6 +27,11 @@ class FileEditTest : public EditTest {
   void SetUp() override {
     EditTest::SetUp();
     fileStatusStore().clear();
+    setConfigurationFile(userFiles.wide("td.ini"));
+  }
+  void TearDown() override {
+    setConfigurationFile(L"");
+    EditTest::TearDown();
   }
 
   std::string path(const std::string& name) const { return dir.path() + "/" + name; }
@@ -72,4 +78,5 @@ class FileEditTest : public EditTest {
   };
 
   const TempDir dir;
+  const TempDir userFiles;  // where the files of the program's user lie
 };

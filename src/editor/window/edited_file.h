@@ -2,6 +2,7 @@
 
 #include "editor/text/created_file.h"
 #include "editor/text/text_saver.h"
+#include "editor/window/journal_keeper.h"
 #include "foundation/westring.h"
 
 // What an edit knows of its file besides the text, which has the encoding. Loading fills it, Save
@@ -12,5 +13,6 @@ struct EditedFile {
   bool isNew = false;       // created by this edit
   bool isReadOnly = false;  // could only be opened for reading
   TextSaver saver;          // the file on the disk
+  JournalKeeper journal;    // what has changed since it was read or saved
   CreatedFile created;      // the empty file that this edit has made, as long as nobody used it
 };

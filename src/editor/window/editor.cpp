@@ -2,6 +2,7 @@
 
 #include "editor/window/editor_screen.h"
 #include "editor/window/load_file.h"
+#include "editor/window/recovery.h"
 #include "ui/screen_state_guard.h"
 
 void editFile(const Westring& path, int64_t offset, int64_t selection) {
@@ -9,6 +10,7 @@ void editFile(const Westring& path, int64_t offset, int64_t selection) {
   CTextEditor editor(path);
   if (!loadFile(editor, {offset, selection})) return;
   editor.paint();
+  if (!recoverChanges(editor)) return;
   warnOfInvalidLines(editor);
   EditorScreen(editor).run();
 }

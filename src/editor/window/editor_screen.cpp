@@ -180,12 +180,20 @@ void EditorScreen::repeatStep() {
 }
 
 void EditorScreen::onTimeOut() {
+  if (repeat_ == Repeat::Nothing) editor_.file.journal.flush();
   repeatStep();
+}
+
+// A new file whose text is only in its journal stays, or the journal would have nothing to fit.
+void EditorScreen::onEnd() {
+  editor_.file.journal.flush();
+  if (editor_.isModified) editor_.file.created.keep();
 }
 
 int EditorScreen::waitMs() const {
   switch (repeat_) {
     case Repeat::Nothing:
+      if (const auto due = editor_.file.journal.dueIn()) return static_cast<int>(*due);
       return NoLimit;
     case Repeat::PageUp:
     case Repeat::PageDown:

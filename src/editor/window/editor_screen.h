@@ -16,6 +16,7 @@ class EditorScreen : public Screen {
   void onKey(Key::Code key, int shiftState) override;
   void onMouse(const MouseMessage& mouse) override;
   void onTimeOut() override;
+  void onEnd() override;
   int waitMs() const override;
 
  private:

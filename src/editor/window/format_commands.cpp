@@ -1,3 +1,5 @@
+#include "editor/window/format_commands.h"
+
 #include "editor/dialogs/code_page_dialog.h"
 #include "editor/dialogs/format_dialog.h"
 #include "editor/dialogs/questions.h"
@@ -18,15 +20,6 @@ bool hasText(const CTextEditor& editor) {
   return editor.document.end() != TextPlace();
 }
 
-// The bytes of the text are read in another code page; what was changed is kept.
-void recode(CTextEditor& editor, int page) {
-  const TextEncoding from = editor.document.encoding();
-  editor.document.recode(page);
-  editor.history.recode(from, editor.document.encoding());
-  editor.dropBlock();
-  editor.makeSafe();
-}
-
 // A file that is still to be written gets the encoding, any other is read in it. False when
 // everything is as it was.
 bool becomeText(CTextEditor& editor, const TextEncoding& encoding) {
@@ -41,15 +34,8 @@ bool becomeText(CTextEditor& editor, const TextEncoding& encoding) {
 void setEncoding(CTextEditor& editor, const TextEncoding& encoding) {
   const TextEncoding now = editor.document.encoding();
   if (now == encoding) return;
-  if (isPage(now) && isPage(encoding)) return recode(editor, encoding.page);
+  if (isPage(now) && isPage(encoding)) return recodeText(editor, encoding.page);
   if (becomeText(editor, encoding)) warnOfInvalidLines(editor);
-}
-
-void setMark(CTextEditor& editor, bool hasMark) {
-  if (markOf(editor.document.encoding().format).empty()) hasMark = false;
-  if (hasMark == editor.file.hasMark) return;
-  editor.file.hasMark = hasMark;
-  editor.isModified = true;
 }
 
 void selectEncoding(CTextEditor& editor) {
@@ -80,6 +66,23 @@ void nextCodePage(CTextEditor& editor) {
 }
 
 }  // namespace
+
+void recodeText(CTextEditor& editor, int page) {
+  const TextEncoding from = editor.document.encoding();
+  editor.document.recode(page);
+  editor.history.recode(from, editor.document.encoding());
+  editor.file.journal.onRecoded(page);
+  editor.dropBlock();
+  editor.makeSafe();
+}
+
+void setMark(CTextEditor& editor, bool hasMark) {
+  if (markOf(editor.document.encoding().format).empty()) hasMark = false;
+  if (hasMark == editor.file.hasMark) return;
+  editor.file.hasMark = hasMark;
+  editor.file.journal.onMark(hasMark);
+  editor.isModified = true;
+}
 
 EditCommands formatCommands() {
   return {

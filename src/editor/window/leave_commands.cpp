@@ -8,11 +8,13 @@ namespace {
 
 void leaveSaved(CTextEditor& editor) {
   storeRecord(editor);
+  editor.file.journal.end();
   editor.end();
 }
 
 // What the record says stays true of the file: it tells of the text as it was saved last.
 void leaveUnsaved(CTextEditor& editor) {
+  editor.file.journal.end();
   editor.end();
 }
 

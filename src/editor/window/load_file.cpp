@@ -6,6 +6,7 @@
 #include "editor/window/edit_record.h"
 #include "editor/window/editor_painter.h"
 #include "editor/window/file_work.h"
+#include "editor/window/recovery.h"
 #include "editor/window/text_editor.h"
 #include "foundation/path_info.h"
 #include "ui/alert.h"
@@ -87,6 +88,8 @@ bool loadFile(CTextEditor& editor, const EditStart& start) {
       return false;
     }
   }
+  editor.file.saver.witness = &editor.file.journal.savings();
+  beginJournal(editor);
   if (record) takeSteps(editor, *record);
   goToStart(editor, start, record);
   editor.painter().syntax().load(editor.file.name, editor.document);
@@ -113,6 +116,7 @@ bool reloadFile(CTextEditor& editor, const TextEncoding& encoding) {
   editor.view = EditorView();
   editor.makeSafe();
   editor.isModified = false;
+  beginJournal(editor);
   editor.painter().syntax().load(editor.file.name, editor.document);
   return true;
 }

@@ -4,6 +4,7 @@
 #include "editor/window/edit_record.h"
 #include "editor/window/editor_painter.h"
 #include "editor/window/file_work.h"
+#include "editor/window/recovery.h"
 #include "editor/window/text_editor.h"
 #include "foundation/path_info.h"
 #include "foundation/status.h"
@@ -97,6 +98,7 @@ void settle(CTextEditor& editor, const TextSaver::Outcome& outcome, const SavedF
   editor.document.setEncoding(form.encoding);
   editor.file.hasMark = form.hasMark;
   editor.isModified = false;
+  beginJournal(editor);
   storeRecord(editor);
   if (!outcome.leftover.empty()) tell(L"This file could not be removed", outcome.leftover);
 }

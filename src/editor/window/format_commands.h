@@ -1,0 +1,8 @@
+#pragma once
+
+class CTextEditor;
+
+// The bytes of a text in a code page are read in another one; what was changed is kept.
+void recodeText(CTextEditor& editor, int page);
+// Whether the file is saved with a byte order mark; a format without one has none.
+void setMark(CTextEditor& editor, bool hasMark);
