@@ -1,5 +1,6 @@
 #include "commander/connect.h"
 
+#include "editor/window/editor.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
@@ -14,6 +15,7 @@ namespace {
 class ViewerAndEditor : public InternalPrograms {
   void view(const Westring& path) override { viewOne(path); }
   void viewList(Panel& panel) override { ::viewList(panel); }
+  void edit(const Westring& path) override { editFile(path); }
 };
 
 }  // namespace

@@ -17,7 +17,8 @@ struct KeyRow {
 // The rows of the table in search order; two keys beside it have codes, too.
 std::span<const KeyRow> keyTable();
 
-// The code of the first row that fits, or else of a key beside the table, NoKey for none. `state` holds ShiftState bits.
+// The code of the first row that fits, or else of a key beside the table, NoKey for none. `state`
+// holds ShiftState bits.
 Key::Code lookUpKey(unsigned symbol, int state);
 
 // One key press or release as the window system reports it; `state` is the state before the key.

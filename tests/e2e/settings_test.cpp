@@ -239,10 +239,15 @@ TEST_F(Settings, WithoutAnyHomeTheStartSaysOnceThatNothingIsKept) {
 TEST_F(Settings, EditAssociationsReadsTheColoursAgain) {
   left().write("some.c", "");
   start();
-  writeIni("[Colours]\n*.c: bright red\n");
+  writeIni("[Colours]\n");
   press(XK_F9);
   type("c");
   type("a");
+  expectText("/td.ini ");
+  press(XK_Next, {XK_Control_L});
+  type("*.c: bright red");
+  press(XK_Return);
+  press(XK_F10, {XK_Shift_L});
   expectSoon("the new colour", [this] {
     for (int y = 1; y < 20; ++y) {
       if (row(1, y, 4) == "some") return attrAt(1, y) == 0x1C;

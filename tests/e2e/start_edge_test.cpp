@@ -200,6 +200,20 @@ TEST_F(StartEdge, AFileIsViewedAlone) {
   EXPECT_EQ(waitForEnd(), 0);
 }
 
+TEST_F(StartEdge, WithBothTheViewerComesFirstAndTheEditorAfterIt) {
+  home().write("seen", "a text to see\n");
+  home().write("edited", "a text to edit\n");
+  startAlone({"-e", home().path("edited"), "-v", home().path("seen")}, "a text to see");
+  press(XK_Escape);
+  expectText("a text to edit");
+  EXPECT_EQ(row(0).substr(0, 6), "Edit: ");
+  type("not ");
+  press(XK_F2);
+  expectSoon("the saved text", [&] { return home().read("edited") == "not a text to edit\n"; });
+  press(XK_F10);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
 // ---- options
 
 TEST_F(StartEdge, AConfiguredWidthOf60IsWidenedTo80) {

@@ -237,8 +237,8 @@ TEST_F(EditorColours, AfterEveryCommandTheScreenIsWhatAFullRepaintMakesOfIt) {
   openColoured(text);
   std::vector<HeldKey> keys = {Key::Tab};
   for (const wchar_t typed : std::wstring_view(L"x*/ ")) keys.emplace_back(typed);
-  for (const auto room :
-       {moveCommands, typeCommands, deleteCommands, markCommands, undoCommands, editOptionCommands}) {
+  for (const auto room : {moveCommands, typeCommands, deleteCommands, markCommands, undoCommands,
+                          editOptionCommands}) {
     for (const EditCommand& command : room()) {
       for (const Key::Code code : command.codes) {
         keys.push_back({code, command.modifiers | (code.has(Key::ShiftedKey) ? Shift : 0)});

@@ -7,12 +7,12 @@
 #include <regex>
 
 #include "drawn_panels.h"
+#include "foundation/memory_facts.h"
 #include "foundation/path_info.h"
 #include "foundation/regular_file.h"
 #include "foundation/status.h"
 #include "foundation/text_format.h"
 #include "panels/picture/directory_info.h"
-#include "foundation/memory_facts.h"
 #include "panels/reader/volume_facts.h"
 #include "support/fault_hook.h"
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/memory_facts.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "foundation/text_format.h"
@@ -9,7 +10,6 @@
 #include "options/options.h"
 #include "panels/model/panel_pair.h"
 #include "panels/picture/directory_info.h"
-#include "foundation/memory_facts.h"
 #include "panels/reader/volume_facts.h"
 
 namespace {
