@@ -10,8 +10,9 @@
 namespace {
 // How many bytes are looked at between two looks for a key.
 constexpr size_t BytesBetweenLooks = size_t{1} << 20;
-// How many replacements are made between two looks.
+// How many replacements are made between two looks, each counting with the length of its line.
 constexpr int64_t HitsBetweenLooks = 256;
+constexpr int64_t CharactersOfAHit = 16384;
 // Longer lines are looked at a stretch at a time.
 constexpr size_t ShortBytes = 65536;
 constexpr std::wstring_view LineEndCharacters(L"\r\n\0", 3);
@@ -400,7 +401,8 @@ ReplaceAllResult replaceAll(Document& document, EditHistory& history, const Sear
       place = replaceHit(document, history, query, replacement, place, command);
       ++result.count;
     }
-    if (--untilLook > 0) continue;
+    untilLook -= 1 + document.lineLength(result.last.line) / CharactersOfAHit;
+    if (untilLook > 0) continue;
     untilLook = HitsBetweenLooks;
     if (stop && stop()) {
       result.end = SearchEnd::Stopped;

@@ -1,9 +1,6 @@
 #include "editor/document/run_builder.h"
 
-#include <algorithm>
-
 namespace {
-constexpr TextEncoding PlainEncoding{TextFormat::Utf8, 0};
 // A line that is taken out of a block keeps all of it in memory.
 constexpr size_t LargestBlock = size_t{16} << 20;
 }  // namespace
@@ -12,14 +9,12 @@ void RunBuilder::addLine(std::wstring_view text, std::wstring_view end) {
   // Two line ends that meet in one block must be two there.
   if (text.empty() && lineEndsMerge(lastEnd_, end)) closeBlock();
   const size_t start = bytes_.size();
-  const bool isPlain = std::none_of(text.begin(), text.end(), [](wchar_t c) { return c < 0; }) &&
-                       encodeText(text, PlainEncoding, bytes_) == AllEncoded;
-  if (!isPlain) {
+  if (!appendPlain(text, bytes_)) {
     bytes_.resize(start);
     addRun(newRun(text, end));
     return;
   }
-  encodeText(end, PlainEncoding, bytes_);
+  appendPlain(end, bytes_);
   if (lines_ % MarkedLines == 0) marks_.push_back(start);
   ++lines_;
   lastEnd_ = end;

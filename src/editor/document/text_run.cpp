@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <numeric>
 
 TextFormat TextStorage::unitFormat() const {
   if (!isWide) return encoding.format;
@@ -143,11 +144,22 @@ TextRun LineWalk::asRun() const {
   return line;
 }
 
-namespace {
-bool isPlain(std::wstring_view text) {
-  return std::none_of(text.begin(), text.end(), [](wchar_t c) { return c < 0; });
+bool appendPlain(std::wstring_view text, std::string& bytes) {
+  const auto any =
+      std::accumulate(text.begin(), text.end(), uint32_t{0},
+                      [](uint32_t all, wchar_t c) { return all | static_cast<uint32_t>(c); });
+  if (any < 0x80) {
+    const size_t start = bytes.size();
+    bytes.resize(start + text.size());
+    std::transform(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(start),
+                   [](wchar_t c) { return static_cast<char>(c); });
+    return true;
+  }
+  constexpr uint32_t Sign = 0x80000000;
+  return (any & Sign) == 0 && encodeText(text, PlainEncoding, bytes) == AllEncoded;
 }
 
+namespace {
 void appendWide(std::wstring_view text, std::string& bytes) {
   bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
 }
@@ -159,13 +171,13 @@ TextRun newRun(std::wstring_view text, std::wstring_view end) {
   auto* block = new BytesBlock;
   run.block = SharedBlock(block);
   block->bytes.reserve(text.size() + end.size());
-  if (!isPlain(text) || encodeText(text, run.storage.encoding, block->bytes) != AllEncoded) {
+  if (appendPlain(text, block->bytes)) {
+    appendPlain(end, block->bytes);
+  } else {
     run.storage.isWide = true;
     block->bytes.clear();
     appendWide(text, block->bytes);
     appendWide(end, block->bytes);
-  } else {
-    encodeText(end, run.storage.encoding, block->bytes);
   }
   run.length = block->bytes.size();
   run.lines = end.empty() ? 0 : 1;

@@ -89,6 +89,11 @@ std::wstring_view lineEndText(LineEndStyle style);
 // Whether both line ends, one behind the other, would be read as the end of one line.
 bool lineEndsMerge(std::wstring_view first, std::wstring_view second);
 
+// What new text is written in; it holds all but raw bytes and what no format knows.
+inline constexpr TextEncoding PlainEncoding{TextFormat::Utf8, 0};
+// Appends the text. False when it can't be written so; some of it may have been appended then.
+bool appendPlain(std::wstring_view text, std::string& bytes);
+
 // A text in a block of its own: one line with its line end, or, if that is empty, without lines.
 TextRun newRun(std::wstring_view text, std::wstring_view end = {});
 // Both texts, which have no lines, as one.

@@ -25,8 +25,10 @@ TextSpan TextSpan::fromText(std::wstring_view text, LineEndStyle style) {
   if (text.find(L'\0') != std::wstring_view::npos) return fromText(withoutNuls(text), style);
   RunBuilder lines;
   for (;;) {
-    const size_t end = text.find_first_of(L"\r\n");
-    if (end == std::wstring_view::npos) break;
+    const auto at =
+        std::find_if(text.begin(), text.end(), [](wchar_t c) { return c == L'\r' || c == L'\n'; });
+    if (at == text.end()) break;
+    const auto end = static_cast<size_t>(at - text.begin());
     lines.addLine(text.substr(0, end), lineEndText(style));
     const bool isPair = text[end] == L'\r' && end + 1 < text.size() && text[end + 1] == L'\n';
     text.remove_prefix(end + (isPair ? 2 : 1));
