@@ -19,15 +19,22 @@ int64_t ViewPage::topLine() {
   return hex_ ? file_.startOf(top()) : top();
 }
 
-void ViewPage::toggleHex() {
-  // What shows in the first row stays there.
+// Of the first character that begins in the first row: what stays there when rows change.
+int64_t ViewPage::firstByte() {
+  if (hex_) return top();
   const int64_t position = cells_.positionOf(top_.line, top_.cell);
+  const bool isTab = cells_.cellOf(top_.line, position) < top_.cell;  // from the row above
+  return isTab ? file_.lines().characterStart(position + 1) : position;
+}
+
+void ViewPage::toggleHex() {
+  const int64_t position = firstByte();
   hex_ = !hex_;
   goTo(position);
 }
 
 void ViewPage::toggleWrap() {
-  const int64_t position = cells_.positionOf(top_.line, top_.cell);
+  const int64_t position = firstByte();
   GlobalOptions::ViewerWrap = !GlobalOptions::ViewerWrap;
   goTo(position);
 }

@@ -59,6 +59,7 @@ class ViewPage {
   ViewedLine hexLine(int64_t start) const;
   ViewedLine lineAt(int64_t start) { return hex_ ? hexLine(start) : file_.lineAt(start); }
   ViewRow rowOf(int64_t position);
+  int64_t firstByte();
   int64_t lastCell(const ViewedLine& line);
   void moveTo(const ViewRow& row);
   bool stepUp();
