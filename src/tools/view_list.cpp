@@ -58,8 +58,7 @@ void updateEntry(Panel& panel, int index) {
   item->mode = now->mode;
   item->time = now->time;
   item->date = now->date;
-  if (index != panel.currentIndex()) return drawEntry(panel, index);
-  drawCursor(panelPair().sideOf(panel), CursorBar::On);
+  if (isDrawable(panel)) drawEntry(panel, index);
 }
 
 void moveCursorTo(Panel& panel, int index) {

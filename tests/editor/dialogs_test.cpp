@@ -28,6 +28,9 @@ class EditorDialogs : public UiTest {
     std::string shown;
     std::thread observer([&] {
       waitUntil([&] { return screenText().find(expected) != std::string::npos; });
+      // Whoever takes input has drawn everything.
+      queueKey(Key::ShiftChanged);
+      waitUntil([] { return console->eventCount() == 0; });
       shown = screenText();
       queueKey(Key::Esc);
     });

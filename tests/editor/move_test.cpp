@@ -228,6 +228,26 @@ TEST_F(EditorMove, ABookmarkMovesWithTheText) {
   EXPECT_EQ(place(), "3:0");
 }
 
+TEST_F(EditorMove, ARememberedPlaceBehindTheTextBecomesItsLastLine) {
+  open(numbered(40));
+  editor().view.top = 90;
+  editor().view.cursor = {100, 5};
+  editor().makeSafe();
+  runQueued();
+  EXPECT_EQ(place(), "39:2");
+  EXPECT_EQ(row(0), "19");
+  EXPECT_EQ(row(21), "40") << "one row above the last";
+}
+
+TEST_F(EditorMove, ARememberedPlaceBelowASmallerScreenComesIntoView) {
+  open(numbered(100));
+  editor().view.top = 10;
+  editor().view.cursor = {50, 0};
+  editor().makeSafe();
+  runQueued();
+  EXPECT_EQ(row(22), "51");
+}
+
 TEST_F(EditorMove, GotoLineShowsFiveLinesAboveIt) {
   open(numbered(100));
   queueKey(Key::alt('l'));

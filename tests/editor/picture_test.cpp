@@ -70,6 +70,31 @@ TEST_F(EditorPicture, TheKeyBarShowsTheKeysOfTheEditor) {
             "1Help   2Save   3SaveAs 4Cut    5Copy   6Paste  7Search 8Rplace 9       10Quit  ");
 }
 
+class EditorWide : public EditorPicture {
+ protected:
+  void SetUp() override {
+    EditorPicture::SetUp();
+    console->setGeometry(132, 50, Estring(), 0);
+  }
+  void TearDown() override {
+    EditorPicture::TearDown();
+    console->setGeometry(80, 25, Estring(), 0);
+  }
+};
+
+TEST_F(EditorWide, ALargerScreenShowsMoreOfTheNameAndOfTheText) {
+  const std::string path = "/home/" + std::string(60, 'd') + "/file.cpp";
+  open(numbered(200), fromUtf8(path.c_str()).data());
+  EXPECT_EQ(status().substr(0, 86), "Edit: " + path + std::string(5, ' '));
+  EXPECT_EQ(status().substr(86), " U    Line 1     Col 1     49 x31     UTF-8   ");
+  EXPECT_EQ(row(47), "48");
+  EXPECT_EQ(rowText(49).substr(0, 20), "1Help        2Save  ");
+  press({Key::PageDown});
+  EXPECT_EQ(row(0), "47") << "46 lines further";
+  press({Key::CtrlPageDown});
+  EXPECT_EQ(row(47), "200");
+}
+
 TEST_F(EditorPicture, TextAndPaddingHaveTheColourOfTheFileViewer) {
   open("ab");
   EXPECT_EQ(attrs(0, 0, 4), "1B 1B 1B 1B");
