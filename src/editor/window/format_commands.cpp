@@ -3,12 +3,9 @@
 #include "editor/dialogs/code_page_dialog.h"
 #include "editor/dialogs/format_dialog.h"
 #include "editor/dialogs/questions.h"
-#include "editor/text/code_page_list.h"
 #include "editor/window/edit_command.h"
 #include "editor/window/load_file.h"
 #include "editor/window/text_editor.h"
-#include "options/options.h"
-#include "ui/alert.h"
 
 namespace {
 
@@ -47,22 +44,14 @@ void selectEncoding(CTextEditor& editor) {
   if (isDone) setMark(editor, choice.hasMark);
 }
 
-void takePage(CTextEditor& editor) {
-  const CodePageList::Step step = codePageList().next();
-  if (step.number == CodePageList::Number::Unknown) {
-    alert("Invalid code page", L"", AlertButtons::Ok, AlertColour::Error);
-  }
-  setEncoding(editor, {TextFormat::CodePage, step.page});
-}
-
 void chooseCodePages(CTextEditor& editor) {
-  if (!TDEditor::askCodePageList(GlobalOptions::TranslateCP)) return;
-  codePageList().restart();
-  takePage(editor);
+  const std::optional<int> page = TDEditor::askCodePage();
+  if (page) setEncoding(editor, {TextFormat::CodePage, *page});
 }
 
 void nextCodePage(CTextEditor& editor) {
-  if (isPage(editor.document.encoding())) takePage(editor);
+  if (!isPage(editor.document.encoding())) return;
+  setEncoding(editor, {TextFormat::CodePage, TDEditor::stepCodePage()});
 }
 
 }  // namespace
