@@ -29,6 +29,11 @@ GtkClipboard* clipboard() {
   return gtk_clipboard_get(GDK_SELECTION_CLIPBOARD);
 }
 
+// When the toolkit ends it hands the text to the desktop's clipboard manager, if there is one.
+void leaveToDesktop() {
+  gtk_clipboard_set_can_store(clipboard(), nullptr, 0);
+}
+
 // What the toolkit holds for as long as an offered text stands.
 struct OfferedText {
   std::function<std::string()> text;
@@ -103,7 +108,9 @@ void CConsole::beep() {
 void CConsole::setClipboardText(const Westring& text) {
   const Estring utf8 = toDisplayUtf8(text.data());
   ToolkitLock lock;
-  if (lock.usable()) gtk_clipboard_set_text(clipboard(), utf8.data(), -1);
+  if (!lock.usable()) return;
+  gtk_clipboard_set_text(clipboard(), utf8.data(), -1);
+  leaveToDesktop();
 }
 
 void CConsole::offerClipboardText(std::function<std::string()> text) {
@@ -118,6 +125,7 @@ void CConsole::offerClipboardText(std::function<std::string()> text) {
   if (gtk_clipboard_set_with_data(clipboard(), targets, static_cast<guint>(count), onTextWanted,
                                   onOfferEnded, offered.get())) {
     static_cast<void>(offered.release());
+    leaveToDesktop();
   } else {
     *impl_->clipboardOffer = false;
   }

@@ -92,6 +92,12 @@ TEST_F(LoadFile, AFileThatIsTooLargeIsRefusedBeforeItIsRead) {
   expectRefused("large", "File is too large to edit");
 }
 
+TEST_F(LoadFile, AFileThatDoesNotTellItsSizeIsReadToItsEnd) {
+  FileEdit edit("/proc/self/status");
+  EXPECT_TRUE(edit.loaded);
+  EXPECT_GT(edit.editor.document.lineCount(), 10);
+}
+
 TEST_F(LoadFile, AnErrorInTheMiddleOfReadingLeavesNothingToEdit) {
   file("a.txt", std::string(1 << 20, 'x'));
   const FaultHook hook("readAt", EIO);

@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 
 #include "editor/file_edit_test.h"
+#include "editor/text/code_page_list.h"
 #include "foundation/data_paths.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
@@ -204,6 +205,25 @@ TEST_F(SaveFile, WhicheverCallFailsTheFileIsTheOldOrTheNewOne) {
     EXPECT_EQ(edit.text(), "xold text");
   }
   EXPECT_GT(failures, 0);
+}
+
+TEST_F(SaveFile, AFailureWhileTheFileItselfIsOverwrittenTellsWhereTheTextIs) {
+  const std::string name = file("a.txt", "one");
+  ASSERT_EQ(link(name.c_str(), path("hard").c_str()), 0);
+  FileEdit edit(name);
+  edit.typeText("x");
+  {
+    const FaultHook hook("truncate", EIO);
+    answering({{"All of the text is in", {Key::Enter}}}, [&] { edit.key(Key::F2); });
+    EXPECT_TRUE(hook.hit());
+  }
+  EXPECT_TRUE(edit.editor.isModified);
+  bool found = false;
+  for (const std::string& left : names()) found = found || readFile(path(left)) == "xone";
+  EXPECT_TRUE(found);
+  edit.key(Key::F2);
+  EXPECT_EQ(readFile(path("hard")), "xone");
+  EXPECT_EQ(names(), (std::vector<std::string>{"a.txt", "hard"}));
 }
 
 TEST_F(SaveFile, ACharacterThatTheEncodingLacksIsRefusedBeforeAnythingIsTouched) {
@@ -469,6 +489,30 @@ TEST_F(SaveFile, CodePagesAreSteppedThrough) {
   FileEdit utf8(file("b.txt", "\xC3\xA4"));
   utf8.key(Key::alt('t'));
   EXPECT_EQ(utf8.editor.document.encoding().format, TextFormat::Utf8);
+  GlobalOptions::TranslateCP = before;
+}
+
+TEST_F(SaveFile, ANumberWithoutACodePageIsToldAndTheNextUseGoesOn) {
+  const Estring before = GlobalOptions::TranslateCP;
+  FileEdit edit(file("a.txt", "Gr\x81n\n"));
+  GlobalOptions::TranslateCP = "99999,437";
+  codePageList().restart();
+  answering({{"Invalid code page", {Key::Enter}}}, [&] { edit.key(Key::alt('t')); });
+  EXPECT_EQ(edit.editor.document.encoding(), (TextEncoding{TextFormat::CodePage, 0}));
+  edit.key(Key::alt('t'));
+  EXPECT_EQ(edit.editor.document.encoding().page, 437);
+  GlobalOptions::TranslateCP = before;
+}
+
+TEST_F(SaveFile, ACodePageForAChangedTextOfAnotherFormatAsksFirst) {
+  const Estring before = GlobalOptions::TranslateCP;
+  FileEdit edit(file("a.txt", "\xC3\xA4"));
+  edit.typeText("x");
+  answering({{"Code Page List:", {'4', '3', '7', Key::Enter}},
+             {"File must be re-loaded, discard changes?", {Key::Esc}}},
+            [&] { edit.key(Key::alt('c')); });
+  EXPECT_EQ(edit.editor.document.encoding().format, TextFormat::Utf8);
+  EXPECT_EQ(edit.text(), "x\xC3\xA4");
   GlobalOptions::TranslateCP = before;
 }
 
