@@ -1,5 +1,6 @@
 // Going to an offset, to a line, to what is searched.
 
+#include "editor/text/text_encoding.h"
 #include "options/colours.h"
 #include "options/options.h"
 #include "viewer/viewer_test.h"
@@ -221,6 +222,30 @@ TEST_F(ViewerGoto, OpenedAtAHitOfTheLastSearchAllOfItIsMarked) {
   EXPECT_TRUE(isMarked(shot, 0, 5));
   EXPECT_TRUE(isMarked(shot, 4, 5));
   EXPECT_FALSE(isMarked(shot, 5, 5));
+}
+
+TEST_F(ViewerGoto, AHitIsMarkedByItsCharactersInEveryEncoding) {
+  const std::wstring text = L"one\n\t\u00E9\u20AC hit!\n";
+  for (TextFormat format : {TextFormat::Utf8, TextFormat::Utf16Le, TextFormat::Utf16Be,
+                            TextFormat::Utf32Le, TextFormat::Utf32Be}) {
+    std::string bytes(markOf(format));
+    encodeText(text, {format}, bytes);
+    queueAnswer('/', "HIT");
+    const Shot shot = last(bytes);
+    EXPECT_EQ(shot.row(2), "        \u00E9\u20AC hit!");
+    for (int x = 8; x < 16; ++x) EXPECT_EQ(isMarked(shot, x, 2), x >= 11 && x < 14) << x;
+    fileStatusStore().clear();
+  }
+}
+
+TEST_F(ViewerGoto, CaseAndWholeWordsCountAsTheDialogSays) {
+  searchValues().caseSensitive = true;
+  searchValues().wholeWord = true;
+  queueAnswer('/', "word");
+  queueKey(Key::ShiftF7);
+  shots = view("Word\nwords\nword\nsword\n word!\n");
+  EXPECT_TRUE(isMarked(shots[1], 0, 3));
+  EXPECT_TRUE(isMarked(shots[2], 1, 5));
 }
 
 }  // namespace
