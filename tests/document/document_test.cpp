@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "document/document_support.h"
+#include "document/naive_document.h"
 
 using namespace std::string_literals;
 
@@ -320,5 +323,24 @@ TEST(Document, AStoredSpanIsTheSameAndAnyOtherBytesAreSomeText) {
     std::string damaged = stored;
     damaged[i] = static_cast<char>(damaged[i] ^ 0xA5);
     TextSpan::fromStored(damaged).text();
+  }
+}
+
+TEST(Document, LineEndsAreFoundWhereverTheyStand) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 300; ++round) {
+    const unsigned rarity = 1 + random() % 40;
+    std::string bytes;
+    for (unsigned length = random() % 700; length > 0; --length)
+      bytes += random() % rarity == 0 ? "\r\n\0"[random() % 3] : 'x';
+    Document document;
+    NaiveDocument naive;
+    ASSERT_TRUE(document.load(bytes, Utf8));
+    naive.load(bytes, Utf8);
+    ASSERT_EQ(document.lineCount(), std::ssize(naive.lines));
+    for (int64_t line = 0; line < document.lineCount(); ++line)
+      ASSERT_EQ(document.text(line), naive.lines[static_cast<size_t>(line)].text);
+    ASSERT_EQ(document.lineEndStyle(), naive.style);
+    ASSERT_EQ(writtenBytes(document), bytes);
   }
 }
