@@ -22,6 +22,13 @@ struct FileStamp {
            sameTime(a.modified, b.modified) && sameTime(a.changed, b.changed);
   }
 
+  // Whether both are one file with the same content, as far as that can be seen: its mode or its
+  // names may have changed.
+  friend bool isUnchanged(const FileStamp& a, const FileStamp& b) {
+    return a.exists && b.exists && a.id == b.id && a.size == b.size &&
+           sameTime(a.modified, b.modified);
+  }
+
  private:
   static bool sameTime(const struct timespec& a, const struct timespec& b) {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;

@@ -151,6 +151,8 @@ int SafeFile::flush() {
 }
 
 int SafeFile::takeName() {
+  // Flushing may have taken long.
+  if (const int error = read_ ? lookAtTarget() : 0) return error;
   const int directory = place_.directory.get();
   const char* name = place_.name.c_str();
   const bool mustBeNew = read_ && !read_->exists;

@@ -289,6 +289,34 @@ TEST_F(TextSaverTest, WhatChangedSinceTheLastLookIsNotOverwritten) {
   expectOnlyTheFile();
 }
 
+// Writes to the file while the private one is flushed.
+struct WriteDuringFlush {
+  std::string path;
+  static int onCall(const char* call, const char*, void* context) {
+    if (strcmp(call, "sync") == 0) {
+      std::ofstream(static_cast<WriteDuringFlush*>(context)->path) << ShortText;
+    }
+    return 0;
+  }
+};
+
+TEST_F(TextSaverTest, WhatIsWrittenDuringTheSaveIsNotOverwritten) {
+  for (const char* other : {"", "other"}) {
+    write(OldText);
+    if (*other != 0) {
+      ASSERT_EQ(::link(dir.path("work/file").c_str(), dir.path(other).c_str()), 0);
+    }
+    open();
+    WriteDuringFlush writing{dir.path("work/file")};
+    System::setHook(WriteDuringFlush::onCall, &writing);
+    const int error = saver.save(textOf(NewText)).error;
+    System::setHook(nullptr, nullptr);
+    EXPECT_EQ(error, Status::ChangedMeanwhile);
+    EXPECT_EQ(dir.read("work/file"), ShortText);
+    expectOnlyTheFile();
+  }
+}
+
 TEST_F(TextSaverTest, LookingCanBeStopped) {
   open();
   write(OldText);

@@ -31,12 +31,6 @@ int lockJournal(int file) {
   return System::lock(file, LOCK_EX | LOCK_NB) == 0 || isNotOffered(errno) ? 0 : errno;
 }
 
-bool isUnchanged(const FileStamp& base, const FileStamp& now) {
-  return base.exists && now.exists && base.id == now.id && base.size == now.size &&
-         base.modified.tv_sec == now.modified.tv_sec &&
-         base.modified.tv_nsec == now.modified.tv_nsec;
-}
-
 }  // namespace
 
 void EditJournal::begin(JournalBase base) {

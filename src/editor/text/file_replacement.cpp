@@ -25,6 +25,12 @@ bool isRefusal(int error) {
          error == ETXTBSY || isNotOffered(error);
 }
 
+// The mode may just have been changed for us, and with it a time.
+bool isStillSeen(const FileStamp& now, const ReplacedFile& target) {
+  if (now.id != target.seen.id) return false;
+  return !target.tellsSize || isUnchanged(now, target.seen);
+}
+
 }  // namespace
 
 int FileReplacement::begin() {
@@ -155,7 +161,7 @@ int FileReplacement::openTarget(Descriptor& fd) {
   struct stat info;
   if (error == 0 && System::fstat(fd.get(), &info) < 0) error = errno;
   if (error != 0) return error;
-  return S_ISREG(info.st_mode) && idOf(info) == target_.seen.id ? 0 : Status::ChangedMeanwhile;
+  return isStillSeen(FileStamp::of(info), target_) ? 0 : Status::ChangedMeanwhile;
 }
 
 int FileReplacement::fill(int fd, int from) {
