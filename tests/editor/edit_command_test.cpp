@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "support/key_print.h"
 
@@ -35,6 +36,87 @@ TEST(EditCommands, ARowForHeldModifiersIsFoundBeforeThePlainOne) {
       EXPECT_EQ(findEditCommand(code, command.modifiers), &command) << command.name;
     }
   }
+}
+
+TEST(EditCommands, AllKeysOfTheEditorHaveOne) {
+  using namespace Key;
+  std::vector<Code> keys = {F1,
+                            F2,
+                            F3,
+                            F4,
+                            ShiftDelete,
+                            ctrl('x'),
+                            ShiftF4,
+                            F5,
+                            CtrlInsert,
+                            ctrl('c'),
+                            CtrlShiftInsert,
+                            F6,
+                            ShiftInsert,
+                            ctrl('v'),
+                            F7,
+                            ShiftF7,
+                            AltF7,
+                            F8,
+                            F10,
+                            Esc,
+                            ShiftF10,
+                            Up,
+                            Down,
+                            Left,
+                            Right,
+                            Home,
+                            End,
+                            PageUp,
+                            PageDown,
+                            CtrlHome,
+                            CtrlEnd,
+                            CtrlPageUp,
+                            CtrlPageDown,
+                            CtrlLeft,
+                            CtrlRight,
+                            ShiftUp,
+                            ShiftDown,
+                            ShiftLeft,
+                            ShiftRight,
+                            ShiftHome,
+                            ShiftEnd,
+                            ShiftPageUp,
+                            ShiftPageDown,
+                            CtrlShiftHome,
+                            CtrlShiftEnd,
+                            CtrlShiftPageUp,
+                            CtrlShiftPageDown,
+                            CtrlShiftLeft,
+                            CtrlShiftRight,
+                            Backspace,
+                            Key::Delete,
+                            CtrlBackspace,
+                            CtrlDelete,
+                            ctrl('y'),
+                            ctrl('d'),
+                            ctrl('w'),
+                            ctrl('a'),
+                            ctrl('q'),
+                            Enter,
+                            AltEnter,
+                            AltSpace,
+                            Key::Insert,
+                            AltBackspace,
+                            ShiftAltBackspace,
+                            AltLeft,
+                            AltRight,
+                            ctrl('z'),
+                            CtrlShiftZ,
+                            ctrl('s'),
+                            ctrl('f'),
+                            CtrlUp,
+                            CtrlDown,
+                            ctrl('l')};
+  for (const char letter : std::string("12345678isulhect[m,.")) keys.push_back(alt(letter));
+  for (const Code key : keys) EXPECT_NE(findEditCommand(key, 0), nullptr) << key;
+  EXPECT_NE(findEditCommand(Space, ShiftState::Ctrl), nullptr);
+  EXPECT_NE(findEditCommand(Enter, ShiftState::Shift), findEditCommand(Enter, 0));
 }
 
 TEST(EditCommands, AModifierMakesNoOtherCommandOfAPlainRow) {

@@ -9,11 +9,10 @@ class CTextEditor;
 
 // What becomes of the block when a command has run.
 enum class BlockUse {
-  Drops,   // nothing is marked any more
-  Keeps,   // dropped only when the cursor has left its moving end
-  Moves,   // extended while Shift is held or the sticky mark is on, otherwise dropped
-  Jumps,   // extended while the sticky mark is on, otherwise as Keeps
-  OwnRule  // as the command left it
+  Drops,  // nothing is marked any more
+  Keeps,  // dropped only when the cursor has left its moving end
+  Moves,  // extended while Shift is held or the sticky mark is on, otherwise dropped
+  Jumps   // extended while the sticky mark is on, otherwise as Keeps
 };
 
 // One row of the table: all that is known of a command.

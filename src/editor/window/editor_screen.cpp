@@ -77,7 +77,6 @@ void EditorScreen::afterCommand(BlockUse use, int shiftState, TextPlace anchor) 
                        : use == BlockUse::Jumps ? editor_.stickyMark
                                                 : false;
   if (extends) return editor_.extendBlock(anchor);
-  if (use == BlockUse::OwnRule) return;
   const bool keeps = use == BlockUse::Keeps || use == BlockUse::Jumps;
   if (keeps && editor_.cursor() == editor_.block.cursorEnd()) return;
   editor_.dropBlock();
