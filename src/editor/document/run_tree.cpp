@@ -179,6 +179,10 @@ size_t RunTree::bytes() const {
   return bytesOf(root_);
 }
 
+int RunTree::depth() const {
+  return heightOf(root_);
+}
+
 RunTree::Found RunTree::find(int64_t line) const {
   Found found;
   const Node* node = root_.get();

@@ -16,6 +16,7 @@ class RunTree {
   bool empty() const { return !root_; }
   int64_t lines() const;
   size_t bytes() const;
+  int depth() const;  // at most about 1.44 times the binary logarithm of the number of runs
 
   // A run, and what stands before it. Stays as long as the tree isn't changed.
   struct Found {
