@@ -5,6 +5,7 @@
 #include "foundation/break_state.h"
 #include "options/colours.h"
 #include "support/end_request.h"
+#include "support/fault_hook.h"
 #include "ui/help_window.h"
 #include "viewer/read_hook.h"
 #include "viewer/viewer_test.h"
@@ -136,6 +137,30 @@ TEST_F(ViewerEnds, RowsThatCannotBeReadShowWhy) {
     EXPECT_EQ(shot.row(1), "Input/output error (5)");
     EXPECT_EQ(shot.at(0, 1).attr, colourOf(Colour::Errors));
   }
+}
+
+TEST_F(ViewerEnds, WhicheverCallOfTheSystemFailsTheViewerCanBeUsedAndLeft) {
+  dir.write("file", numbered(1000));
+  setenv("TD_SHARE", dir.path().c_str(), 1);
+  dir.write("syntax.ini", "[Test:*]\nnumber:white\n");
+  int failed = 0;
+  for (int number = 1;; ++number) {
+    for (Key::Code key : {Key::End, Key::F4, Key::Home, Key::F4, Key::Esc, Key::Esc}) queueKey(key);
+    bool hit = false;
+    {
+      FaultHook hook(number, EIO);
+      Recorder viewer(dir.wide("file"));
+      if (viewer.openResult() == 0) viewer.view(AnyPosition);
+      EXPECT_TRUE(viewer.openResult() == 0 || viewer.openResult() == EIO) << hook.hitCall();
+      hit = hook.hit();
+    }
+    drainEvents();
+    fileStatusStore().clear();
+    if (!hit) break;
+    ++failed;
+    ASSERT_LT(number, 1000);
+  }
+  EXPECT_GT(failed, 5);
 }
 
 }  // namespace
