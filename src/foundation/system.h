@@ -92,9 +92,10 @@ struct Call {
 using PlaceHook = int (*)(const Call& call, void* context);
 void setPlaceHook(PlaceHook hook, void* context);
 
-// For tests: called after each fstat, statx, readNames and statFs that succeeded, with its name, the
-// memory that it filled and what it returned; may change what was found, so that devices, mounts and
-// file systems can be had without making any. Null removes it. Set while no other thread works.
+// For tests: called after each fstat, statx, readNames and statFs that succeeded, with its name,
+// the memory that it filled and what it returned; may change what was found, so that devices,
+// mounts and file systems can be had without making any. Null removes it. Set while no other thread
+// works.
 using FoundHook = void (*)(const char* call, void* found, ssize_t result, void* context);
 void setFoundHook(FoundHook hook, void* context);
 

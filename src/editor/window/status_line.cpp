@@ -39,11 +39,11 @@ Westring editorStatus(const CTextEditor& editor) {
   const int nameWidth = editor.columns() - WidthOfTheRest;
   const long long line = editor.cursor().line + 1;
   const long long column = editor.cursorColumn() + 1;
+  const wchar_t flags[] = {editor.document.lineEndStyle() == LineEndStyle::Lf ? L'U' : L' ',
+                           GlobalOptions::AutoIndent ? L'I' : L' ', editor.isModified ? L'*' : L' ',
+                           editor.quoteNext ? L'"' : L' ', 0};
   wchar_t rest[StatusWidth];
-  std::swprintf(rest, StatusWidth, L" %lc%lc%lc%lc Line %-5lld Col %-4lld %-11ls %ls",
-                editor.document.lineEndStyle() == LineEndStyle::Lf ? L'U' : L' ',
-                GlobalOptions::AutoIndent ? L'I' : L' ', editor.isModified ? L'*' : L' ',
-                editor.quoteNext ? L'"' : L' ', line, column, characterText(editor).data(),
-                formatName(editor.document.encoding()).data());
+  std::swprintf(rest, StatusWidth, L" %ls Line %-5lld Col %-4lld %-11ls %ls", flags, line, column,
+                characterText(editor).data(), formatName(editor.document.encoding()).data());
   return Westring(Title) + padRight(shortenPath(editor.file.name, nameWidth), nameWidth) + rest;
 }
