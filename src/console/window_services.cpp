@@ -121,7 +121,7 @@ void CConsole::offerClipboardText(std::function<std::string()> text) {
   gint count = 0;
   GtkTargetEntry* const targets = gtk_target_table_new_from_list(list, &count);
   impl_->clipboardOffer = std::make_shared<std::atomic<bool>>(true);
-  auto offered = std::make_unique<OfferedText>(std::move(text), impl_->clipboardOffer);
+  auto offered = std::make_unique<OfferedText>(OfferedText{std::move(text), impl_->clipboardOffer});
   if (gtk_clipboard_set_with_data(clipboard(), targets, static_cast<guint>(count), onTextWanted,
                                   onOfferEnded, offered.get())) {
     static_cast<void>(offered.release());

@@ -92,6 +92,15 @@ TEST_F(LoadFile, AFileThatIsTooLargeIsRefusedBeforeItIsRead) {
   expectRefused("large", "File is too large to edit");
 }
 
+TEST_F(LoadFile, EscEndsALongLoadAndThereIsNothingToEdit) {
+  file("long", "");
+  ASSERT_EQ(truncate(path("long").c_str(), off_t{1} << 27), 0);  // each NUL ends a line
+  queueKey(Key::Esc);
+  FileEdit edit(path("long"));
+  EXPECT_FALSE(edit.loaded);
+  EXPECT_EQ(console->eventCount(), 0);
+}
+
 TEST_F(LoadFile, AFileThatDoesNotTellItsSizeIsReadToItsEnd) {
   FileEdit edit("/proc/self/status");
   EXPECT_TRUE(edit.loaded);

@@ -226,6 +226,16 @@ TEST_F(Recovery, TheEndOfTheProgramKeepsTheChanges) {
   reopen(name, Question, 'r', [](FileEdit& edit) { EXPECT_EQ(edit.text(), "x"); });
 }
 
+TEST_F(Recovery, WithoutAPlaceForTheJournalTheEditGoesOn) {
+  const std::string name = file("a.txt", "one");
+  FileEdit edit(name);
+  setConfigurationFile(decodeFileName((path("a.txt") + "/td.ini").c_str()));
+  edit.typeText(std::string(200, 'x'));
+  EXPECT_NE(edit.editor.file.journal.flush(), 0);
+  edit.key(Key::F2);
+  EXPECT_EQ(readFile(name), std::string(200, 'x') + "one");
+}
+
 TEST_F(Recovery, ASaveThatMayHaveTornTheFileTellsWhereTheTextIs) {
   const std::string name = file("a.txt", "old text that is long");
   ASSERT_EQ(link(name.c_str(), path("hard").c_str()), 0);
