@@ -43,11 +43,12 @@ struct FileBlock {
   Stretch before(int64_t position) const;  // the one that ends there, position > base
 };
 
-// How much is looked at around a position. A test makes them small, to see many borders; both are
+// How much is looked at around a position. A test makes them small, to see many borders; all are
 // multiples of 4.
 struct ViewLimits {
-  int64_t block = 256 * 1024;           // bytes that are read at once
+  int64_t block = 64 * 1024;            // bytes that are read and kept around a position
   int64_t searched = int64_t{1} << 20;  // a multiple of it may begin a line, see LineFinder
+  int64_t scanned = 4 * block;          // bytes that a walk over the file reads at once
 };
 
 enum class FileChange { None, Grown, Shrunk, Rewritten };
@@ -57,7 +58,7 @@ enum class FileChange { None, Grown, Shrunk, Rewritten };
 // around it is there. Application thread, but for readBlock.
 class FileBytes {
  public:
-  static constexpr int BlockCount = 6;
+  static constexpr int BlockCount = 24;
   static constexpr int64_t PieceSize = 16 * 1024;  // what a failed read loses at most
   // Of files that don't tell their size, as those of /proc, so much is shown.
   static constexpr size_t MostHeld = size_t{64} << 20;

@@ -91,7 +91,7 @@ TEST(LineCounter, CountsAFileOnce) {
   ASSERT_EQ(counter.find(190'000, never).position, 190'000 * 15);
   const ReadHook hook;
   EXPECT_EQ(counter.find(100'000, never).position, 100'000 * 15);
-  EXPECT_LE(hook.reads(), 4) << "only around the line";
+  EXPECT_LE(hook.reads(), 16) << "only the MiB of the line";
 }
 
 TEST(LineCounter, ACountThatIsStoppedGoesOnWhereItWas) {
@@ -103,7 +103,7 @@ TEST(LineCounter, ACountThatIsStoppedGoesOnWhereItWas) {
   ASSERT_EQ(file.open(dir.wide("file")), 0);
   LineCounter counter(file);
   int asked = 0;
-  const auto soon = [&] { return ++asked > 20; };
+  const auto soon = [&] { return ++asked > 5; };
   EXPECT_EQ(counter.find(1500, soon).result, Result::Stopped);
   const NaiveLines naive(bytes, TextFormat::Utf8, 0, 1024);
   expectFinds(counter, naive.starts(), "");

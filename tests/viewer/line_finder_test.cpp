@@ -127,7 +127,7 @@ TEST(LineFinder, WhatCannotBeReadIsALineOfItsOwn) {
   while (bytes.size() < 100'000) bytes += "line " + std::to_string(bytes.size()) + "\r\n";
   TempDir dir;
   dir.write("file", bytes);
-  ViewedFile file;
+  ViewedFile file({256 * 1024, 1 << 20});
   ReadHook hook(1, EIO);
   ASSERT_EQ(file.open(dir.wide("file"), {TextFormat::Utf8}), 0);
   const std::vector<int64_t> starts = forwardStarts(file);
