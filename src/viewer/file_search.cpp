@@ -34,7 +34,8 @@ class Search {
     if (!pattern_.valid() || low_ >= high_) return {};
     if (reverse_) return runBackward();
     // The key may stand anywhere in the hit, which begins at low_ at the earliest.
-    BlockScan scan(file_.bytes(), file_.limits().scanned, low_, high_, BlockScan::Direction::Forward);
+    BlockScan scan(file_.bytes(), file_.limits().scanned, low_, high_,
+                   BlockScan::Direction::Forward);
     SearchHit hit;
     while (const FileBlock* block = scan.next()) {
       for (int64_t at = std::max(block->base, low_); at < block->base + block->length;) {
