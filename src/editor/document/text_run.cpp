@@ -20,6 +20,7 @@ bool lineEndsMerge(std::wstring_view first, std::wstring_view second) {
 
 std::wstring decodeBytes(std::string_view bytes, const TextStorage& storage) {
   std::wstring text;
+  if (bytes.empty()) return text;
   if (storage.isWide) {
     text.resize(bytes.size() / sizeof(wchar_t));
     std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
