@@ -67,7 +67,7 @@ TEST_F(EditorPicture, LongNumbersAreCutAtTheEdge) {
 TEST_F(EditorPicture, TheKeyBarShowsTheKeysOfTheEditor) {
   open("");
   EXPECT_EQ(rowText(24),
-            "1Help   2Save   3SaveAs 4Cut    5Copy   6Paste  7Search 8Rplace 9       10Quit  ");
+            "1Help   2Save   3SaveAs 4Cut    5Copy   6Paste  7Search 8Rplace         10Quit  ");
 }
 
 class EditorWide : public EditorPicture {

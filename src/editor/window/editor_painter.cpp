@@ -12,7 +12,7 @@ namespace {
 
 constexpr int StatusRow = 0, FirstTextRow = 1;
 constexpr const char* KeyBar[KeyBarFields] = {"1Help",  "2Save",   "3SaveAs", "4Cut", "5Copy",
-                                              "6Paste", "7Search", "8Rplace", "9",    "10Quit"};
+                                              "6Paste", "7Search", "8Rplace", " ",    "10Quit"};
 
 }  // namespace
 
