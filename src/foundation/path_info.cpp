@@ -150,7 +150,7 @@ int diskSpace(const Westring& path, uint64_t& total, uint64_t& free, uint64_t& u
 }
 
 Westring errorText(int code) {
-  const Westring text = fromUtf8(errorTextShort(code).data());
+  Westring text = fromUtf8(errorTextShort(code).data());
   if (code >= Status::FirstOwn) return text;
   Estring number;
   number.format(" (%d)", code);

@@ -4,7 +4,7 @@
 #include <cwctype>
 
 #include "viewer/block_scan.h"
-#include "viewer/search_pattern.h"
+#include "viewer/byte_pattern.h"
 
 namespace {
 
@@ -102,7 +102,7 @@ class Search {
   bool takeKey(const Stretch& stretch, int64_t key, SearchHit& hit) {
     const int64_t position = stretch.position + key;
     if (position % unit_ != 0) return false;
-    SearchPattern::Match match;
+    BytePattern::Match match;
     const int64_t longest = pattern_.longest();
     const bool inside = key >= longest && key + longest <= stretch.length;
     if (inside ? !pattern_.matches(stretch.text(), static_cast<size_t>(key), match)
@@ -117,7 +117,7 @@ class Search {
   }
 
   // Whether it lies around the key, with what the file holds outside of the stretch.
-  bool matchesAround(int64_t position, SearchPattern::Match& match) {
+  bool matchesAround(int64_t position, BytePattern::Match& match) {
     readAround(position, position, pattern_.longest());
     return pattern_.matches(before_ + behind_, before_.size(), match);
   }
@@ -159,7 +159,7 @@ class Search {
   }
 
   ViewedFile& file_;
-  const SearchPattern pattern_;
+  const BytePattern pattern_;
   const bool wholeWord_;
   const bool reverse_;
   const int64_t unit_;

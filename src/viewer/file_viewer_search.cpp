@@ -4,9 +4,9 @@
 #include "editor/dialogs/note_window.h"
 #include "editor/dialogs/search_dialog.h"
 #include "ui/alert.h"
+#include "viewer/byte_pattern.h"
 #include "viewer/file_search.h"
 #include "viewer/file_viewer.h"
-#include "viewer/search_pattern.h"
 
 namespace {
 
@@ -56,10 +56,10 @@ bool CViewer::hitShows() {
 Hit CViewer::hitAt(int64_t position) {
   const SearchValues& values = searchValues();
   const CaseRule rule = values.caseSensitive ? CaseRule::Exact : CaseRule::Folded;
-  const SearchPattern pattern(values.text.data(), file_.encoding(), rule);
+  const BytePattern pattern(values.text.data(), file_.encoding(), rule);
   int error = 0;
   const std::string bytes = file_.bytesAt(position, pattern.longest(), error);
-  SearchPattern::Match match;
+  BytePattern::Match match;
   for (size_t key = 0; pattern.valid() && key < bytes.size(); ++key) {
     key = pattern.key().find(bytes, key);
     if (key >= bytes.size() || !pattern.matches(bytes, key, match)) continue;

@@ -12,14 +12,14 @@ enum class CaseRule { Exact, Folded };
 
 // A text to search for, as the bytes that it may have in a file: for each of its characters all
 // ways to write it. In a code page a "character" is a byte, folded through the page.
-class SearchPattern {
+class BytePattern {
  public:
   struct Match {
     int64_t before = 0;  // bytes before the key
     int64_t length = 0;  // of all
   };
 
-  SearchPattern(std::wstring_view text, const TextEncoding& encoding, CaseRule rule);
+  BytePattern(std::wstring_view text, const TextEncoding& encoding, CaseRule rule);
 
   // False for an empty text, and for one with a character that the encoding doesn't hold.
   bool valid() const { return !elements_.empty(); }

@@ -1,4 +1,4 @@
-#include "viewer/search_pattern.h"
+#include "viewer/byte_pattern.h"
 
 #include <algorithm>
 #include <cstring>
@@ -32,7 +32,7 @@ char foldedByte(char byte, const TextEncoding& encoding) {
 
 }  // namespace
 
-SearchPattern::SearchPattern(std::wstring_view text, const TextEncoding& encoding, CaseRule rule) {
+BytePattern::BytePattern(std::wstring_view text, const TextEncoding& encoding, CaseRule rule) {
   if (encoding.format == TextFormat::CodePage) {
     addPageElements(text, rule, encoding);
   } else {
@@ -50,8 +50,7 @@ SearchPattern::SearchPattern(std::wstring_view text, const TextEncoding& encodin
   if (valid()) chooseKey();
 }
 
-void SearchPattern::addElements(std::wstring_view text, CaseRule rule,
-                                const TextEncoding& encoding) {
+void BytePattern::addElements(std::wstring_view text, CaseRule rule, const TextEncoding& encoding) {
   for (const wchar_t character : text) {
     Element element;
     const std::wstring alike =
@@ -68,8 +67,8 @@ void SearchPattern::addElements(std::wstring_view text, CaseRule rule,
   }
 }
 
-void SearchPattern::addPageElements(std::wstring_view text, CaseRule rule,
-                                    const TextEncoding& encoding) {
+void BytePattern::addPageElements(std::wstring_view text, CaseRule rule,
+                                  const TextEncoding& encoding) {
   std::string bytes;
   if (encodeText(text, encoding, bytes) != AllEncoded) return;
   for (const char byte : bytes) {
@@ -83,7 +82,7 @@ void SearchPattern::addPageElements(std::wstring_view text, CaseRule rule,
   }
 }
 
-void SearchPattern::chooseKey() {
+void BytePattern::chooseKey() {
   for (size_t element = 0; element < elements_.size(); ++element) {
     const ByteRow row(bytesFrom(element));
     if (element > 0 && row.weight() >= key_.weight()) continue;
@@ -94,7 +93,7 @@ void SearchPattern::chooseKey() {
 
 // What each byte may be from the beginning of that character on, whichever ways those before it are
 // written; as far as every way goes.
-std::vector<std::string> SearchPattern::bytesFrom(size_t element) const {
+std::vector<std::string> BytePattern::bytesFrom(size_t element) const {
   std::vector<std::string> result(ByteRow::Longest);
   std::set<size_t> starts{0};  // where the next character may begin
   for (; element < elements_.size() && *starts.begin() < ByteRow::Longest; ++element) {
@@ -114,12 +113,12 @@ std::vector<std::string> SearchPattern::bytesFrom(size_t element) const {
   return result;
 }
 
-SearchPattern::Way::Way(std::string_view text) : length(text.size()) {
+BytePattern::Way::Way(std::string_view text) : length(text.size()) {
   memcpy(&bytes, text.data(), length);
   memset(&mask, 0xFF, length);
 }
 
-bool SearchPattern::Way::beginsAt(std::string_view text, size_t at) const {
+bool BytePattern::Way::beginsAt(std::string_view text, size_t at) const {
   if (at > text.size() || text.size() - at < length) return false;
   uint32_t found = 0;
   if (text.size() - at >= sizeof found) {
@@ -130,7 +129,7 @@ bool SearchPattern::Way::beginsAt(std::string_view text, size_t at) const {
   return (found & mask) == bytes;
 }
 
-bool SearchPattern::matches(std::string_view bytes, size_t key, Match& match) const {
+bool BytePattern::matches(std::string_view bytes, size_t key, Match& match) const {
   size_t end = key;
   for (size_t i = keyElement_; i < ways_.size(); ++i) {
     const auto way = std::find_if(ways_[i].begin(), ways_[i].end(),
