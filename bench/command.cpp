@@ -5,12 +5,12 @@
 #include <cstdio>
 
 #include "bench_support.h"
-#include "commander/command_seams.h"
 #include "commander/main_loop.h"
 #include "console/console.h"
 #include "foundation/utf8.h"
 #include "panel_fill.h"
 #include "panels/commands/change_directory.h"
+#include "ui/help_window.h"
 
 namespace {
 
@@ -22,9 +22,22 @@ void queueKey(Key::Code key) {
   console->events().put(event);
 }
 
-// F1 comes to its turn when the loop waits for a key again.
+// Ends the loop at F1, which comes to its turn when the loop waits for a key again.
+class LoopEnd : public HelpWindow {
+ public:
+  explicit LoopEnd(MainLoop& loop) : loop_(loop) { helpWindow().connect(*this); }
+  ~LoopEnd() override { helpWindow().disconnect(); }
+  LoopEnd(const LoopEnd&) = delete;
+  LoopEnd& operator=(const LoopEnd&) = delete;
+
+  void show(HelpTopic) override { loop_.leaving = true; }
+
+ private:
+  MainLoop& loop_;
+};
+
 void runTyped(MainLoop& loop) {
-  commandSeams().help = [&loop](HelpTopic) { loop.leaving = true; };
+  const LoopEnd end(loop);
   loop.line.setText(L"true");
   loop.leaving = false;
   queueKey(Key::Enter);
