@@ -23,7 +23,10 @@ void CEventQueue::put(const TEvent& event) {
 std::unique_ptr<TEvent> CEventQueue::get(uint32_t timeoutMs) {
   while (eventCount() == 0) {
     if (timeoutMs == 0) return nullptr;
-    if (available_.wait(timeoutMs) != 0) return nullptr;
+    awaited_.store(true, std::memory_order_release);
+    const int waited = available_.wait(timeoutMs);
+    awaited_.store(false, std::memory_order_release);
+    if (waited != 0) return nullptr;
     available_.reset();
   }
   MutexLock guard(lock_);

@@ -59,9 +59,13 @@ class CEventQueue : public TObjectStore<TEvent> {
   // the window's close button stay in the queue's order and aren't looked at. Null without a key.
   std::unique_ptr<TEvent> getKeyOnly();
   int eventCount() const { return queued_.load(std::memory_order_acquire); }
+  // The reader waits for an event and none is there: what came before has been dealt with. For
+  // tests that press a key only then; any thread.
+  bool isAwaited() const { return awaited_.load(std::memory_order_acquire) && eventCount() == 0; }
 
  private:
   MutexSem lock_;
   EventSem available_;
   std::atomic<int> queued_{0};
+  std::atomic<bool> awaited_{false};
 };

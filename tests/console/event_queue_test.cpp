@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "console/events.h"
+#include "support/wait_until.h"
 
 namespace {
 TEvent keyEvent(Key::Code key) {
@@ -39,6 +40,22 @@ TEST(EventQueue, WakesAReaderThatWaitsForEver) {
   ThreadHandle writer = startThread(putOne, &queue);
   EXPECT_EQ(queue.get(WaitForever)->key, 'z');
   joinThread(writer);
+}
+
+void putOneWhenAwaited(void* data) {
+  auto& queue = *static_cast<CEventQueue*>(data);
+  if (waitUntil([&] { return queue.isAwaited(); })) queue.put(keyEvent('z'));
+}
+
+TEST(EventQueue, IsAwaitedWhileAReaderWaitsAndNothingIsThere) {
+  CEventQueue queue;
+  EXPECT_FALSE(queue.isAwaited());
+  ThreadHandle writer = startThread(putOneWhenAwaited, &queue);
+  const auto event = queue.get(20000);
+  joinThread(writer);
+  ASSERT_TRUE(event);
+  EXPECT_EQ(event->key, 'z');
+  EXPECT_FALSE(queue.isAwaited());
 }
 
 constexpr int Many = 2000;

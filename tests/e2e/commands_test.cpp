@@ -81,8 +81,8 @@ TEST_F(Commands, ColoursShowAsTheyWerePrinted) {
 TEST_F(Commands, ACommandReadsTheKeyboard) {
   start();
   begin("printf 'name: '; read x; echo \"<$x>\" > answer", "name: ");
-  type("Grace");
-  press(XK_Return);
+  typeMeanwhile("Grace");
+  pressMeanwhile(XK_Return);
   expectPanels();
   expectText("answer");
   EXPECT_EQ(left().read("answer"), "<Grace>\n");
@@ -92,7 +92,7 @@ TEST_F(Commands, ACommandReadsTheKeyboard) {
 TEST_F(Commands, CtrlCEndsACommandAndNotTheProgram) {
   start();
   begin("echo going; exec sleep 1000", "going");
-  press(XK_c, {XK_Control_L});
+  pressMeanwhile(XK_c, {XK_Control_L});
   expectPanels();
   EXPECT_EQ(quit(), 0);
 }
@@ -100,9 +100,9 @@ TEST_F(Commands, CtrlCEndsACommandAndNotTheProgram) {
 TEST_F(Commands, BreakTwiceLeavesAProgramThatIgnoresEverythingElse) {
   start();
   begin("trap '' INT HUP; echo going; while :; do sleep 1; done", "going");
-  press(XK_c, {XK_Control_L});
-  press(XK_Pause, {XK_Control_L});
-  press(XK_Pause, {XK_Control_L});
+  pressMeanwhile(XK_c, {XK_Control_L});
+  pressMeanwhile(XK_Pause, {XK_Control_L});
+  pressMeanwhile(XK_Pause, {XK_Control_L});
   expectPanels();
   EXPECT_EQ(quit(), 0);
 }
@@ -216,11 +216,11 @@ TEST_P(CommandsIn, AnInteractiveShellIsUsedAndLeft) {
   start();
   begin(std::string("echo go; exec ") + GetParam() + " -i", "go");
   expectSoon("a prompt", [this] { return console->getCursorPos().x > 0; });
-  type("echo sh$((6*7))ell");
-  press(XK_Return);
+  typeMeanwhile("echo sh$((6*7))ell");
+  pressMeanwhile(XK_Return);
   expectText("sh42ell");
-  type("exit");
-  press(XK_Return);
+  typeMeanwhile("exit");
+  pressMeanwhile(XK_Return);
   expectPanels();
   EXPECT_EQ(quit(), 0);
 }

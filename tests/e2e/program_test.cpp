@@ -66,6 +66,7 @@ int ProgramTest::waitForEnd() {
 int ProgramTest::quit() {
   press(XK_F10);
   expectText("Are you sure you want to exit");
+  if (!shows("Are you sure you want to exit")) return -1;
   press(XK_Return);
   return waitForEnd();
 }
@@ -106,6 +107,11 @@ void ProgramTest::expectNoText(const std::string& text) {
 
 void ProgramTest::expectSoon(const std::string& what, const std::function<bool()>& condition) {
   EXPECT_TRUE(waitUntil(condition)) << "never happened: " << what;
+}
+
+void ProgramTest::expectAwaited() {
+  EXPECT_TRUE(waitUntil([&] { return console && console->events().isAwaited(); }))
+      << "the program doesn't wait for a key";
 }
 
 std::string ProgramTest::entryUnderBar() const {

@@ -52,10 +52,21 @@ class ProgramTest : public testing::Test {
   void expectCursorOn(const std::string& name);
   void moveTo(const std::string& name);  // by keys, in the active panel
 
+  // A key for a program that waits for one: what it does until then may take it for an abort.
   void press(unsigned long symbol, const std::vector<unsigned long>& modifiers = {}) {
+    expectAwaited();
     keys().press(symbol, modifiers);
   }
-  void type(const std::string& text) { keys().type(text); }
+  void type(const std::string& text) {
+    expectAwaited();
+    keys().type(text);
+  }
+  void expectAwaited();  // the program has dealt with everything and waits
+  // The same for a program that is busy, or that runs a command which reads the keys.
+  void pressMeanwhile(unsigned long symbol, const std::vector<unsigned long>& modifiers = {}) {
+    keys().press(symbol, modifiers);
+  }
+  void typeMeanwhile(const std::string& text) { keys().type(text); }
 
  private:
   void launch(std::vector<std::string> arguments);

@@ -206,6 +206,7 @@ TEST_F(StartEdge, WithBothTheViewerComesFirstAndTheEditorAfterIt) {
   startAlone({"-e", home().path("edited"), "-v", home().path("seen")}, "a text to see");
   press(XK_Escape);
   expectText("a text to edit");
+  expectAwaited();
   EXPECT_EQ(row(0).substr(0, 6), "Edit: ");
   type("not ");
   press(XK_F2);

@@ -55,7 +55,7 @@ TEST_F(TreeKeys, EscInAScanGivesThePanelsBackAndWritesNothing) {
       nullptr);
   press(XK_F10, {XK_Alt_L});
   expectText("Scanning directories");
-  press(XK_Escape);
+  pressMeanwhile(XK_Escape);
   expectNoText("Scanning directories");
   EXPECT_FALSE(shows("Directory Tree"));
   EXPECT_FALSE(home().exists(".tdx/tdtree.dat"));
