@@ -1,12 +1,12 @@
 // The one pass over the bytes of a text that finds its lines.
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
 
 #include "editor/document/text_run.h"
+#include "editor/document/valid_utf8.h"
 
 namespace {
 // How far a line end is looked for between two looks at the progress.
@@ -39,53 +39,6 @@ uint64_t lineEndBits(const char* bytes) {
   return bits;
 }
 #endif
-
-bool hasHighBit(std::string_view bytes) {
-  constexpr uint64_t HighBits = 0x8080808080808080;
-  uint64_t all = 0;
-  size_t at = 0;
-  for (; at + sizeof all <= bytes.size(); at += sizeof all) {
-    uint64_t eight;
-    std::memcpy(&eight, bytes.data() + at, sizeof eight);
-    all |= eight;
-  }
-  for (; at < bytes.size(); ++at) all |= static_cast<unsigned char>(bytes[at]);
-  return (all & HighBits) != 0;
-}
-
-// How many bytes the character at `at` has, which isn't ASCII; 0 when it is none. An overlong form,
-// a surrogate and what lies behind the last character are none.
-size_t characterLength(const unsigned char* at, size_t left) {
-  const auto isBehind = [at, left](size_t i, unsigned char from, unsigned char to) {
-    return i < left && at[i] >= from && at[i] <= to;
-  };
-  const unsigned char lead = at[0];
-  if (lead >= 0xC2 && lead <= 0xDF) return isBehind(1, 0x80, 0xBF) ? 2 : 0;
-  if (lead >= 0xE0 && lead <= 0xEF) {
-    const unsigned char from = lead == 0xE0 ? 0xA0 : 0x80;
-    const unsigned char to = lead == 0xED ? 0x9F : 0xBF;
-    return isBehind(1, from, to) && isBehind(2, 0x80, 0xBF) ? 3 : 0;
-  }
-  if (lead < 0xF0 || lead > 0xF4) return 0;
-  const unsigned char from = lead == 0xF0 ? 0x90 : 0x80;
-  const unsigned char to = lead == 0xF4 ? 0x8F : 0xBF;
-  return isBehind(1, from, to) && isBehind(2, 0x80, 0xBF) && isBehind(3, 0x80, 0xBF) ? 4 : 0;
-}
-
-bool isValidUtf8(std::string_view bytes) {
-  const auto* at = reinterpret_cast<const unsigned char*>(bytes.data());
-  const auto* end = at + bytes.size();
-  while (at < end) {
-    if (*at < 0x80) {
-      ++at;
-      continue;
-    }
-    const size_t length = characterLength(at, static_cast<size_t>(end - at));
-    if (length == 0) return false;
-    at += length;
-  }
-  return true;
-}
 
 class Scanner {
  public:
@@ -161,7 +114,7 @@ class Scanner {
     if (storage_.isWide || storage_.encoding.format != TextFormat::Utf8) return;
     std::string_view lines = all_.substr(marked_, behind - marked_);
     marked_ = behind;
-    if (!hasHighBit(lines) || isValidUtf8(lines)) return;
+    if (isValidUtf8(lines)) return;
     while (!lines.empty()) {
       const LineEnd end = findLineEnd(lines, 0, TextFormat::Utf8);
       if (!isValidUtf8(lines.substr(0, end.at))) ++invalidLines_;
