@@ -30,6 +30,16 @@ char foldedByte(char byte, const TextEncoding& encoding) {
   return held ? bytes[0] : byte;
 }
 
+// What each byte folds to.
+std::string foldedBytes(const TextEncoding& encoding) {
+  constexpr int ByteValues = 256;
+  std::string folded;
+  for (int value = 0; value < ByteValues; ++value) {
+    folded += foldedByte(static_cast<char>(value), encoding);
+  }
+  return folded;
+}
+
 }  // namespace
 
 BytePattern::BytePattern(std::wstring_view text, const TextEncoding& encoding, CaseRule rule) {
@@ -71,14 +81,15 @@ void BytePattern::addPageElements(std::wstring_view text, CaseRule rule,
                                   const TextEncoding& encoding) {
   std::string bytes;
   if (encodeText(text, encoding, bytes) != AllEncoded) return;
+  std::string folded;
+  if (rule == CaseRule::Folded) folded = foldedBytes(encoding);
   for (const char byte : bytes) {
-    Element element{std::string(1, byte)};
-    for (int other = 0; rule == CaseRule::Folded && other < 256; ++other) {
+    Element& element = elements_.emplace_back(1, std::string(1, byte));
+    for (size_t other = 0; other < folded.size(); ++other) {
       const char way = static_cast<char>(other);
-      if (way == byte || foldedByte(way, encoding) != foldedByte(byte, encoding)) continue;
-      element.push_back(std::string(1, way));
+      const bool alike = folded[other] == folded[static_cast<unsigned char>(byte)];
+      if (alike && way != byte) element.emplace_back(1, way);
     }
-    elements_.push_back(element);
   }
 }
 
