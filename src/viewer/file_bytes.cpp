@@ -116,8 +116,7 @@ void FileBytes::close() {
 }
 
 void FileBytes::forget() {
-  for (FileBlock& block : blocks_) block = FileBlock();
-  blockCount_ = 0;
+  for (Kept& kept : blocks_) kept = Kept();
 }
 
 Stretch FileBytes::from(int64_t position) {
@@ -135,13 +134,13 @@ Stretch FileBytes::before(int64_t position) {
 
 const FileBlock& FileBytes::blockAt(int64_t position) {
   const int64_t base = position - position % blockSize_;
-  int place = 0;
-  while (place < blockCount_ && blocks_[place].base != base) ++place;
-  const bool hit = place < blockCount_;
-  if (!hit && blockCount_ < BlockCount) blocks_[blockCount_++] = FileBlock();
-  place = std::min(place, blockCount_ - 1);
-  std::rotate(blocks_.begin(), blocks_.begin() + place, blocks_.begin() + place + 1);
-  FileBlock& block = blocks_[0];
+  auto kept = std::ranges::find_if(blocks_, [base](const Kept& candidate) {
+    return candidate.block.base == base && candidate.used != 0;
+  });
+  const bool hit = kept != blocks_.end();
+  if (!hit) kept = std::ranges::min_element(blocks_, {}, &Kept::used);
+  kept->used = ++uses_;
+  FileBlock& block = kept->block;
   if (hit) return block;
   const int64_t wanted = std::min(blockSize_, size_ - base);
   if (!block.bytes)

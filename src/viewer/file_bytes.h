@@ -49,13 +49,14 @@ struct ViewLimits {
   int64_t block = 64 * 1024;            // bytes that are read and kept around a position
   int64_t searched = int64_t{1} << 20;  // a multiple of it may begin a line, see LineFinder
   int64_t scanned = 4 * block;          // bytes that a walk over the file reads at once
+  int64_t alone = scanned;              // bytes that a walk reads without a thread of its own
 };
 
 enum class FileChange { None, Grown, Shrunk, Rewritten };
 
 // The bytes of a file that may be larger than memory and may change while it is looked at. Few
-// blocks are kept, most recently used first. A place that can't be read is known as such, what lies
-// around it is there. Application thread, but for readBlock.
+// blocks are kept, those that were used last. A place that can't be read is known as such, what
+// lies around it is there. Application thread, but for readBlock.
 class FileBytes {
  public:
   static constexpr int BlockCount = 24;
@@ -85,6 +86,11 @@ class FileBytes {
   void readBlock(FileBlock& block, int64_t base, int64_t length) const;
 
  private:
+  struct Kept {
+    FileBlock block;
+    uint64_t used = 0;  // when, counted in uses; 0 when nothing is there
+  };
+
   int lookAt(const struct stat& info);
   int hold();
   const FileBlock& blockAt(int64_t position);
@@ -98,6 +104,6 @@ class FileBytes {
   bool device_ = false;
   bool held_ = false;
   std::string content_;  // of a held file
-  std::array<FileBlock, BlockCount> blocks_;
-  int blockCount_ = 0;
+  std::array<Kept, BlockCount> blocks_;
+  uint64_t uses_ = 0;
 };
