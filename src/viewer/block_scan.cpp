@@ -2,18 +2,16 @@
 
 #include <algorithm>
 
-BlockScan::BlockScan(const FileBytes& bytes, int64_t blockSize, int64_t from, int64_t end,
+BlockScan::BlockScan(const FileBytes& bytes, const ViewLimits& limits, int64_t from, int64_t end,
                      Direction direction)
     : bytes_(bytes),
-      blockSize_(blockSize),
+      blockSize_(std::min(limits.scanned, limits.searched)),
+      alone_(limits.alone),
       end_(std::min(end, bytes.size())),
       direction_(direction) {
   if (direction == Direction::Backward) from = std::min(from, end_ - 1);
-  base_ = std::max<int64_t>(from, 0) / blockSize * blockSize;
+  base_ = std::max<int64_t>(from, 0) / blockSize_ * blockSize_;
   ended_ = end_ <= 0 || from < 0;
-  const int64_t ahead = direction == Direction::Forward ? end_ - base_ : base_;
-  // Without a thread each block is read when it is asked for.
-  if (!ended_ && ahead > blockSize) thread_ = startThread(entry, this);
 }
 
 BlockScan::~BlockScan() {
@@ -23,7 +21,8 @@ BlockScan::~BlockScan() {
 }
 
 const FileBlock* BlockScan::next() {
-  if (!thread_.running) return readInto(blocks_[0]) ? &blocks_[0] : nullptr;
+  if (!thread_.running && isWorthAThread()) thread_ = startThread(entry, this);
+  if (!thread_.running) return readNext();
   const int64_t wanted = given_;
   while (filled_ == wanted) {
     if (all_ && filled_ == wanted) return nullptr;
@@ -33,6 +32,20 @@ const FileBlock* BlockScan::next() {
   given_ = wanted + 1;  // from here on the one that was given before is free
   hasGiven_.post();
   return &placeOf(wanted);
+}
+
+// Neither the first block is, which is given at once, nor little that is left behind it.
+bool BlockScan::isWorthAThread() const {
+  const int64_t left = direction_ == Direction::Forward ? end_ - base_ : base_ + blockSize_;
+  return given_ > 0 && !ended_ && left > alone_;
+}
+
+// Without a thread each block is read when it is asked for.
+const FileBlock* BlockScan::readNext() {
+  FileBlock& block = placeOf(given_);
+  if (!readInto(block)) return nullptr;
+  filled_ = ++given_;
+  return &block;
 }
 
 // Reads the next block; false behind the last one.

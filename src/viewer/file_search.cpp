@@ -34,8 +34,7 @@ class Search {
     if (!pattern_.valid() || low_ >= high_) return {};
     if (reverse_) return runBackward();
     // The key may stand anywhere in the hit, which begins at low_ at the earliest.
-    BlockScan scan(file_.bytes(), file_.limits().scanned, low_, high_,
-                   BlockScan::Direction::Forward);
+    BlockScan scan(file_.bytes(), file_.limits(), low_, high_, BlockScan::Direction::Forward);
     SearchHit hit;
     while (const FileBlock* block = scan.next()) {
       for (int64_t at = std::max(block->base, low_); at < block->base + block->length;) {
@@ -49,8 +48,7 @@ class Search {
 
  private:
   SearchHit runBackward() {
-    BlockScan scan(file_.bytes(), file_.limits().scanned, high_ - 1, high_,
-                   BlockScan::Direction::Backward);
+    BlockScan scan(file_.bytes(), file_.limits(), high_ - 1, high_, BlockScan::Direction::Backward);
     SearchHit hit;
     while (const FileBlock* block = scan.next()) {
       for (int64_t at = block->base + block->length; at > block->base;) {

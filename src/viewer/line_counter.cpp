@@ -95,9 +95,8 @@ LineCounter::Place LineCounter::find(int64_t line, const std::function<bool()>& 
   }
   if (line <= 0) return {Place::Result::Found, file_.textStart(), 0};
   const int64_t partSize = file_.limits().searched;
-  const int64_t blockSize = std::min(file_.limits().scanned, partSize);
   const UnitScan scan(file_.encoding().format);
-  BlockScan blocks(file_.bytes(), blockSize, partStart(counts_.size()), file_.size(),
+  BlockScan blocks(file_.bytes(), file_.limits(), partStart(counts_.size()), file_.size(),
                    BlockScan::Direction::Forward);
   Part counted(scan, border_);
   while (const FileBlock* block = blocks.next()) {

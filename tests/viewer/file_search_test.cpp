@@ -252,3 +252,12 @@ TEST(FileSearch, EveryWalkReadsTheFileOnce) {
   EXPECT_EQ(searched.find(valuesOf(L"xy"), 0), -1);
   EXPECT_LE(hook.reads(), 32 + 64) << "a look over each border is small";
 }
+
+TEST(FileSearch, NothingIsReadBehindABlockWithAHit) {
+  std::string bytes(8 << 20, 'x');
+  bytes[1000] = 'y';
+  Searched searched(bytes);
+  const ReadHook hook;
+  EXPECT_EQ(searched.find(valuesOf(L"y"), 0), 1000);
+  EXPECT_EQ(hook.reads(), 1);
+}
