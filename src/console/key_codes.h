@@ -114,7 +114,8 @@ inline constexpr Code CtrlShiftLeft{0x30073}, CtrlShiftRight{0x30074}, CtrlShift
     AltSpace{0x10039};
 // Control characters of signs; that of '[' is Esc, told apart by the Ctrl key held.
 inline constexpr Code CtrlBackslash{28}, CtrlBracketRight{29}, CtrlUnderscore{31},
-    CtrlShiftBackslash{0x2001C}, CtrlShiftF{0x20006}, CtrlShiftJ{0x2000A}, CtrlShiftZ{0x2001A};
+    CtrlShiftBackslash{0x2001C}, CtrlShiftF{0x20006}, CtrlShiftJ{0x2000A}, CtrlShiftZ{0x2001A},
+    CtrlShiftC{0x20003}, CtrlShiftX{0x20018};
 // Ctrl with a letter or Enter by its scan code, as some keyboards tell it.
 inline constexpr Code CtrlScanBracketLeft{0x9001A}, CtrlScanEnter{0x9001C}, CtrlScanF{0x90021},
     CtrlScanJ{0x90024}, CtrlShiftScanEnter{0xB001C}, CtrlShiftScanF{0xB0021},

@@ -145,10 +145,23 @@ constexpr KeyRow Table[] = {
 // clang-format on
 static_assert(std::size(Table) == 270);
 
-// Keys that only the editor has commands for.
-constexpr KeyRow EditorKeys[] = {
+// Beside the table: keys that only the editor has commands for, and those of the keypad, whose
+// symbol under Shift depends on Num Lock.
+constexpr KeyRow MoreKeys[] = {
     {GDK_space, Alt, Key::AltSpace},
+    {'c', CtrlShift, Key::CtrlShiftC},
+    {'x', CtrlShift, Key::CtrlShiftX},
     {'z', CtrlShift, Key::CtrlShiftZ},
+    {GDK_KP_Insert, CtrlShift, Key::ctrlKeypadDigit(0) | Key::ShiftedKey},
+    {GDK_KP_End, CtrlShift, Key::ctrlKeypadDigit(1) | Key::ShiftedKey},
+    {GDK_KP_Down, CtrlShift, Key::ctrlKeypadDigit(2) | Key::ShiftedKey},
+    {GDK_KP_Page_Down, CtrlShift, Key::ctrlKeypadDigit(3) | Key::ShiftedKey},
+    {GDK_KP_Left, CtrlShift, Key::ctrlKeypadDigit(4) | Key::ShiftedKey},
+    {GDK_KP_Begin, CtrlShift, Key::ctrlKeypadDigit(5) | Key::ShiftedKey},
+    {GDK_KP_Right, CtrlShift, Key::ctrlKeypadDigit(6) | Key::ShiftedKey},
+    {GDK_KP_Home, CtrlShift, Key::ctrlKeypadDigit(7) | Key::ShiftedKey},
+    {GDK_KP_Up, CtrlShift, Key::ctrlKeypadDigit(8) | Key::ShiftedKey},
+    {GDK_KP_Page_Up, CtrlShift, Key::ctrlKeypadDigit(9) | Key::ShiftedKey},
 };
 
 Key::Code codeIn(std::span<const KeyRow> rows, unsigned symbol, int state) {
@@ -244,7 +257,7 @@ std::span<const KeyRow> keyTable() {
 
 Key::Code lookUpKey(unsigned symbol, int state) {
   const Key::Code code = codeIn(Table, symbol, state);
-  return code != Key::NoKey ? code : codeIn(EditorKeys, symbol, state);
+  return code != Key::NoKey ? code : codeIn(MoreKeys, symbol, state);
 }
 
 KeyResult translateKey(const KeyInput& input) {

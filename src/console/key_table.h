@@ -14,7 +14,7 @@ struct KeyRow {
   Key::Code code;
 };
 
-// The rows of the table in search order; two keys beside it have codes, too.
+// The rows of the table in search order; a few keys beside it have codes, too.
 std::span<const KeyRow> keyTable();
 
 // The code of the first row that fits, or else of a key beside the table, NoKey for none. `state`

@@ -125,11 +125,15 @@ TEST(KeyTable, EveryRowGivesItsCode) {
   }
 }
 
-TEST(KeyTable, TwoKeysOfTheEditorStandBesideIt) {
+TEST(KeyTable, AFewKeysStandBesideIt) {
   EXPECT_EQ(lookUpKey(XK_space, Alt), Key::AltSpace);
   EXPECT_EQ(Key::AltSpace.value(), 0x10039);
   EXPECT_EQ(lookUpKey('z', Ctrl | Shift), Key::CtrlShiftZ);
   EXPECT_EQ(Key::CtrlShiftZ.value(), 0x2001A);
+  EXPECT_EQ(lookUpKey('c', Ctrl | Shift), Key::ctrl('c') | Key::ShiftedKey);
+  EXPECT_EQ(lookUpKey('x', Ctrl | Shift), Key::ctrl('x') | Key::ShiftedKey);
+  EXPECT_EQ(lookUpKey(XK_KP_Insert, Ctrl | Shift), Key::ctrlKeypadDigit(0) | Key::ShiftedKey);
+  EXPECT_EQ(lookUpKey(XK_KP_Page_Up, Ctrl | Shift), Key::ctrlKeypadDigit(9) | Key::ShiftedKey);
   EXPECT_EQ(lookUpKey(XK_space, Shift), Key::NoKey);
 }
 

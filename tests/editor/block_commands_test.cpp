@@ -60,10 +60,10 @@ TEST_F(BlockCommands, AppendingJoinsTheFirstNewLineToTheLastOldOne) {
   edit.key(Key::CtrlShiftInsert);
   EXPECT_EQ(desktopText(), "one\nto\nth");
   edit.mark({2, 3}, {2, 5});
-  edit.key(Key::ctrl('c'), ShiftState::Shift | ShiftState::Ctrl);
+  edit.key(Key::CtrlShiftC, ShiftState::Shift | ShiftState::Ctrl);
   EXPECT_EQ(desktopText(), "one\nto\nthee");
   edit.mark({0, 0}, {0, 1});
-  edit.key(Key::ctrl('x'), ShiftState::Shift | ShiftState::Ctrl);
+  edit.key(Key::CtrlShiftX, ShiftState::Shift | ShiftState::Ctrl);
   EXPECT_EQ(desktopText(), "one\nto\ntheeo");
   EXPECT_EQ(edit.text(), "ne\ntwo\nthree");
 }

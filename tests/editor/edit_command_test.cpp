@@ -108,6 +108,8 @@ TEST(EditCommands, AllKeysOfTheEditorHaveOne) {
                             AltRight,
                             ctrl('z'),
                             CtrlShiftZ,
+                            CtrlShiftX,
+                            CtrlShiftC,
                             ctrl('s'),
                             ctrl('f'),
                             CtrlUp,

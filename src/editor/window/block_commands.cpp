@@ -51,12 +51,10 @@ void copyWord(CTextEditor& editor) {
 EditCommands blockCommands() {
   using namespace Key;
   return {
-      {"Cut behind", {ShiftF4}, cutBehind},
-      {"Cut behind by letter", {ctrl('x')}, cutBehind, BlockUse::Drops, ShiftState::Shift},
+      {"Cut behind", {ShiftF4, CtrlShiftX}, cutBehind},
       {"Cut", {F4, ShiftDelete, ctrl('x')}, cut},
       {"Copy behind", {ShiftF5}, copyBehind},
-      {"Copy behind, still marked", {CtrlShiftInsert}, copyBehind, BlockUse::Keeps},
-      {"Copy behind by letter", {ctrl('c')}, copyBehind, BlockUse::Keeps, ShiftState::Shift},
+      {"Copy behind, still marked", {CtrlShiftInsert, CtrlShiftC}, copyBehind, BlockUse::Keeps},
       {"Copy", {F5}, copy},
       {"Copy, still marked", {CtrlInsert, ctrl('c')}, copy, BlockUse::Keeps},
       {"Paste", {F6, ShiftInsert, ctrl('v')}, paste},
