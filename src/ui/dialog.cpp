@@ -283,6 +283,11 @@ void Dialog::setFocus(int index) {
   focusChanged();
 }
 
+void Dialog::askAgain(int index) {
+  setFocus(index);
+  elements_[index]->offerAnew();
+}
+
 void Dialog::redraw(int index) {
   BatchScope batch;
   if (index < 0) {

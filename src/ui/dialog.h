@@ -68,6 +68,9 @@ class Dialog : public Win {
   // The hot character of element i stands at index i, 0 for none; the text is copied.
   void setHotChars(const char* chars, int count);
   void setFocus(int index);
+  // The caller has refused what this element holds: it gets the focus, and the first key that is
+  // typed into a field replaces its text as it did in the beginning.
+  void askAgain(int index);
   void redraw(int index);  // negative: all
   void setDefaultButton(int index);
   void setAttr(int slot, unsigned char attr);  // 0 text, 1 field, 2 focus

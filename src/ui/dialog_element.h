@@ -66,6 +66,7 @@ class DialogElement {
   virtual void focusNotify(Focus focus);
   virtual void draw() = 0;
   virtual void commit() {}
+  virtual void offerAnew() {}  // what it holds was refused
 
   int index() const { return index_; }
   int x() const { return x_; }

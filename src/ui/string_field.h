@@ -19,6 +19,7 @@ class StringField : public DialogElement {
   ElementType type() const override { return ElementType::StringField; }
   void draw() override;
   void commit() override;  // adds the text to the field's history
+  void offerAnew() override { fresh_ = true; }
 
   int cursor() const { return cursor_; }
   int scroll() const { return scroll_; }

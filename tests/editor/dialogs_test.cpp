@@ -105,8 +105,7 @@ TEST_F(EditorDialogs, HotLettersReachTheFormatsAndTheBoxes) {
 TEST_F(EditorDialogs, AnUnknownCodePageKeepsTheDialogOpen) {
   const FormatChoice choice =
       asked(choiceOf(TextFormat::CodePage, false, 437),
-            {Key::alt('p'), '9', '9', '9', '9', '9', Key::Enter, Key::Enter, Key::Backspace,
-             Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace, '1', '2', '5', '0'});
+            {Key::alt('p'), '9', '9', '9', '9', '9', Key::Enter, Key::Enter, '1', '2', '5', '0'});
   EXPECT_EQ(choice.encoding.page, 1250);
 }
 
@@ -205,7 +204,7 @@ TEST_F(EditorDialogs, TheGotoDialogsLookAsTheyShould) {
 }
 
 TEST_F(EditorDialogs, GotoLineAsksAgainOutsideTheRange) {
-  queueKeys({'0', Key::Enter, Key::Backspace, '9', Key::Enter, Key::Backspace, '4', Key::Enter});
+  queueKeys({'0', Key::Enter, '9', Key::Enter, '4', Key::Enter});
   EXPECT_EQ(askLine(1, 5), 4);
   queueKeys({'9', Key::Enter, Key::Esc});
   EXPECT_EQ(askLine(1, 5), std::nullopt);

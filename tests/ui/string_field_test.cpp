@@ -90,6 +90,18 @@ TEST_F(StringFieldTest, TheFirstPrintableKeyReplacesTheText) {
   EXPECT_EQ(edited(L"default", {'n', 'e', 'w'}), L"new");
 }
 
+TEST_F(StringFieldTest, ARefusedTextIsReplacedByTheNextPrintableKey) {
+  FieldDialog dialog(L"");
+  bool value = false;
+  dialog.addCheck(1, 5, Group::New, &value, "Other");
+  dialog.runKeys({'b', 'a', 'd', Key::Tab});
+  dialog.askAgain(0);
+  EXPECT_EQ(dialog.focus(), 0);
+  EXPECT_STREQ(dialog.text.data(), L"bad");
+  dialog.runKeys({'o', 'k'});
+  EXPECT_STREQ(dialog.text.data(), L"ok");
+}
+
 TEST_F(StringFieldTest, LeftFirstAndThenAKeyInserts) {
   EXPECT_EQ(edited(L"abc", {Key::Left, 'x'}), L"abxc");
 }

@@ -96,7 +96,7 @@ TextEncoding CFormatSelectDlg::chosenEncoding() const {
 bool CFormatSelectDlg::pageIsThere() {
   if (radio_ != CodePageRadio || codePageExists(page_)) return true;
   alert("Invalid code page", L"", AlertButtons::Ok, AlertColour::Error);
-  setFocus(PageElement);
+  askAgain(PageElement);
   return false;
 }
 

@@ -51,7 +51,7 @@ std::optional<int64_t> askWithin(Dialog& dialog, const int& line, int64_t lineCo
     const Key::Code key = dialog.run();
     if (key == Key::Esc || key == Dialog::ProgramEnds) return std::nullopt;
     if (line >= 1 && line <= lineCount) return line;
-    dialog.setFocus(0);
+    dialog.askAgain(0);
   }
 }
 
