@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "document/document_support.h"
@@ -218,6 +219,24 @@ TEST(Document, AFailedWriteSaysSo) {
   const auto stopped = document.write(
       Utf8, [](std::string_view) { return 0; }, [](int64_t) { return false; });
   EXPECT_EQ(stopped.error, ECANCELED);
+}
+
+TEST(Document, AWriteTellsHowManyLinesAreDone) {
+  std::string text;
+  for (int i = 0; i < 300'000; ++i) text += "a line of text\n";
+  Document document;
+  ASSERT_TRUE(document.load(text, Utf8));
+  document.replace({100'000, 0}, {100'000, 0}, spanOf(L"x"));
+  for (const TextEncoding& encoding : {Utf8, TextEncoding{TextFormat::Utf16Le, 0}}) {
+    std::vector<int64_t> told;
+    document.write(
+        encoding, [](std::string_view) { return 0; },
+        [&told](int64_t lines) { return told.push_back(lines), true; });
+    EXPECT_GT(told.size(), 4u);
+    EXPECT_TRUE(std::ranges::is_sorted(told));
+    EXPECT_LT(told.front(), 100'000);
+    EXPECT_EQ(told.back(), 300'000);
+  }
 }
 
 TEST(Document, ALoadThatIsStoppedLeavesNothing) {

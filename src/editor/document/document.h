@@ -31,8 +31,8 @@ class DocumentObserver {
 // line counts as that line's or the text's end. Application thread.
 class Document {
  public:
-  // Told how many bytes are done; false stops.
-  using Progress = std::function<bool(int64_t bytes)>;
+  // Told how many bytes of a load, or about how many lines of a write, are done; false stops.
+  using Progress = std::function<bool(int64_t done)>;
   // Takes the next bytes of the text; 0 or an errno value, which ends the writing.
   using Sink = std::function<int(std::string_view bytes)>;
 

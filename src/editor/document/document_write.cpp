@@ -28,8 +28,8 @@ class TextWriter {
     }
     lastEnd_ = run.lineEnd(run.lines - 1);
     if (isSame(run) && !run.ends) {
-      line_ += run.lines - walk.line();
-      return put(run.bytes().substr(begin));
+      const int64_t lines = run.lines - walk.line();
+      return put(run.bytes().substr(begin), lines);
     }
     do {
       if (!encode(walk.text(), CutUnit::Refused) || !encode(walk.lineEnd(), CutUnit::Refused))
@@ -40,7 +40,8 @@ class TextWriter {
   }
 
   bool writeLast(const TextRun& run) {
-    return (isSame(run) ? put(run.bytes()) : encode(run.wholeText(), CutUnit::AllowedAtTheEnd)) &&
+    return (isSame(run) ? put(run.bytes(), 0)
+                        : encode(run.wholeText(), CutUnit::AllowedAtTheEnd)) &&
            flush();
   }
 
@@ -61,14 +62,23 @@ class TextWriter {
     return buffer_.size() < BufferBytes || flush();
   }
 
-  bool put(std::string_view bytes) {
+  // The bytes of so many lines. Each piece of them counts as its share of the lines: to look where
+  // they really end would cost more than to write them.
+  bool put(std::string_view bytes, int64_t lines) {
     if (buffer_.size() + bytes.size() < BufferBytes) {
       buffer_ += bytes;
+      line_ += lines;
       return true;
     }
     if (!flush()) return false;
-    for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), PieceBytes)))
-      if (!pass(bytes.substr(0, PieceBytes))) return false;
+    while (!bytes.empty()) {
+      const std::string_view piece = bytes.substr(0, PieceBytes);
+      const int64_t pieceLines = lines * std::ssize(piece) / std::ssize(bytes);
+      lines -= pieceLines;
+      line_ += pieceLines;
+      bytes.remove_prefix(piece.size());
+      if (!pass(piece)) return false;
+    }
     return true;
   }
 
@@ -81,8 +91,7 @@ class TextWriter {
   bool pass(std::string_view bytes) {
     result_.error = sink_(bytes);
     if (result_.error != 0) return false;
-    done_ += static_cast<int64_t>(bytes.size());
-    if (progress_ && !progress_(done_)) result_.error = ECANCELED;
+    if (progress_ && !progress_(line_)) result_.error = ECANCELED;
     return result_.error == 0;
   }
 
@@ -92,7 +101,6 @@ class TextWriter {
   std::string buffer_;
   std::wstring lastEnd_;
   int64_t line_ = 0;
-  int64_t done_ = 0;
   Document::Written result_;
 };
 

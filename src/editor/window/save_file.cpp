@@ -22,8 +22,7 @@ void tell(const Westring& text, const std::string& path = {}) {
 // The text on its way to a file, and why it isn't there when it isn't.
 class Written {
  public:
-  Written(const CTextEditor& editor, const SavedForm& form)
-      : editor_(editor), form_(form), size_(editor.file.saver.stamp().size) {}
+  Written(const CTextEditor& editor, const SavedForm& form) : editor_(editor), form_(form) {}
 
   TextSaver::Text text() {
     return [this](const TextSaver::Sink& sink) { return write(sink); };
@@ -39,14 +38,14 @@ class Written {
     const std::string_view mark = form_.hasMark ? markOf(form_.encoding.format) : "";
     const int error = mark.empty() ? 0 : sink(mark);
     if (error != 0) return error;
+    const int64_t count = editor_.document.lineCount();
     result_ = editor_.document.write(form_.encoding, sink,
-                                     [&](int64_t bytes) { return work.report(bytes, size_); });
+                                     [&](int64_t lines) { return work.report(lines, count); });
     return result_.refused ? EILSEQ : result_.error;
   }
 
   const CTextEditor& editor_;
   const SavedForm& form_;
-  const int64_t size_;  // about that of the result
   Document::Written result_;
 };
 
