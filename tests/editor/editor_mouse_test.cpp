@@ -4,11 +4,19 @@ namespace {
 
 class EditorMouse : public EditorTest {
  protected:
-  void drag(int fromX, int fromY, int toX, int toY) {
-    queueMouse(EventKind::Press, fromX, fromY);
-    queueMouse(EventKind::Drag, toX, toY);
-    queueMouse(EventKind::Release, toX, toY);
+  struct Step {
+    EventKind kind;
+    int x, y;
+  };
+  // The left button does all that.
+  void leftButton(std::initializer_list<Step> steps) {
+    for (const Step& step : steps) queueMouse(step.kind, step.x, step.y);
     runQueued();
+  }
+  void drag(int fromX, int fromY, int toX, int toY) {
+    leftButton({{EventKind::Press, fromX, fromY},
+                {EventKind::Drag, toX, toY},
+                {EventKind::Release, toX, toY}});
   }
 };
 
@@ -71,19 +79,16 @@ TEST_F(EditorMouse, ADragMarksFromWhereItBegan) {
 
 TEST_F(EditorMouse, ADragThatComesBackMarksNothing) {
   open("abcdef");
-  queueMouse(EventKind::Press, 2, 1);
-  queueMouse(EventKind::Drag, 4, 1);
-  queueMouse(EventKind::Drag, 2, 1);
-  queueMouse(EventKind::Release, 2, 1);
-  runQueued();
+  leftButton({{EventKind::Press, 2, 1},
+              {EventKind::Drag, 4, 1},
+              {EventKind::Drag, 2, 1},
+              {EventKind::Release, 2, 1}});
   EXPECT_EQ(block(), "");
 }
 
 TEST_F(EditorMouse, ADragBeyondTheFirstOrTheLastRowScrollsAtOnceAndGoesOn) {
   open(numbered(60));
-  queueMouse(EventKind::Press, 0, 20);
-  queueMouse(EventKind::Drag, 1, 24);
-  runQueued();
+  leftButton({{EventKind::Press, 0, 20}, {EventKind::Drag, 1, 24}});
   EXPECT_EQ(row(0), "2");
   EXPECT_EQ(block(), "19:0-23:1*");
   {
@@ -95,14 +100,10 @@ TEST_F(EditorMouse, ADragBeyondTheFirstOrTheLastRowScrollsAtOnceAndGoesOn) {
     runScreen();
     stopper.join();
   }
-  queueMouse(EventKind::Release, 1, 24);
-  runQueued();
+  mouse(EventKind::Release, 1, 24);
   const std::string top = row(0);
   EXPECT_NE(top, "2");
-  queueMouse(EventKind::Press, 0, 10);
-  queueMouse(EventKind::Drag, 0, 0);
-  queueMouse(EventKind::Release, 0, 0);
-  runQueued();
+  drag(0, 10, 0, 0);
   EXPECT_EQ(std::stoi(row(0)), std::stoi(top) - 1);
 }
 
@@ -114,23 +115,21 @@ TEST_F(EditorMouse, AReleaseOnTheKeyBarAfterADragIsNoKey) {
 
 TEST_F(EditorMouse, ADoubleClickMarksTheWord) {
   open("one two_2, x");
-  queueMouse(EventKind::Press, 6, 1);
-  queueMouse(EventKind::Release, 6, 1);
-  queueMouse(EventKind::Press, 6, 1);
-  queueMouse(EventKind::DoubleClick, 6, 1);
-  queueMouse(EventKind::Release, 6, 1);
-  runQueued();
+  leftButton({{EventKind::Press, 6, 1},
+              {EventKind::Release, 6, 1},
+              {EventKind::Press, 6, 1},
+              {EventKind::DoubleClick, 6, 1},
+              {EventKind::Release, 6, 1}});
   EXPECT_EQ(block(), "0:4*-0:9");
   EXPECT_EQ(place(), "0:4");
 }
 
 TEST_F(EditorMouse, ADragAfterADoubleClickExtendsByCharacters) {
   open("one two three");
-  queueMouse(EventKind::Press, 5, 1);
-  queueMouse(EventKind::DoubleClick, 5, 1);
-  queueMouse(EventKind::Drag, 1, 1);
-  queueMouse(EventKind::Release, 1, 1);
-  runQueued();
+  leftButton({{EventKind::Press, 5, 1},
+              {EventKind::DoubleClick, 5, 1},
+              {EventKind::Drag, 1, 1},
+              {EventKind::Release, 1, 1}});
   EXPECT_EQ(block(), "0:1*-0:7");
 }
 
@@ -199,9 +198,7 @@ TEST_F(EditorMouse, TheWheelStopsWithTheLastLineOnTheScreen) {
 
 TEST_F(EditorMouse, TheKeyBarIsPressedAndReleasedOverOneKey) {
   open("abc");
-  queueMouse(EventKind::Press, 2, 24);
-  queueMouse(EventKind::Release, 30, 24);
-  runQueued();
+  leftButton({{EventKind::Press, 2, 24}, {EventKind::Release, 30, 24}});
   EXPECT_EQ(place(), "0:0");
   press({Key::alt('i'), Key::alt('i')});
   EXPECT_EQ(keyBarKeyOf(6, 0), Key::F1);
