@@ -43,9 +43,9 @@ void put(CellString& out, std::wstring_view text, unsigned char attr) {
   for (wchar_t character : text) put(out, character, attr);
 }
 
-// How much a line may cost, in characters and words that are compared: a file of definitions may
-// hold so many rules that trying them all at each character would take minutes. No line of a
-// sensible file comes near.
+// How much a line may cost, in characters that are compared, and in lists that are asked for a
+// word: a file of definitions may hold so many rules that trying them all at each character would
+// take minutes. No line of a sensible file comes near.
 constexpr int64_t CostOfAnyLine = 65536;
 constexpr int64_t CostOfACharacter = 256;
 
@@ -53,14 +53,16 @@ constexpr int64_t CostOfACharacter = 256;
 class LineWalk {
  public:
   // What the line opens is kept in `opened` until its end: most of it is closed by then, and only
-  // the rest is worth nodes of the stack. No `out`: only the state is wanted.
+  // the rest is worth nodes of the stack. Once `out` has `cells`, only the state is wanted.
   LineWalk(const std::shared_ptr<const SyntaxDefinitions>& definitions, CContextStack& state,
-           std::vector<const CSyntaxElement*>& opened, std::wstring_view line, CellString* out)
+           std::vector<const CSyntaxElement*>& opened, std::wstring_view line, CellString& out,
+           int cells)
       : definitions_(definitions),
         state_(state),
         opened_(opened),
         line_(line),
         out_(out),
+        cells_(cells),
         left_(CostOfAnyLine + CostOfACharacter * static_cast<int64_t>(line.size())) {
     opened_.clear();
     seeTop();
@@ -73,8 +75,10 @@ class LineWalk {
       if ((traits & SyntaxTables::Opens) != 0 && openOrChange()) continue;
       if ((traits & SyntaxTables::Word) != 0) {
         takeWord();
-      } else {
+      } else if ((traits & SyntaxTables::Symbol) != 0 || isEscape(line_[at_])) {
         takeCharacter(traits);
+      } else {
+        takePlain();
       }
     }
     take(line_.size() - at_, definitions_->defaultColour);
@@ -105,9 +109,12 @@ class LineWalk {
     seeTop();
   }
 
+  size_t wantedCells() const { return static_cast<size_t>(std::max(cells_ - out_.length(), 0)); }
+  bool wantsCells() const { return out_.length() < cells_; }
+
   // The next `count` characters go out.
   void take(size_t count, unsigned char attr) {
-    if (out_ != nullptr) put(*out_, line_.substr(at_, count), attr);
+    put(out_, line_.substr(at_, std::min(count, wantedCells())), attr);
     at_ += count;
   }
 
@@ -149,42 +156,53 @@ class LineWalk {
 
   void takeWord() {
     size_t end = at_;
-    WordHash hash;
-    while (end < line_.size() && definitions_->wordCharacters[syntaxIndex(line_[end])]) {
-      hash.add(line_[end++]);
-    }
+    while (end < line_.size() && definitions_->wordCharacters[syntaxIndex(line_[end])]) ++end;
     const size_t length = end - at_;
-    take(length, out_ == nullptr ? colour_ : wordColour(line_.substr(at_, length), hash.value()));
+    take(length, wantsCells() ? wordColour(line_.substr(at_, length)) : colour_);
   }
 
-  unsigned char wordColour(std::wstring_view word, uint32_t hash) {
+  unsigned char wordColour(std::wstring_view word) {
     if (word.front() >= L'0' && word.front() <= L'9') {
       return scope_->number != nullptr ? scope_->number->colour : colour_;
     }
+    if (scope_->wordLists.empty()) return colour_;
+    const uint32_t hash = WordHash::of(word);
     for (const SyntaxWordList* list : scope_->wordLists) {
-      if (left_-- <= 0) break;
+      if (listsLeft_-- <= 0) break;
       if (list->words.holds(word, hash)) return list->colour;
     }
     return colour_;
+  }
+
+  bool isEscape(wchar_t character) const {
+    return top_ != nullptr && top_->escape != 0 && top_->escape == character;
+  }
+
+  // The characters from here on that no rule has anything to say about; the first one is.
+  void takePlain() {
+    size_t end = at_ + 1;
+    while (end < line_.size() && tables_->traits(line_[end]) == 0 && !isEscape(line_[end]) &&
+           !(top_ != nullptr && top_->end.beginsWith(line_[end]))) {
+      ++end;
+    }
+    take(end - at_, colour_);
   }
 
   void takeCharacter(unsigned char traits) {
     const wchar_t character = line_[at_];
     const bool isSymbol = (traits & SyntaxTables::Symbol) != 0;
     const unsigned char attr = isSymbol ? tables_->symbolColour[syntaxIndex(character)] : colour_;
-    const bool protects =
-        top_ != nullptr && top_->escape != 0 && top_->escape == character && at_ + 1 < line_.size();
-    if (!protects) {
-      take(1, attr);
-    } else {
+    if (isEscape(character) && at_ + 1 < line_.size()) {
       takePair(attr);
+    } else {
+      take(1, attr);
     }
   }
 
   void takePair(unsigned char attr) {
-    if (out_ != nullptr) {
-      putProtected(*out_, line_[at_], attr);
-      putProtected(*out_, line_[at_ + 1], attr);
+    if (wantsCells()) {
+      putProtected(out_, line_[at_], attr);
+      putProtected(out_, line_[at_ + 1], attr);
     }
     at_ += 2;
   }
@@ -202,9 +220,11 @@ class LineWalk {
   CContextStack& state_;
   std::vector<const CSyntaxElement*>& opened_;
   const std::wstring_view line_;
-  CellString* const out_;
+  CellString& out_;
+  const int cells_;
   size_t at_ = 0;
-  int64_t left_;  // of what the line may cost
+  int64_t left_;               // of what the line may cost: the state depends on it
+  int64_t listsLeft_ = left_;  // only colours do on this
   // All of these follow from what is open.
   const CSyntaxElement* top_ = nullptr;
   const SyntaxScope* scope_ = nullptr;
@@ -230,16 +250,18 @@ unsigned char CSyntax::defaultColour() const {
   return isActive_ ? definitions_->defaultColour : colourOf(Colour::FileViewer);
 }
 
-void CSyntax::colour(std::wstring_view line, CellString& out) {
+void CSyntax::colour(std::wstring_view line, CellString& out, int cells) {
   const std::wstring_view coloured = isActive_ ? line.substr(0, ColouredCharacters) : L"";
   out = CellString(defaultColour());
-  if (isActive_) LineWalk(definitions_, state_, opened_, coloured, &out).run();
-  put(out, line.substr(coloured.size()), defaultColour());
+  if (isActive_) LineWalk(definitions_, state_, opened_, coloured, out, cells).run();
+  const size_t rest = cells > out.length() ? static_cast<size_t>(cells - out.length()) : 0;
+  put(out, line.substr(coloured.size(), rest), defaultColour());
 }
 
 void CSyntax::skip(std::wstring_view line) {
   if (!isActive_) return;
-  LineWalk(definitions_, state_, opened_, line.substr(0, ColouredCharacters), nullptr).run();
+  CellString none;
+  LineWalk(definitions_, state_, opened_, line.substr(0, ColouredCharacters), none, 0).run();
 }
 
 void CSyntax::setState(const CContextStack& state) {

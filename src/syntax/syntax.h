@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -30,8 +31,9 @@ class CSyntax {
   unsigned char defaultColour() const;  // of all text when off
 
   // The cells of a line, which replace what `out` holds. Tabs and characters without a picture are
-  // resolved; a line has no line end. Leaves the state as the next line needs it.
-  void colour(std::wstring_view line, CellString& out);
+  // resolved; a line has no line end. Leaves the state as the next line needs it. Who wants only
+  // the first `cells` gets those and perhaps a few more, which is much cheaper for a long line.
+  void colour(std::wstring_view line, CellString& out, int cells = INT_MAX);
   // The same for whoever wants only the state; characters beyond ColouredCharacters aren't looked
   // at.
   void skip(std::wstring_view line);

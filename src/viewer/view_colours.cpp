@@ -22,15 +22,20 @@ std::wstring ViewColours::colouredPart(const ViewedLine& line) {
 void ViewColours::paint(const ViewedLine& line, int64_t cell, CellString& cells) {
   if (!active()) return;
   seeChanges();
-  if (line.start != paintedStart_) {
-    bringTo(line.start);
-    syntax_.colour(colouredPart(line), painted_);
-    pass(line);
-    paintedStart_ = line.start;
-  }
+  const int64_t wanted = cell + cells.length();
+  if (line.start != paintedStart_ || wanted > paintedCells_) colourLine(line, wanted);
   const int64_t coloured = std::max<int64_t>(painted_.length() - cell, 0);
   const int count = static_cast<int>(std::min<int64_t>(coloured, cells.length()));
   for (int i = 0; i < count; ++i) cells[i].attr = painted_[static_cast<int>(cell) + i].attr;
+}
+
+// The line at least as far as its first `wanted` cells.
+void ViewColours::colourLine(const ViewedLine& line, int64_t wanted) {
+  bringTo(line.start);
+  paintedStart_ = line.start;
+  paintedCells_ = static_cast<int>(std::min<int64_t>(wanted, INT_MAX - CellsAhead)) + CellsAhead;
+  syntax_.colour(colouredPart(line), painted_, paintedCells_);
+  pass(line);
 }
 
 // What was found stays true when the file only grows.

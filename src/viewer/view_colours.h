@@ -25,8 +25,10 @@ class ViewColours {
 
  private:
   static constexpr int64_t Nowhere = -1;
+  static constexpr int CellsAhead = 4096;  // of a wrapped line, for the rows below
 
   std::wstring colouredPart(const ViewedLine& line);
+  void colourLine(const ViewedLine& line, int64_t wanted);
   void seeChanges();
   void bringTo(int64_t position);
   void pass(const ViewedLine& line);
@@ -38,6 +40,7 @@ class ViewColours {
   bool isCertain_ = true;       // what it has open there isn't guessed
   CellString painted_;          // the line that was coloured last
   int64_t paintedStart_ = Nowhere;
+  int paintedCells_ = 0;  // so many of its cells are right, and all if it has no more
   // For which the above holds.
   int64_t version_ = Nowhere;
   int64_t rewrites_ = Nowhere;

@@ -271,6 +271,41 @@ TEST(Syntax, SkippingALineLeavesTheStateOfColouringIt) {
   }
 }
 
+TEST(Syntax, TheFirstCellsAloneAreThoseOfTheWholeLine) {
+  CSyntax whole =
+      engineWith("wordchars:_\nwords:white:if\nstring:red:\":\":\\ \nblockcomment:green:(:)");
+  CSyntax part = whole;
+  const std::wstring line = L"if a_b \"x\\\"y\" 12\tif (if (";
+  CellString all;
+  CellString some;
+  whole.colour(line, all);
+  for (int cells = 0; cells <= all.length() + 1; ++cells) {
+    part.reset();
+    part.colour(line, some, cells);
+    ASSERT_GE(some.length(), std::min(cells, all.length()));
+    for (int i = 0; i < some.length(); ++i) ASSERT_EQ(some[i], all[i]) << cells << " " << i;
+    EXPECT_TRUE(part.state() == whole.state()) << cells;
+  }
+}
+
+TEST(Syntax, OfALongLineTheFirstCellsAreAllThatIsMade) {
+  for (CSyntax engine : {CSyntax(), engineWith("words:white:if")}) {
+    CellString cells;
+    engine.colour(std::wstring(3 * CSyntax::ColouredCharacters, L'+'), cells, 100);
+    EXPECT_EQ(cells.length(), 100);
+  }
+}
+
+TEST(Syntax, ALineThatAsksForTooManyWordsHasTheStateOfOneThatIsSkipped) {
+  std::string rules = "blockcomment:red:(:)\n";
+  for (int i = 0; i < 70000; ++i) rules += "words:white:w\n";
+  CSyntax coloured = engineWith(rules);
+  CSyntax skipped = coloured;
+  coloursOf(coloured, L"a b c (");
+  skipped.skip(L"a b c (");
+  EXPECT_TRUE(coloured.state() == skipped.state());
+}
+
 TEST(Syntax, AStateThatWasKeptIsTakenUpAgain) {
   CSyntax engine = engineWith("blockcomment:red:/*:*/");
   engine.skip(L"/*");

@@ -185,6 +185,24 @@ TEST_F(ViewColoursTest, WrappedRowsAndMovedOnesShowTheirPartOfTheLine) {
   EXPECT_EQ(row(moved, 1, 80).find("777"), 39U);
 }
 
+TEST_F(ViewColoursTest, EachPartOfALongLineShowsItsColoursInWhateverOrder) {
+  std::string line;
+  std::string wanted;
+  std::mt19937 random(5);
+  while (line.size() < 20000) {
+    const size_t plain = random() % 90;
+    line += std::string(plain, 'x') + " 12 ";
+    wanted += std::string(plain, '.') + ".77.";
+  }
+  open(line + "\n");
+  const ViewedLine shown = file.lineAt(0);
+  for (const int cell : {0, 4000, 4090, 4100, 80, 19000, 0, 8100}) {
+    CellString cells(std::wstring(80, L' ').c_str(), colourOf(Colour::FileViewer));
+    colours.paint(shown, cell, cells);
+    EXPECT_EQ(digits(cells), wanted.substr(static_cast<size_t>(cell), 80)) << cell;
+  }
+}
+
 TEST_F(ViewColoursTest, AHitIsMarkedOverTheColours) {
   const Shot shot = last("12 34\n", {}, 3);
   EXPECT_EQ(shot.at(3, 1).attr, colourOf(Colour::Highlight));
