@@ -59,6 +59,7 @@ enum Colour { Red; Green = 2 }
 class Car : Vehicle { [string]$Name; Car([string]$n) { $this.Name = $n } static [int] Count() { return 1 } }
 $result = 1..10 | ForEach-Object { $_ * 2 } | Sort-Object -Descending
 $y=Get-Date;$z=1
+$low = -1; $list[-1]
 $x = $result -join ', ' -split ',' -replace 'a', 'b'
 if ($x -ne $null -and $x.Length -le 5) { exit 1 }
 "never closed
