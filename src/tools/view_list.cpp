@@ -58,7 +58,8 @@ void updateEntry(Panel& panel, int index) {
   item->mode = now->mode;
   item->time = now->time;
   item->date = now->date;
-  if (isDrawable(panel)) drawEntry(panel, index);
+  if (index != panel.currentIndex()) return drawEntry(panel, index);
+  drawCursor(panelPair().sideOf(panel), CursorBar::On);
 }
 
 void moveCursorTo(Panel& panel, int index) {

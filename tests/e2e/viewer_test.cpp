@@ -44,6 +44,9 @@ TEST_F(Viewer, F3ShowsTheFileAndEscTheUnchangedPanels) {
   expectTop("line 1.");
   press(XK_Escape);
   expectSoon("the panels as they were", [this, before] { return screen() == before; });
+  expectSoon("the title of the panels", [this] {
+    return XKeys::get().windowTitle(console->windowId()) == "TD/X: " + left().path();
+  });
   EXPECT_EQ(quit(), 0);
 }
 

@@ -2,6 +2,7 @@
 
 #include "editor/text/file_status_store.h"
 #include "filecommands/archive_actions.h"
+#include "options/colours.h"
 #include "panels/picture/panel_draw.h"
 #include "panels/reader/directory_reader.h"
 #include "tools/tools_test.h"
@@ -80,15 +81,18 @@ TEST_F(ViewListTest, BehindTheLastFileAWindowTellsAndTheSameFileIsViewedAgain) {
   leftDir.write("only", "the only file");
   readAndMoveTo("only");
   std::string shown;
+  int bar = 0;
   Beside user([&] {
     queueKey(Key::AltUp);
     EXPECT_TRUE(waitToShow("No more files"));
     shown = screenText();
+    bar = attrAt(1, rowWith("only"));
     EXPECT_TRUE(waitUntil([&] { return rowText(1).starts_with("the only file"); }));
     queueKey(Key::Esc);
   });
   viewList(left());
   EXPECT_EQ(shown.find("View:"), std::string::npos) << "over the panels";
+  EXPECT_EQ(bar, colourOf(Colour::Highlight)) << "the cursor's bar is where it was";
   EXPECT_EQ(current(), "only");
 }
 
