@@ -196,6 +196,30 @@ TEST_F(EditorMouse, TheWheelStopsWithTheLastLineOnTheScreen) {
   EXPECT_EQ(row(0), "3");
 }
 
+TEST_F(EditorMouse, TheBlockStaysUntilTheViewMoves) {
+  open(numbered(60));
+  const auto wheel = [this](int direction) {
+    queueWheel(direction);
+    runQueued();
+  };
+  press({{Key::ShiftRight, Shift}});
+  wheel(1);
+  EXPECT_EQ(block(), "0:0-0:1*") << "already at the start";
+  mouse(EventKind::Press, 10, 12, 2);
+  mouse(EventKind::Release, 10, 12, 2);
+  EXPECT_EQ(block(), "0:0-0:1*") << "nothing in the middle";
+  wheel(-1);
+  EXPECT_EQ(block(), "");
+}
+
+TEST_F(EditorMouse, ShiftAndTheWheelExtendTheBlock) {
+  open(numbered(60));
+  press({{Key::ShiftRight, Shift}});
+  queueWheel(-1, Shift);
+  runQueued();
+  EXPECT_EQ(block(), "0:0-3:1*");
+}
+
 TEST_F(EditorMouse, TheKeyBarIsPressedAndReleasedOverOneKey) {
   open("abc");
   leftButton({{EventKind::Press, 2, 24}, {EventKind::Release, 30, 24}});

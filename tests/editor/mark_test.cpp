@@ -57,6 +57,40 @@ TEST_F(EditorMark, TheStickyMarkExtendsWithoutShift) {
   EXPECT_EQ(block(), "");
 }
 
+TEST_F(EditorMark, TheStickyMarkGoesOnWithWhatIsMarked) {
+  open("abcdef");
+  press({{Key::ShiftRight, Shift}, Key::alt('s')});
+  EXPECT_EQ(block(), "0:0-0:1*");
+  press({Key::Right});
+  EXPECT_EQ(block(), "0:0-0:2*");
+}
+
+TEST_F(EditorMark, TheStickyMarkBeginsWhereItWasSet) {
+  open("abc\ndef\n");
+  press({Key::ctrlDigit(1) | Key::ShiftedKey, Key::Down, Key::alt('s'), Key::ctrlDigit(1)});
+  press({Key::Right});
+  EXPECT_EQ(block(), "0:1*-1:0");
+}
+
+TEST_F(EditorMark, UnderTheStickyMarkAKeyThatChangesNoTextKeepsTheBlock) {
+  for (const Key::Code key :
+       {Key::Insert, Key::Insert, Key::alt('i'), Key::alt('i'), Key::alt('4'), Key::alt('u'),
+        Key::alt('h'), Key::F9, Key::ctrl('q'), Key::ctrl('l')}) {
+    open("abc\ndef\n");
+    press({Key::alt('s'), Key::Down, key});
+    EXPECT_EQ(block(), "0:0-1:0*") << key;
+  }
+}
+
+TEST_F(EditorMark, ADeletionUnderTheStickyMarkBeginsItAnew) {
+  open("abcdef");
+  press({Key::alt('s'), Key::Right, Key::Backspace});
+  EXPECT_EQ(bytes(), "bcdef");
+  EXPECT_EQ(block(), "");
+  press({Key::Right});
+  EXPECT_EQ(block(), "0:0-0:1*");
+}
+
 TEST_F(EditorMark, TypingEndsTheStickyMark) {
   open("abc");
   press({Key::alt('s'), Key::Right});
@@ -87,6 +121,20 @@ TEST_F(EditorMark, ABookmarkLeavesTheBlockAlone) {
   EXPECT_EQ(place(), "0:0");
   press({Key::F1});
   EXPECT_EQ(block(), "") << "a key that keeps it only does with the cursor at its end";
+}
+
+TEST_F(EditorMark, ABlockWithoutTextIsNone) {
+  open("abc\ndef\n");
+  press({Key::ctrlDigit(1) | Key::ShiftedKey,
+         Key::Down,
+         {Key::ShiftRight, Shift},
+         {Key::ShiftLeft, Shift},
+         Key::ctrlDigit(1)});
+  type("x");
+  EXPECT_EQ(bytes(), "xabc\ndef\n") << "at the cursor, not where the block was";
+  GlobalOptions::IndentWidth = 1;
+  press({{Key::ShiftRight, Shift}, {Key::ShiftLeft, Shift}, {Key::AltRight, Alt}});
+  EXPECT_EQ(bytes(), " xabc\ndef\n");
 }
 
 TEST_F(EditorMark, CtrlAMarksAllAndGoesToTheEnd) {

@@ -36,9 +36,10 @@ void cutBehind(CTextEditor& editor) {
 void paste(CTextEditor& editor) {
   editor.stickyMark = false;
   const TextSpan text = clipboard().get(editor.document.lineEndStyle());
-  const TextPlace from = editor.block.active ? editor.block.start : editor.cursor();
-  const TextPlace to = editor.block.active ? editor.block.end : editor.cursor();
-  if (!text.empty() && fitsLine(editor.document, from, to, text)) editor.changeBlock(text);
+  const TextRange range = editor.replacedRange();
+  if (!text.empty() && fitsLine(editor.document, range.from, range.to, text)) {
+    editor.changeBlock(text);
+  }
 }
 
 void copyWord(CTextEditor& editor) {

@@ -7,7 +7,8 @@
 
 class CTextEditor;
 
-// What becomes of the block when a command has run.
+// What becomes of the block when a command has run. Under the sticky mark it never ends, unless the
+// text was changed.
 enum class BlockUse {
   Drops,  // nothing is marked any more
   Keeps,  // dropped only when the cursor has left its moving end

@@ -27,8 +27,9 @@ wchar_t characterOf(Key::Code key) {
   return isText ? character : 0;
 }
 
-bool extendsBlock(const CTextEditor& editor, int shiftState) {
-  return editor.stickyMark || (shiftState & ShiftState::Shift) != 0;
+// Of a move of the view, which may leave the cursor where it is.
+BlockUse blockUseOfView(int shiftState) {
+  return (shiftState & ShiftState::Shift) != 0 ? BlockUse::Moves : BlockUse::Jumps;
 }
 
 }  // namespace
@@ -73,10 +74,10 @@ void EditorScreen::performKey(Key::Code key, int shiftState) {
 }
 
 void EditorScreen::afterCommand(BlockUse use, int shiftState, TextPlace anchor) {
-  const bool extends = use == BlockUse::Moves   ? extendsBlock(editor_, shiftState)
-                       : use == BlockUse::Jumps ? editor_.stickyMark
-                                                : false;
-  if (extends) return editor_.extendBlock(anchor);
+  const bool isShifted = use == BlockUse::Moves && (shiftState & ShiftState::Shift) != 0;
+  const bool moves = use == BlockUse::Moves || use == BlockUse::Jumps;
+  if (isShifted || (moves && editor_.stickyMark)) return editor_.extendBlock(anchor);
+  if (editor_.stickyMark) return;
   const bool keeps = use == BlockUse::Keeps || use == BlockUse::Jumps;
   if (keeps && editor_.cursor() == editor_.block.cursorEnd()) return;
   editor_.dropBlock();
@@ -128,7 +129,7 @@ void EditorScreen::mouseInText(const MouseMessage& mouse, TextPlace anchor) {
       return repeatStep();
     case MouseKind::Wheel:
       scrollWithCursor(editor_, mouse.wheel > 0 ? -WheelLines : WheelLines);
-      return afterCommand(BlockUse::Moves, mouse.state, anchor);
+      return afterCommand(blockUseOfView(mouse.state), mouse.state, anchor);
     default:
       return;
   }
@@ -171,7 +172,7 @@ void EditorScreen::repeatStep() {
     case Repeat::PageUp:
     case Repeat::PageDown:
       repeat_ == Repeat::PageUp ? pageUp(editor_) : pageDown(editor_);
-      return afterCommand(BlockUse::Moves, lastShiftState(), anchor);
+      return afterCommand(blockUseOfView(lastShiftState()), lastShiftState(), anchor);
     case Repeat::ScrollUp:
     case Repeat::ScrollDown:
       return dragStep();

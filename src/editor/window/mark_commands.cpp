@@ -25,8 +25,9 @@ void toggleStickyMark(CTextEditor& editor) {
 void indent(CTextEditor& editor, int64_t columns) {
   const TextBlock block = editor.block;
   const TextPlace cursor = editor.cursor();
-  const int64_t first = block.active ? block.start.line : cursor.line;
-  const int64_t behind = block.active ? block.end.line : first + 1;
+  const bool hasBlock = editor.hasBlock();
+  const int64_t first = hasBlock ? block.start.line : cursor.line;
+  const int64_t behind = hasBlock ? block.end.line : first + 1;
   EscapeWatch watch;
   const auto change = indentChange(editor.document, first, behind, columns, GlobalOptions::TabWidth,
                                    [&watch] { return watch.pressed(); });
@@ -37,7 +38,7 @@ void indent(CTextEditor& editor, int64_t columns) {
     return TextPlace{first, std::max<int64_t>(place.index + moved, 0)};
   };
   editor.change(change->from, change->to, change->text, StepKind::Single, followed(cursor));
-  if (block.active) editor.setBlock(followed(block.start), block.end, block.cursorAt);
+  if (hasBlock) editor.setBlock(followed(block.start), block.end, block.cursorAt);
 }
 
 void indentLess(CTextEditor& editor) {
@@ -63,6 +64,6 @@ EditCommands markCommands() {
       {"Select all", {Key::ctrl('a')}, selectAll, BlockUse::Keeps},
       {"Indent less", {Key::AltLeft}, indentLess, BlockUse::Keeps},
       {"Indent more", {Key::AltRight}, indentMore, BlockUse::Keeps},
-      {"Sticky mark", {Key::alt('s')}, toggleStickyMark},
+      {"Sticky mark", {Key::alt('s')}, toggleStickyMark, BlockUse::Moves},
   };
 }

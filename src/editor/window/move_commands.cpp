@@ -154,7 +154,7 @@ EditCommands moveCommands() {
   };
   for (EditCommand& row : rows) row.block = BlockUse::Moves;
   rows.push_back({"Matching bracket", {Key::alt('['), Key::alt('m')}, toBracket, BlockUse::Moves});
-  rows.push_back({"Scroll up", {Key::CtrlUp}, scrollUp, BlockUse::Keeps});
-  rows.push_back({"Scroll down", {Key::CtrlDown}, scrollDown, BlockUse::Keeps});
+  rows.push_back({"Scroll up", {Key::CtrlUp}, scrollUp, BlockUse::Jumps});
+  rows.push_back({"Scroll down", {Key::CtrlDown}, scrollDown, BlockUse::Jumps});
   return rows;
 }

@@ -44,7 +44,7 @@ void search(CTextEditor& editor, const SearchQuery& query, Start start, Miss mis
 
 // Whether what is marked at the cursor is what the query looks for.
 bool isMarkedHit(const CTextEditor& editor, const SearchQuery& query) {
-  if (!editor.block.active || editor.block.start != editor.cursor()) return false;
+  if (!editor.hasBlock() || editor.block.start != editor.cursor()) return false;
   if (editor.block.end.line != editor.cursor().line) return false;
   if (editor.block.end.index - editor.cursor().index != std::ssize(query.text)) return false;
   return isHit(editor.document, query, editor.cursor());

@@ -124,7 +124,11 @@ void CTextEditor::extendBlock(TextPlace anchor) {
 }
 
 TextSpan CTextEditor::blockText() const {
-  return block.active ? document.span(block.start, block.end) : TextSpan();
+  return hasBlock() ? document.span(block.start, block.end) : TextSpan();
+}
+
+TextRange CTextEditor::replacedRange() const {
+  return hasBlock() ? TextRange{block.start, block.end} : TextRange{view.cursor, view.cursor};
 }
 
 // ---- changing the text
@@ -164,15 +168,14 @@ void CTextEditor::deleteSpan(TextPlace from, TextPlace to) {
 }
 
 void CTextEditor::changeBlock(const TextSpan& inserted, StepKind kind) {
-  const TextPlace from = block.active ? block.start : view.cursor;
-  const TextPlace to = block.active ? block.end : view.cursor;
-  change(from, to, inserted, kind);
+  const TextRange range = replacedRange();
+  change(range.from, range.to, inserted, kind);
 }
 
 bool CTextEditor::hasRoomFor(int64_t count) const {
-  if (!block.active) return document.lineLength(view.cursor.line) + count <= LongestEditedLine;
-  const int64_t rest = document.lineLength(block.end.line) - block.end.index;
-  return block.start.index + rest + count <= LongestEditedLine;
+  const TextRange range = replacedRange();
+  const int64_t rest = document.lineLength(range.to.line) - range.to.index;
+  return range.from.index + rest + count <= LongestEditedLine;
 }
 
 TextSpan CTextEditor::spanOf(std::wstring_view text) const {

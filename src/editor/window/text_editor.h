@@ -6,6 +6,7 @@
 
 #include "editor/document/document.h"
 #include "editor/document/text_place.h"
+#include "editor/document/text_rules.h"
 #include "editor/document/text_span.h"
 #include "editor/document/undo.h"
 #include "editor/window/edited_file.h"
@@ -83,6 +84,8 @@ class CTextEditor {
   // From the block's fixed end, or from `anchor` without one, to the cursor.
   void extendBlock(TextPlace anchor);
   TextSpan blockText() const;
+  // What a text that comes in replaces: the block, or nothing at the cursor.
+  TextRange replacedRange() const;
 
   // ---- changing the text
 
@@ -93,11 +96,11 @@ class CTextEditor {
               StepKind kind = StepKind::Single, std::optional<TextPlace> cursorAfter = {});
   // What is typed from now on is a command of its own.
   void endTyping() { typing_ = 0; }
-  // `change` of the block, or with nothing at the cursor.
+  // `change` of the replaced range.
   void changeBlock(const TextSpan& inserted, StepKind kind = StepKind::Single);
   // `change` to nothing, unless that would join lines to one that is too long.
   void deleteSpan(TextPlace from, TextPlace to);
-  // Whether `count` characters more may come into the cursor's line, the block deleted before.
+  // Whether `count` characters may come into a line in the place of the replaced range.
   bool hasRoomFor(int64_t count) const;
   // A text whose lines end as those of the document do.
   TextSpan spanOf(std::wstring_view text) const;

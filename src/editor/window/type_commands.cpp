@@ -103,13 +103,12 @@ int64_t struckAt(const CTextEditor& editor, TextPlace place) {
 }  // namespace
 
 void insertCharacter(CTextEditor& editor, wchar_t character) {
-  const TextPlace from = editor.block.active ? editor.block.start : editor.cursor();
-  TextPlace to = editor.block.active ? editor.block.end : from;
-  const int64_t struck = struckAt(editor, to);
+  TextRange range = editor.replacedRange();
+  const int64_t struck = struckAt(editor, range.to);
   if (!editor.hasRoomFor(1 - struck)) return;
   editor.stickyMark = false;
-  to.index += struck;
-  editor.change(from, to, editor.spanOf({&character, 1}), StepKind::Typed);
+  range.to.index += struck;
+  editor.change(range.from, range.to, editor.spanOf({&character, 1}), StepKind::Typed);
 }
 
 void insertQuoted(CTextEditor& editor, wchar_t character) {
