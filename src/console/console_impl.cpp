@@ -39,6 +39,7 @@ void CConsole::Impl::start() {
 void CConsole::Impl::stop() {
   if (displayLost()) restForEver();
   whenDisplayLost(nullptr, nullptr);
+  handClipboardOver(GTK_WIDGET(window.gobj()), clipboardOffer);
   {
     ToolkitLock lock;
     if (!lock.usable()) restForEver();

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <string>
 
+#include "console/clipboard_handover.h"
 #include "console/console.h"
 #include "console/console_window.h"
 #include "console/grid.h"
@@ -39,7 +40,7 @@ struct CConsole::Impl {
   std::atomic<int> codePage{850};
   std::atomic<unsigned char> defaultAttr{7};
   std::string title;
-  std::shared_ptr<std::atomic<bool>> clipboardOffer;  // whether the last one stands; or null
+  std::shared_ptr<ClipboardOffer> clipboardOffer;  // the last one, or null
   std::atomic<int> batchDepth{0};
   std::atomic<unsigned long> paintCount{0};
   TerminalSession* terminal = nullptr;  // the window's; application thread

@@ -29,25 +29,22 @@ GtkClipboard* clipboard() {
   return gtk_clipboard_get(GDK_SELECTION_CLIPBOARD);
 }
 
-// When the toolkit ends it hands the text to the desktop's clipboard manager, if there is one.
-void leaveToDesktop() {
-  gtk_clipboard_set_can_store(clipboard(), nullptr, 0);
-}
-
 // What the toolkit holds for as long as an offered text stands.
 struct OfferedText {
   std::function<std::string()> text;
-  std::shared_ptr<std::atomic<bool>> stands;
+  std::shared_ptr<ClipboardOffer> offer;
 };
 
 void onTextWanted(GtkClipboard*, GtkSelectionData* wanted, guint, gpointer offered) {
-  const std::string text = static_cast<OfferedText*>(offered)->text();
+  const OfferedText& own = *static_cast<OfferedText*>(offered);
+  ++own.offer->requests;
+  const std::string text = own.text();
   gtk_selection_data_set_text(wanted, text.data(), static_cast<gint>(text.size()));
 }
 
 void onOfferEnded(GtkClipboard*, gpointer offered) {
   const std::unique_ptr<OfferedText> ended(static_cast<OfferedText*>(offered));
-  *ended->stands = false;
+  ended->offer->stands = false;
 }
 
 // Shared by the waiting thread and the toolkit's answer, which may come after the wait was given
@@ -110,7 +107,6 @@ void CConsole::setClipboardText(const Westring& text) {
   ToolkitLock lock;
   if (!lock.usable()) return;
   gtk_clipboard_set_text(clipboard(), utf8.data(), -1);
-  leaveToDesktop();
 }
 
 void CConsole::offerClipboardText(std::function<std::string()> text) {
@@ -120,21 +116,20 @@ void CConsole::offerClipboardText(std::function<std::string()> text) {
   gtk_target_list_add_text_targets(list, 0);
   gint count = 0;
   GtkTargetEntry* const targets = gtk_target_table_new_from_list(list, &count);
-  impl_->clipboardOffer = std::make_shared<std::atomic<bool>>(true);
+  impl_->clipboardOffer = std::make_shared<ClipboardOffer>();
   auto offered = std::make_unique<OfferedText>(OfferedText{std::move(text), impl_->clipboardOffer});
   if (gtk_clipboard_set_with_data(clipboard(), targets, static_cast<guint>(count), onTextWanted,
                                   onOfferEnded, offered.get())) {
     static_cast<void>(offered.release());
-    leaveToDesktop();
   } else {
-    *impl_->clipboardOffer = false;
+    impl_->clipboardOffer->stands = false;
   }
   gtk_target_table_free(targets, count);
   gtk_target_list_unref(list);
 }
 
 bool CConsole::isClipboardOffered() const {
-  return impl_->clipboardOffer && *impl_->clipboardOffer;
+  return impl_->clipboardOffer && impl_->clipboardOffer->stands;
 }
 
 // The answer comes on the toolkit thread, which needs the lock: it isn't held during the wait.

@@ -163,6 +163,31 @@ TEST_F(Editor, TheProgramCanEditOneFileAlone) {
   EXPECT_EQ(home().read("story"), "xOnce upon a time\n");
 }
 
+TEST_F(Editor, WhatWasCopiedOutlivesTheProgramWhereTheDesktopKeepsIt) {
+  keys().becomeClipboardManager();
+  edit("one two\n");
+  press(XK_Right, {XK_Control_L, XK_Shift_L});
+  press(XK_c, {XK_Control_L});
+  press(XK_Escape);
+  expectText("2Menu");
+  press(XK_F10);
+  press(XK_Return);
+  EXPECT_EQ(keys().takeClipboardOver(XKeys::ManagerAnswer::Given), "one");
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
+TEST_F(Editor, AManagerThatNeverAnswersDoesNotKeepTheProgram) {
+  keys().becomeClipboardManager();
+  edit("one two\n");
+  press(XK_w, {XK_Control_L});
+  press(XK_Escape);
+  expectText("2Menu");
+  press(XK_F10);
+  press(XK_Return);
+  EXPECT_EQ(keys().takeClipboardOver(XKeys::ManagerAnswer::Forgotten), "one");
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
 TEST_F(Editor, ShiftF4MakesANewFile) {
   start();
   press(XK_F4, {XK_Shift_L});

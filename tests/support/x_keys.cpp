@@ -35,6 +35,19 @@ struct XKeys::Impl {
 
   void sync() const { XSync(display, False); }
 
+  // Tells who asked for a selection where it now is.
+  void answer(const XSelectionRequestEvent& request, Atom property) const {
+    XEvent answer{};
+    answer.xselection.type = SelectionNotify;
+    answer.xselection.requestor = request.requestor;
+    answer.xselection.selection = request.selection;
+    answer.xselection.target = request.target;
+    answer.xselection.time = request.time;
+    answer.xselection.property = property;
+    XSendEvent(display, request.requestor, False, NoEventMask, &answer);
+    sync();
+  }
+
   void fake(KeyCode key, bool down) const {
     XTestFakeKeyEvent(display, key, down ? True : False, CurrentTime);
     sync();
@@ -319,6 +332,23 @@ std::string XKeys::readClipboard(int timeoutMs) {
   return text;
 }
 
+void XKeys::becomeClipboardManager() {
+  const Atom manager = XInternAtom(impl_->display, "CLIPBOARD_MANAGER", False);
+  XSetSelectionOwner(impl_->display, manager, impl_->helper, CurrentTime);
+  impl_->sync();
+}
+
+std::string XKeys::takeClipboardOver(ManagerAnswer answer) {
+  Display* display = impl_->display;
+  XEvent event;
+  if (!waitUntil([&] { return XCheckTypedEvent(display, SelectionRequest, &event) == True; })) {
+    return "nobody asked";
+  }
+  const std::string text = readClipboard();
+  if (answer == ManagerAnswer::Given) impl_->answer(event.xselectionrequest, None);
+  return text;
+}
+
 void XKeys::ownClipboard(const std::string& utf8Text, int serveMs) {
   Display* display = impl_->display;
   const Atom selection = XInternAtom(display, "CLIPBOARD", False);
@@ -330,21 +360,13 @@ void XKeys::ownClipboard(const std::string& utf8Text, int serveMs) {
         XEvent event;
         if (!XCheckTypedEvent(display, SelectionRequest, &event)) return false;
         const XSelectionRequestEvent& request = event.xselectionrequest;
-        XEvent answer{};
-        answer.xselection.type = SelectionNotify;
-        answer.xselection.requestor = request.requestor;
-        answer.xselection.selection = request.selection;
-        answer.xselection.target = request.target;
-        answer.xselection.time = request.time;
         const bool known = request.target == utf8;
         if (known) {
           XChangeProperty(display, request.requestor, request.property, utf8, 8, PropModeReplace,
                           reinterpret_cast<const unsigned char*>(utf8Text.data()),
                           static_cast<int>(utf8Text.size()));
-          answer.xselection.property = request.property;
         }
-        XSendEvent(display, request.requestor, False, NoEventMask, &answer);
-        impl_->sync();
+        impl_->answer(request, known ? request.property : None);
         return known;
       },
       serveMs);

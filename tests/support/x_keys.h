@@ -56,6 +56,11 @@ class XKeys {
   // The selection CLIPBOARD as another program would read or own it.
   std::string readClipboard(int timeoutMs = 10000);
   void ownClipboard(const std::string& utf8Text, int serveMs);
+  // The manager of the desktop's clipboard: once a program asks it to, it takes the text over. It
+  // may be one that never tells the program that it has.
+  enum class ManagerAnswer { Given, Forgotten };
+  void becomeClipboardManager();
+  std::string takeClipboardOver(ManagerAnswer answer);
 
  private:
   XKeys();
