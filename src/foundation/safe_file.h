@@ -57,11 +57,14 @@ class SafeFile {
  private:
   int lookAtTarget();
   int createBeside();
+  int passOn();
   int dress(mode_t newMode);
   int dressAs(const struct stat& old);
   int syncDirectory();
 
   Descriptor fd_;
+  off_t size_ = 0;      // of the new file
+  off_t passedOn_ = 0;  // how much of it is on its way to the disk
   WrittenPlace place_;
   std::string temporary_;  // name in the place's directory; "" when there is none
   std::string temporaryPath_;

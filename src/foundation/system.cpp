@@ -116,7 +116,8 @@ int close(int fd) {
 }
 
 ssize_t read(int fd, void* buffer, size_t bytes) {
-  return guarded({"read", NoPath, fd}, [&] { return ::read(fd, buffer, bytes); });
+  return shown("read", buffer,
+               guarded({"read", NoPath, fd}, [&] { return ::read(fd, buffer, bytes); }));
 }
 
 ssize_t readAt(int fd, void* buffer, size_t bytes, off_t position) {
@@ -147,6 +148,11 @@ int reserve(int fd, off_t length) {
 
 int sync(int fd) {
   return guarded({"sync", NoPath, fd}, [&] { return ::fsync(fd); });
+}
+
+int writeBack(int fd, off_t from, off_t length, unsigned flags) {
+  return guarded({"writeBack", NoPath, fd},
+                 [&] { return ::sync_file_range(fd, from, length, flags); });
 }
 
 int lock(int fd, int operation) {

@@ -25,6 +25,8 @@ off_t seek(int fd, off_t position, int whence);
 int truncate(int fd, off_t length);
 int reserve(int fd, off_t length);  // room on the disk for so many bytes; content and size stay
 int sync(int fd);
+// sync_file_range: begins to bring a part to the disk, or waits until it is there.
+int writeBack(int fd, off_t from, off_t length, unsigned flags);
 int lock(int fd, int operation);  // flock: advisory, gone when the file is closed
 int stat(const char* path, struct ::stat* result);
 int lstat(const char* path, struct ::stat* result);
@@ -92,8 +94,8 @@ struct Call {
 using PlaceHook = int (*)(const Call& call, void* context);
 void setPlaceHook(PlaceHook hook, void* context);
 
-// For tests: called after each fstat, statx, readNames and statFs that succeeded, with its name,
-// the memory that it filled and what it returned; may change what was found, so that devices,
+// For tests: called after each read, fstat, statx, readNames and statFs that succeeded, with its
+// name, the memory that it filled and what it returned; may change what was found, so that devices,
 // mounts and file systems can be had without making any. Null removes it. Set while no other thread
 // works.
 using FoundHook = void (*)(const char* call, void* found, ssize_t result, void* context);

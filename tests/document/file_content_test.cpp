@@ -1,12 +1,15 @@
 #include "editor/text/file_content.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
+#include <string_view>
 
 #include "foundation/path_info.h"
 #include "foundation/status.h"
@@ -104,6 +107,61 @@ TEST_F(FileContentTest, ATooLargeFileIsRefusedBeforeItIsRead) {
   EXPECT_STREQ(errorTextShort(Status::TooLarge).data(), "File is too large to edit");
   expectNothing();
 }
+
+// As long as it lives, the machine has no memory left that could be had.
+class NoMemoryLeft {
+ public:
+  NoMemoryLeft() { System::setFoundHook(onFound, nullptr); }
+  ~NoMemoryLeft() { System::setFoundHook(nullptr, nullptr); }
+
+ private:
+  static void onFound(const char* call, void* found, ssize_t length, void*) {
+    if (std::string_view(call) != "read") return;
+    const std::string_view table(static_cast<char*>(found), static_cast<size_t>(length));
+    const size_t figure = table.find("MemAvailable:");
+    if (figure == std::string_view::npos) return;
+    for (size_t at = figure; at < table.size() && table[at] != '\n'; ++at) {
+      if (isdigit(table[at])) static_cast<char*>(found)[at] = '0';
+    }
+  }
+};
+
+TEST_F(FileContentTest, AFileThatIsLargerThanTheMemoryLeftIsRefusedBeforeItIsRead) {
+  dir.write("file", longText());
+  dir.write("empty", "");
+  {
+    const NoMemoryLeft none;
+    const FaultHook calls;
+    EXPECT_EQ(load(), Status::TooLarge);
+    EXPECT_EQ(calls.calls("readAt"), 0);
+    expectNothing();
+    EXPECT_EQ(load("empty"), 0);
+  }
+  EXPECT_EQ(load(), 0);
+}
+
+TEST_F(FileContentTest, WhereTheSystemDoesNotTellItsMemoryFilesAreRead) {
+  dir.write("file", longText());
+  const FaultHook untold("read", EIO);
+  EXPECT_EQ(load(), 0);
+  EXPECT_TRUE(untold.hit());
+}
+
+// A sanitizer takes more room than the limit gives, and ends the program itself.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(FileContentTest, WithoutMemoryTheFileIsTooLarge) {
+  dir.write("file", "");
+  ASSERT_EQ(truncate(dir.path("file").c_str(), off_t{1} << 30), 0);
+  EXPECT_EQ(runInChild([&] {
+              constexpr rlim_t most = rlim_t{512} << 20;  // of addresses
+              const rlimit limit{most, most};
+              ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+              EXPECT_EQ(load(), Status::TooLarge);
+              expectNothing();
+            }),
+            0);
+}
+#endif
 
 TEST_F(FileContentTest, AFileThatTellsNoSizeIsReadToItsEnd) {
   ASSERT_EQ(readFileContent(L"/proc/self/status", content), 0);

@@ -14,6 +14,7 @@
 #include "foundation/status.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
+#include "support/files.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -237,6 +238,45 @@ TEST_F(SafeFileTest, AFileSystemWithoutModesOrFlushIsNoFailure) {
   for (int error : {EINVAL, ENOSYS}) {
     const FaultHook hook("sync", error);
     EXPECT_EQ(replace(dir.wide("target")), 0) << error;
+  }
+}
+
+TEST_F(SafeFileTest, ALargeFileIsOnItsWayToTheDiskWhileItIsWritten) {
+  const std::string text(size_t{100} << 20, 'x');
+  const auto writeAll = [&](int& calls) {
+    const FaultHook counted;
+    SafeFile file;
+    int error = file.create(dir.wide("target"));
+    for (size_t at = 0; at < text.size() && error == 0; at += size_t{1} << 20) {
+      error = file.write(text.data() + at, size_t{1} << 20);
+    }
+    calls = counted.calls("writeBack");
+    return error ? error : file.commit();
+  };
+  int calls = 0;
+  EXPECT_EQ(writeAll(calls), 0);
+  EXPECT_EQ(statusOf(dir.path("target")).st_size, static_cast<off_t>(text.size()));
+  EXPECT_GT(calls, 12);  // what was begun is waited for too
+  EXPECT_LT(calls, 25);
+}
+
+TEST_F(SafeFileTest, AnErrorOnTheWayToTheDiskKeepsTheOldTarget) {
+  const std::string text(size_t{8} << 20, 'x');
+  for (const int error : {EIO, ENOSPC, ENOSYS, EINVAL}) {
+    dir.write("target", OldText);
+    const bool isNoFailure = error == ENOSYS || error == EINVAL;
+    {
+      const FaultHook hook("writeBack", error);
+      SafeFile file;
+      ASSERT_EQ(file.create(dir.wide("target")), 0);
+      EXPECT_EQ(file.write(text.data(), text.size()), isNoFailure ? 0 : error);
+      EXPECT_TRUE(hook.hit());
+      if (isNoFailure) {
+        EXPECT_EQ(file.commit(), 0);
+      }
+    }
+    EXPECT_TRUE(dir.read("target") == (isNoFailure ? text : OldText));
+    EXPECT_EQ(dir.names(), Names{"target"});
   }
 }
 
