@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "editor/text/text_detection.h"
+#include "editor/text/text_file.h"
 
 namespace {
 
@@ -50,8 +50,8 @@ int ViewedFile::open(const Westring& path, const TextEncoding& remembered) {
   const int result = bytes_.open(path);
   if (result) return result;
   int error;
-  const std::string beginning = bytesAt(0, static_cast<int64_t>(DetectionBytes), error);
-  setEncoding(detectText(beginning, remembered).encoding);
+  const std::string beginning = bytesAt(0, static_cast<int64_t>(CTextFile::DetectionBytes), error);
+  setEncoding(CTextFile::detect(beginning, remembered).encoding);
   return 0;
 }
 
@@ -73,7 +73,8 @@ void ViewedFile::setEncoding(const TextEncoding& encoding) {
   encoding_ = encoding;
   int error;
   const std::string beginning = bytesAt(0, LongestMark, error);
-  lines_.begin(encoding_.format, static_cast<int64_t>(textStartIn(encoding_.format, beginning)));
+  const size_t start = CTextFile::readAs(encoding, beginning).textStart;
+  lines_.begin(encoding.format, static_cast<int64_t>(start));
   ++version_;
   ++rewrites_;
 }

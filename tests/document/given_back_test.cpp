@@ -5,7 +5,7 @@
 
 #include "editor/document/document.h"
 #include "editor/text/file_content.h"
-#include "editor/text/text_detection.h"
+#include "editor/text/text_file.h"
 #include "editor/text/text_saver.h"
 #include "foundation/data_paths.h"
 #include "support/temp_dir.h"
@@ -45,12 +45,12 @@ class GivenBack : public testing::Test {
     FileContent content;
     ASSERT_EQ(readFileContent(dir.wide("file"), content), 0);
     saver.opened(dir.wide("file"), content);
-    found = detectText(std::string_view(bytes).substr(0, DetectionBytes), chosen);
+    found = CTextFile::detect(std::string_view(bytes).substr(0, CTextFile::DetectionBytes), chosen);
     ASSERT_TRUE(document.load(std::move(content.bytes), found.encoding, found.textStart));
   }
   void save() {
     const TextSaver::Outcome outcome = saver.save([this](const TextSaver::Sink& sink) {
-      if (found.hasMark) {
+      if (found.hasMark()) {
         if (const int error = sink(markOf(found.encoding.format))) return error;
       }
       const Document::Written written = document.write(document.encoding(), sink);
@@ -75,7 +75,7 @@ class GivenBack : public testing::Test {
   TempDir dir;
   TextSaver saver;
   Document document;
-  DetectedText found;
+  CTextFile found;
 };
 
 TEST_F(GivenBack, EveryEncodingWithAndWithoutAMarkWithEveryLineEnd) {
@@ -157,9 +157,10 @@ TEST_F(GivenBack, ReadingInAnotherFormatKeepsTheMarkOfThat) {
   load(bytes);
   EXPECT_EQ(document.text(0), L"text");
   const TextEncoding page{TextFormat::CodePage, 1252};
-  ASSERT_TRUE(document.load(bytes, page, textStartIn(page.format, bytes)));
+  ASSERT_TRUE(document.load(bytes, page, CTextFile::readAs(page, bytes).textStart));
   EXPECT_EQ(document.text(0), L"\u00EF\u00BB\u00BFtext");
-  ASSERT_TRUE(document.load(bytes, {TextFormat::Utf8}, textStartIn(TextFormat::Utf8, bytes)));
+  ASSERT_TRUE(document.load(bytes, {TextFormat::Utf8},
+                            CTextFile::readAs({TextFormat::Utf8}, bytes).textStart));
   EXPECT_EQ(document.text(0), L"text");
 }
 

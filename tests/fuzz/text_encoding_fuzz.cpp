@@ -6,8 +6,8 @@
 #include <string>
 
 #include "editor/text/line_ends.h"
-#include "editor/text/text_detection.h"
 #include "editor/text/text_encoding.h"
+#include "editor/text/text_file.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ void checkLines(std::string_view bytes, const TextEncoding& encoding) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  const DetectedText found = detectText(bytes.substr(0, DetectionBytes));
+  const CTextFile found = CTextFile::detect(bytes.substr(0, CTextFile::DetectionBytes));
   if (found.encoding.format == TextFormat::Undetermined || found.textStart > size) abort();
   checkLines(bytes.substr(found.textStart), found.encoding);
   for (int format = 0; format <= static_cast<int>(TextFormat::Utf8); ++format) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "editor/text/text_detection.h"
+#include "editor/text/text_file.h"
 #include "editor/window/edit_record.h"
 #include "editor/window/editor_painter.h"
 #include "editor/window/file_work.h"
@@ -77,14 +77,13 @@ bool loadFile(CTextEditor& editor, const EditStart& start) {
   editor.file.saver.opened(path, content);
   editor.file.isReadOnly = content.isReadOnly;
   const HISTREC* record = findRecord(editor);
-  const DetectedText detected = detectText(content.bytes, rememberedEncoding(record));
-  editor.file.hasMark = detected.hasMark;
+  const CTextFile text = CTextFile::detect(content.bytes, rememberedEncoding(record));
+  editor.file.hasMark = text.hasMark();
   {
     FileWork work(Reading);
     const int64_t size = std::ssize(content.bytes);
     const auto progress = [&work, size](int64_t bytes) { return work.report(bytes, size); };
-    if (!editor.document.load(std::move(content.bytes), detected.encoding, detected.textStart,
-                              progress)) {
+    if (!editor.document.load(std::move(content.bytes), text.encoding, text.textStart, progress)) {
       return false;
     }
   }
@@ -104,12 +103,12 @@ bool reloadFile(CTextEditor& editor, const TextEncoding& encoding) {
     if (error != ECANCELED) tell(errorText(error), editor.file.name);
     return false;
   }
-  const size_t textStart = textStartIn(encoding.format, content.bytes);
+  const CTextFile text = CTextFile::readAs(encoding, content.bytes);
   editor.file.saver.opened(editor.file.saver.path(), content);
   editor.file.isReadOnly = content.isReadOnly;
-  editor.file.hasMark = textStart != 0;
+  editor.file.hasMark = text.hasMark();
   editor.dropBlock();
-  editor.document.load(std::move(content.bytes), encoding, textStart);
+  editor.document.load(std::move(content.bytes), encoding, text.textStart);
   editor.history.clearSteps();
   editor.stepsAreForeign = false;
   if (const HISTREC* record = findRecord(editor)) takeSteps(editor, *record);

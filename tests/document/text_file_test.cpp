@@ -1,4 +1,4 @@
-#include "editor/text/text_detection.h"
+#include "editor/text/text_file.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace {
 constexpr size_t TrialBytes = 32768;
 
 TextFormat formatOf(const std::string& bytes) {
-  return detectText(bytes).encoding.format;
+  return CTextFile::detect(bytes).encoding.format;
 }
 
 std::string inFormat(const std::wstring& text, TextFormat format) {
@@ -18,7 +18,7 @@ std::string inFormat(const std::wstring& text, TextFormat format) {
   return bytes;
 }
 
-TEST(TextDetection, AMarkTellsTheFormat) {
+TEST(TextFile, AMarkTellsTheFormat) {
   const struct {
     std::string bytes;
     TextFormat format;
@@ -30,40 +30,40 @@ TEST(TextDetection, AMarkTellsTheFormat) {
       {"\xEF\xBB\xBF\xFF", TextFormat::Utf8, 3},
   };
   for (const auto& row : rows) {
-    const DetectedText found = detectText(row.bytes);
+    const CTextFile found = CTextFile::detect(row.bytes);
     EXPECT_EQ(found.encoding.format, row.format);
-    EXPECT_TRUE(found.hasMark);
+    EXPECT_TRUE(found.hasMark());
     EXPECT_EQ(found.textStart, row.start);
   }
 }
 
-TEST(TextDetection, AMarkMustLieInsideTheFile) {
+TEST(TextFile, AMarkMustLieInsideTheFile) {
   for (const std::string bytes : {"\xFE", "\xFF", "\xEF\xBB"}) {
-    const DetectedText found = detectText(bytes);
+    const CTextFile found = CTextFile::detect(bytes);
     EXPECT_EQ(found.encoding.format, TextFormat::CodePage);
-    EXPECT_FALSE(found.hasMark);
+    EXPECT_FALSE(found.hasMark());
     EXPECT_EQ(found.textStart, 0u);
   }
 }
 
-TEST(TextDetection, AMarkWinsOverTheChosenFormatAndThatOverTheLook) {
+TEST(TextFile, AMarkWinsOverTheChosenFormatAndThatOverTheLook) {
   const TextEncoding chosen{TextFormat::CodePage, 1252};
-  EXPECT_EQ(detectText("\xEF\xBB\xBFx", chosen).encoding.format, TextFormat::Utf8);
-  EXPECT_EQ(detectText("\xC3\xA9", chosen).encoding, chosen);
-  EXPECT_EQ(detectText("\xC3\xA9").encoding.format, TextFormat::Utf8);
+  EXPECT_EQ(CTextFile::detect("\xEF\xBB\xBFx", chosen).encoding.format, TextFormat::Utf8);
+  EXPECT_EQ(CTextFile::detect("\xC3\xA9", chosen).encoding, chosen);
+  EXPECT_EQ(CTextFile::detect("\xC3\xA9").encoding.format, TextFormat::Utf8);
 }
 
-TEST(TextDetection, ABinaryFileThatBeginsWithTheMarkIsUtf16) {
+TEST(TextFile, ABinaryFileThatBeginsWithTheMarkIsUtf16) {
   EXPECT_EQ(formatOf("\xFF\xFE\x01\x02\x03\xFF"), TextFormat::Utf16Le);
 }
 
-TEST(TextDetection, AsciiAndNothingAreUtf8) {
+TEST(TextFile, AsciiAndNothingAreUtf8) {
   EXPECT_EQ(formatOf(""), TextFormat::Utf8);
   EXPECT_EQ(formatOf("a"), TextFormat::Utf8);
   EXPECT_EQ(formatOf(std::string(100000, 'a')), TextFormat::Utf8);
 }
 
-TEST(TextDetection, AByteOfLatin1IsSeenInTheFirst32768Bytes) {
+TEST(TextFile, AByteOfLatin1IsSeenInTheFirst32768Bytes) {
   std::string text(40000, 'a');
   for (const auto& [place, format] : {std::pair{size_t{10}, TextFormat::CodePage},
                                       {TrialBytes - 1, TextFormat::CodePage},
@@ -71,24 +71,26 @@ TEST(TextDetection, AByteOfLatin1IsSeenInTheFirst32768Bytes) {
     std::string bytes = text;
     bytes[place] = '\xE9';
     EXPECT_EQ(formatOf(bytes), format) << place;
-    EXPECT_EQ(formatOf(bytes.substr(0, DetectionBytes)), format) << place;
+    EXPECT_EQ(formatOf(bytes.substr(0, CTextFile::DetectionBytes)), format) << place;
   }
 }
 
-TEST(TextDetection, ASequenceThatBeginsInTheTrialIsReadToItsEnd) {
+TEST(TextFile, ASequenceThatBeginsInTheTrialIsReadToItsEnd) {
   const std::string head(TrialBytes - 1, 'a');
-  EXPECT_EQ(formatOf((head + "\xF0\x9F\x98\x80zz").substr(0, DetectionBytes)), TextFormat::Utf8);
-  EXPECT_EQ(formatOf((head + "\xF0\x9F\x98zz").substr(0, DetectionBytes)), TextFormat::CodePage);
+  EXPECT_EQ(formatOf((head + "\xF0\x9F\x98\x80zz").substr(0, CTextFile::DetectionBytes)),
+            TextFormat::Utf8);
+  EXPECT_EQ(formatOf((head + "\xF0\x9F\x98zz").substr(0, CTextFile::DetectionBytes)),
+            TextFormat::CodePage);
 }
 
-TEST(TextDetection, WhatIsNoUtf8IsACodePage) {
+TEST(TextFile, WhatIsNoUtf8IsACodePage) {
   for (const std::string& bytes :
        {"\xC3"s, "\xC3("s, "\x80"s, "\xFF"s, "\xF8\x80\x80\x80\x80"s, "a\0b"s}) {
     EXPECT_EQ(formatOf(bytes), TextFormat::CodePage);
   }
 }
 
-TEST(TextDetection, Utf16WithoutAMarkNeedsABlankAndALineFeed) {
+TEST(TextFile, Utf16WithoutAMarkNeedsABlankAndALineFeed) {
   for (const TextFormat format : {TextFormat::Utf16Le, TextFormat::Utf16Be}) {
     EXPECT_EQ(formatOf(inFormat(L"one two\n", format)), format);
     EXPECT_EQ(formatOf(inFormat(L"one two", format)), TextFormat::CodePage);
@@ -99,7 +101,7 @@ TEST(TextDetection, Utf16WithoutAMarkNeedsABlankAndALineFeed) {
   }
 }
 
-TEST(TextDetection, AnImplausibleUnitIsNoUtf16) {
+TEST(TextFile, AnImplausibleUnitIsNoUtf16) {
   for (const wchar_t unit : {2043, 2304, 6688, 7296, 11263, 42648, 43002, 43519, 44031, 63743}) {
     EXPECT_NE(formatOf(inFormat(std::wstring{unit} + L" \n", TextFormat::Utf16Le)),
               TextFormat::Utf16Le);
@@ -111,7 +113,7 @@ TEST(TextDetection, AnImplausibleUnitIsNoUtf16) {
   }
 }
 
-TEST(TextDetection, Utf32WithoutAMarkNeedsABlankOrALineFeed) {
+TEST(TextFile, Utf32WithoutAMarkNeedsABlankOrALineFeed) {
   for (const TextFormat format : {TextFormat::Utf32Le, TextFormat::Utf32Be}) {
     EXPECT_EQ(formatOf(inFormat(L"one two", format)), format);
     EXPECT_EQ(formatOf(inFormat(L"one\n", format)), format);
@@ -121,17 +123,17 @@ TEST(TextDetection, Utf32WithoutAMarkNeedsABlankOrALineFeed) {
   }
 }
 
-TEST(TextDetection, OnlyWholeUnitsCount) {
+TEST(TextFile, OnlyWholeUnitsCount) {
   EXPECT_EQ(formatOf(inFormat(L"one two\n", TextFormat::Utf16Le) + "\xFF"), TextFormat::Utf16Le);
   EXPECT_EQ(formatOf(inFormat(L"one two", TextFormat::Utf32Be) + "\xFF\xFF\xFF"),
             TextFormat::Utf32Be);
 }
 
-TEST(TextDetection, TheTextStartsBehindTheMarkOfTheFormatThatItIsReadIn) {
-  EXPECT_EQ(textStartIn(TextFormat::Utf8, "\xEF\xBB\xBFx"), 3u);
-  EXPECT_EQ(textStartIn(TextFormat::Utf16Le, "\xEF\xBB\xBFx"), 0u);
-  EXPECT_EQ(textStartIn(TextFormat::CodePage, "\xEF\xBB\xBFx"), 0u);
-  EXPECT_EQ(textStartIn(TextFormat::Utf16Le, "\xFF\xFE\0\0"s), 2u);
+TEST(TextFile, TheTextStartsBehindTheMarkOfTheFormatThatItIsReadIn) {
+  EXPECT_EQ(CTextFile::readAs({TextFormat::Utf8}, "\xEF\xBB\xBFx").textStart, 3u);
+  EXPECT_EQ(CTextFile::readAs({TextFormat::Utf16Le}, "\xEF\xBB\xBFx").textStart, 0u);
+  EXPECT_EQ(CTextFile::readAs({TextFormat::CodePage}, "\xEF\xBB\xBFx").textStart, 0u);
+  EXPECT_EQ(CTextFile::readAs({TextFormat::Utf16Le}, "\xFF\xFE\0\0"s).textStart, 2u);
 }
 
 }  // namespace
