@@ -6,12 +6,14 @@
 #include <climits>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "foundation/system.h"
 
-// Makes one system call of a scope fail, and counts them. Calls are numbered from 1.
+// Makes one system call of a scope fail, and counts them. Calls are numbered from 1, in the order
+// in which the threads of the program make them.
 class FaultHook {
  public:
   // Counts only.
@@ -28,23 +30,30 @@ class FaultHook {
   FaultHook(const FaultHook&) = delete;
   FaultHook& operator=(const FaultHook&) = delete;
 
-  int calls() const { return static_cast<int>(log_.size()); }
+  int calls() const {
+    const std::lock_guard lock(mutex_);
+    return static_cast<int>(log_.size());
+  }
   int calls(const char* name) const {
+    const std::lock_guard lock(mutex_);
     int result = 0;
     for (const std::string& call : log_) result += call == name;
     return result;
   }
-  bool hit() const { return hit_; }
-  const std::string& hitCall() const { return hitCall_; }
+  bool hit() const { return !hitCall().empty(); }
+  std::string hitCall() const {
+    const std::lock_guard lock(mutex_);
+    return hitCall_;
+  }
 
  private:
   static int onCall(const char* call, const char*, void* context) {
     auto* hook = static_cast<FaultHook*>(context);
+    const std::lock_guard lock(hook->mutex_);
     hook->log_.push_back(call);
-    const bool wanted =
-        hook->name_ ? strcmp(hook->name_, call) == 0 : hook->calls() == hook->number_;
+    const bool wanted = hook->name_ ? strcmp(hook->name_, call) == 0
+                                    : static_cast<int>(hook->log_.size()) == hook->number_;
     if (!wanted || hook->error_ == 0) return 0;
-    hook->hit_ = true;
     hook->hitCall_ = call;
     return hook->error_;
   }
@@ -52,7 +61,7 @@ class FaultHook {
   int number_ = 0;
   const char* name_ = nullptr;
   int error_ = 0;
-  bool hit_ = false;
+  mutable std::mutex mutex_;
   std::string hitCall_;
   std::vector<std::string> log_;
 };
