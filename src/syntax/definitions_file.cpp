@@ -38,7 +38,7 @@ std::vector<Westring> candidates() {
 int readDefinitions(Westring& path, std::string& content) {
   for (const Westring& candidate : candidates()) {
     const int status = readRegularFile(candidate, content, LargestFile, Links::Follow);
-    if (status == ENOENT) continue;
+    if (status == ENOENT || status == ENOTDIR) continue;
     path = candidate;
     return status;
   }

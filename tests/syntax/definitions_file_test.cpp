@@ -87,6 +87,14 @@ TEST_F(DefinitionsFile, TheBaseNameOfTheTextDecides) {
   EXPECT_EQ(colourFor(L"/x.c/b"), -1);
 }
 
+TEST_F(DefinitionsFile, WhereTheUsersDirectoryIsAFileTheSharedOneServes) {
+  home_.write("file", "");
+  setenv("HOME", home_.path("file").c_str(), 1);
+  EXPECT_EQ(loadSyntax(L"b.c", L"").status, 0);
+  shared_.write("tdsyntax.ini", definitions("white"));
+  EXPECT_EQ(colourFor(L"b.c"), White);
+}
+
 TEST_F(DefinitionsFile, AFileThatCanNotBeReadIsTold) {
   home_.makeDir(".tdx/tdsyntax.ini");
   const SyntaxLoad load = loadSyntax(L"a.c", L"");
