@@ -146,6 +146,48 @@ TEST_F(Recovery, LineEndsCodePageAndMarkComeBackToo) {
   });
 }
 
+TEST_F(Recovery, TheEncodingThatANewFileWasGivenComesBackToo) {
+  const std::string name = path("new.txt");
+  answering({{"Create?", {Key::Enter}}}, [&] {
+    abandon(name, [this](FileEdit& edit) {
+      edit.typeText("a");
+      queueKeys({Key::alt('6'), Key::Enter});  // with a mark, which these formats bring
+      edit.key(Key::alt('e'));
+      edit.typeText("b");
+      edit.editor.file.journal.flush();
+      edit.editor.file.created.keep();  // nothing tidies up behind a crash
+    });
+  });
+  ASSERT_EQ(readFile(name), "");
+  reopen(name, Question, 'r', [&](FileEdit& edit) {
+    EXPECT_EQ(edit.editor.document.encoding().format, TextFormat::Utf16Le);
+    EXPECT_TRUE(edit.editor.file.hasMark);
+    EXPECT_EQ(edit.text(), "ab");
+    edit.key(Key::F2);
+    EXPECT_EQ(readFile(name), std::string("\xFF\xFE"
+                                          "a\0b\0",
+                                          6));
+  });
+}
+
+TEST_F(Recovery, TheCodePageThatANewFileWasGivenComesBackToo) {
+  const std::string name = path("new.txt");
+  answering({{"Create?", {Key::Enter}}}, [&] {
+    abandon(name, [this](FileEdit& edit) {
+      queueKeys({Key::alt('c'), Key::alt('p'), '1', '2', '5', '2', Key::Enter});
+      edit.key(Key::alt('e'));
+      edit.key(Key::Code(wchar_t{0xFC}));
+      edit.editor.file.journal.flush();
+      edit.editor.file.created.keep();
+    });
+  });
+  reopen(name, Question, 'r', [&](FileEdit& edit) {
+    EXPECT_EQ(edit.editor.document.encoding(), (TextEncoding{TextFormat::CodePage, 1252}));
+    edit.key(Key::F2);
+    EXPECT_EQ(readFile(name), "\xFC");
+  });
+}
+
 TEST_F(Recovery, ChangesOfATextReadInAnotherEncodingAreMadeInThatOne) {
   const std::string name = file("a.txt", "\xC3\xA4 one");
   abandon(name, [this](FileEdit& edit) {
@@ -226,14 +268,53 @@ TEST_F(Recovery, TheEndOfTheProgramKeepsTheChanges) {
   reopen(name, Question, 'r', [](FileEdit& edit) { EXPECT_EQ(edit.text(), "x"); });
 }
 
-TEST_F(Recovery, WithoutAPlaceForTheJournalTheEditGoesOn) {
+TEST_F(Recovery, AJournalThatCannotBeWrittenIsToldOnceInAnEdit) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
+  for (int edits = 0; edits < 2; ++edits) {
+    const FaultHook hook("write", ENOSPC);
+    FileEdit edit(name);
+    answering({{"Unsaved changes cannot be put aside: No space left on device", {Key::Enter}}},
+              [&] { edit.typeText(std::string(200, 'x')); });
+    EXPECT_GT(hook.calls("write"), 1);
+    EXPECT_EQ(edit.text(), std::string(200, 'x') + "one");
+  }
+  EXPECT_TRUE(journals().empty());
+  EXPECT_EQ(readFile(name), "one");
+}
+
+TEST_F(Recovery, AJournalThatCannotBeWrittenWhileNothingIsTypedIsToldToo) {
+  const std::string name = file("a.txt", "one");
+  const FaultHook hook("write", ENOSPC);
+  answering({{"Edit: ", {'x'}},
+             {"Unsaved changes cannot be put aside: No space left on device", {Key::Enter}},
+             {"xone", {Key::Esc}},
+             {"unsaved", {'d'}}},
+            [&] { editFile(decodeFileName(name.c_str())); });
+  EXPECT_EQ(readFile(name), "one");
+}
+
+TEST_F(Recovery, ADirectoryWithoutAPlaceForJournalsIsToldOnceInARunAndTheEditGoesOn) {
+  const std::string name = file("a.txt", "one");
   setConfigurationFile(decodeFileName((path("a.txt") + "/td.ini").c_str()));
-  edit.typeText(std::string(200, 'x'));
-  EXPECT_NE(edit.editor.file.journal.flush(), 0);
-  edit.key(Key::F2);
+  answering({{"Unsaved changes cannot be put aside: Not a directory", {Key::Enter}}}, [&] {
+    for (int edits = 0; edits < 2; ++edits) {
+      FileEdit edit(name);
+      edit.typeText(std::string(100, 'x'));
+      EXPECT_NE(edit.editor.file.journal.flush(), 0);
+      edit.key(Key::F2);
+    }
+  });
   EXPECT_EQ(readFile(name), std::string(200, 'x') + "one");
+}
+
+TEST_F(Recovery, WithoutAHomeDirectoryNothingIsToldAndTheEditGoesOn) {
+  const std::string name = file("a.txt", "one");
+  setConfigurationFile(decodeFileName(path("missing/.tdx/td.ini").c_str()));
+  FileEdit edit(name);
+  edit.typeText(std::string(100, 'x'));
+  EXPECT_EQ(edit.editor.file.journal.flush(), ENOENT);
+  edit.key(Key::F2);
+  EXPECT_EQ(readFile(name), std::string(100, 'x') + "one");
 }
 
 TEST_F(Recovery, ASaveThatMayHaveTornTheFileTellsWhereTheTextIs) {

@@ -11,6 +11,7 @@ constexpr char PrivateFileKind = 'P';
 constexpr char WholeTextKind = 'W';
 constexpr char DiscardedKind = 'D';
 constexpr size_t NumberSize = 8;
+constexpr int FormatBits = 8;                      // of the number of an encoding
 constexpr size_t RecordHead = 1 + 2 * NumberSize;  // kind, length, check sum
 
 void appendNumber(uint64_t number, std::string& out) {
@@ -90,15 +91,20 @@ void appendStamp(const FileStamp& stamp, std::string& out) {
   appendNumber(static_cast<uint64_t>(stamp.modified.tv_nsec), out);
 }
 
+std::optional<TextEncoding> encodingOf(int64_t format, int64_t page) {
+  if (format < 0 || format >= static_cast<int64_t>(TextFormat::Undetermined)) return {};
+  return TextEncoding{static_cast<TextFormat>(format), static_cast<int>(page)};
+}
+
 bool readBase(std::string_view payload, JournalBase& base) {
   PayloadReader reader(payload);
   base.stamp = reader.stamp();
   const int64_t format = reader.number();
-  base.encoding.format = static_cast<TextFormat>(format);
-  base.encoding.page = static_cast<int>(reader.number());
+  const std::optional<TextEncoding> encoding = encodingOf(format, reader.number());
+  base.encoding = encoding.value_or(TextEncoding());
   base.hasMark = reader.number() != 0;
   base.path = reader.rest();
-  return reader.good() && format >= 0 && format < static_cast<int64_t>(TextFormat::Undetermined);
+  return reader.good() && encoding;
 }
 
 // A record of a save. False for one of another kind, or that makes no sense.
@@ -123,6 +129,20 @@ bool isPlace(const StoredPlace& place) {
   return place.line >= 0 && place.index >= 0;
 }
 
+bool isStep(const JournalStep& step) {
+  if (!isPlace(step.from) || !isPlace(step.to)) return false;
+  switch (step.kind) {
+    case JournalStep::Kind::Replace:
+    case JournalStep::Kind::LineEnds:
+    case JournalStep::Kind::Recode:
+    case JournalStep::Kind::Mark:
+      return true;
+    case JournalStep::Kind::Encoding:
+      return encodingOfNumber(step.value).has_value();
+  }
+  return false;
+}
+
 bool readStep(char kind, std::string_view payload, JournalStep& step) {
   PayloadReader reader(payload);
   step.kind = static_cast<JournalStep::Kind>(kind);
@@ -130,10 +150,7 @@ bool readStep(char kind, std::string_view payload, JournalStep& step) {
   step.to = reader.place();
   step.value = reader.number();
   step.bytes = reader.rest();
-  const bool known = step.kind == JournalStep::Kind::Replace ||
-                     step.kind == JournalStep::Kind::LineEnds ||
-                     step.kind == JournalStep::Kind::Recode || step.kind == JournalStep::Kind::Mark;
-  return known && reader.good() && isPlace(step.from) && isPlace(step.to);
+  return reader.good() && isStep(step);
 }
 
 // The record at `at`, which moves behind it. False when there is no whole one.
@@ -150,6 +167,14 @@ bool nextRecord(std::string_view bytes, size_t& at, char& kind, std::string_view
 }
 
 }  // namespace
+
+int64_t encodingNumber(const TextEncoding& encoding) {
+  return int64_t{resolvedPage(encoding.page)} << FormatBits | static_cast<int64_t>(encoding.format);
+}
+
+std::optional<TextEncoding> encodingOfNumber(int64_t number) {
+  return encodingOf(number & ((1 << FormatBits) - 1), number >> FormatBits);
+}
 
 std::string journalHead(const JournalBase& base) {
   std::string payload;

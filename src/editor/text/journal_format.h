@@ -27,7 +27,8 @@ struct JournalStep {
     Replace = 'R',   // the text from `from` to `to` by `bytes`
     LineEnds = 'L',  // all lines get the style `value`
     Recode = 'C',    // read in the code page `value`
-    Mark = 'M'       // with a byte order mark if `value` isn't 0
+    Mark = 'M',      // with a byte order mark if `value` isn't 0
+    Encoding = 'E'   // to be saved in the encoding `value` (encodingNumber), the text as it is
   };
 
   Kind kind = Kind::Replace;
@@ -46,6 +47,10 @@ struct JournalSave {
   // When all of the text was in it, just before it took the name of the file or was copied over it.
   FileStamp whole;
 };
+
+// An encoding as one number, and back; nothing from a number that is none.
+int64_t encodingNumber(const TextEncoding& encoding);
+std::optional<TextEncoding> encodingOfNumber(int64_t number);
 
 struct JournalContent {
   JournalBase base;

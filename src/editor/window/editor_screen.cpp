@@ -6,10 +6,13 @@
 #include "console/console.h"
 #include "console/input.h"
 #include "console/text_state.h"
+#include "editor/text/edit_directory.h"
 #include "editor/window/mark_commands.h"
 #include "editor/window/move_commands.h"
 #include "editor/window/type_commands.h"
+#include "foundation/path_info.h"
 #include "options/options.h"
+#include "ui/alert.h"
 
 namespace {
 
@@ -48,7 +51,16 @@ void EditorScreen::draw() {
 void EditorScreen::onKey(Key::Code key, int shiftState) {
   repeat_ = Repeat::Nothing;
   performKey(key, shiftState);
-  if (editor_.hasEnded()) leave();
+  afterInput();
+}
+
+void EditorScreen::afterInput() {
+  if (editor_.hasEnded()) return leave();
+  const int error = editor_.file.journal.untoldError();
+  if (error == 0) return;
+  draw();
+  alert(L"Unsaved changes cannot be put aside: " + errorText(error), editDirectory(),
+        AlertButtons::Ok, AlertColour::Error);
 }
 
 void EditorScreen::performKey(Key::Code key, int shiftState) {
@@ -107,7 +119,7 @@ void EditorScreen::onMouse(const MouseMessage& mouse) {
   } else {
     mouseInText(mouse, anchor);
   }
-  if (editor_.hasEnded()) leave();
+  afterInput();
 }
 
 void EditorScreen::mouseInText(const MouseMessage& mouse, TextPlace anchor) {
@@ -182,6 +194,7 @@ void EditorScreen::repeatStep() {
 void EditorScreen::onTimeOut() {
   if (repeat_ == Repeat::Nothing) editor_.file.journal.flush();
   repeatStep();
+  afterInput();
 }
 
 // A new file whose text is only in its journal stays, or the journal would have nothing to fit.

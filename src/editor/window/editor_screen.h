@@ -22,6 +22,7 @@ class EditorScreen : public Screen {
  private:
   enum class Repeat { Nothing, PageUp, PageDown, ScrollUp, ScrollDown };
 
+  void afterInput();
   void performKey(Key::Code key, int shiftState);
   void afterCommand(BlockUse use, int shiftState, TextPlace anchor);
   void runBookmark(Key::Code key);

@@ -21,7 +21,7 @@ bool hasText(const CTextEditor& editor) {
 // everything is as it was.
 bool becomeText(CTextEditor& editor, const TextEncoding& encoding) {
   if (editor.file.isNew) {
-    editor.document.setEncoding(encoding);
+    setSavedEncoding(editor, encoding);
     editor.isModified = editor.isModified || hasText(editor);
     return true;
   }
@@ -63,6 +63,11 @@ void recodeText(CTextEditor& editor, int page) {
   editor.file.journal.onRecoded(page);
   editor.dropBlock();
   editor.makeSafe();
+}
+
+void setSavedEncoding(CTextEditor& editor, const TextEncoding& encoding) {
+  editor.document.setEncoding(encoding);
+  editor.file.journal.onEncoding(encoding);
 }
 
 void setMark(CTextEditor& editor, bool hasMark) {

@@ -1,9 +1,29 @@
 #include "editor/window/journal_keeper.h"
 
+#include <cerrno>
+#include <utility>
+
+#include "editor/text/edit_directory.h"
+#include "foundation/names.h"
+
 namespace {
+
+// Without a home that is as it must be, and a directory that can't be one would be told of in each
+// edit.
+bool isToBeTold(int error) {
+  static Westring toldDirectory;
+  const int made = makeEditDirectory();
+  if (made == ENOENT) return false;
+  if (made == 0 && error != ENOTDIR) return true;
+  if (sameName(toldDirectory, editDirectory())) return false;
+  toldDirectory = editDirectory();
+  return true;
+}
+
 StoredPlace stored(TextPlace place) {
   return {place.line, place.index};
 }
+
 }  // namespace
 
 void JournalKeeper::begin(Document& document, JournalBase base) {
@@ -15,14 +35,14 @@ void JournalKeeper::onReplaced(TextPlace from, TextPlace to, const TextSpan& ins
   JournalStep step;
   step.from = stored(from);
   step.to = stored(to);
-  journal_.add(std::move(step), [inserted] { return inserted.stored(); });
+  noted(journal_.add(std::move(step), [inserted] { return inserted.stored(); }));
 }
 
 void JournalKeeper::add(JournalStep::Kind kind, int64_t value) {
   JournalStep step;
   step.kind = kind;
   step.value = value;
-  journal_.add(std::move(step));
+  noted(journal_.add(std::move(step)));
 }
 
 void JournalKeeper::onLineEnds(LineEndStyle style) {
@@ -35,4 +55,20 @@ void JournalKeeper::onRecoded(int page) {
 
 void JournalKeeper::onMark(bool hasMark) {
   add(JournalStep::Kind::Mark, hasMark ? 1 : 0);
+}
+
+void JournalKeeper::onEncoding(const TextEncoding& encoding) {
+  add(JournalStep::Kind::Encoding, encodingNumber(encoding));
+}
+
+int JournalKeeper::untoldError() {
+  const int error = std::exchange(error_, 0);
+  if (error == 0 || told_ || !isToBeTold(error)) return 0;
+  told_ = true;
+  return error;
+}
+
+int JournalKeeper::noted(int error) {
+  if (error != 0) error_ = error;
+  return error;
 }

@@ -34,6 +34,8 @@ void makeAgain(CTextEditor& editor, const JournalStep& step) {
       return recodeText(editor, static_cast<int>(step.value));
     case JournalStep::Kind::Mark:
       return setMark(editor, step.value != 0);
+    case JournalStep::Kind::Encoding:
+      return setSavedEncoding(editor, encodingOfNumber(step.value).value_or(TextEncoding()));
   }
 }
 
