@@ -196,6 +196,30 @@ TEST_F(EditJournalTest, AFileThatWasRenamedIsFoundByItself) {
   EXPECT_TRUE(findJournals(dir.wide("elsewhere"), FileStamp()).empty());
 }
 
+TEST_F(EditJournalTest, OfTheJournalsOfOtherFilesOnlyTheHeadIsRead) {
+  leave({std::string(1'000'000, 'x')});
+  FileStamp other = stamp();
+  ++other.id.inode;
+  const FaultHook calls;
+  EXPECT_TRUE(findJournals(dir.wide("elsewhere"), other).empty());
+  EXPECT_EQ(calls.calls("readAt"), 1);
+  EXPECT_EQ(calls.calls("read"), 0);
+  EXPECT_EQ(calls.calls("lock"), 0);
+}
+
+// The edit ends just when its journal is looked at.
+TEST_F(EditJournalTest, AJournalThatGoesWhileItIsLookedAtIsNone) {
+  leave({"a"});
+  const auto end = [](const char* call, const char*, void* context) {
+    if (strcmp(call, "lock") == 0) std::filesystem::remove_all(static_cast<char*>(context));
+    return 0;
+  };
+  std::string directory = dir.path("home/edit");
+  System::setHook(end, directory.data());
+  EXPECT_TRUE(found().empty());
+  System::setHook(nullptr, nullptr);
+}
+
 TEST_F(EditJournalTest, WhatIsNoJournalIsPassedOver) {
   leave({"a"});
   dir.write("home/edit/journal-text", "td-edit 1\nno record");
@@ -444,6 +468,24 @@ TEST_F(JournalFormat, ASaveIsOfItsLastPrivateFile) {
   EXPECT_EQ(readJournal(bytes)->wholeBytes, bytes.size());
   // A text that is in no file isn't one.
   appendWholeText(whole, bytes);
+  EXPECT_LT(readJournal(bytes)->wholeBytes, bytes.size());
+}
+
+TEST_F(JournalFormat, AnEncodingIsOneNumberAndOnlyARealOneCounts) {
+  for (int format = 0; format < static_cast<int>(TextFormat::Undetermined); ++format) {
+    const TextEncoding encoding{static_cast<TextFormat>(format), 1252};
+    EXPECT_EQ(encodingOfNumber(encodingNumber(encoding)), encoding);
+  }
+  EXPECT_EQ(encodingOfNumber(encodingNumber({TextFormat::CodePage, 0})),
+            (TextEncoding{TextFormat::CodePage, resolvedPage(0)}));
+  JournalStep step = stepOf("");
+  step.kind = JournalStep::Kind::Encoding;
+  step.value = encodingNumber({TextFormat::CodePage, 932});
+  appendRecord(step, bytes);
+  EXPECT_EQ(readJournal(bytes)->steps.back(), step);
+  EXPECT_EQ(readJournal(bytes)->wholeBytes, bytes.size());
+  step.value = static_cast<int64_t>(TextFormat::Undetermined);
+  appendRecord(step, bytes);
   EXPECT_LT(readJournal(bytes)->wholeBytes, bytes.size());
 }
 

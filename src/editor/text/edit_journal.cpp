@@ -20,6 +20,7 @@ constexpr char NameStart[] = "journal-";
 constexpr unsigned Attempts = 100;
 constexpr int64_t NsPerMs = 1'000'000;
 constexpr size_t LargestJournal = size_t{1} << 32;
+constexpr size_t LargestHead = size_t{64} << 10;
 
 std::string journalPath(unsigned attempt) {
   const std::string unique = temporaryNameBeside("", attempt);
@@ -148,10 +149,41 @@ int LeftJournal::remove() const {
   return System::unlink(path_.c_str()) == 0 ? 0 : errno;
 }
 
-// False for a journal that isn't of this file, or that isn't needed any more.
-bool LeftJournal::lookAt(const std::string& file, const FileStamp& now) {
+// False for what is no journal. The steps are left for later: most journals are of other files.
+bool LeftJournal::readHead(const std::string& path) {
+  path_ = path;
+  if (openRegularFile(decodeFileName(path.c_str()), file_, Links::Refuse) != 0) return false;
+  std::string head(LargestHead, '\0');
+  const ssize_t length = System::readAt(file_.get(), head.data(), head.size(), 0);
+  if (length < 0) return false;
+  std::optional<JournalContent> content =
+      readJournal(std::string_view(head).substr(0, static_cast<size_t>(length)));
+  if (!content) return false;
+  content_ = std::move(*content);
+  return true;
+}
+
+bool LeftJournal::isOf(const std::string& file, const FileStamp& now) {
   fits_ = isUnchanged(content_.base.stamp, now);
-  if (content_.base.path != file && !fits_) return false;
+  return fits_ || content_.base.path == file;
+}
+
+// False for one that has gone meanwhile.
+bool LeftJournal::readAll() {
+  isInUse_ = lockJournal(file_.get()) != 0;
+  struct stat info;
+  if (System::fstat(file_.get(), &info) < 0 || info.st_nlink == 0) return false;
+  content_.steps.clear();
+  if (isInUse_) return true;
+  std::string bytes;
+  if (readWhole(file_, bytes, LargestJournal) != 0) return false;
+  std::optional<JournalContent> content = readJournal(bytes);
+  if (content) content_ = std::move(*content);
+  return content.has_value();
+}
+
+// False when the text was saved.
+bool LeftJournal::isNeeded(const FileStamp& now) {
   if (isInUse_ || !content_.save) return true;
   const FileStamp& whole = content_.save->whole;
   if (isUnchanged(whole, now)) {
@@ -165,19 +197,6 @@ bool LeftJournal::lookAt(const std::string& file, const FileStamp& now) {
   return true;
 }
 
-bool LeftJournal::read(const std::string& path) {
-  path_ = path;
-  if (openRegularFile(decodeFileName(path.c_str()), file_, Links::Refuse) != 0) return false;
-  isInUse_ = lockJournal(file_.get()) != 0;
-  std::string bytes;
-  if (readWhole(file_, bytes, LargestJournal) != 0) return false;
-  std::optional<JournalContent> content = readJournal(bytes);
-  if (!content) return false;
-  content_ = std::move(*content);
-  if (isInUse_) content_.steps.clear();
-  return true;
-}
-
 std::vector<LeftJournal> findJournals(const Westring& file, const FileStamp& now) {
   std::vector<LeftJournal> found;
   const std::string directory = bytePath(editDirectory());
@@ -187,8 +206,9 @@ std::vector<LeftJournal> findJournals(const Westring& file, const FileStamp& now
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) {
     LeftJournal journal;
-    if (!name.starts_with(NameStart) || !journal.read(directory + name)) continue;
-    if (journal.lookAt(path, now)) found.push_back(std::move(journal));
+    if (!name.starts_with(NameStart) || !journal.readHead(directory + name)) continue;
+    if (!journal.isOf(path, now) || !journal.readAll()) continue;
+    if (journal.isNeeded(now)) found.push_back(std::move(journal));
   }
   return found;
 }

@@ -81,8 +81,10 @@ class LeftJournal {
  private:
   friend std::vector<LeftJournal> findJournals(const Westring& file, const FileStamp& now);
 
-  bool read(const std::string& path);
-  bool lookAt(const std::string& file, const FileStamp& now);
+  bool readHead(const std::string& path);
+  bool isOf(const std::string& file, const FileStamp& now);
+  bool readAll();
+  bool isNeeded(const FileStamp& now);
 
   std::string path_;
   Descriptor file_;  // locked as long as this lives, so that nobody else takes the journal
