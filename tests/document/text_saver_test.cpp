@@ -193,6 +193,18 @@ TEST_F(TextSaverTest, ADirectoryThatTakesNoNewNameIsDoneWithout) {
   EXPECT_EQ(dir.mode("home/edit"), 0700u);
 }
 
+TEST_F(TextSaverTest, WithoutAnyDirectoryThatTakesANewNameItsOwnOneSaysWhy) {
+  setConfigurationFile(dir.wide("work/file/td.ini"));
+  dir.chmod("work", 0555);
+  EXPECT_EQ(runAsUser([&] {
+              open();
+              EXPECT_EQ(saver.save(textOf(NewText)).error, EACCES);
+            }),
+            0);
+  EXPECT_EQ(dir.read("work/file"), OldText);
+  EXPECT_EQ(names("work"), Names{"file"});
+}
+
 TEST_F(TextSaverTest, AMountedFileIsOverwritten) {
   open();
   const ino_t old = inodeOf(dir, "work/file");

@@ -354,7 +354,7 @@ TEST_F(SaveFile, SaveAsWhereNothingCanBeLeavesEverythingAsItWas) {
   FileEdit edit(name);
   edit.typeText("x");
   saveAs(edit, "missing/b.txt",
-         {{"No such file or directory", {Key::Enter}}, {" Save As ", {Key::Esc}}});
+         {{"Unable to open: No such file or directory", {Key::Enter}}, {" Save As ", {Key::Esc}}});
   EXPECT_TRUE(edit.editor.isModified);
   EXPECT_EQ(std::string(toUtf8(edit.editor.file.name).data()), name);
   edit.key(Key::F2);
@@ -388,6 +388,19 @@ TEST_F(SaveFile, ARefusedEncodingInSaveAsKeepsTheOldOne) {
   EXPECT_FALSE(existsAt(path("b")));
   EXPECT_EQ(edit.editor.document.encoding().format, TextFormat::Utf8);
   EXPECT_EQ(std::string(toUtf8(edit.editor.file.name).data()), name);
+}
+
+TEST_F(SaveFile, AfterSaveAsTheTextHasTheColoursOfItsNewName) {
+  userFiles.write("syntax.ini",
+                  "[Colour Classes]\nWord: bright green\n[Test:*.test]\nwords:Word:one\n");
+  constexpr unsigned char Plain = 0x1B, Word = 0x1A;
+  FileEdit edit(file("a.txt", "one two"));
+  EXPECT_EQ(attrAt(0, 1), Plain);
+  saveAs(edit, "b.test");
+  EXPECT_EQ(attrAt(0, 1), Word);
+  EXPECT_EQ(attrAt(4, 1), Plain);
+  saveAs(edit, "c.txt");
+  EXPECT_EQ(attrAt(0, 1), Plain);
 }
 
 // ---- the encoding of the text

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <type_traits>
 
@@ -25,6 +26,23 @@ inline bool becomeUser() {
 inline bool giveToUser(const std::string& path) {
   return geteuid() != 0 || chown(path.c_str(), OrdinaryUser, OrdinaryUser) == 0;
 }
+
+// As long as it lives, all threads of this process have the rights of the ordinary user, whoever
+// ran it.
+class EffectiveUser {
+ public:
+  EffectiveUser() : wasRoot_(geteuid() == 0) {
+    if (wasRoot_ && (setegid(OrdinaryUser) != 0 || seteuid(OrdinaryUser) != 0)) abort();
+  }
+  ~EffectiveUser() {
+    if (wasRoot_ && (seteuid(0) != 0 || setegid(0) != 0)) abort();
+  }
+  EffectiveUser(const EffectiveUser&) = delete;
+  EffectiveUser& operator=(const EffectiveUser&) = delete;
+
+ private:
+  bool wasRoot_;
+};
 
 // Runs `check` in a child process; a function without a result gives 1 when an expectation in it
 // failed (its text shows as usual) and 0 otherwise. The exit status, or 128 + the signal that ended

@@ -61,7 +61,9 @@ int FileReplacement::createPrivate() {
   int error = 0;
   if (target_.tellsSize) error = file_.create(target_.path, target_.seen);
   if (!target_.tellsSize || (target_.seen.exists && isRefusal(error))) {
-    error = createInEditDirectory();
+    // What the file's own directory says counts where there is no other.
+    const int elsewhere = createInEditDirectory();
+    if (elsewhere == 0 || error == 0) error = elsewhere;
   }
   struct stat info;
   if (error == 0 && System::fstat(file_.descriptor(), &info) < 0) error = errno;

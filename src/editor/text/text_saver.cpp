@@ -77,7 +77,8 @@ TextSaver::Outcome TextSaver::saveTo(const ReplacedFile& file, const Text& text,
   ContentHash hash;
   Outcome outcome;
   outcome.error = replacement.begin();
-  if (outcome.error == 0) {
+  outcome.isOpened = outcome.error == 0;
+  if (outcome.isOpened) {
     outcome.error = text([&](std::string_view bytes) {
       hash.add(bytes);
       return replacement.write(bytes);

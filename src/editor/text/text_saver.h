@@ -25,7 +25,8 @@ class TextSaver {
   enum class Change { None, Changed, Gone };
 
   struct Outcome {
-    int error = 0;  // 0, errno, or Status::ChangedMeanwhile: since it was looked at last
+    int error = 0;          // 0, errno, or Status::ChangedMeanwhile: since it was looked at last
+    bool isOpened = false;  // else the error came before anything was written
     bool clearingReadOnlyFailed = false;  // where the error comes from
     std::string wholeText;  // after an error that may have torn the file: where all of the text is
     std::string leftover;   // a private file that couldn't be removed

@@ -131,10 +131,11 @@ bool saveFileAs(CTextEditor& editor, const Westring& path, const FileStamp& seen
                 const SavedForm& form) {
   Written written(editor, form);
   const TextSaver::Outcome outcome = editor.file.saver.saveAs(path, seen, written.text());
-  if (outcome.error != 0) {
+  if (!outcome.isOpened) tell(L"Unable to open: " + errorText(outcome.error));
+  if (outcome.isOpened && outcome.error != 0) {
     tellFailure(editor, outcome, written, form.encoding);
-    return false;
   }
+  if (outcome.error != 0) return false;
   editor.file.created.removeIfEmpty();
   editor.file.name = path;
   editor.file.isNew = false;
