@@ -35,10 +35,35 @@ class InjectedMount {
   ino_t inode_ = 0;
 };
 
+// What this thread, and those that it starts from now on, mount is seen by nobody else.
+inline bool hasOwnMounts() {
+  return unshare(CLONE_NEWNS) == 0 &&
+         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+// A file system in memory on a directory, for as long as this lives.
+class MountedMemory {
+ public:
+  // `options` as of the command that mounts. Not valid where the machine doesn't permit it.
+  MountedMemory(const std::string& path, const char* options)
+      : path_(path),
+        valid_(hasOwnMounts() &&
+               mount("tmpfs", path.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, options) == 0) {}
+  ~MountedMemory() {
+    if (valid_) umount2(path_.c_str(), MNT_DETACH);
+  }
+  MountedMemory(const MountedMemory&) = delete;
+  MountedMemory& operator=(const MountedMemory&) = delete;
+
+  bool valid() const { return valid_; }
+
+ private:
+  std::string path_;
+  bool valid_;
+};
+
 // Mounts one directory over another, seen by this process alone; for a child process that ends
 // soon. False where the machine doesn't permit it.
 inline bool bindMount(const std::string& from, const std::string& to) {
-  return unshare(CLONE_NEWNS) == 0 &&
-         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-         mount(from.c_str(), to.c_str(), nullptr, MS_BIND, nullptr) == 0;
+  return hasOwnMounts() && mount(from.c_str(), to.c_str(), nullptr, MS_BIND, nullptr) == 0;
 }
