@@ -42,14 +42,66 @@ TEST(Syntax, SwitchedOffItColoursNothingAndKeepsItsState) {
   EXPECT_TRUE(engine.state() == state);
 }
 
-TEST(Syntax, WordsNumbersSymbolsAndCommentsHaveTheirColours) {
-  CSyntax engine = engineWith(
-      "words:white:if else\n"
-      "number:red\n"
-      "symbols:yellow:+-\n"
-      "linecomment:green://\n");
-  EXPECT_EQ(coloursOf(engine, L"if x+12 // if"), "77..644.22222");
+// One line by rules, as a sentence says.
+struct LineOfRules {
+  const char* sentence;
+  const char* rules;
+  const wchar_t* line;
+  const char* colours;
+};
+
+constexpr LineOfRules LinesOfRules[] = {
+    {"WordsNumbersSymbolsAndCommentsHaveTheirColours",
+     "words:white:if else\nnumber:red\nsymbols:yellow:+-\nlinecomment:green://", L"if x+12 // if",
+     "77..644.22222"},
+    {"AWordRuleInAStateHoldsThereOnlyAndItsFlagIgnoresCase",
+     "state::code:{:}\nwords(code)/i:white:begin", L"begin {begin BEGIN} Begin",
+     ".......77777.77777......."},
+    {"ARuleWithoutAStateListHoldsOutsideOnly",
+     "state::code:{:}\nwords:white:if\nwords(,code):red:or", L"if or {if or} if",
+     "77.44.....44..77"},
+    {"TheFirstListThatHoldsAWordAndIsActiveGivesItsColour",
+     "words(x):red:a\nwords:green:a b\nwords:white:a b c", L"a b c d", "2.2.7.."},
+    {"TheLastNumberRuleAndTheLastSymbolListWin",
+     "number:red\nnumber:green\nnumber(x):white\n"
+     "symbols:red:+-\nsymbols:green:+\nsymbols(x):white:+",
+     L"12+-", "2224"},
+    {"ARunThatStartsWithADigitIsANumberAndNeverAWord", "words:white:1st st\nnumber:red",
+     L"1st st s1", "444.77..."},
+    {"WithoutANumberRuleSuchARunIsPlain", "words:white:1st st", L"1st st", "....77"},
+    {"AWordIsTheWholeRunOfWordCharacters", "wordchars:_-\nwords:white:if do-it",
+     L"iff _if do-it if", "........77777.77"},
+    {"ABeginTextIsLookedForWhereARunStartsNotInsideIt", "linecomment:red:else", L"xelse elsex",
+     "......44444"},
+    {"AboveTheTableTheLowByteTellsOfWordsAndSymbols", "words:white:\xC5\x81x\nsymbols:red:+",
+     L"\x0141x \x012B+", "77.44"},
+    {"TheSameLowByteDoesNotMakeItTheSameWord", "words:white:\xC5\x81x", L"Ax", ".."},
+    {"ABeginTextIsComparedWhole", "linecomment:red:\xE2\x80\x94", L"\x2014x", "44"},
+    {"TheLowByteOfABeginTextBeginsNothing", "linecomment:red:\xE2\x80\x94", L"\x0014x", ".."},
+    {"BeginAndEndMayIgnoreCase", "blockcomment/i:red:Rem:Mer", L"rEM x MER x", "444444444.."},
+    {"SoMayTextsAboveAscii", "linecomment/i:green:\xC3\xA4", L"\x00C4x", "22"},
+    {"WithoutTheFlagCaseCounts", "blockcomment:red:Rem:Mer", L"rem x", "....."},
+    {"TheFirstElementInTheFileWinsAtAPlace", "string:green:\":\"\nblockcomment:red:\"\"\":\"\"\"",
+     L"\"\"\"a\"", "22222"},
+    {"TheLongerBeginTextWinsWhenItComesFirst", "blockcomment:red:\"\"\":\"\"\"\nstring:green:\":\"",
+     L"\"\"\"a\"", "44444"},
+    {"ElementsAreTriedBeforeStateChanges", "statechange:red:/:push:none\nlinecomment:green://",
+     L"/a//a", "4.222"},
+};
+
+void PrintTo(const LineOfRules& line, std::ostream* out) {
+  *out << line.rules << "\n";
 }
+
+class SyntaxOfALine : public testing::TestWithParam<LineOfRules> {};
+
+TEST_P(SyntaxOfALine, HasItsColours) {
+  CSyntax engine = engineWith(GetParam().rules);
+  EXPECT_EQ(coloursOf(engine, GetParam().line), GetParam().colours);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rules, SyntaxOfALine, testing::ValuesIn(LinesOfRules),
+                         [](const auto& each) { return std::string(each.param.sentence); });
 
 TEST(Syntax, TheLineReplacesWhatWasInTheCells) {
   CSyntax engine = engineWith("number:red");
@@ -58,75 +110,6 @@ TEST(Syntax, TheLineReplacesWhatWasInTheCells) {
   EXPECT_EQ(cells.length(), 2);
   engine.colour(L"", cells);
   EXPECT_EQ(cells.length(), 0);
-}
-
-TEST(Syntax, AWordRuleInAStateHoldsThereOnlyAndItsFlagIgnoresCase) {
-  CSyntax engine = engineWith("state::code:{:}\nwords(code)/i:white:begin");
-  EXPECT_EQ(coloursOf(engine, L"begin {begin BEGIN} Begin"), ".......77777.77777.......");
-}
-
-TEST(Syntax, ARuleWithoutAStateListHoldsOutsideOnly) {
-  CSyntax engine = engineWith("state::code:{:}\nwords:white:if\nwords(,code):red:or");
-  EXPECT_EQ(coloursOf(engine, L"if or {if or} if"), "77.44.....44..77");
-}
-
-TEST(Syntax, TheFirstListThatHoldsAWordAndIsActiveGivesItsColour) {
-  CSyntax engine = engineWith("words(x):red:a\nwords:green:a b\nwords:white:a b c");
-  EXPECT_EQ(coloursOf(engine, L"a b c d"), "2.2.7..");
-}
-
-TEST(Syntax, TheLastNumberRuleAndTheLastSymbolListWin) {
-  CSyntax engine = engineWith(
-      "number:red\nnumber:green\nnumber(x):white\n"
-      "symbols:red:+-\nsymbols:green:+\nsymbols(x):white:+");
-  EXPECT_EQ(coloursOf(engine, L"12+-"), "2224");
-}
-
-TEST(Syntax, ARunThatStartsWithADigitIsANumberAndNeverAWord) {
-  CSyntax engine = engineWith("words:white:1st st\nnumber:red");
-  EXPECT_EQ(coloursOf(engine, L"1st st s1"), "444.77...");
-  CSyntax plain = engineWith("words:white:1st st");
-  EXPECT_EQ(coloursOf(plain, L"1st st"), "....77");
-}
-
-TEST(Syntax, AWordIsTheWholeRunOfWordCharacters) {
-  CSyntax engine = engineWith("wordchars:_-\nwords:white:if do-it\nlinecomment:red:else");
-  EXPECT_EQ(coloursOf(engine, L"iff _if do-it if"), "........77777.77");
-  // A begin text is looked for where the run starts, not inside it.
-  EXPECT_EQ(coloursOf(engine, L"xelse elsex"), "......44444");
-}
-
-TEST(Syntax, AboveTheTableTheLowByteTellsOfWordsAndSymbols) {
-  CSyntax engine = engineWith("words:white:\xC5\x81x\nsymbols:red:+");
-  EXPECT_EQ(coloursOf(engine, L"\x0141x \x012B+"), "77.44");
-  // The same low byte doesn't make it the same word.
-  EXPECT_EQ(coloursOf(engine, L"Ax"), "..");
-}
-
-TEST(Syntax, TextsThatBeginOrEndSomethingAreComparedWhole) {
-  CSyntax engine = engineWith("linecomment:red:\xE2\x80\x94");
-  EXPECT_EQ(coloursOf(engine, L"\x0014x"), "..");
-  EXPECT_EQ(coloursOf(engine, L"\x2014x"), "44");
-}
-
-TEST(Syntax, ABeginTextMayIgnoreCase) {
-  CSyntax engine = engineWith("blockcomment/i:red:Rem:Mer\nlinecomment/i:green:\xC3\xA4");
-  EXPECT_EQ(coloursOf(engine, L"rEM x MER x"), "444444444..");
-  EXPECT_EQ(coloursOf(engine, L"\x00C4x"), "22");
-  CSyntax exact = engineWith("blockcomment:red:Rem:Mer");
-  EXPECT_EQ(coloursOf(exact, L"rem x"), ".....");
-}
-
-TEST(Syntax, TheFirstElementInTheFileWinsAtAPlace) {
-  CSyntax engine = engineWith("string:green:\":\"\nblockcomment:red:\"\"\":\"\"\"");
-  EXPECT_EQ(coloursOf(engine, L"\"\"\"a\""), "22222");
-  CSyntax longer = engineWith("blockcomment:red:\"\"\":\"\"\"\nstring:green:\":\"");
-  EXPECT_EQ(coloursOf(longer, L"\"\"\"a\""), "44444");
-}
-
-TEST(Syntax, ElementsAreTriedBeforeStateChanges) {
-  CSyntax engine = engineWith("statechange:red:/:push:none\nlinecomment:green://");
-  EXPECT_EQ(coloursOf(engine, L"/a//a"), "4.222");
 }
 
 TEST(Syntax, WhatBeginsIsNotAskedForItsEndAtTheSamePlace) {
