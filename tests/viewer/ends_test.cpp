@@ -19,6 +19,21 @@ class ViewerEnds : public ViewerTest {
     dir.write("file", "text\n");
     std::filesystem::resize_file(dir.path("file"), static_cast<uintmax_t>(size));
   }
+  // What is in the first row after a search that goes on until `user`, beside it, ends it.
+  template <class User>
+  std::string topAfterLongSearch(User user) {
+    makeSparse(int64_t{1} << 40);
+    searchValues().text = L"nowhere";
+    std::thread beside([&] {
+      user();
+      queueKey(Key::F10);
+    });
+    queueKey(Key::ShiftF7);
+    Recorder viewer(dir.wide("file"));
+    viewer.view(AnyPosition);
+    beside.join();
+    return viewer.shots.back().row(1);
+  }
 };
 
 TEST_F(ViewerEnds, F1ShowsTheTopicOfTheViewer) {
@@ -89,19 +104,12 @@ TEST_F(ViewerEnds, EscStopsASearchWithoutAMessage) {
 }
 
 TEST_F(ViewerEnds, BreakStopsASearchToo) {
-  makeSparse(int64_t{1} << 40);
-  searchValues().text = L"nowhere";
-  std::thread user([&] {
+  const std::string top = topAfterLongSearch([] {
     EXPECT_TRUE(waitUntil([] { return breakState == BreakState::Armed; }));
     requestBreak();
     EXPECT_TRUE(waitUntil([] { return breakState == BreakState::Idle; }));
-    queueKey(Key::F10);
   });
-  queueKey(Key::ShiftF7);
-  Recorder viewer(dir.wide("file"));
-  viewer.view(AnyPosition);
-  user.join();
-  EXPECT_EQ(viewer.shots.back().row(1), "text");
+  EXPECT_EQ(top, "text");
   EXPECT_EQ(breakState, BreakState::Idle);
 }
 
@@ -115,18 +123,11 @@ TEST_F(ViewerEnds, EscStopsTheCountForALineAndTheViewStays) {
 }
 
 TEST_F(ViewerEnds, ALongSearchSaysSo) {
-  makeSparse(int64_t{1} << 40);
-  searchValues().text = L"nowhere";
-  std::thread user([&] {
+  const std::string top = topAfterLongSearch([this] {
     EXPECT_TRUE(waitUntil([&] { return screenText().find("Searching...") != std::string::npos; }));
     queueKey(Key::Esc);
-    queueKey(Key::F10);
   });
-  queueKey(Key::ShiftF7);
-  Recorder viewer(dir.wide("file"));
-  viewer.view(AnyPosition);
-  user.join();
-  EXPECT_EQ(viewer.shots.back().row(1), "text");
+  EXPECT_EQ(top, "text");
 }
 
 TEST_F(ViewerEnds, RowsThatCannotBeReadShowWhy) {
