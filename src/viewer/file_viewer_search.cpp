@@ -93,4 +93,5 @@ void CViewer::askOffset() {
   if (*offset >= file_.size()) return tellOnly(file_.size(), "bytes");
   page_.goTo(*offset);
   hit_ = {*offset, file_.lines().characterStart(*offset + 1)};
+  page_.showColumns(hit_.from, hit_.to);
 }

@@ -91,11 +91,9 @@ void ViewPage::right(int count) {
 }
 
 void ViewPage::show(int64_t from, int64_t to) {
-  const ViewRow row = rowOf(hex_ ? from - from % HexRow::RowBytes : from);
-  moveTo(row);
+  goTo(hex_ ? from - from % HexRow::RowBytes : from);
   up(RowsAboveHit);
-  if (hex_ || wraps()) return;
-  showColumns(cells_.cellOf(row.line, from), cells_.cellOf(row.line, to));
+  showColumns(from, to);
 }
 
 const std::vector<ViewRow>& ViewPage::layout() {
@@ -176,7 +174,11 @@ void ViewPage::layOut() {
 }
 
 void ViewPage::showColumns(int64_t from, int64_t to) {
+  if (hex_ || wraps()) return;
+  const ViewedLine line = rowOf(from).line;
+  const int64_t first = cells_.cellOf(line, from);
+  const int64_t end = cells_.cellOf(line, to);
   // The last column may say that the line goes on.
-  while (to > leftColumn_ + columns_ - 1) leftColumn_ += ColumnStep;
-  while (from < leftColumn_) leftColumn_ = std::max(leftColumn_ - ColumnStep, 0);
+  while (end > leftColumn_ + columns_ - 1) leftColumn_ += ColumnStep;
+  while (first < leftColumn_) leftColumn_ = std::max(leftColumn_ - ColumnStep, 0);
 }

@@ -46,6 +46,8 @@ class ViewPage {
   void right(int count);
   // The bytes [from, to) come into view, in the fifth row where there are rows above.
   void show(int64_t from, int64_t to);
+  // Of lines that aren't wrapped the columns with those bytes, by steps.
+  void showColumns(int64_t from, int64_t to);
 
   // The rows that show, from the top on: fewer than the screen has at the end of the file.
   const std::vector<ViewRow>& layout();
@@ -64,7 +66,6 @@ class ViewPage {
   void moveTo(const ViewRow& row);
   bool stepUp();
   void layOut();
-  void showColumns(int64_t from, int64_t to);
 
   ViewedFile& file_;
   LineCells cells_;

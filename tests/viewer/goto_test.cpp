@@ -44,6 +44,15 @@ TEST_F(ViewerGoto, AnOffsetIsShownInItsLineAsAHit) {
   EXPECT_TRUE(isMarked(shot, 1, 1));
 }
 
+TEST_F(ViewerGoto, WithoutWrappingTheColumnsMoveToTheOffsetToo) {
+  GlobalOptions::ViewerWrap = false;
+  queueAnswer(Key::alt('o'), "96");
+  const Shot shot = last(std::string(150, 'x') + "!" + std::string(20, 'y'));
+  EXPECT_EQ(shot.text(77, 1, 3), "x!\u00BB");
+  EXPECT_TRUE(isMarked(shot, 78, 1));
+  EXPECT_FALSE(isMarked(shot, 77, 1));
+}
+
 TEST_F(ViewerGoto, InHexTheRowsBeginAtTheOffsetItself) {
   queueKey(Key::F4);
   queueAnswer(Key::alt('o'), "2Bxyz");
