@@ -38,6 +38,17 @@ double edit(Document& document, const std::function<void(TextPlace)>& change) {
   return longest;
 }
 
+// The same at the start, in the middle and at the end of the first line.
+double editLine(Document& document, const std::function<void(TextPlace)>& change) {
+  const int64_t length = document.lineLength(0);
+  double longest = 0;
+  for (const int64_t start : {int64_t{0}, length / 2, length - 2 * Runs}) {
+    int64_t next = start;
+    longest = std::max(longest, medianMs(Runs, [&] { change({0, next++}); }));
+  }
+  return longest;
+}
+
 double load(const char* path) {
   return medianMs(Runs, [path] {
     Document document;
@@ -69,12 +80,14 @@ double pasteAndBack(Document& document, const std::string& step) {
   return step == "paste" ? paste : step == "undo" ? undo : redo;
 }
 
-double replaceEverything(Document& document, const std::string& step) {
+double replaceEverything(Document& document, const std::string& step,
+                         SearchDirection direction = SearchDirection::Forward) {
   EditHistory history;
-  const SearchQuery query{L"needle", SearchCase::Respected};
+  const SearchQuery query{L"needle", SearchCase::Respected, direction};
   TextPlace cursor;
+  if (direction == SearchDirection::Backward) cursor = document.end();
   const double replace = onceMs([&] {
-    replaceAll(document, history, query, TextSpan::fromText(L"thread", LineEndStyle::Lf), {0, 0},
+    replaceAll(document, history, query, TextSpan::fromText(L"thread", LineEndStyle::Lf), cursor,
                history.newReplaceAll());
   });
   cursor = history.undo.top().after;
@@ -121,6 +134,21 @@ double measured(const std::string& work, const char* path) {
       document.replace({place.line, document.lineLength(place.line)}, {place.line + 1, 0}, {});
     });
   }
+  if (work == "key-in-line") {
+    return editLine(document, [&](TextPlace place) {
+      document.replace(place, {0, place.index + 1}, {});
+      document.columnOf(place, 8);
+      document.lineLength(0);
+    });
+  }
+  if (work == "return-in-line") {
+    const TextSpan end = TextSpan::lineEnd(L"\n");
+    return editLine(document, [&](TextPlace place) {
+      document.replace(place, place, end);
+      document.replace({0, document.lineLength(0)}, {1, 0}, {});
+    });
+  }
+  if (work == "replace-back") return replaceEverything(document, "replace", SearchDirection::Backward);
   if (work == "search") return search(document, SearchCase::Respected);
   if (work == "search-any-case") return search(document, SearchCase::Ignored);
   if (work == "paste" || work == "undo" || work == "redo") return pasteAndBack(document, work);

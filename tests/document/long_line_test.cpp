@@ -5,6 +5,8 @@
 #include <random>
 
 #include "document/document_support.h"
+#include "document/naive_document.h"
+#include "editor/document/document_search.h"
 #include "editor/document/text_rules.h"
 
 namespace {
@@ -20,6 +22,16 @@ std::string longBytes(const TextEncoding& encoding, std::mt19937& random) {
   }
   return bytes;
 }
+
+TextRun runOf(const std::string& bytes, const TextEncoding& encoding) {
+  auto* block = new BytesBlock;
+  block->bytes = bytes;
+  TextRun run;
+  run.block = SharedBlock(block);
+  run.length = bytes.size();
+  run.storage = {encoding, false};
+  return run;
+}
 }  // namespace
 
 TEST(LongLine, SaysWhatAWholeLineWouldSay) {
@@ -32,7 +44,7 @@ TEST(LongLine, SaysWhatAWholeLineWouldSay) {
     std::wstring whole;
     decodeText(bytes, encoding, whole);
     const auto length = static_cast<int64_t>(whole.size());
-    LongLine line(bytes, {encoding, false});
+    LongLine line(runOf(bytes, encoding));
     for (int round = 0; round < 300; ++round) {
       const auto index = static_cast<int64_t>(random() % (whole.size() + 1));
       const auto count = static_cast<int64_t>(random() % 9000);
@@ -73,6 +85,62 @@ TEST(LongLine, AnEditedLongLineKeepsItsColumns) {
   }
   ASSERT_EQ(document.text(1), whole);
   ASSERT_EQ(document.lineLength(1), static_cast<int64_t>(whole.size()));
+}
+
+namespace {
+std::wstring decoded(const std::string& bytes, const TextEncoding& encoding) {
+  std::wstring text;
+  decodeText(bytes, encoding, text);
+  return text;
+}
+
+// Text to be put in: mostly short, sometimes long, sometimes with line ends or bytes that are none.
+std::wstring someText(const std::wstring& source, std::mt19937& random) {
+  const size_t length = random() % 8 == 0 ? random() % 30000 : random() % 4;
+  std::wstring text = source.substr(random() % (source.size() - length), length);
+  if (random() % 10 == 0) text += L'\n';
+  return text;
+}
+}  // namespace
+
+TEST(LongLine, EditsGiveWhatAPlainListOfLinesGivesInEachEncoding) {
+  std::mt19937 random(13);
+  for (const TextEncoding& encoding :
+       {Utf8, TextEncoding{TextFormat::CodePage, 1252}, TextEncoding{TextFormat::CodePage, 932},
+        TextEncoding{TextFormat::Utf16Le, 0}, TextEncoding{TextFormat::Utf32Be, 0}}) {
+    const std::string bytes = longBytes(encoding, random);
+    const std::wstring source = decoded(bytes, encoding);
+    Document document;
+    NaiveDocument naive;
+    EditHistory history;
+    ASSERT_TRUE(document.load(bytes, encoding));
+    naive.load(bytes, encoding);
+    for (int round = 0; round < 150; ++round) {
+      TextPlace from{static_cast<int64_t>(random() % naive.lines.size()), 0};
+      const std::wstring& line = naive.lines[static_cast<size_t>(from.line)].text;
+      from.index = static_cast<int64_t>(random() % (line.size() + 1));
+      TextPlace to{from.line, from.index + static_cast<int64_t>(random() % 9)};
+      if (random() % 6 == 0) to = {from.line + 1, static_cast<int64_t>(random() % 5000)};
+      from = document.clamped(from);
+      to = std::max(document.clamped(to), from);
+      const std::wstring text = someText(source, random);
+      const Document::Replaced replaced = document.replace(from, to, spanOf(text));
+      ASSERT_EQ(naive.replace(from, to, naiveText(text, LineEndStyle::Lf)), replaced.end);
+      history.push({replaced.removed, from, replaced.end, from, replaced.end});
+      ASSERT_EQ(document.lineCount(), std::ssize(naive.lines));
+      for (const int64_t looked : {from.line, replaced.end.line}) {
+        ASSERT_EQ(document.text(looked), naive.lines[static_cast<size_t>(looked)].text);
+      }
+      if (round % 10 == 0) {
+        ASSERT_EQ(writtenBytes(document), naive.bytes(encoding));
+      }
+    }
+    ASSERT_EQ(writtenBytes(document), naive.bytes(encoding));
+    TextPlace cursor;
+    while (history.undoCommand(document, cursor) == UndoOutcome::Done) {
+    }
+    ASSERT_EQ(writtenBytes(document), bytes);
+  }
 }
 
 TEST(LongLine, WordsAndBracketsAreFoundInOneOfAnyLength) {

@@ -2,6 +2,11 @@
 
 #include <algorithm>
 
+namespace {
+// Of the line that is being edited, in one piece.
+constexpr size_t MostWorkCharacters = 65536;
+}  // namespace
+
 Document::Document() = default;
 Document::~Document() = default;
 
@@ -39,26 +44,39 @@ void Document::forgetSeen() const {
 void Document::store() const {
   if (work_.line < 0) return;
   const int64_t line = work_.line;
-  if (line < lines_.lines()) {
-    lines_.setLine(line, newRun(work_.text, work_.end));
+  const bool isLast = line == lines_.lines();
+  const std::wstring_view end = isLast ? std::wstring_view() : work_.end;
+  const TextRun run = work_.pieces ? work_.pieces->gathered(end) : newRun(work_.text, end);
+  if (isLast) {
+    last_ = run;
   } else {
-    last_ = newRun(work_.text);
+    lines_.setLine(line, run);
   }
+  if (work_.pieces) keepSeen(line, std::move(work_.pieces));
   work_ = {};
 }
 
 void Document::openWorkLine(int64_t line) {
   if (work_.line == line) return;
   store();
-  if (LongLine* marks = look(line)) {
-    work_.text = marks->slice(0, INT64_MAX);
+  if (look(line)) {
+    const auto seen = std::find_if(seenLong_.begin(), seenLong_.end(),
+                                   [line](const SeenLongLine& one) { return one.line == line; });
+    work_.pieces = std::move(seen->pieces);
+    seenLong_.erase(seen);
     work_.end = lineEnd(line);
   } else {
     work_.text = std::move(seen_.text);
     work_.end = std::move(seen_.end);
+    seen_ = {};
   }
   work_.line = line;
-  forgetSeen();
+}
+
+// What a line holds from one character to another, as a run without lines.
+TextRun Document::textBetween(int64_t line, int64_t from, int64_t to) const {
+  if (LongLine* pieces = look(line)) return pieces->part(from, std::min(to, pieces->length()));
+  return newRun(slice(line, from, to - from));
 }
 
 TextSpan Document::span(TextPlace from, TextPlace to) const {
@@ -67,16 +85,17 @@ TextSpan Document::span(TextPlace from, TextPlace to) const {
   if (from.line == to.line) {
     const bool isLastLine = from.line == lines_.lines() && work_.line != from.line;
     if (isLastLine && from.index == 0 && to == end()) return {RunTree(), last_};
-    return {RunTree(), newRun(slice(from.line, from.index, to.index - from.index))};
+    return {RunTree(), textBetween(from.line, from.index, to.index)};
   }
   store();
   TextRun last =
-      to.line == lines_.lines() && to == end() ? last_ : newRun(slice(to.line, 0, to.index));
+      to.line == lines_.lines() && to == end() ? last_ : textBetween(to.line, 0, to.index);
   RunTree lines = lines_;
   lines.cutFrom(to.line);
   lines = lines.cutFrom(from.line);
   if (from.index > 0)
-    lines.setLine(0, newRun(slice(from.line, from.index, INT64_MAX), lineEnd(from.line)));
+    lines.setLine(0,
+                  joinedRuns({textBetween(from.line, from.index, INT64_MAX)}, lineEnd(from.line)));
   return {std::move(lines), std::move(last)};
 }
 
@@ -93,20 +112,28 @@ Document::Replaced Document::replace(TextPlace from, TextPlace to, const TextSpa
 Document::Replaced Document::replaceInLine(TextPlace from, TextPlace to, const TextSpan& text) {
   Replaced replaced{span(from, to), {}};
   openWorkLine(from.line);
-  const std::wstring put = text.last_.wholeText();
-  work_.text.replace(static_cast<size_t>(from.index), static_cast<size_t>(to.index - from.index),
-                     put);
-  workLineChanged(from.index);
-  replaced.end = {from.line, from.index + static_cast<int64_t>(put.size())};
+  replaced.end = {from.line, from.index + putInWorkLine(from.index, to.index, text.last_)};
   return replaced;
+}
+
+// Returns how many characters were put in.
+int64_t Document::putInWorkLine(int64_t from, int64_t to, const TextRun& text) {
+  if (!work_.pieces && work_.text.size() + text.length > MostWorkCharacters) {
+    work_.pieces = std::make_unique<LongLine>(newRun(work_.text));
+    work_.text = {};
+  }
+  if (work_.pieces) return work_.pieces->replace(from, to, text);
+  const std::wstring put = text.wholeText();
+  work_.text.replace(static_cast<size_t>(from), static_cast<size_t>(to - from), put);
+  return static_cast<int64_t>(put.size());
 }
 
 Document::Replaced Document::replaceLines(TextPlace from, TextPlace to, const TextSpan& text) {
   Replaced replaced{span(from, to), {}};
   store();
   const bool reachesLast = to.line == lines_.lines();
-  const std::wstring head = slice(from.line, 0, from.index);
-  const std::wstring tail = slice(to.line, to.index, INT64_MAX);
+  const TextRun head = textBetween(from.line, 0, from.index);
+  const TextRun tail = textBetween(to.line, to.index, INT64_MAX);
   const std::wstring tailEnd = reachesLast ? std::wstring() : lineEnd(to.line);
 
   RunTree tailLine = lines_.cutFrom(to.line);
@@ -114,17 +141,17 @@ Document::Replaced Document::replaceLines(TextPlace from, TextPlace to, const Te
   lines_.cutFrom(from.line);
   forgetSeen();
 
-  TextSpan put(RunTree(), head.empty() ? TextRun() : newRun(head));
-  put = put.joined(text);
-  replaced.end = {from.line + put.lineEnds(), put.lastLength()};
+  const TextSpan put = TextSpan(RunTree(), head).joined(text);
+  replaced.end = {from.line + text.lineEnds(), text.lastLength()};
+  if (text.lineEnds() == 0) replaced.end.index += from.index;
   const bool keepsTail = to.index == 0 && put.last_.length == 0;
-  lines_.append(std::move(put.lines_));
+  lines_.append(put.lines_);
   if (reachesLast) {
-    if (!keepsTail) last_ = gluedRuns(put.last_, newRun(tail));
+    if (!keepsTail) last_ = joinedRuns({put.last_, tail});
   } else if (keepsTail) {
     lines_.append(std::move(tailLine));
   } else {
-    lines_.append(RunTree({newRun(put.last_.wholeText() + tail, tailEnd)}));
+    lines_.append(RunTree({joinedRuns({put.last_, tail}, tailEnd)}));
   }
   lines_.append(std::move(behind));
   return replaced;

@@ -117,7 +117,7 @@ class Document {
     int64_t line = -1;
     std::wstring text;
     std::wstring end;
-    std::unique_ptr<LongLine> marks;  // if it is long
+    std::unique_ptr<LongLine> pieces;  // instead of the text, if it is long
   };
   // The line that was looked at last, unless it is long.
   struct SeenLine {
@@ -127,8 +127,7 @@ class Document {
   };
   struct SeenLongLine {
     int64_t line;
-    SharedBlock block;
-    std::unique_ptr<LongLine> marks;
+    std::unique_ptr<LongLine> pieces;
   };
   // A line of a run, or the last line.
   struct RunLine {
@@ -140,14 +139,16 @@ class Document {
   void store() const;
   void forgetSeen() const;
   void openWorkLine(int64_t line);
-  void workLineChanged(int64_t index);
   RunLine runLine(int64_t line) const;
   std::wstring lineEnd(int64_t line) const;
-  // What is known of a line: the marks of a long one or, when it gives null, all of its text, which
-  // stays until the next look at the text.
+  // What is known of a line: the pieces of a long one or, when it gives null, all of its text,
+  // which stays until the next look at the text.
   LongLine* look(int64_t line) const;
   LongLine* seenLongLine(int64_t line) const;
+  LongLine* keepSeen(int64_t line, std::unique_ptr<LongLine> pieces) const;
   const std::wstring& seenText(int64_t line) const;
+  TextRun textBetween(int64_t line, int64_t from, int64_t to) const;
+  int64_t putInWorkLine(int64_t from, int64_t to, const TextRun& text);
   Replaced replaceInLine(TextPlace from, TextPlace to, const TextSpan& text);
   Replaced replaceLines(TextPlace from, TextPlace to, const TextSpan& text);
 

@@ -7,12 +7,6 @@ namespace {
 // Bytes from which on a line isn't decoded whole when a part of it is wanted.
 constexpr size_t LongLineBytes = 65536;
 constexpr size_t SeenLongLines = 64;
-
-std::string_view bytesOf(const std::wstring& text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
-
-constexpr TextStorage WideStorage{{TextFormat::Utf8, 0}, true};
 }  // namespace
 
 Document::RunLine Document::runLine(int64_t line) const {
@@ -27,23 +21,20 @@ std::wstring Document::lineEnd(int64_t line) const {
   return decodeBytes(found.bytes.end, found.run->storage);
 }
 
-void Document::workLineChanged(int64_t index) {
-  if (work_.marks) work_.marks->changedFrom(index, bytesOf(work_.text));
-  if (bytesOf(work_.text).size() < LongLineBytes) {
-    work_.marks.reset();
-  } else if (!work_.marks) {
-    work_.marks = std::make_unique<LongLine>(bytesOf(work_.text), WideStorage);
-  }
-}
-
 LongLine* Document::seenLongLine(int64_t line) const {
   for (const SeenLongLine& seen : seenLong_)
-    if (seen.line == line) return seen.marks.get();
+    if (seen.line == line) return seen.pieces.get();
   return nullptr;
 }
 
+LongLine* Document::keepSeen(int64_t line, std::unique_ptr<LongLine> pieces) const {
+  if (seenLong_.size() == SeenLongLines) seenLong_.erase(seenLong_.begin());
+  seenLong_.push_back({line, std::move(pieces)});
+  return seenLong_.back().pieces.get();
+}
+
 LongLine* Document::look(int64_t line) const {
-  if (line == work_.line) return work_.marks.get();
+  if (line == work_.line) return work_.pieces.get();
   if (line == seen_.line) return nullptr;
   if (LongLine* seen = seenLongLine(line)) return seen;
   const RunLine found = runLine(line);
@@ -55,9 +46,7 @@ LongLine* Document::look(int64_t line) const {
                          : decodeBytes(found.bytes.end, run.storage)};
     return nullptr;
   }
-  if (seenLong_.size() == SeenLongLines) seenLong_.erase(seenLong_.begin());
-  seenLong_.push_back({line, run.block, std::make_unique<LongLine>(found.bytes.text, run.storage)});
-  return seenLong_.back().marks.get();
+  return keepSeen(line, std::make_unique<LongLine>(run.textOf(found.bytes.text)));
 }
 
 const std::wstring& Document::seenText(int64_t line) const {
@@ -66,31 +55,28 @@ const std::wstring& Document::seenText(int64_t line) const {
 
 std::wstring Document::text(int64_t line) const {
   if (line < 0 || line >= lineCount()) return {};
-  if (line == work_.line) return work_.text;
-  if (LongLine* marks = look(line)) return marks->slice(0, INT64_MAX);
-  return seen_.text;
+  if (LongLine* pieces = look(line)) return pieces->slice(0, INT64_MAX);
+  return seenText(line);
 }
 
 int64_t Document::lineLength(int64_t line) const {
   if (line < 0 || line >= lineCount()) return 0;
-  if (line == work_.line) return static_cast<int64_t>(work_.text.size());
-  if (LongLine* marks = look(line)) return marks->length();
-  return static_cast<int64_t>(seen_.text.size());
+  if (LongLine* pieces = look(line)) return pieces->length();
+  return static_cast<int64_t>(seenText(line).size());
 }
 
 int64_t Document::lineBytes(int64_t line) const {
   if (line < 0 || line >= lineCount()) return 0;
-  if (line == work_.line) return static_cast<int64_t>(bytesOf(work_.text).size());
-  if (line == seen_.line) return static_cast<int64_t>(seen_.text.size());
-  if (const LongLine* seen = seenLongLine(line)) return static_cast<int64_t>(seen->bytes());
+  const LongLine* pieces = line == work_.line ? work_.pieces.get() : seenLongLine(line);
+  if (pieces) return static_cast<int64_t>(pieces->bytes());
+  if (line == work_.line || line == seen_.line) return static_cast<int64_t>(seenText(line).size());
   return static_cast<int64_t>(runLine(line).bytes.text.size());
 }
 
 std::wstring Document::slice(int64_t line, int64_t from, int64_t count) const {
   if (line < 0 || line >= lineCount() || count <= 0) return {};
   from = std::max<int64_t>(from, 0);
-  LongLine* marks = look(line);
-  if (marks && line != work_.line) return marks->slice(from, count);
+  if (LongLine* pieces = look(line)) return pieces->slice(from, count);
   const std::wstring& whole = seenText(line);
   if (from >= static_cast<int64_t>(whole.size())) return {};
   return whole.substr(static_cast<size_t>(from), static_cast<size_t>(count));
@@ -134,14 +120,14 @@ Document::BytePlace Document::lineOfByte(int64_t offset) const {
 
 int64_t Document::columnOf(TextPlace place, int tabWidth) const {
   place = clamped(place);
-  if (LongLine* marks = look(place.line)) return marks->columnOf(place.index, tabWidth);
+  if (LongLine* pieces = look(place.line)) return pieces->columnOf(place.index, tabWidth);
   const std::wstring_view text = seenText(place.line);
   return columnBehind(text.substr(0, static_cast<size_t>(place.index)), 0, tabWidth);
 }
 
 int64_t Document::indexAt(int64_t line, int64_t column, int tabWidth) const {
   if (column <= 0 || line < 0 || line >= lineCount()) return 0;
-  if (LongLine* marks = look(line)) return marks->indexAt(column, tabWidth);
+  if (LongLine* pieces = look(line)) return pieces->indexAt(column, tabWidth);
   return static_cast<int64_t>(charactersTo(seenText(line), 0, column, tabWidth));
 }
 

@@ -7,10 +7,6 @@
 namespace {
 constexpr size_t MarkedBytes = 4096;
 
-std::string_view bytesOf(const std::wstring& text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
-
 bool isContinuation(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
@@ -36,101 +32,228 @@ size_t charactersTo(std::wstring_view text, int64_t column, int64_t target, int 
   return text.size();
 }
 
-LongLine::LongLine(std::string_view bytes, const TextStorage& storage)
-    : bytes_(bytes), storage_(storage) {
-  if (hasStarts(storage)) return;
-  decoded_ = decodeBytes(bytes, storage);
-  bytes_ = bytesOf(decoded_);
-  storage_.isWide = true;
-}
-
-// The start of a character a stretch behind `byte`, where one begins.
-size_t LongLine::nextStart(size_t byte) const {
-  size_t next = byte + MarkedBytes;
-  if (next >= bytes_.size()) return bytes_.size();
-  if (storage_.isWide) return next;
-  if (storage_.encoding.format == TextFormat::Utf8) {
+namespace {
+// How many bytes the first piece of a text has: it ends where a character does.
+size_t firstStretch(const TextRun& text) {
+  const std::string_view bytes = text.bytes();
+  size_t next = MarkedBytes;
+  if (next >= bytes.size()) return bytes.size();
+  if (text.storage.isWide) return next;
+  if (text.storage.encoding.format == TextFormat::Utf8) {
     // Nothing reaches over more than three of them.
-    for (int i = 0; i < 3 && next < bytes_.size() && isContinuation(bytes_[next]); ++i) ++next;
+    for (int i = 0; i < 3 && next < bytes.size() && isContinuation(bytes[next]); ++i) ++next;
     return next;
   }
-  const bool isUtf16 = unitBytes(storage_.encoding.format) == 2;
-  if (!isUtf16) return next;
+  if (unitBytes(text.storage.encoding.format) != 2) return next;
   // Two units may be one character: the stretch ends where it doesn't cut one.
   std::wstring around;
-  decodeText(bytes_.substr(next - 2, 4), storage_.encoding, around);
-  return around.size() == 1 && next + 2 <= bytes_.size() ? next + 2 : next;
+  decodeText(bytes.substr(next - 2, 4), text.storage.encoding, around);
+  return around.size() == 1 && next + 2 <= bytes.size() ? next + 2 : next;
 }
 
-std::wstring LongLine::piece(size_t mark) const {
-  const size_t begin = marks_[mark].byte;
-  const size_t end = mark + 1 < marks_.size() ? marks_[mark + 1].byte : nextStart(begin);
-  return decodeBytes(bytes_.substr(begin, end - begin), storage_);
+TextRun takeFront(TextRun& text, size_t bytes) {
+  TextRun front = text;
+  front.length = bytes;
+  text.begin += bytes;
+  text.length -= bytes;
+  return front;
 }
 
-void LongLine::addMark() {
-  const Mark& last = marks_.back();
-  const std::wstring text = piece(marks_.size() - 1);
-  marks_.push_back({nextStart(last.byte), last.index + static_cast<int64_t>(text.size()),
-                    columnBehind(text, last.column, tabWidth_)});
+int64_t nextStop(int64_t column, int tabWidth) {
+  return column + tabWidth - column % tabWidth;
+}
+
+// Runs that go on in their block become one.
+void addRun(const TextRun& run, std::vector<TextRun>& runs) {
+  if (run.length == 0) return;
+  if (!runs.empty() && runs.back().goesOnWith(run)) {
+    runs.back().length += run.length;
+  } else {
+    runs.push_back(run);
+  }
+}
+}  // namespace
+
+LongLine::LongLine(const TextRun& text)
+    : rest_(hasStarts(text.storage) ? text : newRun(text.wholeText())),
+      bytes_(static_cast<int64_t>(rest_.length)) {}
+
+LongLine::Piece LongLine::measured(const TextRun& run, const std::wstring& text) const {
+  Piece piece{run, static_cast<int64_t>(text.size())};
+  const size_t tab = text.find(L'\t');
+  piece.lead = tab == std::wstring::npos ? piece.characters : static_cast<int64_t>(tab);
+  if (piece.lead < piece.characters)
+    piece.behind = columnBehind(std::wstring_view(text).substr(tab + 1), 0, tabWidth_);
+  return piece;
 }
 
 void LongLine::setTabWidth(int tabWidth) {
   if (tabWidth == tabWidth_) return;
   tabWidth_ = tabWidth;
+  for (Piece& piece : pieces_)
+    if (piece.lead < piece.characters) piece = measured(piece.run, piece.run.wholeText());
   marks_.resize(1);
 }
 
-// The last mark at or before the character.
-size_t LongLine::markBefore(int64_t index) {
-  while (marks_.back().index <= index && !isWhole()) addMark();
+LongLine::Piece LongLine::takePiece(TextRun& text) const {
+  const TextRun front = takeFront(text, firstStretch(text));
+  return measured(front, front.wholeText());
+}
+
+// Makes a piece of what isn't in pieces yet; false when there is no more.
+bool LongLine::addPiece() {
+  if (rest_.length == 0) return false;
+  pieces_.push_back(takePiece(rest_));
+  characters_ += pieces_.back().characters;
+  return true;
+}
+
+// Goes one piece further; false at the end of the line.
+bool LongLine::addMark() {
+  if (marks_.size() > pieces_.size() && !addPiece()) return false;
+  const Piece& piece = pieces_[marks_.size() - 1];
+  Mark mark = marks_.back();
+  mark.index += piece.characters;
+  mark.column += piece.lead;
+  if (piece.lead < piece.characters) mark.column = nextStop(mark.column, tabWidth_) + piece.behind;
+  marks_.push_back(mark);
+  return true;
+}
+
+// The piece that holds the character, or their number at the end of the line.
+size_t LongLine::pieceOf(int64_t index) {
+  while (marks_.back().index <= index && addMark()) {
+  }
   const auto behind = std::upper_bound(marks_.begin(), marks_.end(), index,
                                        [](int64_t i, const Mark& mark) { return i < mark.index; });
   return static_cast<size_t>(behind - marks_.begin()) - 1;
 }
 
 int64_t LongLine::length() {
-  while (!isWhole()) addMark();
-  return marks_.back().index;
+  while (addPiece()) {
+  }
+  return characters_;
+}
+
+// The characters of a piece that lie between those of the line.
+std::wstring LongLine::piecePart(size_t number, int64_t from, int64_t to) const {
+  if (number == pieces_.size()) return {};
+  const int64_t start = marks_[number].index;
+  const auto first = static_cast<size_t>(std::max<int64_t>(from - start, 0));
+  const auto last = static_cast<size_t>(std::min(to - start, pieces_[number].characters));
+  std::wstring text = pieces_[number].run.wholeText();
+  text.resize(last);
+  return first == 0 ? text : text.substr(first);
 }
 
 std::wstring LongLine::slice(int64_t from, int64_t count) {
-  size_t mark = markBefore(from);
-  auto skip = static_cast<size_t>(from - marks_[mark].index);
+  const int64_t to = count > INT64_MAX - from ? INT64_MAX : from + count;
   std::wstring result;
-  for (; static_cast<int64_t>(result.size()) < count && marks_[mark].byte < bytes_.size(); ++mark) {
-    const std::wstring text = piece(mark);
-    if (mark + 1 == marks_.size()) addMark();
-    if (skip < text.size()) result.append(text, skip);
-    skip -= std::min(skip, text.size());
+  for (size_t number = pieceOf(from); marks_[number].index < to; ++number) {
+    if (number + 1 == marks_.size() && !addMark()) break;
+    result += piecePart(number, from, to);
   }
-  if (static_cast<int64_t>(result.size()) > count) result.resize(static_cast<size_t>(count));
   return result;
 }
 
 int64_t LongLine::columnOf(int64_t index, int tabWidth) {
   setTabWidth(tabWidth);
-  const size_t mark = markBefore(index);
-  const auto inside = static_cast<size_t>(index - marks_[mark].index);
-  if (inside == 0) return marks_[mark].column;
-  return columnBehind(std::wstring_view(piece(mark)).substr(0, inside), marks_[mark].column,
-                      tabWidth);
+  const size_t number = pieceOf(index);
+  const Mark& mark = marks_[number];
+  if (index == mark.index) return mark.column;
+  return columnBehind(piecePart(number, mark.index, index), mark.column, tabWidth);
 }
 
 int64_t LongLine::indexAt(int64_t column, int tabWidth) {
   setTabWidth(tabWidth);
-  while (marks_.back().column <= column && !isWhole()) addMark();
+  while (marks_.back().column <= column && addMark()) {
+  }
   const auto behind =
       std::upper_bound(marks_.begin(), marks_.end(), column,
                        [](int64_t wanted, const Mark& mark) { return wanted < mark.column; });
-  const size_t mark = static_cast<size_t>(behind - marks_.begin()) - 1;
-  return marks_[mark].index +
-         static_cast<int64_t>(charactersTo(piece(mark), marks_[mark].column, column, tabWidth));
+  const auto number = static_cast<size_t>(behind - marks_.begin()) - 1;
+  const Mark& mark = marks_[number];
+  return mark.index + static_cast<int64_t>(charactersTo(piecePart(number, mark.index, INT64_MAX),
+                                                        mark.column, column, tabWidth));
 }
 
-void LongLine::changedFrom(int64_t index, std::string_view bytes) {
-  bytes_ = bytes;
-  const auto behind = std::upper_bound(marks_.begin(), marks_.end(), index,
-                                       [](int64_t i, const Mark& mark) { return i < mark.index; });
-  marks_.erase(std::max(behind, marks_.begin() + 1), marks_.end());
+std::vector<TextRun> LongLine::runsBetween(int64_t from, int64_t to) {
+  std::vector<TextRun> runs;
+  const size_t last = pieceOf(to);
+  for (size_t number = pieceOf(from); number <= last && number < pieces_.size(); ++number) {
+    const Piece& piece = pieces_[number];
+    const int64_t start = marks_[number].index;
+    const bool isWhole = from <= start && start + piece.characters <= to;
+    addRun(isWhole ? piece.run : newRun(piecePart(number, from, to)), runs);
+  }
+  return runs;
+}
+
+TextRun LongLine::part(int64_t from, int64_t to) {
+  return joinedRuns(runsBetween(from, to));
+}
+
+void LongLine::addPieces(std::wstring_view text, std::vector<Piece>& pieces) const {
+  while (!text.empty()) {
+    const std::wstring part(
+        text.substr(0, text.size() > 2 * MarkedBytes ? MarkedBytes : text.size()));
+    pieces.push_back(measured(newRun(part), part));
+    text.remove_prefix(part.size());
+  }
+}
+
+int64_t LongLine::replace(int64_t from, int64_t to, const TextRun& text) {
+  size_t first = pieceOf(from);
+  const size_t last = pieceOf(to);
+  if (first == pieces_.size() && first > 0) --first;
+  const int64_t start = marks_[first].index;
+  const std::wstring head = piecePart(first, start, from);
+  const std::wstring tail = piecePart(last, to, INT64_MAX);
+  std::vector<Piece> pieces;
+  if (text.length <= MarkedBytes || !hasStarts(text.storage)) {
+    addPieces(head + text.wholeText() + tail, pieces);
+  } else {
+    addPieces(head, pieces);
+    for (TextRun left = text; left.length > 0;) pieces.push_back(takePiece(left));
+    addPieces(tail, pieces);
+  }
+  const int64_t before = characters_;
+  exchange(first, std::min(last + 1, pieces_.size()), std::move(pieces));
+  return characters_ - before + (to - from);
+}
+
+// Puts pieces in the place of others.
+void LongLine::exchange(size_t first, size_t behind, std::vector<Piece> pieces) {
+  const auto count = [this](const Piece& piece, int sign) {
+    bytes_ += sign * static_cast<int64_t>(piece.run.length);
+    characters_ += sign * piece.characters;
+  };
+  for (size_t i = first; i < behind; ++i) count(pieces_[i], -1);
+  for (const Piece& piece : pieces) count(piece, 1);
+  const auto place = [this](size_t number) {
+    return pieces_.begin() + static_cast<std::ptrdiff_t>(number);
+  };
+  const size_t common = std::min(pieces.size(), behind - first);
+  const auto rest = pieces.begin() + static_cast<std::ptrdiff_t>(common);
+  std::move(pieces.begin(), rest, place(first));
+  pieces_.erase(place(first + common), place(behind));
+  pieces_.insert(place(first + common), std::make_move_iterator(rest),
+                 std::make_move_iterator(pieces.end()));
+  marks_.resize(first + 1);
+}
+
+TextRun LongLine::gathered(std::wstring_view end) {
+  std::vector<TextRun> runs;
+  for (const Piece& piece : pieces_) addRun(piece.run, runs);
+  addRun(rest_, runs);
+  TextRun all = joinedRuns(runs, end);
+  TextRun text = all;
+  text.lines = 0;
+  text.length = bytes();
+  const bool isSame = std::all_of(
+      runs.begin(), runs.end(), [&all](const TextRun& run) { return run.storage == all.storage; });
+  if (!isSame) return all;
+  for (Piece& piece : pieces_) piece.run = takeFront(text, piece.run.length);
+  rest_ = text;
+  return all;
 }

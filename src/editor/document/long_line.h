@@ -7,41 +7,56 @@
 
 #include "editor/document/text_run.h"
 
-// A line that is too long to be decoded whole each time that something of it is wanted. Remembers
-// where every 4,096th byte or so stands, in characters and columns, as far as anything was asked
-// for. The bytes are the caller's and stay as they are.
+// A line that is too long to be decoded whole each time that something of it is wanted, or to be
+// moved each time that it is changed: pieces of a few thousand bytes. Remembers how many characters
+// and columns stand before each of them, as far as anything was asked for.
 class LongLine {
  public:
-  LongLine(std::string_view bytes, const TextStorage& storage);
+  explicit LongLine(const TextRun& text);  // without lines
 
-  size_t bytes() const { return bytes_.size(); }
+  size_t bytes() const { return static_cast<size_t>(bytes_); }  // of memory
   int64_t length();
   std::wstring slice(int64_t from, int64_t count);
   int64_t columnOf(int64_t index, int tabWidth);
   int64_t indexAt(int64_t column, int tabWidth);
-  // The bytes of wide characters from `index` on are others now.
-  void changedFrom(int64_t index, std::string_view bytes);
+
+  // The characters from `from` to before `to` as a run without lines.
+  TextRun part(int64_t from, int64_t to);
+  // Puts the text of a run without lines in their place; returns how many characters it has.
+  int64_t replace(int64_t from, int64_t to, const TextRun& text);
+  // All of it with the line end, as newRun, in one block, which is that of the pieces from now on.
+  TextRun gathered(std::wstring_view end);
 
  private:
-  // What stands before a byte.
+  struct Piece {
+    TextRun run;
+    int64_t characters = 0;
+    int64_t lead = 0;    // how many of them stand before the first tab
+    int64_t behind = 0;  // columns behind that tab
+  };
+  // What stands before a piece.
   struct Mark {
-    size_t byte = 0;
     int64_t index = 0;
     int64_t column = 0;
   };
 
   void setTabWidth(int tabWidth);
-  bool isWhole() const { return marks_.back().byte == bytes_.size(); }
-  std::wstring piece(size_t mark) const;  // the characters from this mark to the next
-  size_t nextStart(size_t byte) const;
-  void addMark();
-  size_t markBefore(int64_t index);
+  Piece measured(const TextRun& run, const std::wstring& text) const;
+  Piece takePiece(TextRun& text) const;
+  void addPieces(std::wstring_view text, std::vector<Piece>& pieces) const;
+  bool addPiece();
+  bool addMark();
+  void exchange(size_t first, size_t behind, std::vector<Piece> pieces);
+  size_t pieceOf(int64_t index);
+  std::wstring piecePart(size_t number, int64_t from, int64_t to) const;
+  std::vector<TextRun> runsBetween(int64_t from, int64_t to);
 
-  std::string_view bytes_;
-  TextStorage storage_;
-  std::wstring decoded_;  // all of it, where a character's start can't be told from the bytes
+  std::vector<Piece> pieces_;
+  TextRun rest_;                // behind them
+  std::vector<Mark> marks_{1};  // of the first pieces, and of what follows these
+  int64_t characters_ = 0;      // of the pieces
+  int64_t bytes_;               // of all
   int tabWidth_ = 8;
-  std::vector<Mark> marks_{1};
 };
 
 // The rules of display columns for a text that begins at `column`: a tab reaches to the next

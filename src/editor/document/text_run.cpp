@@ -102,6 +102,15 @@ void TextRun::partsAround(int64_t line, TextRun& before, TextRun& behind) const 
   behind.lines = lines - line - 1;
 }
 
+TextRun TextRun::textOf(std::string_view text) const {
+  TextRun run = *this;
+  if (!text.empty()) run.begin += static_cast<size_t>(text.data() - bytes().data());
+  run.length = text.size();
+  run.lines = 0;
+  run.ends.reset();
+  return run;
+}
+
 std::wstring TextRun::text(int64_t line) const {
   return decodeBytes(lineAt(line).text, storage);
 }
@@ -185,8 +194,76 @@ TextRun newRun(std::wstring_view text, std::wstring_view end) {
   return run;
 }
 
-TextRun gluedRuns(const TextRun& a, const TextRun& b) {
-  if (a.length == 0) return b;
-  if (b.length == 0) return a;
-  return newRun(a.wholeText() + b.wholeText());
+namespace {
+// Whether the bytes of two texts, one behind the other, are read as both.
+bool staySo(std::string_view before, std::string_view behind, const TextStorage& storage) {
+  constexpr size_t LongestCharacter = 4;
+  if (before.size() % static_cast<size_t>(unitBytes(storage.unitFormat())) != 0) return false;
+  before.remove_prefix(before.size() - std::min(before.size(), LongestCharacter));
+  behind = behind.substr(0, LongestCharacter);
+  return decodeBytes(std::string(before).append(behind), storage) ==
+         decodeBytes(before, storage) + decodeBytes(behind, storage);
+}
+
+// Appends a text as `storage` holds it. False when it can't hold it, or not behind these bytes.
+bool appendAs(const TextStorage& storage, const TextRun& text, std::string& bytes) {
+  if (text.storage == storage) {
+    if (!staySo(bytes, text.bytes(), storage)) return false;
+    bytes += text.bytes();
+    return true;
+  }
+  const std::wstring wide = text.wholeText();
+  std::string own;
+  if (storage.isWide) {
+    appendWide(wide, own);
+  } else if (encodeText(wide, storage.encoding, own) != AllEncoded ||
+             decodeBytes(own, storage) != wide) {
+    return false;
+  }
+  if (findLineEnd(own, 0, storage.unitFormat()).length != 0) return false;
+  if (!staySo(bytes, own, storage)) return false;
+  bytes += own;
+  return true;
+}
+
+bool appendEnd(const TextStorage& storage, std::wstring_view end, std::string& bytes) {
+  if (end.empty()) return true;
+  const auto unit = static_cast<size_t>(unitBytes(storage.unitFormat()));
+  if (bytes.size() % unit != 0) return false;
+  if (storage.isWide) {
+    appendWide(end, bytes);
+    return true;
+  }
+  if (unit == 1) return appendPlain(end, bytes);
+  return encodeText(end, storage.encoding, bytes) == AllEncoded;
+}
+}  // namespace
+
+TextRun joinedRuns(const std::vector<TextRun>& texts, std::wstring_view end) {
+  if (texts.empty()) return newRun({}, end);
+  if (texts.size() == 1 && end.empty()) return texts.front();
+  size_t size = end.size() * sizeof(wchar_t);
+  for (const TextRun& text : texts) size += text.length;
+  TextRun run;
+  run.storage =
+      std::max_element(texts.begin(), texts.end(), [](const TextRun& a, const TextRun& b) {
+        return a.length < b.length;
+      })->storage;
+  auto* block = new BytesBlock;
+  run.block = SharedBlock(block);
+  std::string& bytes = block->bytes;
+  bytes.reserve(size);
+  const auto append = [&](const TextRun& text) {
+    return text.length == 0 || appendAs(run.storage, text, bytes);
+  };
+  if (!std::all_of(texts.begin(), texts.end(), append) || !appendEnd(run.storage, end, bytes)) {
+    bytes.clear();
+    run.storage = {PlainEncoding, true};
+    for (const TextRun& text : texts) appendWide(text.wholeText(), bytes);
+    appendWide(end, bytes);
+  }
+  if (bytes.empty()) return {};
+  run.length = bytes.size();
+  run.lines = end.empty() ? 0 : 1;
+  return run;
 }

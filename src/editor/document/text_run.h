@@ -58,6 +58,8 @@ struct TextRun {
   TextRun part(int64_t fromLine, int64_t toLine) const;
   // What stands before and behind a line; without lines, each may be empty.
   void partsAround(int64_t line, TextRun& before, TextRun& behind) const;
+  // A text that stands in bytes(), as a run without lines.
+  TextRun textOf(std::string_view text) const;
   std::wstring text(int64_t line) const;
   std::wstring lineEnd(int64_t line) const;
   std::wstring wholeText() const;  // of a run without lines
@@ -96,8 +98,9 @@ bool appendPlain(std::wstring_view text, std::string& bytes);
 
 // A text in a block of its own: one line with its line end, or, if that is empty, without lines.
 TextRun newRun(std::wstring_view text, std::wstring_view end = {});
-// Both texts, which have no lines, as one.
-TextRun gluedRuns(const TextRun& a, const TextRun& b);
+// The texts of runs without lines one behind the other, and the line end, as newRun. As bytes of
+// the longest one where that is possible.
+TextRun joinedRuns(const std::vector<TextRun>& texts, std::wstring_view end = {});
 
 // The bytes of a text taken apart.
 struct ScannedText {

@@ -61,12 +61,12 @@ std::wstring TextSpan::text() const {
 }
 
 TextSpan TextSpan::joined(const TextSpan& other) const {
-  if (other.lines_.empty()) return {lines_, gluedRuns(last_, other.last_)};
+  if (other.lines_.empty()) return {lines_, joinedRuns({last_, other.last_})};
   TextSpan result(lines_, other.last_);
   RunTree more = other.lines_;
   if (last_.length != 0) {
     const TextRun& first = *more.find(0).run;
-    more.setLine(0, newRun(last_.wholeText() + first.text(0), first.lineEnd(0)));
+    more.setLine(0, joinedRuns({last_, first.textOf(first.lineAt(0).text)}, first.lineEnd(0)));
   }
   result.lines_.append(std::move(more));
   return result;
