@@ -148,7 +148,8 @@ double measured(const std::string& work, const char* path) {
       document.replace({0, document.lineLength(0)}, {1, 0}, {});
     });
   }
-  if (work == "replace-back") return replaceEverything(document, "replace", SearchDirection::Backward);
+  if (work == "replace-back")
+    return replaceEverything(document, "replace", SearchDirection::Backward);
   if (work == "search") return search(document, SearchCase::Respected);
   if (work == "search-any-case") return search(document, SearchCase::Ignored);
   if (work == "paste" || work == "undo" || work == "redo") return pasteAndBack(document, work);

@@ -114,9 +114,8 @@ TEST_F(DocumentSearch, ALongSearchCanBeLeft) {
 namespace {
 // Hit by hit, as a user would replace them.
 int64_t replaceOneByOne(Document& document, EditHistory& history, const SearchQuery& query,
-                        const TextSpan& replacement) {
+                        const TextSpan& replacement, TextPlace place = {}) {
   int64_t count = 0;
-  TextPlace place;
   for (; findText(document, query, place) == SearchEnd::Found; ++count)
     place = replaceHit(document, history, query, replacement, place);
   return count;
@@ -125,7 +124,7 @@ int64_t replaceOneByOne(Document& document, EditHistory& history, const SearchQu
 
 TEST_F(DocumentSearch, ReplacingAllIsReplacingOneAfterTheOther) {
   const wchar_t* const texts[] = {L"a", L"-a-", L"aa", L"a-", L"-"};
-  const wchar_t* const replacements[] = {L"", L"x", L"-", L"aa", L"a\nb"};
+  const wchar_t* const replacements[] = {L"", L"x", L"-", L"aa", L"a\nab"};
   std::mt19937 random(7);
   int64_t replaced = 0;
   for (int round = 0; round < 500; ++round) {
@@ -136,12 +135,17 @@ TEST_F(DocumentSearch, ReplacingAllIsReplacingOneAfterTheOther) {
     query.words = random() % 2 == 0 ? SearchWords::Any : SearchWords::WholeOnly;
     const TextSpan replacement = spanOf(replacements[random() % 5]);
     load(bytes);
+    TextPlace start;
+    if (random() % 3 == 0) {
+      query.direction = SearchDirection::Backward;
+      start = document.end();
+    }
     Document other;
     ASSERT_TRUE(other.load(bytes, Utf8));
     EditHistory otherHistory;
-    const int64_t count = replaceOneByOne(other, otherHistory, query, replacement);
+    const int64_t count = replaceOneByOne(other, otherHistory, query, replacement, start);
     EditHistory own;
-    ASSERT_EQ(replaceAll(document, own, query, replacement, {0, 0}, -1).count, count) << bytes;
+    ASSERT_EQ(replaceAll(document, own, query, replacement, start, -1).count, count) << bytes;
     ASSERT_EQ(writtenBytes(document), writtenBytes(other)) << bytes;
     ASSERT_EQ(own.undo.size(), count);
     TextPlace cursor;
@@ -150,6 +154,77 @@ TEST_F(DocumentSearch, ReplacingAllIsReplacingOneAfterTheOther) {
     replaced += count;
   }
   EXPECT_GT(replaced, 100);
+}
+
+TEST_F(DocumentSearch, ReplacingAllInALongLineIsReplacingOneAfterTheOther) {
+  std::mt19937 random(8);
+  for (const wchar_t* replacement : {L"", L"x", L"needle"}) {
+    for (const SearchWords words : {SearchWords::Any, SearchWords::WholeOnly}) {
+      std::string bytes = "needle\n";
+      while (bytes.size() < 300000) bytes.append(random() % 9000, " -\t"[random() % 3]) += "needle";
+      // One that reaches over the edge of what is looked through at once, wherever that begins.
+      for (const size_t at : {65530, 65535, 65537, 131070, 131080}) bytes.replace(at, 6, "needle");
+      load(bytes + "\nneedle");
+      Document other;
+      ASSERT_TRUE(other.load(bytes + "\nneedle", Utf8));
+      SearchQuery query{L"needle"};
+      query.words = words;
+      EditHistory otherHistory;
+      const int64_t count = replaceOneByOne(other, otherHistory, query, spanOf(replacement));
+      EXPECT_GT(count, 30);
+      EXPECT_EQ(replaceAll(document, history, query, spanOf(replacement), {0, 0}, -1).count, count);
+      EXPECT_EQ(writtenBytes(document), writtenBytes(other));
+      TextPlace cursor;
+      EXPECT_EQ(history.undoCommand(document, cursor), UndoOutcome::Done);
+      EXPECT_EQ(writtenBytes(document), bytes + "\nneedle");
+    }
+  }
+}
+
+namespace {
+// Makes in another document what it is told of.
+class Follower : public DocumentObserver {
+ public:
+  explicit Follower(Document& document) : document_(document) {}
+  void onReplaced(TextPlace from, TextPlace to, const TextSpan& inserted) override {
+    document_.replace(from, to, TextSpan::fromStored(inserted.stored()));
+  }
+  void onLineEnds(LineEndStyle style) override { document_.setLineEnds(style); }
+
+ private:
+  Document& document_;
+};
+}  // namespace
+
+TEST_F(DocumentSearch, WhoWatchesTheTextIsToldOfEachReplacedLine) {
+  std::string bytes;
+  for (int i = 0; i < 10000; ++i) bytes += i % 3 == 0 ? "a needle\r\n" : i % 3 == 1 ? "\n" : "x\r";
+  bytes += std::string(100000, '-') + "needle\nneedle";
+  load(bytes);
+  Document other;
+  ASSERT_TRUE(other.load(bytes, Utf8));
+  Follower follower(other);
+  document.setObserver(&follower);
+  EXPECT_EQ(replaceAll(document, history, {L"needle"}, spanOf(L""), {0, 0}, -1).count, 3336);
+  document.setObserver(nullptr);
+  EXPECT_EQ(writtenBytes(document), writtenBytes(other));
+  EXPECT_EQ(document.lineCount(), other.lineCount());
+}
+
+TEST_F(DocumentSearch, WhatWasReplacedBeforeAStopStaysReplaced) {
+  std::string bytes;
+  for (int i = 0; i < 2000; ++i) bytes += "needle\n";
+  load(bytes);
+  const ReplaceAllResult result = replaceAll(document, history, {L"needle"}, spanOf(L"thread"),
+                                             {0, 0}, -1, [] { return true; });
+  EXPECT_EQ(result.end, SearchEnd::Stopped);
+  EXPECT_GT(result.count, 0);
+  EXPECT_EQ(document.text(result.count - 1), L"thread");
+  EXPECT_EQ(document.text(result.count), L"needle");
+  EXPECT_EQ(history.undo.size(), result.count);
+  TextPlace cursor;
+  history.undoCommand(document, cursor);
+  EXPECT_EQ(writtenBytes(document), bytes);
 }
 
 TEST_F(DocumentSearch, CharactersThatFoldAlikeAreFoundInEachEncoding) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "editor/document/run_builder.h"
+
 namespace {
 // Of the line that is being edited, in one piece.
 constexpr size_t MostWorkCharacters = 65536;
@@ -155,4 +157,49 @@ Document::Replaced Document::replaceLines(TextPlace from, TextPlace to, const Te
   }
   lines_.append(std::move(behind));
   return replaced;
+}
+
+void Document::replaceInLines(const std::vector<LineChange>& changes) {
+  if (changes.empty()) return;
+  store();
+  const int64_t first = changes.front().line;
+  RunTree lines = lines_.cutFrom(first);
+  RunTree behind = lines.cutFrom(changes.back().line + 1 - first);
+  lines_.append(changedLines(lines, first, changes));
+  lines_.append(std::move(behind));
+  forgetSeen();
+  if (changes.back().line == lines_.lines()) {
+    const LineChange& change = changes.back();
+    openWorkLine(change.line);
+    putInWorkLine(change.from, change.to, newRun(change.text));
+  }
+  if (!observer_) return;
+  for (const LineChange& change : changes) {
+    const TextSpan text(RunTree(), newRun(change.text));
+    observer_->onReplaced({change.line, change.from}, {change.line, change.to}, text);
+  }
+}
+
+// The lines, which begin with number `first`, with the changes that are theirs.
+RunTree Document::changedLines(const RunTree& lines, int64_t first,
+                               const std::vector<LineChange>& changes) {
+  RunBuilder builder;
+  auto change = changes.begin();
+  lines.forEach([&](const TextRun& run) {
+    LineStart kept;  // up to where the run has been taken over
+    for (; change != changes.end() && change->line < first + run.lines; ++change) {
+      const LineStart start = run.startOf(change->line - first, kept);
+      if (start.line > kept.line) builder.addRun(run.part(kept, start));
+      const LineBytes line = run.lineFrom(start.offset);
+      std::wstring text = decodeBytes(line.text, run.storage);
+      text.replace(static_cast<size_t>(change->from),
+                   static_cast<size_t>(change->to - change->from), change->text);
+      builder.addLine(text, run.endText(line));
+      kept = {start.line + 1, start.offset + line.text.size() + line.end.size()};
+    }
+    if (kept.line < run.lines) builder.addRun(run.part(kept, {run.lines, run.length}));
+    first += run.lines;
+    return true;
+  });
+  return builder.finish();
 }

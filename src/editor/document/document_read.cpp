@@ -17,8 +17,7 @@ Document::RunLine Document::runLine(int64_t line) const {
 
 std::wstring Document::lineEnd(int64_t line) const {
   const RunLine found = runLine(line);
-  if (found.run->ends) return std::wstring(lineEndText(*found.run->ends));
-  return decodeBytes(found.bytes.end, found.run->storage);
+  return found.run->endText(found.bytes);
 }
 
 LongLine* Document::seenLongLine(int64_t line) const {
@@ -40,10 +39,7 @@ LongLine* Document::look(int64_t line) const {
   const RunLine found = runLine(line);
   const TextRun& run = *found.run;
   if (found.bytes.text.size() < LongLineBytes) {
-    const bool hasOtherEnd = run.ends && line < lines_.lines();
-    seen_ = {line, decodeBytes(found.bytes.text, run.storage),
-             hasOtherEnd ? std::wstring(lineEndText(*run.ends))
-                         : decodeBytes(found.bytes.end, run.storage)};
+    seen_ = {line, decodeBytes(found.bytes.text, run.storage), run.endText(found.bytes)};
     return nullptr;
   }
   return keepSeen(line, std::make_unique<LongLine>(run.textOf(found.bytes.text)));

@@ -7,9 +7,8 @@
 #include "editor/document/search_pattern.h"
 
 namespace {
-// How many replacements are made between two looks, each counting with the length of its line.
+// How many replacements are made between two looks.
 constexpr int64_t HitsBetweenLooks = 256;
-constexpr int64_t CharactersOfAHit = 16384;
 constexpr std::wstring_view LineEndCharacters(L"\r\n\0", 3);
 
 bool isFoundNowhere(const SearchQuery& query) {
@@ -51,7 +50,13 @@ TextPlace replaceHit(Document& document, EditHistory& history, const SearchQuery
 }
 
 namespace {
-// All hits of a line at once, forward from one that is known; each is a step of its own.
+// How many characters of a line are looked through at once.
+constexpr int64_t WindowCharacters = 65536;
+// How many lines are changed at once.
+constexpr size_t MostChanges = 4096;
+
+// All hits of a line at once, or of a part of one that is long: forward from one that is known.
+// Each is a step of its own; they reach the document when `finish` is called.
 class LineReplacement {
  public:
   LineReplacement(Document& document, EditHistory& history, const SearchPattern& pattern,
@@ -62,47 +67,58 @@ class LineReplacement {
         replacement_(replacement.text()),
         command_(command) {}
 
-  // Returns how many there were; `place` is the start of the last one then.
-  int64_t run(TextPlace& place) {
-    const int64_t line = place.line;
-    const std::wstring old = document_.text(line);
-    std::wstring fresh;
-    int64_t count = 0;
-    int64_t kept = place.index;  // up to where the old text has been taken over
-    for (int64_t hit = place.index; hit >= 0;) {
-      fresh.append(old, static_cast<size_t>(kept), static_cast<size_t>(hit - kept));
-      starts_.push_back(place.index + static_cast<int64_t>(fresh.size()));
-      removed_.push_back(old.substr(static_cast<size_t>(hit), pattern_.text().size()));
-      fresh += replacement_;
-      kept = hit + pattern_.length();
-      ++count;
-      hit = pattern_.findBehind(old, kept, beforeNext(old, fresh, place.index));
+  // Returns where the search goes on: in the same line, or at the start of the next one.
+  // `knownText` is the text of the line, if somebody has it.
+  TextPlace run(TextPlace place, const std::wstring* knownText) {
+    const int64_t length = knownText ? std::ssize(*knownText) : document_.lineLength(place.line);
+    const int64_t start = std::max<int64_t>(place.index - 1, 0);
+    const int64_t size = WindowCharacters + pattern_.length();
+    const std::wstring slice =
+        knownText ? std::wstring() : document_.slice(place.line, start, size);
+    const std::wstring_view old =
+        knownText ? std::wstring_view(*knownText).substr(static_cast<size_t>(start)) : slice;
+    Document::LineChange change = changeOf(place, start, old);
+    if (length <= WindowCharacters) {
+      changes_.push_back(std::move(change));
+      if (changes_.size() == MostChanges) finish();
+      return {place.line + 1, 0};
     }
-    document_.replace(place, {line, kept}, TextSpan::fromText(fresh, LineEndStyle::Lf));
-    pushSteps(line);
-    place.index = starts_.back();
-    starts_.clear();
-    removed_.clear();
-    return count;
+    const TextSpan text = TextSpan::fromText(change.text, LineEndStyle::Lf);
+    return document_.replace({change.line, change.from}, {change.line, change.to}, text).end;
+  }
+
+  int64_t count() const { return count_; }
+
+  void finish() {
+    document_.replaceInLines(changes_);
+    changes_.clear();
   }
 
  private:
-  // What stands before the place behind the last replacement.
-  static wchar_t beforeNext(const std::wstring& old, const std::wstring& fresh, int64_t start) {
-    if (!fresh.empty()) return fresh.back();
-    return start == 0 ? L' ' : old[static_cast<size_t>(start) - 1];
+  // `old` begins at `start`, one character before the place if there is one.
+  Document::LineChange changeOf(TextPlace place, int64_t start, std::wstring_view old) {
+    Document::LineChange change{place.line, place.index, 0, {}};
+    const wchar_t before = place.index == 0 ? L' ' : old[0];
+    int64_t kept = place.index - start;  // up to where the old text has been taken over
+    for (int64_t hit = kept; hit >= 0 && hit < WindowCharacters; ++count_) {
+      change.text += old.substr(static_cast<size_t>(kept), static_cast<size_t>(hit - kept));
+      pushStep({place.line, change.from + std::ssize(change.text)},
+               old.substr(static_cast<size_t>(hit), pattern_.text().size()));
+      change.text += replacement_;
+      kept = hit + pattern_.length();
+      hit = pattern_.findBehind(old, kept, change.text.empty() ? before : change.text.back());
+    }
+    change.to = start + kept;
+    return change;
   }
 
-  void pushSteps(int64_t line) {
-    for (size_t i = 0; i < starts_.size(); ++i) {
-      if (removed_[i] != lastRemoved_) {
-        lastRemoved_ = removed_[i];
-        lastSpan_ = TextSpan::fromText(lastRemoved_, LineEndStyle::Lf);
-      }
-      const TextPlace from{line, starts_[i]};
-      const TextPlace to{line, starts_[i] + static_cast<int64_t>(replacement_.size())};
-      history_.push({lastSpan_, from, to, from, to, command_});
+  void pushStep(TextPlace from, std::wstring_view removed) {
+    if (removed != lastRemoved_) {
+      lastRemoved_ = removed;
+      lastSpan_ = TextSpan::fromText(lastRemoved_, LineEndStyle::Lf);
     }
+    const TextPlace to{from.line, from.index + std::ssize(replacement_)};
+    history_.push({lastSpan_, from, to, from, to, command_});
   }
 
   Document& document_;
@@ -110,8 +126,8 @@ class LineReplacement {
   const SearchPattern& pattern_;
   const std::wstring replacement_;
   const int64_t command_;
-  std::vector<int64_t> starts_;
-  std::vector<std::wstring> removed_;
+  int64_t count_ = 0;
+  std::vector<Document::LineChange> changes_;
   std::wstring lastRemoved_;  // most hits are spelt alike and share their text
   TextSpan lastSpan_;
 };
@@ -124,26 +140,29 @@ ReplaceAllResult replaceAll(Document& document, EditHistory& history, const Sear
   if (isFoundNowhere(query)) return result;
   const SearchPattern pattern(query);
   RunSearch runs(document, pattern, stop);
-  LineReplacement line(document, history, pattern, replacement, command);
+  LineReplacement lines(document, history, pattern, replacement, command);
   const bool takesLines = pattern.isForward() && replacement.lineEnds() == 0;
-  int64_t untilLook = HitsBetweenLooks;
-  while ((result.end = runs.find(place)) == SearchEnd::Found) {
-    result.last = place;
+  int64_t lookAt = HitsBetweenLooks;
+  result.end = runs.find(place);
+  while (result.end == SearchEnd::Found) {
+    const int64_t line = place.line;
     if (takesLines) {
-      result.count += line.run(place);
-      result.last = place;
-      place.index = document.lineLength(place.line);
+      place = lines.run(place, runs.hitLine());
+      result.count = lines.count();
     } else {
       place = replaceHit(document, history, query, replacement, place, command);
       ++result.count;
     }
-    untilLook -= 1 + document.lineLength(result.last.line) / CharactersOfAHit;
-    if (untilLook > 0) continue;
-    untilLook = HitsBetweenLooks;
-    if (stop && stop()) {
-      result.end = SearchEnd::Stopped;
-      break;
+    if (result.count >= lookAt) {
+      lookAt = result.count + HitsBetweenLooks;
+      if (stop && stop()) {
+        result.end = SearchEnd::Stopped;
+        break;
+      }
     }
+    const bool isLineDone = takesLines && place.line != line;
+    result.end = isLineDone ? runs.findFrom(place.line, place) : runs.find(place);
   }
+  lines.finish();
   return result;
 }

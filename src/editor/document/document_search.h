@@ -39,7 +39,6 @@ TextPlace replaceHit(Document& document, EditHistory& history, const SearchQuery
 struct ReplaceAllResult {
   int64_t count = 0;
   SearchEnd end = SearchEnd::NotFound;  // Stopped, or NotFound when the text ran out
-  TextPlace last;                       // the start of the last replacement, if there was one
 };
 // All hits from `place` on. `command`, below 0 and not that of an earlier one, makes the steps one.
 ReplaceAllResult replaceAll(Document& document, EditHistory& history, const SearchQuery& query,

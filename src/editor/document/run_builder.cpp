@@ -8,21 +8,26 @@ constexpr size_t LargestBlock = size_t{16} << 20;
 void RunBuilder::addLine(std::wstring_view text, std::wstring_view end) {
   // Two line ends that meet in one block must be two there.
   if (text.empty() && lineEndsMerge(lastEnd_, end)) closeBlock();
-  const size_t start = bytes_.size();
-  if (!appendPlain(text, bytes_)) {
-    bytes_.resize(start);
+  if (!block_) {
+    run_ = {};
+    run_.block = SharedBlock(block_ = new BytesBlock);
+  }
+  const size_t start = block_->bytes.size();
+  if (!appendPlain(text, block_->bytes)) {
+    block_->bytes.resize(start);
     addRun(newRun(text, end));
     return;
   }
-  appendPlain(end, bytes_);
-  if (lines_ % MarkedLines == 0) marks_.push_back(start);
-  ++lines_;
+  appendPlain(end, block_->bytes);
+  if ((run_.firstLine + run_.lines) % MarkedLines == 0) block_->marks.push_back(start);
+  ++run_.lines;
+  run_.length = block_->bytes.size() - run_.begin;
   lastEnd_ = end;
-  if (bytes_.size() >= LargestBlock) closeBlock();
+  if (block_->bytes.size() >= LargestBlock) closeBlock();
 }
 
 void RunBuilder::addRun(const TextRun& run) {
-  closeBlock();
+  closeRun();
   if (!runs_.empty() && runs_.back().goesOnWith(run)) {
     runs_.back().length += run.length;
     runs_.back().lines += run.lines;
@@ -31,21 +36,21 @@ void RunBuilder::addRun(const TextRun& run) {
   }
 }
 
+// What comes next in the block is another run.
+void RunBuilder::closeRun() {
+  if (run_.lines == 0) return;
+  runs_.push_back(run_);
+  run_.begin += run_.length;
+  run_.firstLine += run_.lines;
+  run_.length = 0;
+  run_.lines = 0;
+}
+
 void RunBuilder::closeBlock() {
-  if (lines_ == 0) return;
-  auto* block = new BytesBlock;
-  TextRun run;
-  run.block = SharedBlock(block);
-  run.length = bytes_.size();
-  run.lines = lines_;
-  block->bytes = std::move(bytes_);
-  block->bytes.shrink_to_fit();
-  block->marks = std::move(marks_);
-  bytes_.clear();
-  marks_.clear();
-  lines_ = 0;
+  closeRun();
+  if (block_) block_->bytes.shrink_to_fit();
+  block_ = nullptr;
   lastEnd_.clear();
-  runs_.push_back(std::move(run));
 }
 
 RunTree RunBuilder::finish() {

@@ -15,11 +15,11 @@ class RunBuilder {
   RunTree finish();
 
  private:
+  void closeRun();
   void closeBlock();
 
   std::vector<TextRun> runs_;
-  std::string bytes_;  // of the lines of the block in the making
-  std::vector<size_t> marks_;
-  int64_t lines_ = 0;
+  TextRun run_;                  // the one in the making, at the end of the block
+  BytesBlock* block_ = nullptr;  // its block, as long as it grows
   std::wstring lastEnd_;
 };

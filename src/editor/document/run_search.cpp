@@ -22,21 +22,27 @@ class LongLineSearch {
   }
 
  private:
-  static constexpr int64_t Stretch = 65536;
+  // The first is small, since the next hit is often near.
+  static constexpr int64_t FirstStretch = 1024;
+  static constexpr int64_t LongestStretch = 65536;
 
   int64_t findForward(int64_t at, const std::function<bool(size_t)>& isStopped) const {
-    for (; at + pattern_.length() <= length_; at += Stretch) {
-      const int64_t hit = findIn(at, std::min(at + Stretch, length_), at);
-      if (hit >= 0 || isStopped(Stretch)) return hit;
+    for (int64_t stretch = FirstStretch; at + pattern_.length() <= length_;) {
+      const int64_t hit = findIn(at, std::min(at + stretch, length_), at);
+      if (hit >= 0 || isStopped(static_cast<size_t>(stretch))) return hit;
+      at += stretch;
+      stretch = std::min(2 * stretch, LongestStretch);
     }
     return -1;
   }
 
   int64_t findBackward(int64_t at, const std::function<bool(size_t)>& isStopped) const {
     at = std::min(at, length_ - pattern_.length());
-    for (; at >= 0; at -= Stretch) {
-      const int64_t hit = findIn(std::max<int64_t>(at - Stretch + 1, 0), at + 1, at);
-      if (hit >= 0 || isStopped(Stretch)) return hit;
+    for (int64_t stretch = FirstStretch; at >= 0;) {
+      const int64_t hit = findIn(std::max<int64_t>(at - stretch + 1, 0), at + 1, at);
+      if (hit >= 0 || isStopped(static_cast<size_t>(stretch))) return hit;
+      at -= stretch;
+      stretch = std::min(2 * stretch, LongestStretch);
     }
     return -1;
   }
@@ -57,6 +63,7 @@ class LongLineSearch {
 }  // namespace
 
 SearchEnd RunSearch::find(TextPlace& place) {
+  hitLine_.reset();
   if (place.line < 0 || place.line >= document_.lineCount()) return SearchEnd::NotFound;
   const int64_t index = indexIn(place.line, place.index);
   if (index < 0)
@@ -66,8 +73,8 @@ SearchEnd RunSearch::find(TextPlace& place) {
   return SearchEnd::Found;
 }
 
-// From the start of `line` on, or from its end backward.
 SearchEnd RunSearch::findFrom(int64_t line, TextPlace& place) {
+  hitLine_.reset();
   while (line >= 0 && line < document_.lineCount()) {
     const Document::RunPlace found = document_.runAt(line);
     const bool isFound = CandidateScan::isPossible(found.run->storage)
@@ -111,6 +118,12 @@ bool RunSearch::isIn(int64_t line, TextPlace& place) {
   return index >= 0;
 }
 
+// The line start that is known of a run; of its first line when it isn't the one scanned last.
+LineStart RunSearch::knownStart(const TextRun& run) const {
+  const bool isSame = run.block.get() == scanned_.block.get() && run.begin == scanned_.begin;
+  return isSame ? known_ : LineStart();
+}
+
 // The line of the byte at `offset`, as bytes of the run.
 LineBytes RunSearch::lineAround(const TextRun& run, size_t offset) {
   const std::string_view all = run.bytes();
@@ -125,20 +138,27 @@ LineBytes RunSearch::lineAround(const TextRun& run, size_t offset) {
 bool RunSearch::isHitAround(const Document::RunPlace& found, size_t offset, const LineBytes& bytes,
                             TextPlace& place) {
   const TextRun& run = *found.run;
-  const auto lineInRun = [&] { return run.lines > 0 ? run.lineOf(offset) : 0; };
-  if (bytes.text.size() > ShortBytes) return isIn(found.firstLine + lineInRun(), place);
-  const int64_t index =
-      pattern_.findIn(decodeBytes(bytes.text, run.storage), pattern_.isForward() ? 0 : INT64_MAX);
-  if (index >= 0) place = {found.firstLine + lineInRun(), index};
-  return index >= 0;
+  const auto lineOf = [&] {
+    if (run.lines == 0) return found.firstLine;
+    known_ = {run.lineOf(offset, knownStart(run)),
+              static_cast<size_t>(bytes.text.data() - run.bytes().data())};
+    scanned_ = run;
+    return found.firstLine + known_.line;
+  };
+  if (bytes.text.size() > ShortBytes) return isIn(lineOf(), place);
+  std::wstring text = decodeBytes(bytes.text, run.storage);
+  const int64_t index = pattern_.findIn(text, pattern_.isForward() ? 0 : INT64_MAX);
+  if (index < 0) return false;
+  place = {lineOf(), index};
+  hitLine_ = std::move(text);
+  return true;
 }
 
 bool RunSearch::scanForward(const Document::RunPlace& found, int64_t line, TextPlace& place) {
   const TextRun& run = *found.run;
   const CandidateScan& scan = scanFor(run.storage);
   const std::string_view all = run.bytes();
-  size_t at = run.offsetOf(line - found.firstLine);
-  if (run.lines == 0) at = 0;
+  size_t at = run.lines == 0 ? 0 : run.startOf(line - found.firstLine, knownStart(run)).offset;
   while (at < all.size()) {
     const size_t limit = std::min(at + BytesBetweenLooks, all.size());
     const size_t offset = scan.first(all, at, limit);

@@ -17,9 +17,12 @@ class RunSearch {
 
   // As findText.
   SearchEnd find(TextPlace& place);
+  // From the start of `line` on, or from its end backward.
+  SearchEnd findFrom(int64_t line, TextPlace& place);
+  // The text of the line of the last hit, if it came by; until the next search.
+  const std::wstring* hitLine() const { return hitLine_ ? &*hitLine_ : nullptr; }
 
  private:
-  SearchEnd findFrom(int64_t line, TextPlace& place);
   bool looksForStop(size_t bytes);
   const CandidateScan& scanFor(const TextStorage& storage);
   int64_t indexIn(int64_t line, int64_t at);
@@ -35,7 +38,13 @@ class RunSearch {
   const Document& document_;
   const SearchPattern& pattern_;
   const StopAsked& stop_;
+  LineStart knownStart(const TextRun& run) const;
+
   std::optional<CandidateScan> scan_;
+  std::optional<std::wstring> hitLine_;
+  // A line start in what was scanned last; the next search goes on from there.
+  TextRun scanned_;
+  LineStart known_;
   size_t looked_ = 0;
   bool isStopped_ = false;
 };

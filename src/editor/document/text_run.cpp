@@ -31,12 +31,6 @@ std::wstring decodeBytes(std::string_view bytes, const TextStorage& storage) {
 }
 
 namespace {
-// A line of a run, and where it begins.
-struct LineStart {
-  int64_t line;
-  size_t offset;
-};
-
 // The nearest known start at or before a line or an offset.
 LineStart knownStart(const TextRun& run, size_t mark) {
   const int64_t line = static_cast<int64_t>(mark) * MarkedLines;
@@ -50,22 +44,23 @@ size_t lineBehind(const TextRun& run, std::string_view bytes, size_t offset) {
 }
 }  // namespace
 
-size_t TextRun::offsetOf(int64_t line) const {
-  if (line >= lines) return length;
-  if (line == 0) return 0;
+LineStart TextRun::startOf(int64_t line, LineStart known) const {
+  if (line >= lines) return {lines, length};
   const std::string_view all = bytes();
   LineStart start = knownStart(*this, static_cast<size_t>((firstLine + line) / MarkedLines));
+  if (known.line > start.line && known.line <= line) start = known;
   for (; start.line < line; ++start.line) start.offset = lineBehind(*this, all, start.offset);
-  return start.offset;
+  return start;
 }
 
-int64_t TextRun::lineOf(size_t offset) const {
+int64_t TextRun::lineOf(size_t offset, LineStart known) const {
   const std::string_view all = bytes();
   const std::vector<size_t>& marks = block->marks;
   const auto behind = std::upper_bound(marks.begin(), marks.end(), begin + offset);
   LineStart start = behind == marks.begin()
                         ? LineStart{0, 0}
                         : knownStart(*this, static_cast<size_t>(behind - marks.begin()) - 1);
+  if (known.line > start.line && known.offset <= offset) start = known;
   for (;;) {
     const size_t next = lineBehind(*this, all, start.offset);
     if (next > offset || start.line + 1 >= lines) return start.line;
@@ -73,33 +68,25 @@ int64_t TextRun::lineOf(size_t offset) const {
   }
 }
 
-LineBytes TextRun::lineAt(int64_t line) const {
+LineBytes TextRun::lineFrom(size_t offset) const {
   const std::string_view all = bytes();
-  const size_t start = offsetOf(line);
-  const LineEnd end = findLineEnd(all, start, storage.unitFormat());
-  return {all.substr(start, end.at - start), all.substr(end.at, end.length)};
+  const LineEnd end = findLineEnd(all, offset, storage.unitFormat());
+  return {all.substr(offset, end.at - offset), all.substr(end.at, end.length)};
 }
 
-TextRun TextRun::part(int64_t fromLine, int64_t toLine) const {
+TextRun TextRun::part(LineStart from, LineStart to) const {
   TextRun piece = *this;
-  const size_t from = offsetOf(fromLine);
-  piece.begin = begin + from;
-  piece.length = offsetOf(toLine) - from;
-  piece.firstLine = firstLine + fromLine;
-  piece.lines = toLine - fromLine;
+  piece.begin = begin + from.offset;
+  piece.length = to.offset - from.offset;
+  piece.firstLine = firstLine + from.line;
+  piece.lines = to.line - from.line;
   return piece;
 }
 
 void TextRun::partsAround(int64_t line, TextRun& before, TextRun& behind) const {
-  const size_t start = offsetOf(line);
-  const size_t next = lineBehind(*this, bytes(), start);
-  before = behind = *this;
-  before.length = start;
-  before.lines = line;
-  behind.begin = begin + next;
-  behind.length = length - next;
-  behind.firstLine = firstLine + line + 1;
-  behind.lines = lines - line - 1;
+  const LineStart start = startOf(line);
+  before = part({}, start);
+  behind = part({line + 1, lineBehind(*this, bytes(), start.offset)}, {lines, length});
 }
 
 TextRun TextRun::textOf(std::string_view text) const {
@@ -115,9 +102,9 @@ std::wstring TextRun::text(int64_t line) const {
   return decodeBytes(lineAt(line).text, storage);
 }
 
-std::wstring TextRun::lineEnd(int64_t line) const {
-  if (ends) return std::wstring(lineEndText(*ends));
-  return decodeBytes(lineAt(line).end, storage);
+std::wstring TextRun::endText(const LineBytes& line) const {
+  if (lines == 0) return {};
+  return ends ? std::wstring(lineEndText(*ends)) : decodeBytes(line.end, storage);
 }
 
 std::wstring TextRun::wholeText() const {
@@ -138,11 +125,6 @@ bool LineWalk::next() {
 
 LineBytes LineWalk::bytes() const {
   return {all_.substr(begin_, end_.at - begin_), all_.substr(end_.at, end_.length)};
-}
-
-std::wstring LineWalk::lineEnd() const {
-  if (run_.ends) return std::wstring(lineEndText(*run_.ends));
-  return decodeBytes(bytes().end, run_.storage);
 }
 
 TextRun LineWalk::asRun() const {

@@ -38,6 +38,12 @@ struct LineBytes {
   std::string_view end;
 };
 
+// A line of a run, and the offset of its first byte.
+struct LineStart {
+  int64_t line = 0;
+  size_t offset = 0;
+};
+
 // A piece of a block: a number of whole lines, each with its line end; or, with 0 lines, a text
 // without a line end. Lines count from 0, offsets from the piece's first byte.
 struct TextRun {
@@ -52,17 +58,25 @@ struct TextRun {
   std::string_view bytes() const {
     return block ? std::string_view(block->bytes).substr(begin, length) : std::string_view();
   }
-  size_t offsetOf(int64_t line) const;  // the run's length for the number of its lines
-  int64_t lineOf(size_t offset) const;  // that holds the byte
-  LineBytes lineAt(int64_t line) const;
-  TextRun part(int64_t fromLine, int64_t toLine) const;
+  // Start and number of a line, by its number (all of the run's length for the number of its lines)
+  // or by the offset of a byte in it. A line start that is known spares a walk if it stands before.
+  LineStart startOf(int64_t line, LineStart known = {}) const;
+  int64_t lineOf(size_t offset, LineStart known = {}) const;
+  size_t offsetOf(int64_t line) const { return startOf(line).offset; }
+  LineBytes lineAt(int64_t line) const { return lineFrom(offsetOf(line)); }
+  LineBytes lineFrom(size_t offset) const;  // where a line begins
+  TextRun part(LineStart from, LineStart to) const;
+  TextRun part(int64_t fromLine, int64_t toLine) const {
+    return part(startOf(fromLine), startOf(toLine));
+  }
   // What stands before and behind a line; without lines, each may be empty.
   void partsAround(int64_t line, TextRun& before, TextRun& behind) const;
   // A text that stands in bytes(), as a run without lines.
   TextRun textOf(std::string_view text) const;
   std::wstring text(int64_t line) const;
-  std::wstring lineEnd(int64_t line) const;
-  std::wstring wholeText() const;  // of a run without lines
+  std::wstring lineEnd(int64_t line) const { return endText(lineAt(line)); }
+  std::wstring endText(const LineBytes& line) const;  // its line end
+  std::wstring wholeText() const;                     // of a run without lines
   // Whether `next` goes on in the block where this one ends.
   bool goesOnWith(const TextRun& next) const;
 };
@@ -76,7 +90,7 @@ class LineWalk {
   int64_t line() const { return line_; }
   LineBytes bytes() const;
   std::wstring text() const { return decodeBytes(bytes().text, run_.storage); }
-  std::wstring lineEnd() const;
+  std::wstring lineEnd() const { return run_.endText(bytes()); }
   TextRun asRun() const;
 
  private:
