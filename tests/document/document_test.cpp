@@ -239,11 +239,19 @@ TEST(Document, AWriteTellsHowManyLinesAreDone) {
   }
 }
 
-TEST(Document, ALoadThatIsStoppedLeavesNothing) {
+TEST(Document, ALoadThatIsStoppedLeavesTheTextAsItWas) {
+  const std::string large(20 << 20, 'x');
+  const auto stop = [](int64_t) { return false; };
   Document document;
-  EXPECT_FALSE(document.load(std::string(20 << 20, 'x'), Utf8, 0, [](int64_t) { return false; }));
+  EXPECT_FALSE(document.load(large, Utf8, 0, stop));
   EXPECT_EQ(document.lineCount(), 1);
   EXPECT_EQ(document.text(0), L"");
+  ASSERT_TRUE(document.load("one\r\ntwo\r\n", Utf8));
+  document.replace({0, 0}, {0, 0}, spanOf(L"x"));
+  EXPECT_FALSE(document.load(large, {TextFormat::CodePage, 437}, 0, stop));
+  EXPECT_EQ(writtenBytes(document, document.encoding()), "xone\r\ntwo\r\n");
+  EXPECT_EQ(document.encoding(), Utf8);
+  EXPECT_EQ(document.lineEndStyle(), LineEndStyle::CrLf);
 }
 
 TEST(Document, ARecodedLineMayBecomeLonger) {

@@ -234,6 +234,30 @@ TEST_F(LoadFile, ARecordOfTheViewerForcesNoFormatAndGivesThePlace) {
   EXPECT_EQ(record.viewerPosition, HISTREC::Unset);
 }
 
+TEST_F(LoadFile, AnotherEncodingBeginsWhereTheViewerWas) {
+  const std::string name = file("a.txt", "one\ntwo\nthree");
+  FileEdit edit(name);
+  ASSERT_TRUE(reloadFile(edit.editor, {TextFormat::CodePage, 437}));
+  EXPECT_EQ(edit.editor.cursor(), (TextPlace{0, 0}));
+  const Westring key = FileStatusStore::keyOfPath(decodeFileName(name.c_str()));
+  fileStatusStore().record(key).viewerPosition = 8;
+  ASSERT_TRUE(reloadFile(edit.editor, {TextFormat::Utf8}));
+  EXPECT_EQ(edit.editor.cursor(), (TextPlace{2, 0}));
+  EXPECT_EQ(edit.editor.view.top, 2);
+}
+
+TEST_F(LoadFile, EscDuringALongReloadLeavesTheTextAsItWas) {
+  const std::string name = file("a.txt", "one\n");
+  FileEdit edit(name);
+  edit.typeText("x");
+  ASSERT_EQ(truncate(name.c_str(), off_t{1} << 27), 0);
+  queueKey(Key::Esc);
+  EXPECT_FALSE(reloadFile(edit.editor, {TextFormat::CodePage, 437}));
+  EXPECT_EQ(edit.text(), "xone\n");
+  EXPECT_TRUE(edit.editor.isModified);
+  EXPECT_EQ(edit.editor.document.encoding().format, TextFormat::Utf8);
+}
+
 TEST_F(LoadFile, ARememberedFormatReplacesDetectionButNoMark) {
   const std::string name = file("a.txt", "one\n");
   const Westring key = FileStatusStore::keyOfPath(decodeFileName(name.c_str()));

@@ -21,13 +21,13 @@ void Document::clear() {
 
 bool Document::load(std::string bytes, const TextEncoding& encoding, size_t textStart,
                     const Progress& progress) {
+  ScannedText text = scanText(std::move(bytes), textStart, {encoding, false}, progress);
+  if (text.isStopped) return false;
   clear();
   encoding_ = encoding;
   textStart_ = textStart;
-  ScannedText text = scanText(std::move(bytes), textStart, {encoding, false}, progress);
   style_ = text.style == LineEndStyle::Unknown ? LineEndStyle::Lf : text.style;
-  invalidLines_ = text.isStopped ? 0 : text.invalidLines;
-  if (text.isStopped) return false;
+  invalidLines_ = text.invalidLines;
   if (text.lines.lines > 0) lines_ = RunTree({std::move(text.lines)});
   if (text.rest.length > 0) last_ = std::move(text.rest);
   return true;

@@ -68,6 +68,19 @@ void goToStart(CTextEditor& editor, const EditStart& start, const HISTREC* recor
   if (record) takeView(editor, *record);
 }
 
+// The text of a file that was read; false on Esc, with everything as it was.
+bool takeText(CTextEditor& editor, FileContent& content, const CTextFile& text) {
+  FileWork work(Reading);
+  const int64_t size = std::ssize(content.bytes);
+  const auto progress = [&work, size](int64_t bytes) { return work.report(bytes, size); };
+  if (!editor.document.load(std::move(content.bytes), text.encoding, text.textStart, progress)) {
+    return false;
+  }
+  editor.file.isReadOnly = content.isReadOnly;
+  editor.file.hasMark = text.hasMark();
+  return true;
+}
+
 }  // namespace
 
 bool loadFile(CTextEditor& editor, const EditStart& start) {
@@ -75,18 +88,9 @@ bool loadFile(CTextEditor& editor, const EditStart& start) {
   FileContent content;
   if (!openContent(editor, path, content)) return false;
   editor.file.saver.opened(path, content);
-  editor.file.isReadOnly = content.isReadOnly;
   const HISTREC* record = findRecord(editor);
   const CTextFile text = CTextFile::detect(content.bytes, rememberedEncoding(record));
-  editor.file.hasMark = text.hasMark();
-  {
-    FileWork work(Reading);
-    const int64_t size = std::ssize(content.bytes);
-    const auto progress = [&work, size](int64_t bytes) { return work.report(bytes, size); };
-    if (!editor.document.load(std::move(content.bytes), text.encoding, text.textStart, progress)) {
-      return false;
-    }
-  }
+  if (!takeText(editor, content, text)) return false;
   editor.file.saver.witness = &editor.file.journal.savings();
   beginJournal(editor);
   if (record) takeSteps(editor, *record);
@@ -103,17 +107,17 @@ bool reloadFile(CTextEditor& editor, const TextEncoding& encoding) {
     if (error != ECANCELED) tell(errorText(error), editor.file.name);
     return false;
   }
-  const CTextFile text = CTextFile::readAs(encoding, content.bytes);
+  if (!takeText(editor, content, CTextFile::readAs(encoding, content.bytes))) return false;
   editor.file.saver.opened(editor.file.saver.path(), content);
-  editor.file.isReadOnly = content.isReadOnly;
-  editor.file.hasMark = text.hasMark();
   editor.dropBlock();
-  editor.document.load(std::move(content.bytes), encoding, text.textStart);
   editor.history.clearSteps();
   editor.stepsAreForeign = false;
-  if (const HISTREC* record = findRecord(editor)) takeSteps(editor, *record);
   editor.view = EditorView();
   editor.makeSafe();
+  if (const HISTREC* record = findRecord(editor)) {
+    takeSteps(editor, *record);
+    if (record->viewerPosition >= 0) goToOffset(editor, record->viewerPosition, 0);
+  }
   editor.isModified = false;
   beginJournal(editor);
   editor.painter().syntax().load(editor.file.name, editor.document);
