@@ -39,11 +39,23 @@ uint64_t checkSum(char kind, std::string_view payload) {
   return sum ^ sum >> 32;
 }
 
-void appendPayload(char kind, std::string_view payload, std::string& out) {
+void putNumber(uint64_t number, size_t at, std::string& out) {
+  std::string bytes;
+  appendNumber(number, bytes);
+  out.replace(at, NumberSize, bytes);
+}
+
+// What `fill` appends to `out` is the payload: it may be large, and is copied only once.
+template <class Fill>
+void appendPayload(char kind, std::string& out, Fill fill) {
+  const size_t start = out.size();
   out += kind;
-  appendNumber(payload.size(), out);
-  appendNumber(checkSum(kind, payload), out);
-  out.append(payload);
+  out.append(2 * NumberSize, '\0');
+  fill();
+  const std::string_view payload = std::string_view(out).substr(start + RecordHead);
+  const uint64_t sum = checkSum(kind, payload);
+  putNumber(payload.size(), start + 1, out);
+  putNumber(sum, start + 1 + NumberSize, out);
 }
 
 // Numbers one after the other, then text.
@@ -177,45 +189,42 @@ std::optional<TextEncoding> encodingOfNumber(int64_t number) {
 }
 
 std::string journalHead(const JournalBase& base) {
-  std::string payload;
-  appendStamp(base.stamp, payload);
-  appendNumber(static_cast<uint64_t>(base.encoding.format), payload);
-  appendNumber(static_cast<uint64_t>(resolvedPage(base.encoding.page)), payload);
-  appendNumber(base.hasMark, payload);
-  payload += base.path;
   std::string out(Magic);
-  appendPayload(HeadKind, payload, out);
+  appendPayload(HeadKind, out, [&] {
+    appendStamp(base.stamp, out);
+    appendNumber(static_cast<uint64_t>(base.encoding.format), out);
+    appendNumber(static_cast<uint64_t>(resolvedPage(base.encoding.page)), out);
+    appendNumber(base.hasMark, out);
+    out += base.path;
+  });
   return out;
 }
 
 void appendRecord(const JournalStep& step, std::string& out) {
-  std::string payload;
-  payload.reserve(5 * NumberSize + step.bytes.size());
-  for (const StoredPlace& place : {step.from, step.to}) {
-    appendNumber(static_cast<uint64_t>(place.line), payload);
-    appendNumber(static_cast<uint64_t>(place.index), payload);
-  }
-  appendNumber(static_cast<uint64_t>(step.value), payload);
-  payload += step.bytes;
-  appendPayload(static_cast<char>(step.kind), payload, out);
+  appendPayload(static_cast<char>(step.kind), out, [&] {
+    for (const StoredPlace& place : {step.from, step.to}) {
+      appendNumber(static_cast<uint64_t>(place.line), out);
+      appendNumber(static_cast<uint64_t>(place.index), out);
+    }
+    appendNumber(static_cast<uint64_t>(step.value), out);
+    out += step.bytes;
+  });
 }
 
 void appendPrivateFile(std::string_view path, FileId id, std::string& out) {
-  std::string payload;
-  appendNumber(id.device, payload);
-  appendNumber(id.inode, payload);
-  payload += path;
-  appendPayload(PrivateFileKind, payload, out);
+  appendPayload(PrivateFileKind, out, [&] {
+    appendNumber(id.device, out);
+    appendNumber(id.inode, out);
+    out += path;
+  });
 }
 
 void appendWholeText(const FileStamp& stamp, std::string& out) {
-  std::string payload;
-  appendStamp(stamp, payload);
-  appendPayload(WholeTextKind, payload, out);
+  appendPayload(WholeTextKind, out, [&] { appendStamp(stamp, out); });
 }
 
 void appendDiscarded(std::string& out) {
-  appendPayload(DiscardedKind, {}, out);
+  appendPayload(DiscardedKind, out, [] {});
 }
 
 std::optional<JournalContent> readJournal(std::string_view bytes) {
