@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 namespace {
 
 // What all seeds get together, and one at most: a target with many doesn't take longer.
-constexpr size_t DamagedCopies = 4500, CopiesOfASeed = 3000;
+constexpr size_t DamagedCopies = 3000, CopiesOfASeed = 2000, BytesOfASeed = 1'000'000;
 constexpr size_t BytesOfADamage = 100;
 
 void tryInput(const std::string& bytes) {
@@ -42,8 +42,10 @@ TEST(Fuzz, DamagedSeedsAreTaken) {
   std::mt19937 random(1);
   const std::vector<std::string> all = seeds();
   ASSERT_FALSE(all.empty());
-  const size_t copies = std::min(DamagedCopies / all.size(), CopiesOfASeed);
   for (const std::string& seed : all) {
+    ASSERT_FALSE(seed.empty());
+    const size_t copies =
+        std::min({DamagedCopies / all.size(), CopiesOfASeed, BytesOfASeed / seed.size()});
     for (size_t copy = 0; copy < copies; ++copy) {
       std::string bytes = seed;
       for (size_t i = 0; i < 1 + bytes.size() / BytesOfADamage; ++i) {
