@@ -390,6 +390,37 @@ TEST_F(SaveFile, ARefusedEncodingInSaveAsKeepsTheOldOne) {
   EXPECT_EQ(std::string(toUtf8(edit.editor.file.name).data()), name);
 }
 
+TEST_F(SaveFile, SaveAsOfANewFileLeavesNoEmptyOneBehind) {
+  answering({{"Create?", {Key::Enter}}}, [&] {
+    FileEdit edit(path("new"));
+    EXPECT_TRUE(existsAt(path("new")));
+    edit.typeText("x");
+    queueKeys({'b', Key::Enter});
+    edit.key(Key::F3);
+    EXPECT_EQ(names(), std::vector<std::string>{"b"});
+    edit.typeText("y");
+    edit.keys({Key::F2, Key::Esc});
+  });
+  EXPECT_EQ(readFile(path("b")), "xy");
+  EXPECT_EQ(names(), std::vector<std::string>{"b"});
+}
+
+TEST_F(SaveFile, SaveAsThatFailsKeepsANewFile) {
+  answering({{"Create?", {Key::Enter}},
+             {" Save As ", {'/', 'n', 'o', '/', 'b', Key::Enter}},
+             {"Unable to open: No such file or directory", {Key::Enter}},
+             {" Save As ", {Key::Esc}}},
+            [&] {
+              FileEdit edit(path("new"));
+              edit.typeText("x");
+              edit.key(Key::F3);
+              EXPECT_TRUE(edit.editor.isModified);
+              edit.key(Key::F2);
+              EXPECT_EQ(readFile(path("new")), "x");
+            });
+  EXPECT_EQ(readFile(path("new")), "x");
+}
+
 TEST_F(SaveFile, AfterSaveAsTheTextHasTheColoursOfItsNewName) {
   userFiles.write("syntax.ini",
                   "[Colour Classes]\nWord: bright green\n[Test:*.test]\nwords:Word:one\n");
