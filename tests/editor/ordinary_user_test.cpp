@@ -72,11 +72,11 @@ TEST_F(OrdinaryUserTest, InADirectoryWithoutRightsAReadOnlyFileIsOverwritten) {
 }
 
 TEST_F(OrdinaryUserTest, AReadOnlyFileOfSomebodyElseStaysAsItIs) {
+  if (!isRoot()) GTEST_SKIP() << "only root has files of others";
   const std::string name = file("a.txt", "one");
-  ASSERT_TRUE(!isRoot() || chown(name.c_str(), 1, 1) == 0);
+  ASSERT_EQ(chown(name.c_str(), 1, 1), 0);
   dir.chmod("a.txt", 0444);
   const EffectiveUser user;
-  if (statusOf(name).st_uid == geteuid()) return;  // nobody else is known to who isn't root
   FileEdit edit(name);
   EXPECT_TRUE(edit.editor.file.isReadOnly);
   edit.typeText("x");
