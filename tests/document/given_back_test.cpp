@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "document/document_support.h"
 #include "editor/document/document.h"
 #include "editor/text/file_content.h"
 #include "editor/text/text_file.h"
@@ -165,3 +166,20 @@ TEST_F(GivenBack, ReadingInAnotherFormatKeepsTheMarkOfThat) {
 }
 
 }  // namespace
+
+TEST_F(GivenBack, AnEditInAPageWithoutAsciiLeavesTheBytesAroundIt) {
+  constexpr TextEncoding Page500{TextFormat::CodePage, 500};
+  const std::string bytes("\x82\x25\x83\r\n\x84\x15\x8E\n\x85\0\x86", 12);
+  for (int64_t line = 0; line < 4; ++line) {
+    ASSERT_TRUE(document.load(bytes, Page500));
+    ASSERT_EQ(document.lineCount(), 4);
+    document.replace({line, 0}, {line, 0}, spanOf(L"a"));
+    ASSERT_EQ(document.lineCount(), 4);
+    const size_t starts[] = {0, 5, 9, 11};
+    std::string expected = bytes;
+    expected.insert(starts[line], 1, '\x81');
+    EXPECT_EQ(writtenBytes(document, Page500), expected) << line;
+    document.replace({line, 0}, {line, 1}, {});
+    EXPECT_EQ(writtenBytes(document, Page500), bytes) << line;
+  }
+}

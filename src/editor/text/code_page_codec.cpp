@@ -18,6 +18,8 @@ constexpr int FirstNonAscii = 0x80;
 constexpr size_t LongestCharacter = 8;  // with the bytes that switch the meaning of what follows
 constexpr size_t MostRemembered = 65536;
 constexpr char WideName[] = "wchar_t";
+// The bytes that end lines in every page: no other character has them, and they are no other one.
+constexpr std::string_view LineEndBytes("\r\n\0", 3);
 
 wchar_t rawByte(char byte) {
   return static_cast<unsigned char>(byte) - 256;
@@ -93,6 +95,7 @@ void CodePageCodec::readSingleBytes() {
 // The one character that all of `bytes` are: Longer when they are its beginning, None when they are
 // none, or not the bytes that it is written with.
 wchar_t CodePageCodec::decodeWhole(std::string_view bytes) {
+  if (bytes.size() == 1 && LineEndBytes.find(bytes[0]) != std::string_view::npos) return bytes[0];
   wchar_t characters[2 * LongestCharacter];
   size_t got = 0;
   const int error = toWide_->run(bytes.data(), bytes.size(), characters, sizeof characters, got);
@@ -124,10 +127,13 @@ const std::string& CodePageCodec::bytesOf(wchar_t character) {
   if (found != encoded_.end()) return found->second;
   if (encoded_.size() >= MostRemembered) encoded_.clear();
   std::string& bytes = encoded_[character];
+  if (character == L'\r' || character == L'\n' || character == L'\0')
+    return bytes.assign(1, static_cast<char>(character));
   char room[4 * LongestCharacter];
   size_t got = 0;
   const int error = toBytes_->run(&character, sizeof character, room, sizeof room, got);
   if (error == 0) bytes.assign(room, got);
+  if (bytes.find_first_of(LineEndBytes) != std::string::npos) bytes.clear();
   return bytes;
 }
 
