@@ -10,20 +10,23 @@
 
 using namespace std::string_literals;
 
-TEST(Document, AnEmptyFileIsOneEmptyLine) {
+namespace {
+void expectLines(const std::string& bytes, const std::vector<std::wstring>& lines) {
   Document document;
-  ASSERT_TRUE(document.load("", Utf8));
-  EXPECT_EQ(document.lineCount(), 1);
-  EXPECT_EQ(document.text(0), L"");
-  EXPECT_EQ(writtenBytes(document), "");
+  ASSERT_TRUE(document.load(bytes, Utf8));
+  ASSERT_EQ(document.lineCount(), std::ssize(lines));
+  for (size_t i = 0; i < lines.size(); ++i)
+    EXPECT_EQ(document.text(static_cast<int64_t>(i)), lines[i]);
+  EXPECT_EQ(writtenBytes(document), bytes);
+}
+}  // namespace
+
+TEST(Document, AnEmptyFileIsOneEmptyLine) {
+  expectLines("", {L""});
 }
 
 TEST(Document, ALineEndAtTheEndGivesALastEmptyLine) {
-  Document document;
-  ASSERT_TRUE(document.load("a\n", Utf8));
-  EXPECT_EQ(document.lineCount(), 2);
-  EXPECT_EQ(document.text(1), L"");
-  EXPECT_EQ(writtenBytes(document), "a\n");
+  expectLines("a\n", {L"a", L""});
 }
 
 TEST(Document, ATextThatIsPutInAndTakenOutLeavesTheBytes) {

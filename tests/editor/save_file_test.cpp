@@ -11,6 +11,11 @@ namespace {
 
 class SaveFile : public FileEditTest {
  protected:
+  // With a character more than the file.
+  struct ChangedEdit : FileEdit {
+    explicit ChangedEdit(const std::string& path) : FileEdit(path) { typeText("x"); }
+  };
+
   std::vector<std::string> names() const {
     std::vector<std::string> result;
     for (const auto& [name, content] : contents(dir.path())) result.push_back(name);
@@ -58,8 +63,7 @@ TEST_F(SaveFile, WithoutAChangeEveryFileIsSavedByteByByteAsItWas) {
 
 TEST_F(SaveFile, SaveTakesTheStarAwayAndTheFileHasTheText) {
   const std::string name = file("a.txt", "one\r\ntwo");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   edit.key(Key::Enter);
   EXPECT_TRUE(edit.editor.isModified);
   edit.key(Key::F2);
@@ -90,8 +94,7 @@ TEST_F(SaveFile, ModeLinksAndInodeOfALinkedFileStay) {
 
 TEST_F(SaveFile, AFileThatAnotherProgramChangedIsOverwrittenOnlyWhenThatIsWanted) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   writeFile(name, "theirs, longer");
   answering({{"The file was changed by another program. Overwrite?", {Key::Esc}}},
             [&] { edit.key(Key::F2); });
@@ -109,8 +112,7 @@ TEST_F(SaveFile, AFileThatAnotherProgramChangedIsOverwrittenOnlyWhenThatIsWanted
 
 TEST_F(SaveFile, AReplacedFileIsAChangedOneAndATouchedOneIsNot) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   setTime(name, 1'000'000'000);
   edit.key(Key::F2);
   EXPECT_EQ(readFile(name), "xone");
@@ -122,8 +124,7 @@ TEST_F(SaveFile, AReplacedFileIsAChangedOneAndATouchedOneIsNot) {
 
 TEST_F(SaveFile, AFileThatIsGoneIsWrittenAnew) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   ASSERT_EQ(unlink(name.c_str()), 0);
   edit.key(Key::F2);
   EXPECT_EQ(readFile(name), "xone");
@@ -132,8 +133,7 @@ TEST_F(SaveFile, AFileThatIsGoneIsWrittenAnew) {
 TEST_F(SaveFile, ADirectoryThatIsGoneGivesTheSystemsText) {
   dir.makeDir("sub");
   const std::string name = file("sub/a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   std::filesystem::remove_all(path("sub"));
   answering({{"Error writing text file: No such file or directory", {Key::Enter}}},
             [&] { edit.key(Key::F2); });
@@ -143,8 +143,7 @@ TEST_F(SaveFile, ADirectoryThatIsGoneGivesTheSystemsText) {
 
 TEST_F(SaveFile, AFullDiskLeavesTheFileAndTheEditAsTheyWere) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   {
     const FaultHook hook("write", ENOSPC);
     answering({{"Error writing text file: No space left on device", {Key::Enter}}},
@@ -164,8 +163,7 @@ TEST_F(SaveFile, WhicheverCallFailsTheFileIsTheOldOrTheNewOne) {
   const std::string name = file("a.txt", "old text");
   int calls = 0;
   {
-    FileEdit edit(name);
-    edit.typeText("x");
+    ChangedEdit edit(name);
     Fault counted;
     System::setPlaceHook(Fault::onCall, &counted);
     EXPECT_TRUE(saveFile(edit.editor));
@@ -177,8 +175,7 @@ TEST_F(SaveFile, WhicheverCallFailsTheFileIsTheOldOrTheNewOne) {
   for (int call = 1; call <= calls; ++call) {
     writeFile(name, "old text");
     fileStatusStore().clear();
-    FileEdit edit(name);
-    edit.typeText("x");
+    ChangedEdit edit(name);
     Fault fault{.number = call, .error = EIO};
     bool saved = false;
     std::atomic<bool> done{false};
@@ -210,8 +207,7 @@ TEST_F(SaveFile, WhicheverCallFailsTheFileIsTheOldOrTheNewOne) {
 TEST_F(SaveFile, AFailureWhileTheFileItselfIsOverwrittenTellsWhereTheTextIs) {
   const std::string name = file("a.txt", "one");
   ASSERT_EQ(link(name.c_str(), path("hard").c_str()), 0);
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   {
     const FaultHook hook("truncate", EIO);
     answering({{"All of the text is in", {Key::Enter}}}, [&] { edit.key(Key::F2); });
@@ -259,8 +255,7 @@ TEST_F(SaveFile, AReadOnlyFileIsOverriddenOnlyWhenThatIsWantedAndStaysReadOnly) 
 
 TEST_F(SaveFile, LeavingAChangedTextAsks) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   answering({{"There are unsaved changes", {Key::Esc}}}, [&] { edit.key(Key::Esc); });
   EXPECT_FALSE(edit.editor.hasEnded());
   answering({{"There are unsaved changes", {'e'}}}, [&] { edit.key(Key::F10); });
@@ -272,8 +267,7 @@ TEST_F(SaveFile, LeavingAChangedTextAsks) {
 
 TEST_F(SaveFile, DiscardedChangesDoNotReachTheFile) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   answering({{"There are unsaved changes", {'d'}}}, [&] { edit.key(Key::Esc); });
   EXPECT_TRUE(edit.editor.hasEnded());
   EXPECT_EQ(readFile(name), "one");
@@ -281,8 +275,7 @@ TEST_F(SaveFile, DiscardedChangesDoNotReachTheFile) {
 
 TEST_F(SaveFile, AFailedSaveBringsTheQuestionBack) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   const FaultHook hook("sync", EIO);
   answering({{"There are unsaved changes", {'s'}},
              {"Error writing text file: ", {Key::Enter}},
@@ -294,8 +287,7 @@ TEST_F(SaveFile, AFailedSaveBringsTheQuestionBack) {
 
 TEST_F(SaveFile, SaveAndLeaveAsksNothing) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   edit.key(Key::ShiftF10);
   EXPECT_TRUE(edit.editor.hasEnded());
   EXPECT_EQ(readFile(name), "xone");
@@ -308,8 +300,7 @@ TEST_F(SaveFile, SaveAndLeaveAsksNothing) {
 
 TEST_F(SaveFile, SaveAsMakesAnotherFileAndGoesOnWithIt) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   saveAs(edit, "b.txt");
   EXPECT_EQ(readFile(name), "one");
   EXPECT_EQ(readFile(path("b.txt")), "xone");
@@ -326,8 +317,7 @@ TEST_F(SaveFile, SaveAsMakesAnotherFileAndGoesOnWithIt) {
 TEST_F(SaveFile, SaveAsOverAnotherFileAsks) {
   const std::string name = file("a.txt", "one");
   file("b.txt", "precious");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   saveAs(edit, "b.txt",
          {{"File already exists, Overwrite?", {Key::Esc}}, {" Save As ", {Key::Esc}}});
   EXPECT_EQ(readFile(path("b.txt")), "precious");
@@ -341,8 +331,7 @@ TEST_F(SaveFile, SaveAsOverAnotherFileAsks) {
 TEST_F(SaveFile, SaveAsOntoItselfIsASave) {
   const std::string name = file("a.txt", "one");
   dir.link("a.txt", "soft");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   saveAs(edit, "soft");
   EXPECT_EQ(readFile(name), "xone");
   EXPECT_FALSE(edit.editor.isModified);
@@ -351,8 +340,7 @@ TEST_F(SaveFile, SaveAsOntoItselfIsASave) {
 
 TEST_F(SaveFile, SaveAsWhereNothingCanBeLeavesEverythingAsItWas) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   saveAs(edit, "missing/b.txt",
          {{"Unable to open: No such file or directory", {Key::Enter}}, {" Save As ", {Key::Esc}}});
   EXPECT_TRUE(edit.editor.isModified);
@@ -449,8 +437,7 @@ TEST_F(SaveFile, AnotherEncodingReadsTheFileAgain) {
 
 TEST_F(SaveFile, AnotherEncodingOfAChangedTextAsksFirst) {
   const std::string name = file("a.txt", "\xC3\xA4\n");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   const std::vector<Key::Code> toPage = {Key::alt('c'), Key::Enter};
   answering(
       {{"Select File Encoding", toPage}, {"File must be re-loaded, discard changes?", {Key::Esc}}},
@@ -467,8 +454,7 @@ TEST_F(SaveFile, AnotherEncodingOfAChangedTextAsksFirst) {
 
 TEST_F(SaveFile, AMarkAloneIsAChangeWithoutAReload) {
   const std::string name = file("a.txt", "one");
-  FileEdit edit(name);
-  edit.typeText("x");
+  ChangedEdit edit(name);
   answering({{"Select File Encoding", {Key::alt('b'), Key::Enter}}},
             [&] { edit.key(Key::alt('e')); });
   EXPECT_EQ(edit.text(), "xone");
