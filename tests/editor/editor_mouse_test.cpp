@@ -113,6 +113,14 @@ TEST_F(EditorMouse, AReleaseOnTheKeyBarAfterADragIsNoKey) {
   EXPECT_EQ(block(), "0:1-1:3*");
 }
 
+TEST_F(EditorMouse, ADragThatEndedOnTheKeyBarIsOver) {
+  open("abcdefgh\ndef");
+  drag(1, 1, 5, 24);
+  drag(70, 24, 7, 1);
+  EXPECT_EQ(block(), "0:1-1:3*");
+  EXPECT_EQ(place(), "1:3");
+}
+
 TEST_F(EditorMouse, ADoubleClickMarksTheWord) {
   open("one two_2, x");
   leftButton({{EventKind::Press, 6, 1},

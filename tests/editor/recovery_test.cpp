@@ -101,6 +101,31 @@ TEST_F(Recovery, AFileThatHasChangedSinceOnlyTellsWhereTheChangesAre) {
   EXPECT_EQ(readFile(name), "another text");
 }
 
+TEST_F(Recovery, WhatWasTypedIsPutAsideBeforeAQuestionWaits) {
+  const std::pair<Key::Code, const char*> rows[] = {{Key::F7, "Search for:"},
+                                                    {Key::F8, "Replace with:"},
+                                                    {Key::F3, "Name:"},
+                                                    {Key::alt('e'), "File Format:"},
+                                                    {Key::alt('c'), "Code Page List:"},
+                                                    {Key::alt('l'), "Line to go to:"},
+                                                    {Key::Esc, "There are unsaved changes"}};
+  for (const auto& [key, question] : rows) {
+    const std::string name = file("a.txt", "one");
+    FileEdit edit(name);
+    edit.typeText("x");
+    size_t journalsMeanwhile = 0;
+    std::thread user([&, text = question] {
+      waitUntil([&] { return screenText().find(text) != std::string::npos; });
+      journalsMeanwhile = journals().size();
+      queueKey(Key::Esc);
+    });
+    edit.key(key);
+    user.join();
+    EXPECT_EQ(journalsMeanwhile, 1U) << question;
+    edit.editor.file.journal.end();
+  }
+}
+
 TEST_F(Recovery, NothingIsLeftOfAnEditThatWasEnded) {
   const std::string name = file("a.txt", "one");
   {

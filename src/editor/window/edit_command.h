@@ -16,6 +16,9 @@ enum class BlockUse {
   Jumps   // extended while the sticky mark is on, otherwise as Keeps
 };
 
+// Whether a command may wait for the user: what was changed before it is put aside first.
+enum class Asks { No, Yes };
+
 // One row of the table: all that is known of a command.
 struct EditCommand {
   std::string_view name;         // unique
@@ -23,6 +26,7 @@ struct EditCommand {
   void (*run)(CTextEditor&);
   BlockUse block = BlockUse::Drops;
   int modifiers = 0;  // ShiftState bits that must be held too, for a code that several keys have
+  Asks asks = Asks::No;
 };
 
 using EditCommands = std::vector<EditCommand>;

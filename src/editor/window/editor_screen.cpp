@@ -77,6 +77,7 @@ void EditorScreen::performKey(Key::Code key, int shiftState) {
   }
   const EditCommand* command = findEditCommand(key, shiftState);
   if (command) {
+    if (command->asks == Asks::Yes) editor_.file.journal.flush();
     command->run(editor_);
     editor_.endTyping();
   } else if (const wchar_t character = characterOf(key); character != 0) {
@@ -114,6 +115,9 @@ void EditorScreen::onMouse(const MouseMessage& mouse) {
   Key::Code key;
   if (selecting_ && mouse.kind == MouseKind::LeftDrag) {
     dragTo(mouse);
+  } else if (selecting_ && mouse.kind == MouseKind::LeftRelease) {
+    selecting_ = false;
+    if (editor_.block.empty()) editor_.dropBlock();
   } else if (keyBar_.take(mouse, key)) {
     if (key != Key::NoKey) performKey(key, mouse.state);
   } else {
@@ -131,10 +135,6 @@ void EditorScreen::mouseInText(const MouseMessage& mouse, TextPlace anchor) {
       if (!selecting_) return;
       pointAt(mouse);
       return selectWord(editor_);
-    case MouseKind::LeftRelease:
-      selecting_ = false;
-      if (editor_.block.empty()) editor_.dropBlock();
-      return;
     case MouseKind::RightPress:
       if (mouse.y * 3 < console->rows()) repeat_ = Repeat::PageUp;
       if (mouse.y * 3 >= console->rows() * 2) repeat_ = Repeat::PageDown;
@@ -192,7 +192,7 @@ void EditorScreen::repeatStep() {
 }
 
 void EditorScreen::onTimeOut() {
-  if (repeat_ == Repeat::Nothing) editor_.file.journal.flush();
+  if (editor_.file.journal.dueIn() == 0) editor_.file.journal.flush();
   repeatStep();
   afterInput();
 }

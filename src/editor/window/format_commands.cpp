@@ -80,8 +80,8 @@ void setMark(CTextEditor& editor, bool hasMark) {
 
 EditCommands formatCommands() {
   return {
-      {"Encoding", {Key::alt('e')}, selectEncoding},
-      {"Code page list", {Key::alt('c')}, chooseCodePages},
+      {"Encoding", {Key::alt('e')}, selectEncoding, BlockUse::Drops, 0, Asks::Yes},
+      {"Code page list", {Key::alt('c')}, chooseCodePages, BlockUse::Drops, 0, Asks::Yes},
       {"Next code page", {Key::alt('t')}, nextCodePage},
   };
 }

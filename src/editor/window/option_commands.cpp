@@ -67,7 +67,7 @@ void repaint(CTextEditor& editor) {
 
 EditCommands editOptionCommands() {
   return {
-      {"Help", {Key::F1}, help, BlockUse::Keeps},
+      {"Help", {Key::F1}, help, BlockUse::Keeps, 0, Asks::Yes},
       {"Repaint", {Key::ctrl('l')}, repaint, BlockUse::Keeps},
       {"OverStrike", {Key::Insert}, toggleOverStrike},
       {"AutoIndent", {Key::alt('i')}, toggleAutoIndent},

@@ -105,11 +105,11 @@ SearchQuery queryOf(const SearchValues& values) {
 EditCommands searchCommands() {
   using namespace Key;
   return {
-      {"Search", {F7, ctrl('f')}, searchByDialog, BlockUse::Jumps},
+      {"Search", {F7, ctrl('f')}, searchByDialog, BlockUse::Jumps, 0, Asks::Yes},
       {"Search again", {ShiftF7}, searchAgain, BlockUse::Jumps},
       {"Search the other way", {AltF7}, searchTheOtherWay, BlockUse::Jumps},
       {"Search the word backward", {alt(',')}, searchWordBackward, BlockUse::Jumps},
       {"Search the word forward", {alt('.')}, searchWordForward, BlockUse::Jumps},
-      {"Goto line", {alt('l')}, gotoLine, BlockUse::Moves},
+      {"Goto line", {alt('l')}, gotoLine, BlockUse::Moves, 0, Asks::Yes},
   };
 }
