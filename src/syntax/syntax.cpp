@@ -70,6 +70,8 @@ class LineWalk {
 
   void run() {
     while (at_ < line_.size() && left_ > 0) {
+      if (!wantsCells()) passOver();
+      if (at_ == line_.size()) break;
       if (endTop()) continue;
       const unsigned char traits = tables_->traits(line_[at_]);
       if ((traits & SyntaxTables::Opens) != 0 && openOrChange()) continue;
@@ -156,7 +158,7 @@ class LineWalk {
 
   void takeWord() {
     size_t end = at_;
-    while (end < line_.size() && definitions_->wordCharacters[syntaxIndex(line_[end])]) ++end;
+    while (end < line_.size() && tables_->isWord(line_[end])) ++end;
     const size_t length = end - at_;
     take(length, wantsCells() ? wordColour(line_.substr(at_, length)) : colour_);
   }
@@ -177,12 +179,28 @@ class LineWalk {
   bool isEscape(wchar_t character) const {
     return top_ != nullptr && top_->escape != 0 && top_->escape == character;
   }
+  bool mayEndTop(wchar_t character) const {
+    return top_ != nullptr && top_->end.beginsWith(character);
+  }
+
+  // Where only the state is wanted: the words and characters that leave it as it is.
+  void passOver() {
+    while (at_ < line_.size()) {
+      const wchar_t character = line_[at_];
+      const unsigned char traits = tables_->traits(character);
+      if ((traits & SyntaxTables::Opens) != 0 || mayEndTop(character) || isEscape(character))
+        return;
+      ++at_;
+      if ((traits & SyntaxTables::Word) == 0) continue;
+      while (at_ < line_.size() && tables_->isWord(line_[at_])) ++at_;
+    }
+  }
 
   // The characters from here on that no rule has anything to say about; the first one is.
   void takePlain() {
     size_t end = at_ + 1;
     while (end < line_.size() && tables_->traits(line_[end]) == 0 && !isEscape(line_[end]) &&
-           !(top_ != nullptr && top_->end.beginsWith(line_[end]))) {
+           !mayEndTop(line_[end])) {
       ++end;
     }
     take(end - at_, colour_);

@@ -28,6 +28,7 @@ struct SyntaxTables {
     const bool opens = firstTrigger[key] != firstTrigger[key + 1];
     return static_cast<unsigned char>((found & ~Opens) | (opens ? Opens : 0));
   }
+  bool isWord(wchar_t character) const { return (ofLowByte[syntaxIndex(character)] & Word) != 0; }
   static size_t triggerKey(wchar_t character) { return syntaxIndex(foldChar(character)); }
 
   std::array<unsigned char, SyntaxTableSize> ofLowByte{};
