@@ -34,14 +34,13 @@ size_t dropCutCharacter(std::wstring& out, size_t before, const TextEncoding& en
   return dropped;
 }
 
-// Shortens a part of a text in a code page so that it ends between two characters, if it can be
+// A part of a text in a code page, shortened so that it ends between two characters, if it can be
 // seen where that is.
-void cutBetween(std::string& bytes) {
+std::string_view cutBetween(std::string_view bytes) {
   for (size_t end = bytes.size(); end > bytes.size() / 2; --end) {
-    if (bytes[end - 1] < 0 || bytes[end - 1] >= LeastTrailByte) continue;
-    bytes.resize(end);
-    return;
+    if (bytes[end - 1] >= 0 && bytes[end - 1] < LeastTrailByte) return bytes.substr(0, end);
   }
+  return bytes;
 }
 
 }  // namespace
@@ -110,16 +109,28 @@ int64_t ViewedFile::appendText(int64_t from, int64_t to, int64_t most, std::wstr
   // A character takes a unit at least.
   const int64_t unit = unitBytes(encoding_.format);
   const int64_t wanted = std::min(to - from, std::clamp(most, LeastPart, PartCharacters) * unit);
-  int error;
-  std::string bytes = bytesAt(from, wanted, error);
+  std::string joined;
+  std::string_view bytes = bytesTogether(from, wanted, joined);
   if (bytes.empty()) return from;
-  if (encoding_.format == TextFormat::CodePage && wanted < to - from) cutBetween(bytes);
+  if (encoding_.format == TextFormat::CodePage && wanted < to - from) bytes = cutBetween(bytes);
   const size_t before = out.size();
   decodeText(bytes, encoding_, out);
   int64_t end = from + static_cast<int64_t>(bytes.size());
   if (end < to) end -= static_cast<int64_t>(dropCutCharacter(out, before, encoding_));
   std::replace(out.begin() + static_cast<ptrdiff_t>(before), out.end(), L'\0', L' ');
   return end;
+}
+
+// As bytesAt. What lies together in memory stays there, good until the next call but one; else it
+// is in `joined`.
+std::string_view ViewedFile::bytesTogether(int64_t position, int64_t count, std::string& joined) {
+  const Stretch stretch = bytes_.from(position);
+  if (!stretch.error && stretch.length >= count) {
+    return stretch.text().substr(0, static_cast<size_t>(count));
+  }
+  int error;
+  joined = bytesAt(position, count, error);
+  return joined;
 }
 
 std::string ViewedFile::bytesAt(int64_t position, int64_t count, int& error) {

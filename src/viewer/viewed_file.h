@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "editor/text/text_encoding.h"
 #include "viewer/file_bytes.h"
@@ -63,6 +64,8 @@ class ViewedFile {
   LineFinder& lines() { return lines_; }
 
  private:
+  std::string_view bytesTogether(int64_t position, int64_t count, std::string& joined);
+
   const ViewLimits limits_;
   FileBytes bytes_;
   LineFinder lines_;
