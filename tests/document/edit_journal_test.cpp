@@ -133,6 +133,33 @@ TEST_F(EditJournalTest, SixtyFourStepsAreWrittenAtOnce) {
   EXPECT_FALSE(journal.dueIn().has_value());
 }
 
+TEST_F(EditJournalTest, LargeAndSmallStepsCountTogetherOrNotAtAll) {
+  const std::string large(300'000, 'l');
+  EditJournal journal(clock);
+  journal.begin(base());
+  journal.add(stepOf("first"));
+  ASSERT_EQ(journal.flush(), 0);
+  const std::string before = dir.read("home/edit/" + journals().at(0));
+  for (const std::string& text : {std::string("a"), large, std::string("b"), large}) {
+    journal.add(stepOf(""), [text] { return text; });
+  }
+  int failures = 0;
+  for (int number = 1;; ++number) {
+    {
+      const FaultHook full(number, ENOSPC);
+      if (journal.flush() == 0) break;
+    }
+    ++failures;
+    EXPECT_EQ(dir.read("home/edit/" + journals().at(0)), before) << number;
+  }
+  EXPECT_GT(failures, 3);
+  const auto content = readJournal(dir.read("home/edit/" + journals().at(0)));
+  ASSERT_EQ(content->steps.size(), 5u);
+  EXPECT_EQ(content->steps[1].bytes, "a");
+  EXPECT_EQ(content->steps[3].bytes, "b");
+  EXPECT_TRUE(content->steps[4].bytes == large);
+}
+
 TEST_F(EditJournalTest, ASavedTextNeedsNoJournal) {
   EditJournal journal(clock);
   journal.begin(base());

@@ -20,6 +20,7 @@ constexpr char NameStart[] = "journal-";
 constexpr unsigned Attempts = 100;
 constexpr int64_t NsPerMs = 1'000'000;
 constexpr size_t LargestJournal = size_t{1} << 32;
+constexpr size_t LargeStep = size_t{64} << 10;
 constexpr size_t LargestHead = size_t{64} << 10;
 
 std::string journalPath(unsigned attempt) {
@@ -53,25 +54,56 @@ int EditJournal::create() {
   if (file_.valid()) System::unlink(path_.c_str());
   file_.reset();
   path_.clear();
-  size_ = 0;
+  size_ = end_ = 0;
   return error;
 }
 
-// All of it or nothing.
 int EditJournal::append(const std::string& bytes) {
+  return settle(write(bytes));
+}
+
+int EditJournal::write(const std::string& bytes) {
   size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t count = System::write(file_.get(), bytes.data() + done, bytes.size() - done);
-    if (count <= 0) {
-      const int error = count < 0 ? errno : EIO;
-      System::truncate(file_.get(), size_);
-      System::seek(file_.get(), size_, SEEK_SET);
-      return error;
-    }
+    if (count <= 0) return count < 0 ? errno : EIO;
     done += static_cast<size_t>(count);
   }
-  size_ += static_cast<off_t>(bytes.size());
+  end_ += static_cast<off_t>(bytes.size());
   return 0;
+}
+
+// What was written counts from now on, or is gone again.
+int EditJournal::settle(int error) {
+  if (error == 0) {
+    size_ = end_;
+  } else {
+    System::truncate(file_.get(), size_);
+    System::seek(file_.get(), size_, SEEK_SET);
+    end_ = size_;
+  }
+  return error;
+}
+
+// All of them or none. The bytes of a large step are copied no more often than they must.
+int EditJournal::appendWaiting() {
+  int error = 0;
+  std::string records;
+  for (auto waiting = waiting_.begin(); error == 0 && waiting != waiting_.end(); ++waiting) {
+    JournalStep& step = waiting->step;
+    if (waiting->bytes) step.bytes = waiting->bytes();
+    if (step.bytes.size() < LargeStep) {
+      appendRecord(step, records);
+    } else {
+      appendRecordHead(step, records);
+      error = write(records);
+      if (error == 0) error = write(step.bytes);
+      records.clear();
+    }
+    if (waiting->bytes) step.bytes = std::string();
+  }
+  if (error == 0) error = write(records);
+  return settle(error);
 }
 
 int EditJournal::add(JournalStep step, Bytes bytes) {
@@ -94,13 +126,7 @@ int EditJournal::flush() {
   if (!file_.valid()) {
     if (const int error = create()) return error;
   }
-  std::string records;
-  for (Waiting& waiting : waiting_) {
-    if (waiting.bytes) waiting.step.bytes = waiting.bytes();
-    appendRecord(waiting.step, records);
-    if (waiting.bytes) waiting.step.bytes.clear();
-  }
-  const int error = append(records);
+  const int error = appendWaiting();
   if (error == 0) waiting_.clear();
   return error;
 }
@@ -136,7 +162,7 @@ int EditJournal::end() {
   if (error != 0) System::truncate(file_.get(), 0);
   file_.reset();
   path_.clear();
-  size_ = 0;
+  size_ = end_ = 0;
   return error;
 }
 

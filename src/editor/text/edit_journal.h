@@ -54,13 +54,17 @@ class EditJournal : public PrivateFileWitness {
 
   int create();
   int append(const std::string& bytes);
+  int appendWaiting();
+  int write(const std::string& bytes);
+  int settle(int error);
   void note(const std::string& record);
 
   CClock& clock_;
   JournalBase base_;
   std::string path_;
   Descriptor file_;
-  off_t size_ = 0;  // of whole records
+  off_t size_ = 0;  // of whole records that count
+  off_t end_ = 0;   // of what was written
   std::vector<Waiting> waiting_;
   int64_t waitingSince_ = 0;
 };

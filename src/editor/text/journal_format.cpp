@@ -26,36 +26,37 @@ uint64_t numberAt(std::string_view bytes, size_t at) {
   return number;
 }
 
-// The same on every machine and in every run.
-uint64_t checkSum(char kind, std::string_view payload) {
-  constexpr uint64_t Prime = 0x9E3779B97F4A7C15;
-  uint64_t sum = (payload.size() + 1) * Prime ^ static_cast<unsigned char>(kind);
-  while (payload.size() >= NumberSize) {
-    sum = (sum ^ numberAt(payload, 0)) * Prime;
+constexpr uint64_t Prime = 0x9E3779B97F4A7C15;
+
+// Takes whole numbers from the front of `bytes`.
+uint64_t addNumbers(uint64_t sum, std::string_view& bytes) {
+  while (bytes.size() >= NumberSize) {
+    sum = (sum ^ numberAt(bytes, 0)) * Prime;
     sum ^= sum >> 29;
-    payload.remove_prefix(NumberSize);
+    bytes.remove_prefix(NumberSize);
   }
-  for (const char byte : payload) sum = (sum ^ static_cast<unsigned char>(byte)) * Prime;
+  return sum;
+}
+
+// Of a payload, or of one that begins with `numbers` and goes on with `rest`. The same on every
+// machine and in every run.
+uint64_t checkSum(char kind, std::string_view rest, std::string_view numbers = {}) {
+  uint64_t sum = (numbers.size() + rest.size() + 1) * Prime ^ static_cast<unsigned char>(kind);
+  sum = addNumbers(sum, numbers);
+  sum = addNumbers(sum, rest);
+  for (const char byte : rest) sum = (sum ^ static_cast<unsigned char>(byte)) * Prime;
   return sum ^ sum >> 32;
 }
 
-void putNumber(uint64_t number, size_t at, std::string& out) {
-  std::string bytes;
-  appendNumber(number, bytes);
-  out.replace(at, NumberSize, bytes);
+void appendHead(char kind, uint64_t length, uint64_t sum, std::string& out) {
+  out += kind;
+  appendNumber(length, out);
+  appendNumber(sum, out);
 }
 
-// What `fill` appends to `out` is the payload: it may be large, and is copied only once.
-template <class Fill>
-void appendPayload(char kind, std::string& out, Fill fill) {
-  const size_t start = out.size();
-  out += kind;
-  out.append(2 * NumberSize, '\0');
-  fill();
-  const std::string_view payload = std::string_view(out).substr(start + RecordHead);
-  const uint64_t sum = checkSum(kind, payload);
-  putNumber(payload.size(), start + 1, out);
-  putNumber(sum, start + 1 + NumberSize, out);
+void appendPayload(char kind, std::string_view payload, std::string& out) {
+  appendHead(kind, payload.size(), checkSum(kind, payload), out);
+  out += payload;
 }
 
 // Numbers one after the other, then text.
@@ -189,42 +190,51 @@ std::optional<TextEncoding> encodingOfNumber(int64_t number) {
 }
 
 std::string journalHead(const JournalBase& base) {
+  std::string payload;
+  appendStamp(base.stamp, payload);
+  appendNumber(static_cast<uint64_t>(base.encoding.format), payload);
+  appendNumber(static_cast<uint64_t>(resolvedPage(base.encoding.page)), payload);
+  appendNumber(base.hasMark, payload);
+  payload += base.path;
   std::string out(Magic);
-  appendPayload(HeadKind, out, [&] {
-    appendStamp(base.stamp, out);
-    appendNumber(static_cast<uint64_t>(base.encoding.format), out);
-    appendNumber(static_cast<uint64_t>(resolvedPage(base.encoding.page)), out);
-    appendNumber(base.hasMark, out);
-    out += base.path;
-  });
+  appendPayload(HeadKind, payload, out);
   return out;
 }
 
+void appendRecordHead(const JournalStep& step, std::string& out) {
+  const char kind = static_cast<char>(step.kind);
+  std::string numbers;
+  for (const StoredPlace& place : {step.from, step.to}) {
+    appendNumber(static_cast<uint64_t>(place.line), numbers);
+    appendNumber(static_cast<uint64_t>(place.index), numbers);
+  }
+  appendNumber(static_cast<uint64_t>(step.value), numbers);
+  const uint64_t sum = checkSum(kind, step.bytes, numbers);
+  appendHead(kind, numbers.size() + step.bytes.size(), sum, out);
+  out += numbers;
+}
+
 void appendRecord(const JournalStep& step, std::string& out) {
-  appendPayload(static_cast<char>(step.kind), out, [&] {
-    for (const StoredPlace& place : {step.from, step.to}) {
-      appendNumber(static_cast<uint64_t>(place.line), out);
-      appendNumber(static_cast<uint64_t>(place.index), out);
-    }
-    appendNumber(static_cast<uint64_t>(step.value), out);
-    out += step.bytes;
-  });
+  appendRecordHead(step, out);
+  out += step.bytes;
 }
 
 void appendPrivateFile(std::string_view path, FileId id, std::string& out) {
-  appendPayload(PrivateFileKind, out, [&] {
-    appendNumber(id.device, out);
-    appendNumber(id.inode, out);
-    out += path;
-  });
+  std::string payload;
+  appendNumber(id.device, payload);
+  appendNumber(id.inode, payload);
+  payload += path;
+  appendPayload(PrivateFileKind, payload, out);
 }
 
 void appendWholeText(const FileStamp& stamp, std::string& out) {
-  appendPayload(WholeTextKind, out, [&] { appendStamp(stamp, out); });
+  std::string payload;
+  appendStamp(stamp, payload);
+  appendPayload(WholeTextKind, payload, out);
 }
 
 void appendDiscarded(std::string& out) {
-  appendPayload(DiscardedKind, out, [] {});
+  appendPayload(DiscardedKind, {}, out);
 }
 
 std::optional<JournalContent> readJournal(std::string_view bytes) {

@@ -60,6 +60,8 @@ struct JournalContent {
 };
 
 std::string journalHead(const JournalBase& base);
+// All of the record of a step but its bytes, which follow.
+void appendRecordHead(const JournalStep& step, std::string& out);
 void appendRecord(const JournalStep& step, std::string& out);
 void appendPrivateFile(std::string_view path, FileId id, std::string& out);
 void appendWholeText(const FileStamp& stamp, std::string& out);
