@@ -75,10 +75,15 @@ void Document::openWorkLine(int64_t line) {
   work_.line = line;
 }
 
-// What a line holds from one character to another, as a run without lines.
+// What a line holds from one character to another, as runs without lines.
+std::vector<TextRun> Document::runsBetween(int64_t line, int64_t from, int64_t to) const {
+  if (LongLine* pieces = look(line)) return pieces->runsBetween(from, to);
+  return {newRun(slice(line, from, to - from))};
+}
+
+// The same as one run.
 TextRun Document::textBetween(int64_t line, int64_t from, int64_t to) const {
-  if (LongLine* pieces = look(line)) return pieces->part(from, std::min(to, pieces->length()));
-  return newRun(slice(line, from, to - from));
+  return joinedRuns(runsBetween(line, from, to));
 }
 
 TextSpan Document::span(TextPlace from, TextPlace to) const {
@@ -96,8 +101,7 @@ TextSpan Document::span(TextPlace from, TextPlace to) const {
   lines.cutFrom(to.line);
   lines = lines.cutFrom(from.line);
   if (from.index > 0)
-    lines.setLine(0,
-                  joinedRuns({textBetween(from.line, from.index, INT64_MAX)}, lineEnd(from.line)));
+    lines.setLine(0, joinedRuns(runsBetween(from.line, from.index, INT64_MAX), lineEnd(from.line)));
   return {std::move(lines), std::move(last)};
 }
 
@@ -134,8 +138,9 @@ Document::Replaced Document::replaceLines(TextPlace from, TextPlace to, const Te
   Replaced replaced{span(from, to), {}};
   store();
   const bool reachesLast = to.line == lines_.lines();
-  const TextRun head = textBetween(from.line, 0, from.index);
-  const TextRun tail = textBetween(to.line, to.index, INT64_MAX);
+  // Of the line in the making.
+  std::vector<TextRun> runs = runsBetween(from.line, 0, from.index);
+  const std::vector<TextRun> tail = runsBetween(to.line, to.index, INT64_MAX);
   const std::wstring tailEnd = reachesLast ? std::wstring() : lineEnd(to.line);
 
   RunTree tailLine = lines_.cutFrom(to.line);
@@ -143,17 +148,27 @@ Document::Replaced Document::replaceLines(TextPlace from, TextPlace to, const Te
   lines_.cutFrom(from.line);
   forgetSeen();
 
-  const TextSpan put = TextSpan(RunTree(), head).joined(text);
   replaced.end = {from.line + text.lineEnds(), text.lastLength()};
   if (text.lineEnds() == 0) replaced.end.index += from.index;
-  const bool keepsTail = to.index == 0 && put.last_.length == 0;
-  lines_.append(put.lines_);
+  RunTree put = text.lines_;
+  if (!put.empty()) {
+    if (from.index > 0) {
+      const TextRun& first = *put.find(0).run;
+      runs.push_back(first.textOf(first.lineAt(0).text));
+      put.setLine(0, joinedRuns(runs, first.lineEnd(0)));
+    }
+    lines_.append(std::move(put));
+    runs.clear();
+  }
+  runs.push_back(text.last_);
+  const bool keepsTail = to.index == 0 && replaced.end.index == 0;
+  runs.insert(runs.end(), tail.begin(), tail.end());
   if (reachesLast) {
-    if (!keepsTail) last_ = joinedRuns({put.last_, tail});
+    if (!keepsTail) last_ = joinedRuns(runs);
   } else if (keepsTail) {
     lines_.append(std::move(tailLine));
   } else {
-    lines_.append(RunTree({joinedRuns({put.last_, tail}, tailEnd)}));
+    lines_.append(RunTree({joinedRuns(runs, tailEnd)}));
   }
   lines_.append(std::move(behind));
   return replaced;

@@ -158,6 +158,7 @@ class Document {
   LongLine* seenLongLine(int64_t line) const;
   LongLine* keepSeen(int64_t line, std::unique_ptr<LongLine> pieces) const;
   const std::wstring& seenText(int64_t line) const;
+  std::vector<TextRun> runsBetween(int64_t line, int64_t from, int64_t to) const;
   TextRun textBetween(int64_t line, int64_t from, int64_t to) const;
   int64_t putInWorkLine(int64_t from, int64_t to, const TextRun& text);
   Replaced replaceInLine(TextPlace from, TextPlace to, const TextSpan& text);

@@ -189,10 +189,6 @@ std::vector<TextRun> LongLine::runsBetween(int64_t from, int64_t to) {
   return runs;
 }
 
-TextRun LongLine::part(int64_t from, int64_t to) {
-  return joinedRuns(runsBetween(from, to));
-}
-
 void LongLine::addPieces(std::wstring_view text, std::vector<Piece>& pieces) const {
   while (!text.empty()) {
     const std::wstring part(

@@ -20,8 +20,8 @@ class LongLine {
   int64_t columnOf(int64_t index, int tabWidth);
   int64_t indexAt(int64_t column, int tabWidth);
 
-  // The characters from `from` to before `to` as a run without lines.
-  TextRun part(int64_t from, int64_t to);
+  // The characters from `from` to before `to`, as few runs without lines as there are.
+  std::vector<TextRun> runsBetween(int64_t from, int64_t to);
   // Puts the text of a run without lines in their place; returns how many characters it has.
   int64_t replace(int64_t from, int64_t to, const TextRun& text);
   // All of it with the line end, as newRun, in one block, which is that of the pieces from now on.
@@ -49,7 +49,6 @@ class LongLine {
   void exchange(size_t first, size_t behind, std::vector<Piece> pieces);
   size_t pieceOf(int64_t index);
   std::wstring piecePart(size_t number, int64_t from, int64_t to) const;
-  std::vector<TextRun> runsBetween(int64_t from, int64_t to);
 
   std::vector<Piece> pieces_;
   TextRun rest_;                // behind them
