@@ -11,7 +11,6 @@ using Vector = unsigned char __attribute__((vector_size(16)));
 constexpr size_t StretchBytes = 2 * sizeof(Vector);
 // What a byte may still be a part of.
 constexpr size_t BytesBefore = 3;
-constexpr uint64_t HighBits = 0x8080808080808080;
 
 template <class Bits>
 bool any(const Bits& bits) {
@@ -27,9 +26,7 @@ Vector vectorAt(const char* at) {
 }
 
 bool isAscii(const char* at) {
-  std::array<uint64_t, StretchBytes / sizeof(uint64_t)> words;
-  std::memcpy(words.data(), at, sizeof words);
-  return ((words[0] | words[1] | words[2] | words[3]) & HighBits) == 0;
+  return !any((vectorAt(at) | vectorAt(at + sizeof(Vector))) & 0x80);
 }
 
 // The bytes that are one too many, missing, or in a form that isn't allowed, with what stands
