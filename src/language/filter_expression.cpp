@@ -11,6 +11,7 @@
 #include "foundation/dos_time.h"
 #include "foundation/fold.h"
 #include "foundation/locale_settings.h"
+#include "foundation/threads.h"
 #include "foundation/users.h"
 #include "foundation/wild_match.h"
 
@@ -131,9 +132,15 @@ int64_t dateOf(const std::wstring& value) {
 int64_t cachedId(std::map<std::wstring, int64_t>& known, const std::wstring& name,
                  int64_t (*lookUp)(const Westring&)) {
   constexpr size_t MostNames = 256;
-  if (auto found = known.find(name); found != known.end()) return found->second;
+  static MutexSem lock;
+  {
+    const MutexLock guard(lock);
+    if (auto found = known.find(name); found != known.end()) return found->second;
+  }
+  const int64_t id = name.empty() ? -1 : lookUp(name.c_str());
+  const MutexLock guard(lock);
   if (known.size() >= MostNames) known.clear();
-  return known[name] = name.empty() ? -1 : lookUp(name.c_str());
+  return known[name] = id;
 }
 
 int64_t ownerOf(const std::wstring& name) {
@@ -182,38 +189,46 @@ struct Comparison {
 class FilterEvaluator {
  public:
   FilterEvaluator(const wchar_t* expression, const entry* item, time_t now)
-      : cursor_(expression), item_(item), now_(now) {}
+      : cursor_(expression), name_(item->name()), item_(item), now_(now) {}
+  // By the name alone: no predicate has an answer.
+  FilterEvaluator(const wchar_t* expression, const wchar_t* name)
+      : cursor_(expression), name_(name) {}
 
   FilterResult run() {
     FilterResult result;
-    result.matches = expression(0);
+    result.matches = decide() == NameVerdict::Yes;
     result.faulty = faulty_;
     return result;
   }
 
+  NameVerdict decide() { return expression(0); }
+
  private:
-  bool expression(int depth) {
-    bool result = term(depth);
-    while (takeOperator(L'|')) result = term(depth) || result;
+  using Verdict = NameVerdict;
+  static Verdict verdictOf(bool holds) { return holds ? Verdict::Yes : Verdict::No; }
+
+  Verdict expression(int depth) {
+    Verdict result = term(depth);
+    while (takeOperator(L'|')) result = std::max(term(depth), result);
     return result;
   }
 
-  bool term(int depth) {
-    bool result = factor(depth);
-    while (takeOperator(L'&')) result = factor(depth) && result;
+  Verdict term(int depth) {
+    Verdict result = factor(depth);
+    while (takeOperator(L'&')) result = std::min(factor(depth), result);
     return result;
   }
 
-  bool factor(int depth) {
+  Verdict factor(int depth) {
     if (depth > MaxFilterDepth) {
       faulty_ = true;
-      return false;
+      return Verdict::No;
     }
     skipBlanks();
     switch (*cursor_) {
       case L'!':
         ++cursor_;
-        return !factor(depth + 1);
+        return opposite(factor(depth + 1));
       case L'(':
         ++cursor_;
         return group(depth + 1);
@@ -221,12 +236,17 @@ class FilterEvaluator {
         ++cursor_;
         return predicate();
       default:
-        return namePattern();
+        return verdictOf(namePattern());
     }
   }
 
-  bool group(int depth) {
-    bool result = expression(depth);
+  static Verdict opposite(Verdict verdict) {
+    if (verdict == Verdict::Depends) return verdict;
+    return verdictOf(verdict == Verdict::No);
+  }
+
+  Verdict group(int depth) {
+    Verdict result = expression(depth);
     if (!takeOperator(L')')) faulty_ = true;
     return result;
   }
@@ -246,15 +266,19 @@ class FilterEvaluator {
       if (quoted || !isBlank(*cursor_)) kept = pattern.size();
     }
     pattern.resize(kept);
-    return wildMatch(pattern.c_str(), item_->name());
+    return wildMatch(pattern.c_str(), name_);
   }
 
-  bool predicate() {
+  Verdict predicate() {
     std::wstring name;
     for (; isLetter(*cursor_); ++cursor_) name += lowerAscii(*cursor_);
-    Predicate kind = predicateNamed(name);
-    Comparison comparison = takeComparison();
-    std::wstring value = takeValue(kind);
+    const Predicate kind = predicateNamed(name);
+    const Comparison comparison = takeComparison();
+    const std::wstring value = takeValue(kind);
+    return item_ ? verdictOf(holds(kind, comparison, value)) : Verdict::Depends;
+  }
+
+  bool holds(Predicate kind, const Comparison& comparison, const std::wstring& value) {
     switch (kind) {
       case Predicate::Size:
         return comparison.holds(static_cast<int64_t>(std::min<uint64_t>(item_->size, INT64_MAX)),
@@ -321,8 +345,9 @@ class FilterEvaluator {
   static bool endsPattern(wchar_t ch) { return ch == L'|' || ch == L'&' || ch == L')'; }
 
   const wchar_t* cursor_;
-  const entry* item_;
-  time_t now_;
+  const wchar_t* name_;
+  const entry* item_ = nullptr;
+  time_t now_ = 0;
   bool faulty_ = false;
 };
 
@@ -334,6 +359,10 @@ FilterResult runFilter(const wchar_t* expression, const entry* item, time_t now)
 
 bool evaluateFilter(const wchar_t* expression, const entry* item) {
   return runFilter(expression, item, time(nullptr)).matches;
+}
+
+NameVerdict filterByName(const wchar_t* expression, const wchar_t* name) {
+  return FilterEvaluator(expression, name).decide();
 }
 
 EntryPtr blankEntry(const wchar_t* name) {

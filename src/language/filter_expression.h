@@ -9,10 +9,14 @@
 //   expression = term { '|' term }, term = factor { '&' factor },
 //   factor = '!' factor | '(' expression ')' | predicate | name pattern.
 // Predicates: %size %date %age %attrib %owner %group with < > = != <= >=. A faulty expression still
-// gives a result. Application thread.
+// gives a result. Any thread.
 bool evaluateFilter(const wchar_t* expression, const entry* item);
 // The same on a blank entry that has only this name.
 bool matchName(const wchar_t* expression, const wchar_t* name);
+// What the name alone decides, before anything else of a file is known: Depends where it is up to a
+// predicate.
+enum class NameVerdict { No, Depends, Yes };
+NameVerdict filterByName(const wchar_t* expression, const wchar_t* name);
 // That blank entry: only the name is set, all other fields are 0.
 EntryPtr blankEntry(const wchar_t* name);
 // An empty or blank text or "*" filters nothing.

@@ -1,0 +1,98 @@
+#include "search/scan_ring.h"
+
+#include <fcntl.h>
+
+#include <utility>
+
+#include "foundation/system.h"
+
+void scanFile(ScanCandidate& candidate, TextScanner& scanner) {
+  FoundFile& file = candidate.file;
+  const char* const path = file.path.c_str();
+  // Opening what a link leads to could do something, unless it is a file.
+  if (file.isLink && (System::stat(path, &file.info) != 0 || !S_ISREG(file.info.st_mode))) return;
+  const Descriptor fd(System::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!fd.valid()) {
+    candidate.listed = System::stat(path, &file.info) == 0 && S_ISREG(file.info.st_mode);
+    file.position = FoundMark::NotOpened;
+    return;
+  }
+  if (System::fstat(fd.get(), &file.info) != 0 || !S_ISREG(file.info.st_mode)) return;
+  scanner.start(fd.get(), file.info.st_size);
+  TextHit hit;
+  const ScanResult result = scanner.next(0, hit);
+  candidate.listed = result == ScanResult::Found || result == ScanResult::Failed;
+  file.position = result == ScanResult::Found ? hit.position : FoundMark::NotOpened;
+}
+
+ScanRing::ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int scanners,
+                   ScanSink& sink)
+    : text_(text), stop_(stop), sink_(sink) {
+  for (int i = 0; i < scanners; ++i) {
+    const ThreadHandle thread = startThread(entry, this);
+    if (thread.running) threads_.push_back(thread);
+  }
+}
+
+ScanRing::~ScanRing() {
+  ended_ = true;
+  ready_.fetch_add(static_cast<uint32_t>(Places));  // wakes all: what they take now is nothing
+  ready_.notify_all();
+  for (ThreadHandle& thread : threads_) joinThread(thread);
+}
+
+void ScanRing::put(std::string path, bool isLink) {
+  while (put_ - handed_ == Places) {
+    placeOf(handed_).done.wait(handed_);
+    handOver();
+  }
+  ScanCandidate& candidate = placeOf(put_).candidate;
+  candidate = {};
+  candidate.file.path = std::move(path);
+  candidate.file.isLink = isLink;
+  placeOf(put_).done = put_;
+  ++put_;
+  ready_ = put_;
+  ready_.notify_one();
+  if (threads_.empty()) finish();
+  handOver();
+}
+
+void ScanRing::finish() {
+  while (handed_ != put_) {
+    if (threads_.empty()) {
+      TextScanner scanner(text_, stop_);
+      scanFile(placeOf(handed_).candidate, scanner);
+      placeOf(handed_).done = handed_ + 1;
+    }
+    placeOf(handed_).done.wait(handed_);
+    handOver();
+  }
+}
+
+// Those that are done, up to the first that isn't.
+void ScanRing::handOver() {
+  while (handed_ != put_ && placeOf(handed_).done == handed_ + 1) {
+    if (placeOf(handed_).candidate.listed) sink_.scanned(placeOf(handed_).candidate);
+    ++handed_;
+  }
+}
+
+void ScanRing::entry(void* self) {
+  static_cast<ScanRing*>(self)->scan();
+}
+
+void ScanRing::scan() {
+  TextScanner scanner(text_, stop_);
+  for (;;) {
+    const uint32_t number = taken_++;
+    for (uint32_t ready = ready_; static_cast<int32_t>(ready - number) <= 0; ready = ready_) {
+      ready_.wait(ready);
+    }
+    if (ended_) return;
+    Place& place = placeOf(number);
+    if (!stop_) scanFile(place.candidate, scanner);
+    place.done = number + 1;
+    place.done.notify_one();
+  }
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <string>
+#include <vector>
+
+#include "foundation/threads.h"
+#include "search/found_entries.h"
+#include "search/text_scanner.h"
+
+// A file in which a text may stand, and what was seen in it.
+struct ScanCandidate {
+  FoundFile file;  // its path and whether it is a link are set by whoever puts it in
+  bool listed = false;
+};
+
+// Takes what was scanned, in the order in which the candidates were put in. The thread that puts
+// them in.
+class ScanSink {
+ public:
+  virtual ~ScanSink() = default;
+  virtual void scanned(const ScanCandidate& candidate) = 0;
+};
+
+// Files that are looked through for a text by several threads. One thread puts them in, and gets
+// them back in their order.
+class ScanRing {
+ public:
+  static constexpr size_t Places = 256;
+
+  ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int scanners, ScanSink& sink);
+  ~ScanRing();  // what was put in and isn't scanned yet is forgotten
+  ScanRing(const ScanRing&) = delete;
+  ScanRing& operator=(const ScanRing&) = delete;
+
+  // Waits for a place when all are taken.
+  void put(std::string path, bool isLink);
+  void finish();  // until everything is scanned and was handed to the sink
+
+ private:
+  struct alignas(64) Place {
+    ScanCandidate candidate;
+    std::atomic<uint32_t> done{0};  // the number of the candidate that was scanned last, and one
+  };
+
+  static void entry(void* self);
+  void scan();
+  void handOver();
+  Place& placeOf(uint32_t number) { return places_[number % Places]; }
+
+  const SearchedText& text_;
+  const std::atomic<bool>& stop_;
+  ScanSink& sink_;
+  std::vector<Place> places_{Places};
+  uint32_t put_ = 0;     // so many were put in; the walker's
+  uint32_t handed_ = 0;  // so many went to the sink; the walker's
+  std::atomic<uint32_t> taken_{0};
+  std::atomic<uint32_t> ready_{0};  // so many may be taken
+  std::atomic<bool> ended_{false};
+  std::vector<ThreadHandle> threads_;
+};
+
+// Looks through one file. What is no regular file isn't listed.
+void scanFile(ScanCandidate& candidate, TextScanner& scanner);
