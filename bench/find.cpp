@@ -24,7 +24,8 @@ int find(FindSettings settings, const char* directory) {
   return run.state() == FindState::Complete ? 0 : 1;
 }
 
-// Compares each directory of a tree with the one of its name in another, as two panels would.
+// Compares the files of a tree with those of the same names in another, as two panels would that
+// list them all.
 class TreePairs : private FindVisitor, private ContentWatch {
  public:
   TreePairs(std::string left, std::string right)
@@ -32,43 +33,27 @@ class TreePairs : private FindVisitor, private ContentWatch {
 
   int run() {
     FindWalk(*this, {}).run({left_});
-    compareDirectory();
-    printf("%d of %d differ\n", different_, compared_);
-    return different_;
+    const Descriptor left(System::open(left_.c_str(), O_PATH | O_CLOEXEC));
+    const Descriptor right(System::open(right_.c_str(), O_PATH | O_CLOEXEC));
+    std::vector<ContentVerdict> verdicts;
+    compareContents(left.get(), right.get(), names_, verdicts, *this);
+    int different = 0;
+    for (const ContentVerdict& verdict : verdicts) different += verdict.contents != Contents::Equal;
+    printf("%d of %zu differ\n", different, verdicts.size());
+    return different > 0;
   }
 
  private:
-  bool enter(const std::string& path) override {
-    compareDirectory();
-    directory_ = path;
-    return true;
-  }
+  bool enter(const std::string&) override { return true; }
   bool found(const FindName& name) override {
-    if (name.type == DT_REG) names_.push_back(name.name);
+    if (name.type == DT_REG) names_.push_back(name.path().substr(left_.size() + 1));
     return true;
   }
   bool goOn(size_t, int64_t, int64_t) override { return true; }
 
-  void compareDirectory() {
-    if (names_.empty()) return;
-    const std::string other = right_ + directory_.substr(left_.size());
-    const Descriptor left(System::open(directory_.c_str(), O_PATH | O_CLOEXEC));
-    const Descriptor right(System::open(other.c_str(), O_PATH | O_CLOEXEC));
-    std::vector<ContentVerdict> verdicts;
-    compareContents(left.get(), right.get(), names_, verdicts, *this);
-    for (const ContentVerdict& verdict : verdicts) {
-      ++compared_;
-      different_ += verdict.contents != Contents::Equal;
-    }
-    names_.clear();
-  }
-
   const std::string left_;
   const std::string right_;
-  std::string directory_;
   std::vector<std::string> names_;
-  int compared_ = 0;
-  int different_ = 0;
 };
 
 }  // namespace

@@ -17,12 +17,17 @@
 namespace {
 
 constexpr size_t BlockBytes = 262144;
+constexpr size_t SmallBlockBytes = 32768;  // most files fit, and it costs nothing to have
+// A second thread is worth its start once that much was compared.
+constexpr size_t FilesAlone = 16;
+constexpr int64_t BytesAlone = int64_t{1} << 20;
 
 // One side of a pair.
 struct Side {
   int directory;
   Descriptor fd = Descriptor();
-  std::unique_ptr<char[]> block = std::make_unique_for_overwrite<char[]>(BlockBytes);
+  std::unique_ptr<char[]> block = {};
+  size_t blockBytes = 0;
   struct stat info = {};
   size_t count = 0;  // bytes in the block
 
@@ -33,10 +38,18 @@ struct Side {
     return S_ISREG(info.st_mode) ? 0 : Status::NotRegularFile;
   }
 
+  void makeBlock(int64_t size) {
+    const size_t wanted =
+        size < static_cast<int64_t>(SmallBlockBytes) ? SmallBlockBytes : BlockBytes;
+    if (wanted <= blockBytes) return;
+    block = std::make_unique_for_overwrite<char[]>(wanted);
+    blockBytes = wanted;
+  }
+
   // As much as fits, or what there is until the end. 0 or errno.
   int fill() {
-    for (count = 0; count < BlockBytes;) {
-      const ssize_t got = System::read(fd.get(), block.get() + count, BlockBytes - count);
+    for (count = 0; count < blockBytes;) {
+      const ssize_t got = System::read(fd.get(), block.get() + count, blockBytes - count);
       if (got < 0) return errno;
       if (got == 0) break;
       count += static_cast<size_t>(got);
@@ -63,6 +76,19 @@ class Comparison {
   }
 
  private:
+  // What the calling thread does before it gets help.
+  struct Alone {
+    size_t files = 0;
+    int64_t bytes = 0;
+    bool endsWith(int64_t done, int64_t size) {
+      if (done == 0) {
+        ++files;
+        bytes += size;
+      }
+      return files > FilesAlone || bytes > BytesAlone;
+    }
+  };
+
   static void help(void* self) {
     static_cast<Comparison*>(self)->work([](size_t, int64_t, int64_t) { return true; });
   }
@@ -107,12 +133,14 @@ class Comparison {
 
   template <class GoOn>
   ContentVerdict compareBlocks(Side& left, Side& right, size_t name, const GoOn& goOn) {
+    left.makeBlock(left.info.st_size);
+    right.makeBlock(left.info.st_size);
     for (int64_t done = 0;;) {
       if (const int error = left.fill()) return failed(error, true);
       if (const int error = right.fill()) return failed(error, false);
       if (left.count != right.count || memcmp(left.block.get(), right.block.get(), left.count) != 0)
         return {Contents::Different};
-      if (left.count < BlockBytes) return {Contents::Equal};
+      if (left.count < left.blockBytes) return {Contents::Equal};
       done += static_cast<int64_t>(left.count);
       if (!going(goOn, name, done, left.info.st_size)) return {};
     }

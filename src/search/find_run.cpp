@@ -54,6 +54,7 @@ struct FindRun::Search : FindVisitor, ScanSink {
   }
 
   bool enter(const std::string& path) override {
+    if (ring) ring->flush();
     const MutexLock guard(lock);
     directory = path;
     changed = true;

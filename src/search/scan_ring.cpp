@@ -36,36 +36,57 @@ ScanRing::ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int 
 
 ScanRing::~ScanRing() {
   ended_ = true;
-  ready_.fetch_add(static_cast<uint32_t>(Places));  // wakes all: what they take now is nothing
+  ready_.fetch_add(Places);  // wakes all: what they take now is nothing
   ready_.notify_all();
   for (ThreadHandle& thread : threads_) joinThread(thread);
 }
 
 void ScanRing::put(std::string path, bool isLink) {
-  while (put_ - handed_ == Places) {
-    placeOf(handed_).done.wait(handed_);
-    handOver();
-  }
+  if (put_ - handed_ == Places) waitForPlaces();
   ScanCandidate& candidate = placeOf(put_).candidate;
   candidate = {};
   candidate.file.path = std::move(path);
   candidate.file.isLink = isLink;
   placeOf(put_).done = put_;
   ++put_;
-  ready_ = put_;
-  ready_.notify_one();
+  if (put_ - ready_ >= ToldAtOnce) flush();
   if (threads_.empty()) finish();
+}
+
+void ScanRing::flush() {
   handOver();
+  if (ready_ == put_) return;
+  ready_ = put_;
+  ready_.notify_all();
+}
+
+// Half of them at once, so that nobody is woken for each file.
+void ScanRing::waitForPlaces() {
+  flush();
+  const uint32_t middle = put_ - Places / 2;
+  if (put_ - handed_ == Places) waitFor(middle);
+  handOver();
+  while (put_ - handed_ == Places) {
+    waitFor(handed_);
+    handOver();
+  }
+}
+
+// Only who is waited for wakes the walker.
+void ScanRing::waitFor(uint32_t number) {
+  wanted_ = number;
+  placeOf(number).done.wait(number);
 }
 
 void ScanRing::finish() {
+  flush();
   while (handed_ != put_) {
     if (threads_.empty()) {
       TextScanner scanner(text_, stop_);
       scanFile(placeOf(handed_).candidate, scanner);
       placeOf(handed_).done = handed_ + 1;
     }
-    placeOf(handed_).done.wait(handed_);
+    waitFor(handed_);
     handOver();
   }
 }
@@ -93,6 +114,6 @@ void ScanRing::scan() {
     Place& place = placeOf(number);
     if (!stop_) scanFile(place.candidate, scanner);
     place.done = number + 1;
-    place.done.notify_one();
+    if (wanted_ == number) place.done.notify_one();
   }
 }

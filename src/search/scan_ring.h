@@ -27,15 +27,17 @@ class ScanSink {
 // them back in their order.
 class ScanRing {
  public:
-  static constexpr size_t Places = 256;
+  static constexpr uint32_t Places = 256;
+  static constexpr uint32_t ToldAtOnce = 32;
 
   ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int scanners, ScanSink& sink);
   ~ScanRing();  // what was put in and isn't scanned yet is forgotten
   ScanRing(const ScanRing&) = delete;
   ScanRing& operator=(const ScanRing&) = delete;
 
-  // Waits for a place when all are taken.
+  // Waits for places when all are taken. Scanners get to know of some at once: what `flush` is for.
   void put(std::string path, bool isLink);
+  void flush();
   void finish();  // until everything is scanned and was handed to the sink
 
  private:
@@ -46,6 +48,8 @@ class ScanRing {
 
   static void entry(void* self);
   void scan();
+  void waitForPlaces();
+  void waitFor(uint32_t number);
   void handOver();
   Place& placeOf(uint32_t number) { return places_[number % Places]; }
 
@@ -57,6 +61,7 @@ class ScanRing {
   uint32_t handed_ = 0;  // so many went to the sink; the walker's
   std::atomic<uint32_t> taken_{0};
   std::atomic<uint32_t> ready_{0};  // so many may be taken
+  std::atomic<uint32_t> wanted_{0};  // the candidate that the walker waits for
   std::atomic<bool> ended_{false};
   std::vector<ThreadHandle> threads_;
 };
