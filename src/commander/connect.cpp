@@ -6,9 +6,9 @@
 #include "panels/model/directory_tree.h"
 #include "shell/internal_programs.h"
 #include "tools/directory_history_window.h"
+#include "tools/help.h"
 #include "tools/panel_trees.h"
 #include "tools/view_list.h"
-#include "ui/help_window.h"
 
 namespace {
 
@@ -22,12 +22,12 @@ class ViewerAndEditor : public InternalPrograms {
 
 void connectModules() {
   static ArchiveActions noArchives;
-  static HelpWindow noHelp;
+  static HelpOfFile help;
   static HistoryWindowsOfTools windows;
   static ViewerAndEditor viewerAndEditor;
   directoryTree().connect(panelTrees());
   archiveActions().connect(noArchives);
   historyWindows().connect(windows);
-  helpWindow().connect(noHelp);
+  helpWindow().connect(help);
   internalPrograms().connect(viewerAndEditor);
 }

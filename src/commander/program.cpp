@@ -33,6 +33,7 @@
 #include "panels/picture/panel_window.h"
 #include "panels/reader/directory_reader.h"
 #include "shell/internal_programs.h"
+#include "tools/help.h"
 
 namespace {
 
@@ -209,6 +210,7 @@ int runProgram(int argc, char** argv) {
   if (refused(arguments)) return refuse(arguments);
   setConfigurationFile(arguments.configurationFile);
   applyOptions();
+  loadHelp();
   readLocaleSettings(GlobalOptions::CodePage);
   console->setCodePage(GlobalOptions::CodePage);
   keepHistoryIn(dataFilePath(DataFile::History));

@@ -5,6 +5,7 @@
 // The topics of the help file by number.
 enum class HelpTopic : int {
   None = -1,
+  Index = 0,
   Panels = 1,
   Viewer = 2,
   Editor = 3,

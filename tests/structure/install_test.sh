@@ -7,7 +7,8 @@ trap 'rm -rf "$place"' EXIT
 cmake --install "$1" --prefix "$place" >/dev/null
 
 for file in bin/td share/applications/tandemdeck.desktop share/tandemdeck/README.md \
-  share/tandemdeck/tdsyntax.ini share/icons/hicolor/16x16/apps/tandemdeck.png \
+  share/tandemdeck/tdsyntax.ini share/tandemdeck/td.tdh \
+  share/doc/tandemdeck/manual/td.html share/icons/hicolor/16x16/apps/tandemdeck.png \
   share/icons/hicolor/scalable/apps/tandemdeck.svg share/doc/tandemdeck/README.md \
   share/doc/tandemdeck/CHANGELOG.md share/doc/tandemdeck/docs/architecture.md; do
   [ -s "$place/$file" ] || { echo "not installed: $file"; exit 1; }

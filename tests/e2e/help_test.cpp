@@ -1,0 +1,116 @@
+// The help as it comes with the program: each screen has its topic behind F1.
+
+#include "console/console.h"
+#include "e2e/program_test.h"
+
+namespace {
+
+class Help : public ProgramTest {
+ protected:
+  void SetUp() override {
+    ProgramTest::SetUp();
+    setenv("TD_SHARE", TD_BUILT_SHARE, 1);
+  }
+  // F1, the topic's title in the first row of the window, and what was on the screen comes back.
+  void expectHelp(const std::string& title) {
+    expectAwaited();
+    const std::string before = screen();
+    press(XK_F1);
+    expectSoon("help on " + title, [&] { return row(3, 3, 73).starts_with("║ " + title + " "); });
+    EXPECT_TRUE(row(2).find(" Help ") != std::string::npos);
+    press(XK_Escape);
+    expectSoon("the screen as it was", [&] { return screen() == before; });
+  }
+};
+
+TEST_F(Help, F1OnThePanelsTellsAboutThemAndAgainListsAllTopics) {
+  start();
+  press(XK_F1);
+  expectText("║ Panels  ");
+  press(XK_F1);
+  expectText("║ Index  ");
+  press(XK_Escape);
+  expectText("║ Panels  ");
+  press(XK_Escape);
+  expectNoText("Esc to Exit");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InAMenuTellsAboutIt) {
+  start();
+  press(XK_F9);
+  expectText("Files    Commands");
+  for (const char* title : {"Left and Right menus", "Files menu", "Commands menu", "Options menu",
+                            "Left and Right menus"}) {
+    expectHelp(title);
+    press(XK_Right);
+  }
+  press(XK_Down);
+  expectText("Brief       AlSh-F1");
+  expectHelp("Left and Right menus");
+  press(XK_Escape);
+  press(XK_Escape);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InTheViewerTellsAboutIt) {
+  left().write("file.txt", "text\n");
+  start();
+  moveTo("file.txt");
+  press(XK_F3);
+  expectText("View: ");
+  expectHelp("Viewer");
+  press(XK_Escape);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InTheEditorTellsAboutWhatIsEdited) {
+  left().write("file.txt", "text\n");
+  left().write("td.mnu", "a: A\n  true\n");
+  start();
+  for (const auto& [name, title] :
+       {std::pair{"file.txt", "Editor"}, {"td.mnu", "Menu files and macros"}}) {
+    moveTo(name);
+    press(XK_F4);
+    expectText("Edit: ");
+    expectHelp(title);
+    press(XK_Escape);
+    expectText("2Menu");
+  }
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InTheEditorOnTheConfigurationTellsAboutIt) {
+  home().makeDir(".tdx");
+  home().write(".tdx/td.ini", "[General Options]\n");
+  start();
+  press(XK_F9);
+  expectText("Files    Commands");
+  type("c");
+  expectText("Edit Associations");
+  type("a");
+  expectText("Edit: ");
+  expectHelp("td.ini");
+  press(XK_Escape);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InTheHistoryTellsAboutIt) {
+  start();
+  type("true");
+  press(XK_Return);
+  press(XK_F8, {XK_Alt_L});
+  expectText(" History ");
+  expectHelp("History");
+  press(XK_Escape);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, AFileOfAnotherConfigurationsNameMayBeMissing) {
+  home().write("my.ini", "");
+  startPlain({home().path("my.ini"), "-l", left().path(), "-r", right().path()});
+  expectHelp("Panels");
+  EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
