@@ -165,8 +165,8 @@ void FindRun::work(void* held) {
   search.state = search.full   ? FindState::Full
                  : search.stop ? FindState::Stopped
                                : FindState::Complete;
-  search.ended.post();
   search.tell();
+  search.ended.post();
 }
 
 void FindRun::tick(void* held) {

@@ -82,7 +82,7 @@ void ScanRing::finish() {
   flush();
   while (handed_ != put_) {
     if (threads_.empty()) {
-      TextScanner scanner(text_, stop_);
+      TextScanner scanner(text_, [this] { return stop_.load(); });
       scanFile(placeOf(handed_).candidate, scanner);
       placeOf(handed_).done = handed_ + 1;
     }
@@ -104,7 +104,7 @@ void ScanRing::entry(void* self) {
 }
 
 void ScanRing::scan() {
-  TextScanner scanner(text_, stop_);
+  TextScanner scanner(text_, [this] { return stop_.load(); });
   for (;;) {
     const uint32_t number = taken_++;
     for (uint32_t ready = ready_; static_cast<int32_t>(ready - number) <= 0; ready = ready_) {

@@ -60,7 +60,7 @@ class ScanRing {
   uint32_t put_ = 0;     // so many were put in; the walker's
   uint32_t handed_ = 0;  // so many went to the sink; the walker's
   std::atomic<uint32_t> taken_{0};
-  std::atomic<uint32_t> ready_{0};  // so many may be taken
+  std::atomic<uint32_t> ready_{0};   // so many may be taken
   std::atomic<uint32_t> wanted_{0};  // the candidate that the walker waits for
   std::atomic<bool> ended_{false};
   std::vector<ThreadHandle> threads_;

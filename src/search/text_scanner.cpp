@@ -5,6 +5,7 @@
 #include <cstring>
 #include <cwctype>
 #include <limits>
+#include <utility>
 
 #include "foundation/system.h"
 
@@ -46,9 +47,9 @@ SearchedText::SearchedText(const Westring& text, CaseRule rule, bool whole) : wh
   }
 }
 
-TextScanner::TextScanner(const SearchedText& text, const std::atomic<bool>& stop, size_t blockBytes)
+TextScanner::TextScanner(const SearchedText& text, StopAsked stop, size_t blockBytes)
     : text_(text),
-      stop_(stop),
+      stop_(std::move(stop)),
       blockBytes_(blockBytes),
       margin_(text.longest + static_cast<int64_t>(ByteRow::Longest) + LongestCharacter),
       buffer_(std::make_unique_for_overwrite<char[]>(blockBytes +
@@ -75,7 +76,7 @@ bool TextScanner::choosesWays() {
 
 // Lets the window begin at `base`, which lies in it or right behind it, and fills it up by a block.
 ScanResult TextScanner::moveWindow(int64_t base) {
-  if (stop_) return ScanResult::Stopped;
+  if (stop_()) return ScanResult::Stopped;
   const auto dropped = static_cast<size_t>(base - base_);
   length_ -= dropped;
   memmove(buffer_.get(), buffer_.get() + dropped, length_);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -43,9 +43,10 @@ enum class ScanResult { Found, NotFound, Stopped, Failed };
 // Reads one file after the other, each once from its beginning to its end. Belongs to one thread.
 class TextScanner {
  public:
-  // `stop` is looked at before each block; `blockBytes` are read at once.
-  TextScanner(const SearchedText& text, const std::atomic<bool>& stop,
-              size_t blockBytes = BlockBytes);
+  using StopAsked = std::function<bool()>;
+
+  // `stop` is asked before each block; `blockBytes` are read at once.
+  TextScanner(const SearchedText& text, StopAsked stop, size_t blockBytes = BlockBytes);
 
   // An open regular file of that size; what it grows meanwhile doesn't count. With size 0 it is
   // read to its end, since some files don't tell.
@@ -75,7 +76,7 @@ class TextScanner {
   int64_t keysEnd() const { return atEnd() ? windowEnd() : windowEnd() - margin_; }
 
   const SearchedText& text_;
-  const std::atomic<bool>& stop_;
+  const StopAsked stop_;
   const size_t blockBytes_;
   const int64_t margin_;  // bytes around a key that decide about it
   int fd_ = -1;

@@ -14,7 +14,8 @@ constexpr size_t SmallBlock = 16;
 
 struct Scan {
   TempDir directory;
-  std::atomic<bool> stop{false};
+  bool stopped = false;
+  TextScanner::StopAsked stop = [this] { return stopped; };
   int error = 0;
 
   // The first bytes of all hits, each looked for behind the one before.
@@ -127,7 +128,7 @@ TEST(TextScanner, StopsBetweenBlocks) {
   const SearchedText text = exactly(L"needle");
   TextScanner scanner(text, scan.stop, SmallBlock);
   scanner.start(fd.get(), 1006);
-  scan.stop = true;
+  scan.stopped = true;
   TextHit hit;
   EXPECT_EQ(scanner.next(0, hit), ScanResult::Stopped);
 }
