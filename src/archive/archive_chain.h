@@ -27,8 +27,8 @@ class OpenArchive {
   std::unique_ptr<OpenArchive> parent;
 };
 
-// Opens `file` as an archive inside `parent` (null for a real file); null when it is none. Until an
-// archive reader is connected every answer is null: nothing is an archive.
+// Opens `file` as an archive inside `parent` (null for a real file); null when it is none. Without
+// an opener nothing is an archive.
 using ArchiveOpener =
     std::function<std::unique_ptr<OpenArchive>(const Westring& file, OpenArchive* parent)>;
 ArchiveOpener& archiveOpener();

@@ -1,5 +1,7 @@
 #include "commander/connect.h"
 
+#include "archive/archive_chain.h"
+#include "archive_actions/open_archive.h"
 #include "editor/window/editor.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
@@ -25,6 +27,7 @@ void connectModules() {
   static HelpOfFile help;
   static HistoryWindowsOfTools windows;
   static ViewerAndEditor viewerAndEditor;
+  archiveOpener() = openArchiveShown;
   directoryTree().connect(panelTrees());
   archiveActions().connect(noArchives);
   historyWindows().connect(windows);

@@ -1,0 +1,118 @@
+#include "archive/archive_entry_store.h"
+
+#include <algorithm>
+
+#include "foundation/names.h"
+#include "foundation/regular_file.h"
+#include "foundation/status.h"
+
+namespace {
+
+std::wstring_view viewOf(const Westring& text) {
+  return {text.data(), static_cast<size_t>(text.length())};
+}
+
+entry* directoryEntry(std::wstring_view name, DosTime when) {
+  entry* item = newEntry(static_cast<int>(name.size()));
+  name.copy(item->name(), name.size());
+  item->attributes = Attribute::Directory;
+  item->date = when.date;
+  item->time = when.time;
+  return item;
+}
+
+entry* fileEntry(const ArchiveRecord& record) {
+  entry* item = newEntry(static_cast<int>(record.name.size()));
+  record.name.copy(item->name(), record.name.size());
+  item->size = record.size;
+  item->attributes = record.attributes;
+  item->date = record.when.date;
+  item->time = record.when.time;
+  return item;
+}
+
+}  // namespace
+
+ArchiveEntryStore::ArchiveEntryStore(const Westring& path, const FileStamp& file)
+    : path_(path), file_(file) {}
+
+int ArchiveEntryStore::first(const Westring& innerPath, entry*& result) {
+  result = nullptr;
+  directory_ = innerPath;
+  directoryLength_ = viewOf(innerPath).size();
+  nextRecord_ = endOfRecords_ = 0;
+  const auto& directories = records_.directories();
+  nextDirectory_ = records_.placeOf(directory());
+  const bool held = nextDirectory_ < directories.size() &&
+                    isWithin(directories[nextDirectory_].path, directory());
+  if (!held && directoryLength_ > 0) {
+    nextDirectory_ = static_cast<uint32_t>(directories.size());
+    return Status::EndOfFile;
+  }
+  if (held && directories[nextDirectory_].path == directory()) {
+    nextRecord_ = directories[nextDirectory_].firstRecord;
+    endOfRecords_ = nextRecord_ + directories[nextDirectory_].recordCount;
+    ++nextDirectory_;
+  }
+  if (directoryLength_ == 0) return next(result);
+  result = directoryEntry(ParentName, timeToDos(file_.modified.tv_sec));
+  return 0;
+}
+
+int ArchiveEntryStore::next(entry*& result) {
+  result = nextFile();
+  if (result == nullptr) result = nextDirectory();
+  return result != nullptr ? 0 : Status::NoMoreFiles;
+}
+
+entry* ArchiveEntryStore::nextFile() {
+  while (nextRecord_ < endOfRecords_) {
+    const ArchiveRecord& record = records_.at(nextRecord_++);
+    if (record.name.empty()) continue;
+    if (nextRecord_ < endOfRecords_ && records_.at(nextRecord_).name == record.name) continue;
+    dotSlash_ = record.dotSlash;
+    return fileEntry(record);
+  }
+  return nullptr;
+}
+
+entry* ArchiveEntryStore::nextDirectory() {
+  const auto& directories = records_.directories();
+  if (nextDirectory_ == directories.size()) return nullptr;
+  const ArchiveDirectory& found = directories[nextDirectory_];
+  if (!isWithin(found.path, directory())) return nullptr;
+  const size_t start = directoryLength_ == 0 ? 0 : directoryLength_ + 1;
+  const size_t end = std::min(found.path.find(L'/', start), found.path.size());
+  // A directory's own record comes first among those inside it, the last one of several counts.
+  uint32_t record = found.firstRecord;
+  const uint32_t behind = record + found.recordCount;
+  while (record + 1 < behind && records_.at(record + 1).name.empty()) ++record;
+  const ArchiveRecord& source = records_.at(record);
+  dotSlash_ = source.dotSlash;
+  nextDirectory_ = records_.placeBehind(found.path.substr(0, end), nextDirectory_);
+  return directoryEntry(found.path.substr(start, end - start), source.when);
+}
+
+ArchiveFacts ArchiveEntryStore::facts() const {
+  return {records_.size(), records_.packed(), archiveTypeName(type_)};
+}
+
+ArchiveOpening openArchiveFile(const Westring& path, const Westring& diskFile,
+                               ArchiveWatcher& watcher) {
+  Descriptor file;
+  if (openRegularFile(diskFile, file, Links::Follow) != 0) return {};
+  struct stat info;
+  if (System::fstat(file.get(), &info) != 0) return {};
+  auto archive = std::make_unique<ArchiveEntryStore>(path, FileStamp::of(info));
+  ArchiveBytes bytes(file.get(), static_cast<uint64_t>(info.st_size));
+  const Westring name = lastComponent(path);
+  ArchiveReading reading(bytes, archive->records_, viewOf(name), watcher);
+  const Recognised found = readArchive(reading, archive->records_, archive->type_);
+  if (found == Recognised::Stopped) return {};
+  ArchiveOpening opening{.archive = nullptr, .messages = reading.messages()};
+  if (found == Recognised::No) return opening;
+  const uint64_t hidden = archive->records_.hiddenCount();
+  if (hidden > 0) opening.messages.push_back({ArchiveNote::NamesHidden, hidden});
+  opening.archive = std::move(archive);
+  return opening;
+}

@@ -1,0 +1,74 @@
+#include "archive/sample_archives.h"
+#include "e2e/program_test.h"
+
+namespace {
+
+class Archives : public ProgramTest {
+ protected:
+  void SetUp() override {
+    ProgramTest::SetUp();
+    left().write("pack.zip", zipArchive({{"one.txt", "text"}, {"deep/er/two.txt", "more"}}));
+  }
+};
+
+TEST_F(Archives, EnterGoesIntoAnArchiveAndTheParentEntryOutOfIt) {
+  start();
+  moveTo("pack.zip");
+  press(XK_Return);
+  expectText("one.txt");
+  moveTo("deep");
+  press(XK_Return);
+  expectText("er");
+  press(XK_Page_Up, {XK_Control_L});
+  expectCursorOn("deep");
+  press(XK_Page_Up, {XK_Control_L});
+  expectCursorOn("pack.zip");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Archives, CtrlPageDownGoesIntoAnArchiveOfAnyName) {
+  left().write("unnamed", tarArchive({{"inside", "x"}}, HeaderForm::Published));
+  start();
+  moveTo("unnamed");
+  press(XK_Page_Down, {XK_Control_L});
+  expectText("inside");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Archives, TheInfoPanelTellsFormatAndSizes) {
+  start();
+  moveTo("pack.zip");
+  press(XK_Return);
+  expectText("one.txt");
+  press(XK_l, {XK_Control_L});
+  expectText("Type    : ZIP");
+  expectText("8 total uncompressed");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Archives, WhatIsWrongWithAnArchiveIsTold) {
+  left().write("cut.zip", std::string("PK\3\4 and nothing more"));
+  start();
+  moveTo("cut.zip");
+  press(XK_Return);
+  expectText("Central directory not found in");
+  expectText("cut.zip");
+  press(XK_Return);
+  expectNoText("Central directory");
+  expectCursorOn("cut.zip");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Archives, NamesThatClimbAreCountedAndNotShown) {
+  left().write("evil.zip", zipArchive({{"../outside", ""}, {"good", ""}, {"a/../../b", ""}}));
+  start();
+  moveTo("evil.zip");
+  press(XK_Return);
+  expectText("Some names can't be shown: 2");
+  press(XK_Return);
+  expectText("good");
+  expectNoText("outside");
+  EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
