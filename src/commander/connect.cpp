@@ -2,10 +2,12 @@
 
 #include "archive/archive_chain.h"
 #include "archive_actions/open_archive.h"
+#include "commander/command_seams.h"
 #include "editor/window/editor.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
+#include "search_dialogs/compare_directories.h"
 #include "shell/internal_programs.h"
 #include "tools/directory_history_window.h"
 #include "tools/help.h"
@@ -33,4 +35,5 @@ void connectModules() {
   historyWindows().connect(windows);
   helpWindow().connect(help);
   internalPrograms().connect(viewerAndEditor);
+  commandSeams().compareDirectories = compareDirectories;
 }

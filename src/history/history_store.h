@@ -5,6 +5,9 @@
 
 // Which history a string field keeps.
 enum class FieldHistory : int {
+  CompareMask = 1,
+  FindFiles = 2,
+  FindText = 3,
   GroupSelect = 4,
   SearchText = 5,
   Replacement = 6,

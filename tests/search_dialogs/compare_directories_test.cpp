@@ -1,0 +1,118 @@
+#include "search_dialogs/compare_directories.h"
+
+#include "filecommands/command_test.h"
+#include "options/options.h"
+#include "support/fault_hook.h"
+
+namespace {
+
+constexpr char Title[] = "Directory Compare";
+constexpr char Nothing[] = "No files meet the specified conditions";
+
+class CompareDirectoriesTest : public CommandTest {
+ protected:
+  void SetUp() override {
+    CommandTest::SetUp();
+    GlobalOptions::CMPTime = 0;
+    GlobalOptions::CMPSize = 0;
+    GlobalOptions::CMPUnmatched = false;
+    GlobalOptions::CMPContents = false;
+    GlobalOptions::CMPMask = L"*";
+  }
+  void compare(const std::vector<Step>& steps) {
+    play(steps, [] { compareDirectories(); });
+  }
+  void both(const std::string& name, const std::string& a, const std::string& b) {
+    file("left/" + name, a);
+    file("right/" + name, b);
+  }
+  static std::string tagged(const Panel& panel) {
+    std::string names;
+    int count = 0;
+    for (const entry* item : panel.entries) {
+      if (!item->tagged) continue;
+      ++count;
+      names += (names.empty() ? "" : " ") + bytePath(item->name());
+    }
+    EXPECT_EQ(panel.taggedCount, count);
+    return names;
+  }
+};
+
+}  // namespace
+
+TEST_F(CompareDirectoriesTest, TheDialogStandsAsItIsDesigned) {
+  show();
+  compare({{Title, {Key::Esc}, "compare"}});
+}
+
+TEST_F(CompareDirectoriesTest, WithoutAnyRuleItSaysThatNothingIsThere) {
+  both("f", "a", "bb");
+  file("left/only");
+  show();
+  compare({{Title, {Key::Enter}}, {Nothing, {Key::Enter}, "compare_nothing"}});
+  EXPECT_EQ(tagged(left()) + tagged(right()), "");
+}
+
+TEST_F(CompareDirectoriesTest, ContentsAreCompared) {
+  both("differ", "aa", "ab");
+  both("empty", "", "");
+  both("same", "aa", "aa");
+  both("size", "a", "aa");
+  GlobalOptions::CMPContents = true;
+  show();
+  compare({{Title, {Key::Enter}}});
+  EXPECT_EQ(tagged(left()), "differ size");
+  EXPECT_EQ(tagged(right()), "differ size");
+  EXPECT_EQ(left().taggedSize, 3);
+}
+
+TEST_F(CompareDirectoriesTest, AFileThatFailsTheMaskIsComparedAndNotTagged) {
+  both("a.c", "aa", "ab");
+  both("b.h", "aa", "ab");
+  GlobalOptions::CMPContents = true;
+  GlobalOptions::CMPMask = L"*.c";
+  show();
+  const FaultHook hook;
+  compare({{Title, {Key::Enter}}});
+  EXPECT_EQ(hook.calls("openAt"), 4);
+  EXPECT_EQ(tagged(left()), "a.c");
+}
+
+TEST_F(CompareDirectoriesTest, EscLeavesTheTagsAlone) {
+  both("f", "a", "bb");
+  GlobalOptions::CMPSize = 3;
+  show();
+  tag("f");
+  compare({{Title, {Key::Esc}}});
+  EXPECT_EQ(tagged(left()), "f");
+}
+
+TEST_F(CompareDirectoriesTest, AFileThatCannotBeReadClearsAllTags) {
+  both("a", "aa", "ab");
+  both("b", "aa", "ab");
+  GlobalOptions::CMPContents = true;
+  show();
+  tag("b");
+  std::filesystem::remove(dir.path("right/b"));
+  compare({{Title, {Key::Enter}}, {"No such file", {Key::Enter}}});
+  EXPECT_EQ(tagged(left()) + tagged(right()), "");
+}
+
+TEST_F(CompareDirectoriesTest, TheKeysChooseTheRules) {
+  both("f", "a", "bb");
+  show();
+  compare({{Title, {Key::Tab, Key::Down, Key::Enter}}});
+  EXPECT_EQ(GlobalOptions::CMPSize, 1);
+  EXPECT_EQ(tagged(left()), "");
+  EXPECT_EQ(tagged(right()), "f");
+}
+
+TEST_F(CompareDirectoriesTest, APanelThatShowsNoFilesLeavesNothingToCompare) {
+  show();
+  right().type = PanelType::Info;
+  compare({});
+  right().type = PanelType::Files;
+  right().style = PanelStyle::Tree;
+  compare({});
+}
