@@ -25,27 +25,30 @@ uint32_t folded(wchar_t character) {
   return static_cast<uint32_t>(foldChar(character));
 }
 
-// The first eight places of the order of names as one number: names whose numbers differ compare as
-// these do, equal numbers say nothing. A character beyond Latin-1 ends it.
-uint64_t orderKey(std::wstring_view name) {
+// Eight places of the order of names, from `start` on, as one number: of names that are alike
+// before it, those whose numbers differ compare as these do, equal numbers say nothing. A character
+// beyond Latin-1 ends it.
+uint64_t orderKey(std::wstring_view name, size_t start) {
   constexpr size_t Places = sizeof(uint64_t);
   constexpr uint32_t Beyond = 0xFF;
   uint64_t key = 0;
-  for (size_t i = 0; i < Places && i < name.size(); ++i) {
-    const uint32_t rank = std::min(folded(name[i]), Beyond);
+  for (size_t i = 0; i < Places && start + i < name.size(); ++i) {
+    const uint32_t rank = std::min(folded(name[start + i]), Beyond);
     key |= uint64_t{rank} << (Places - 1 - i) * 8;
     if (rank == Beyond) break;
   }
   return key;
 }
 
+size_t likeCharacters(std::wstring_view a, std::wstring_view b) {
+  const auto alike = [](wchar_t left, wchar_t right) { return folded(left) == folded(right); };
+  return static_cast<size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end(), alike).first -
+                             a.begin());
+}
+
 bool nameBefore(std::wstring_view a, std::wstring_view b) {
-  const size_t shorter = std::min(a.size(), b.size());
-  for (size_t i = 0; i < shorter; ++i) {
-    const uint32_t left = folded(a[i]);
-    const uint32_t right = folded(b[i]);
-    if (left != right) return left < right;
-  }
+  const size_t alike = likeCharacters(a, b);
+  if (alike < a.size() && alike < b.size()) return folded(a[alike]) < folded(b[alike]);
   return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
@@ -170,30 +173,36 @@ std::vector<uint32_t> ArchiveRecords::sortDirectories() {
 
 // One pass puts each record among those of its directory; these are sorted by themselves.
 void ArchiveRecords::sortRecords() {
-  struct Keyed {
-    uint64_t key;
-    uint32_t record;
-  };
   std::vector<Keyed> keyed(records_.size());
   std::vector<uint32_t> next;
   next.reserve(directories_.size());
   for (const ArchiveDirectory& directory : directories_) next.push_back(directory.firstRecord);
-  for (uint32_t i = 0; i < records_.size(); ++i) {
-    keyed[next[records_[i].directory]++] = {orderKey(records_[i].name), i};
-  }
-  const auto before = [this](const Keyed& a, const Keyed& b) {
-    if (a.key != b.key) return a.key < b.key;
-    const std::wstring_view left = records_[a.record].name;
-    const std::wstring_view right = records_[b.record].name;
-    return left != right ? nameBefore(left, right) : a.record < b.record;
-  };
+  for (uint32_t i = 0; i < records_.size(); ++i) keyed[next[records_[i].directory]++].record = i;
   for (const ArchiveDirectory& directory : directories_) {
-    const auto begin = keyed.begin() + directory.firstRecord;
-    std::sort(begin, begin + directory.recordCount, before);
+    sortNames(std::span(keyed).subspan(directory.firstRecord, directory.recordCount));
   }
   order_.resize(keyed.size());
   std::transform(keyed.begin(), keyed.end(), order_.begin(),
                  [](const Keyed& item) { return item.record; });
+}
+
+// The records of one directory. Names in it often begin alike: what all share isn't compared.
+void ArchiveRecords::sortNames(std::span<Keyed> items) {
+  const auto nameOf = [this](const Keyed& item) { return records_[item.record].name; };
+  std::wstring_view shared;
+  for (const Keyed& item : items) {
+    if (nameOf(item).empty()) continue;
+    if (shared.empty()) shared = nameOf(item);
+    shared = shared.substr(0, likeCharacters(shared, nameOf(item)));
+    if (shared.empty()) break;
+  }
+  for (Keyed& item : items) item.key = orderKey(nameOf(item), shared.size());
+  std::sort(items.begin(), items.end(), [&nameOf](const Keyed& a, const Keyed& b) {
+    if (a.key != b.key) return a.key < b.key;
+    const std::wstring_view left = nameOf(a);
+    const std::wstring_view right = nameOf(b);
+    return left != right ? nameBefore(left, right) : a.record < b.record;
+  });
 }
 
 void ArchiveRecords::addUp() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -65,12 +66,18 @@ class ArchiveRecords {
     uint64_t low = 0;
   };
 
+  struct Keyed {
+    uint64_t key;
+    uint32_t record;
+  };
+
   uint32_t directoryOf(std::wstring_view path);
   std::wstring_view keep(std::wstring_view text);
   std::string_view keep(std::string_view text);
   char* room(size_t bytes);
   std::vector<uint32_t> sortDirectories();
   void sortRecords();
+  void sortNames(std::span<Keyed> items);
   void addUp();
 
   MemoryPool pool_;

@@ -64,14 +64,13 @@ bool MemberName::decode(std::string_view bytes, NameForm form) {
 }
 
 bool MemberName::check(std::wstring_view path) {
-  for (size_t start = 0; start < path.size();) {
-    const size_t end = std::min(path.find(L'/', start), path.size());
+  for (size_t start = 0, end = 0; end < path.size(); start = end + 1) {
+    end = std::min(path.find(L'/', start), path.size());
     const std::wstring_view component = path.substr(start, end - start);
     if (!canBeShown(component) || component.find(L'\0') != std::wstring_view::npos) {
       directory_ = path.substr(0, start > 0 ? start - 1 : 0);
       return false;
     }
-    start = end + 1;
   }
   return true;
 }
