@@ -8,6 +8,7 @@
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
 #include "search_dialogs/compare_directories.h"
+#include "search_dialogs/file_find.h"
 #include "shell/internal_programs.h"
 #include "tools/directory_history_window.h"
 #include "tools/help.h"
@@ -36,4 +37,7 @@ void connectModules() {
   helpWindow().connect(help);
   internalPrograms().connect(viewerAndEditor);
   commandSeams().compareDirectories = compareDirectories;
+  commandSeams().fileFind = [](int side, FindStart start) {
+    fileFind(side, start == FindStart::Anew ? FindList::New : FindList::Last);
+  };
 }

@@ -107,11 +107,10 @@ void FFEntryStore::reorder(const std::function<void(std::vector<entry*>&)>& sort
   setAll(entries);
 }
 
-void FFEntryStore::update(const Westring& path, const struct stat& info) {
+void FFEntryStore::update(int index, const Westring& path, const struct stat& info) {
   const MutexLock guard(lock_);
-  const int index = find(path);
-  if (index < 0) return;
   entry* item = peek(index);
+  if (!item || !sameName(item->name(), path.data())) return;
   bytes_ -= std::min(bytes_, item->size);
   describe(item, info, item->isLink());
   identityOf(item)->id = idOf(info);

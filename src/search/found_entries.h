@@ -59,8 +59,8 @@ class FFEntryStore : private TObjectStore<entry> {
   void removeIf(const std::function<bool(const entry*)>& gone);
   // Lets `sort` put them in another order.
   void reorder(const std::function<void(std::vector<entry*>&)>& sort);
-  // What is known of the file of that path by now.
-  void update(const Westring& path, const struct stat& info);
+  // What is known by now of the file at `index`, if it still is that path.
+  void update(int index, const Westring& path, const struct stat& info);
   int find(const Westring& path, int from = 0) const;  // its index from there on, or -1
 
  private:

@@ -40,7 +40,7 @@ TEST(FoundEntries, TheSumFollowsWhatComesAndGoes) {
   store.remove(9, L"/f9");
   EXPECT_EQ(store.bytes(), 36u);
   struct stat info = fileOf("", 100).info;
-  store.update(L"/f0", info);
+  store.update(0, L"/f0", info);
   EXPECT_EQ(store.bytes(), 136u);
   store.removeIf([](const entry* item) { return item->size == 100; });
   EXPECT_EQ(store.bytes(), 36u);

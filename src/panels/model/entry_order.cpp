@@ -162,12 +162,16 @@ int compareEntries(const entry* a, const entry* b, int code) {
 }
 
 void sortEntries(Panel& panel) {
-  if (panel.count() < 2 || isUnsorted(panel.sort)) return;
+  sortEntries(std::span<entry*>(panel.entries.begin(), panel.entries.end()), panel.sort);
+}
+
+void sortEntries(std::span<entry*> entries, int code) {
+  if (entries.size() < 2 || isUnsorted(code)) return;
   std::vector<SortSlot> slots;
-  slots.reserve(static_cast<size_t>(panel.count()));
-  for (entry* item : panel.entries) slots.push_back({0, item});
-  EntrySorter(slots, panel.sort).sort();
-  std::transform(slots.begin(), slots.end(), panel.entries.begin(),
+  slots.reserve(entries.size());
+  for (entry* item : entries) slots.push_back({0, item});
+  EntrySorter(slots, code).sort();
+  std::transform(slots.begin(), slots.end(), entries.begin(),
                  [](const SortSlot& slot) { return slot.item; });
 }
 

@@ -1,0 +1,330 @@
+#include "search_dialogs/file_find.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "console/clipboard.h"
+#include "editor/text/search_values.h"
+#include "editor/window/editor.h"
+#include "filecommands/entry_path.h"
+#include "foundation/break_state.h"
+#include "foundation/canonical_path.h"
+#include "foundation/names.h"
+#include "foundation/path_info.h"
+#include "foundation/place.h"
+#include "language/association_set.h"
+#include "options/options.h"
+#include "panels/commands/change_directory.h"
+#include "panels/model/entry_order.h"
+#include "panels/model/panel_pair.h"
+#include "panels/model/panel_position.h"
+#include "panels/picture/panel_draw.h"
+#include "panels/reader/directory_reader.h"
+#include "search_dialogs/find_dialog.h"
+#include "search_dialogs/found_actions.h"
+#include "search_dialogs/replace_found.h"
+#include "shell/process_command.h"
+#include "ui/alert.h"
+#include "ui/help_window.h"
+#include "viewer/viewer.h"
+
+namespace {
+
+// What stays between two calls.
+struct Remembered {
+  Westring files;
+  Westring text;
+  FindSettings searched;  // by the last search
+  int current = 0;
+};
+
+Remembered& remembered() {
+  static Remembered values;
+  return values;
+}
+
+// Letters mean roots; a text with '/' directories.
+std::vector<std::string> drives(const Westring& list) {
+  std::vector<std::string> starts;
+  const std::wstring text = list.data();
+  if (text.find(L'/') == std::wstring::npos) {
+    for (size_t i = text.size(); i-- > 0;) {
+      const wchar_t typed[] = {text[i], L':', L'\\', 0};
+      Westring root = typed;
+      if (canonicalPath(root) == 0) starts.push_back(bytePath(root));
+    }
+  } else {
+    for (size_t start = 0; start <= text.size();) {
+      const size_t end = std::min(text.find(L';', start), text.size());
+      if (end > start) starts.push_back(bytePath(text.substr(start, end - start).c_str()));
+      start = end + 1;
+    }
+  }
+  std::vector<std::string> once;
+  for (const std::string& start : starts) {
+    if (std::find(once.begin(), once.end(), start) == once.end()) once.push_back(start);
+  }
+  return once;
+}
+
+class FileFind {
+ public:
+  FileFind(int side, FindDialog::Begin begin)
+      : side_(side),
+        panel_(panelPair().side[side]),
+        texts_{remembered().files, remembered().text, Westring(GlobalOptions::FFDriveList)},
+        current_(remembered().current),
+        dialog_(std::in_place, texts_, &current_, begin) {}
+
+  void run() {
+    while (takeKey(dialog_->run())) {
+    }
+    remembered().current = current_;
+  }
+
+ private:
+  // A search and Break, which ends it.
+  struct Search {
+    Search(FindSettings settings, std::function<void()> news)
+        : run(std::move(settings), foundEntries(), std::move(news)) {}
+    BreakScope armed;
+    FindRun run;
+  };
+
+  bool isRunning() const { return search_ && search_->run.state() == FindState::Running; }
+
+  bool takeKey(Key::Code key) {
+    switch (key) {
+      case FindKey::Find:
+        find();
+        return true;
+      case FindKey::GoTo:
+        leave();
+        goToCurrent();
+        return false;
+      case Dialog::ProgramEnds:
+        leave();
+        return false;
+      case Key::Esc:
+        if (isRunning()) {
+          stop();
+          return true;
+        }
+        leave();
+        return false;
+      default:
+        if (foundEntries().count() > 0 || key == Key::F1 || key == FindKey::TooMany) act(key);
+        return true;
+    }
+  }
+
+  void act(Key::Code key) {
+    switch (key) {
+      case Key::F1:
+        return helpWindow()->show(HelpTopic::FileFind);
+      case FindKey::TooMany:
+        stop();
+        dialog_->follow(nullptr);
+        alert("Too many matches", Westring());
+        return;
+      case Key::F3:
+      case Key::AltF3:
+        return openCurrent(GlobalOptions::Viewer, GlobalOptions::Viewer2, key == Key::AltF3,
+                           associationSets().viewers, &FileFind::view);
+      case Key::F4:
+      case Key::AltF4:
+        return openCurrent(GlobalOptions::Editor, GlobalOptions::Editor2, key == Key::AltF4,
+                           associationSets().editors, &FileFind::edit);
+      case Key::CtrlF3:
+      case Key::CtrlF4:
+      case Key::CtrlF5:
+      case Key::CtrlF6:
+        return sort(key.value() - Key::CtrlF3.value());
+      case Key::CtrlShiftF:
+        return clipboardSetText(currentPath());
+      case Key::CtrlShiftJ:
+        return clipboardSetText(lastComponent(currentPath()));
+      default:
+        return change(key);
+    }
+  }
+
+  // What changes files, or the list.
+  void change(Key::Code key) {
+    switch (key) {
+      case Key::F5:
+      case Key::F6: {
+        dialog_->hide();
+        transferFound(panel_, key == Key::F6 ? TransferKind::Move : TransferKind::Copy);
+        dialog_->unhide();
+        break;
+      }
+      case Key::F8:
+        deleteFound(current_);
+        changed_ = true;
+        break;
+      case Key::ShiftF8:
+        if (isRunning()) return;
+        deleteAllFound();
+        changed_ = true;
+        break;
+      case Key::Delete:
+        if (!dialog_->isInList()) return;
+        foundEntries().remove(current_, currentPath());
+        break;
+      case FindKey::Replace:
+        if (isRunning() || remembered().searched.text.empty()) return;
+        replaceInFound(remembered().searched);
+        changed_ = true;
+        break;
+      default:
+        return;
+    }
+    dialog_->listChanged();
+  }
+
+  void find() {
+    if (texts_.files.empty()) return;
+    dialog_->commitAll();
+    remember();
+    endSearch();
+    foundEntries().removeAll();
+    remembered().searched = settings();
+    search_.emplace(remembered().searched, [dialog = &*dialog_] { dialog->news(); });
+    dialog_->follow(&search_->run);
+    dialog_->focusList();
+  }
+
+  void remember() {
+    remembered().files = texts_.files;
+    remembered().text = texts_.text;
+    GlobalOptions::FFDriveList = toUtf8(texts_.drives);
+  }
+
+  FindSettings settings() const {
+    FindSettings result;
+    result.files = texts_.files;
+    result.text = texts_.text;
+    result.rule = GlobalOptions::FFCase ? CaseRule::Exact : CaseRule::Folded;
+    result.wholeWord = GlobalOptions::FFWholeWord;
+    result.recurse = GlobalOptions::FFRecurse;
+    result.hidden = GlobalOptions::Hidden;
+    if (GlobalOptions::FFMultiDrive) {
+      result.starts = drives(texts_.drives);
+    } else if (GlobalOptions::FFRootSearch) {
+      result.starts = {"/"};
+    } else {
+      result.starts = {
+          bytePath(panel_.isTree() ? currentDirectoryOf(panel_) : physicalDirectory(panel_))};
+    }
+    return result;
+  }
+
+  void stop() {
+    search_->run.stop();
+    if (search_->run.waitForEnd(FindRun::BlinkMs)) {
+      dialog_->news();
+    } else {
+      dialog_->showWaiting();
+    }
+  }
+
+  void endSearch() {
+    dialog_->follow(nullptr);
+    search_.reset();
+  }
+
+  void leave() {
+    remember();
+    endSearch();
+    dialog_.reset();
+    if (changed_) panelRefresh();
+  }
+
+  Westring currentPath() const {
+    const FoundRow row = foundEntries().row(current_);
+    return row.valid() ? row.path() : Westring();
+  }
+
+  void goToCurrent() {
+    const Westring path = currentPath();
+    if (path.empty() || !goToPath(panel_, parentOf(path))) return;
+    selectName(panel_, lastComponent(path).data());
+    drawPanel(panel_);
+  }
+
+  void sort(int code) {
+    foundEntries().reorder([code](std::vector<entry*>& entries) { sortEntries(entries, code); });
+    dialog_->listChanged();
+  }
+
+  // By an association or a configured program, or inside.
+  void openCurrent(const Westring& first, const Westring& second, bool passesAssociation,
+                   AssociationSet& associations, void (FileFind::*inside)(const FoundRow&)) {
+    const FoundRow row = foundEntries().row(current_);
+    if (!row.valid() || row.item->isDirectory()) return;
+    const Westring path = row.path();
+    const Westring* associated =
+        passesAssociation ? nullptr : associations.findByName(lastComponent(path).data());
+    const Westring command = associated ? *associated : passesAssociation ? second : first;
+    if (command.empty()) {
+      // Whatever has the screen to itself gives it back as it was.
+      const Win cover(0, 0, panelPair().screenColumns - 1, panelPair().screenLines - 1, KeepAttr,
+                      NoFrame, Shadow::None);
+      presetSearch();
+      (this->*inside)(row);
+    } else {
+      dialog_->hide();
+      processCommand(command, side_, Westring(), MacroMode::Program, path);
+      dialog_->unhide();
+    }
+    updateRow(path);
+  }
+
+  static void presetSearch() {
+    const FindSettings& searched = remembered().searched;
+    if (searched.text.empty()) return;
+    SearchValues& values = searchValues();
+    values.text = searched.text;
+    values.caseSensitive = searched.rule == CaseRule::Exact;
+    values.wholeWord = searched.wholeWord;
+    values.reverse = false;
+  }
+
+  void view(const FoundRow& row) {
+    int64_t topLine = 0;
+    const int64_t position = row.item->total >= 0 ? row.item->total : AnyPosition;
+    const Key::Code key = viewFile(row.path(), position, &topLine);
+    if (key == Key::ShiftF4 || key == Key::AltF4) editFile(row.path(), topLine);
+  }
+
+  void edit(const FoundRow& row) { editFile(row.path()); }
+
+  void updateRow(const Westring& path) {
+    struct stat info;
+    if (statPath(path, info) == 0) foundEntries().update(current_, path, info);
+    changed_ = true;
+    dialog_->listChanged();
+  }
+
+  const int side_;
+  Panel& panel_;
+  FindTexts texts_;
+  int current_;
+  bool changed_ = false;  // files, so that the panels must be read again
+  std::optional<FindDialog> dialog_;
+  std::optional<Search> search_;  // ends before the dialog
+};
+
+}  // namespace
+
+void fileFind(int side, FindList list) {
+  const bool last = list == FindList::Last && foundEntries().count() > 0;
+  if (!last) {
+    foundEntries().removeAll();
+    remembered().current = 0;
+  }
+  FileFind(side, last ? FindDialog::Begin::InList : FindDialog::Begin::InFields).run();
+}

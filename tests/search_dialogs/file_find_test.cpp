@@ -1,0 +1,243 @@
+#include "search_dialogs/file_find.h"
+
+#include "console/clipboard.h"
+#include "filecommands/command_test.h"
+#include "options/options.h"
+#include "search/find_run.h"
+#include "search_dialogs/entry_list_box.h"
+#include "search_dialogs/find_dialog.h"
+#include "support/exact_text.h"
+
+namespace {
+
+constexpr char Title[] = "File Find";
+constexpr char Complete[] = "Search Complete:";
+
+class FileFindTest : public CommandTest {
+ protected:
+  void SetUp() override {
+    CommandTest::SetUp();
+    GlobalOptions::FFRootSearch = false;
+    GlobalOptions::FFRecurse = true;
+    GlobalOptions::FFCase = false;
+    GlobalOptions::FFWholeWord = false;
+    GlobalOptions::FFMultiDrive = false;
+    GlobalOptions::FFDriveList = "";
+    GlobalOptions::Hidden = true;
+    GlobalOptions::TimeMode = 24;
+    panelPair().activeSide = 0;
+  }
+  void find(const std::vector<Step>& steps, FindList list = FindList::New) {
+    play(steps, [list] { fileFind(0, list); });
+  }
+  // Types a mask and perhaps a text, and finds.
+  static Step search(const std::string& files) { return {Title, {Key::Enter}, "", files}; }
+  static std::vector<std::string> listed() {
+    std::vector<std::string> names;
+    for (int i = 0; i < foundEntries().count(); ++i) {
+      names.push_back(bytePath(lastComponent(foundEntries().row(i).path())));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  void makeTree() {
+    dir.makeDir("left/sub");
+    file("left/one.txt", "some text here");
+    file("left/two.txt", "nothing");
+    file("left/sub/three.txt", "more Text");
+  }
+};
+
+using Names = std::vector<std::string>;
+
+}  // namespace
+
+TEST_F(FileFindTest, TheDialogStandsAsItIsDesigned) {
+  show();
+  find({{Title, {Key::Esc}, "find"}});
+}
+
+TEST_F(FileFindTest, WhatIsFoundIsListed) {
+  makeTree();
+  show();
+  find({search("*.txt"), {Complete, {Key::Esc}}});
+  EXPECT_EQ(listed(), (Names{"one.txt", "three.txt", "two.txt"}));
+}
+
+TEST_F(FileFindTest, AnEmptyFileTextDoesNothing) {
+  show();
+  find({{Title,
+         {Key::End, Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace,
+          Key::Enter, Key::Esc}}});
+  EXPECT_EQ(foundEntries().count(), 0);
+}
+
+TEST_F(FileFindTest, AContentSearchWithoutScanningLooksOnlyInTheStart) {
+  makeTree();
+  GlobalOptions::FFRecurse = false;
+  show();
+  find({{Title, {Key::Tab}, "", "*"}, {Title, {Key::Enter}, "", "text"}, {Complete, {Key::Esc}}});
+  EXPECT_EQ(listed(), Names{"one.txt"});
+  EXPECT_EQ(foundEntries().row(0).item->total, 5);
+}
+
+TEST_F(FileFindTest, ReopeningShowsTheLastResultsWithTheCursorThere) {
+  makeTree();
+  show();
+  find({search("*.txt"), {Complete, {Key::Home, Key::Down, Key::Esc}}});
+  const std::string second = bytePath(lastComponent(foundEntries().row(1).path()));
+  find({{second, {Key::Enter}}}, FindList::Last);
+  EXPECT_EQ(currentName(left()), second);
+}
+
+TEST_F(FileFindTest, GoToLeadsToTheFile) {
+  makeTree();
+  show();
+  find({search("three*"), {Complete, {Key::Enter}}});
+  EXPECT_EQ(exact(left().path), exact(dir.wide("left/sub")));
+  EXPECT_EQ(currentName(left()), "three.txt");
+}
+
+TEST_F(FileFindTest, DelTakesOffTheListAndLeavesTheDisk) {
+  makeTree();
+  show();
+  find({search("*.txt"), {Complete, {Key::Home, Key::Delete, Key::Esc}}});
+  EXPECT_EQ(foundEntries().count(), 2);
+  EXPECT_TRUE(dir.exists("left/one.txt") && dir.exists("left/two.txt") &&
+              dir.exists("left/sub/three.txt"));
+}
+
+TEST_F(FileFindTest, F8DeletesTheFileUnderTheCursor) {
+  makeTree();
+  show();
+  find({search("one*"),
+        {Complete, {Key::F8}},
+        {"Do you wish to delete", {Key::Enter}},
+        {" 0 matches use 0 bytes", {Key::Esc}}});
+  EXPECT_FALSE(dir.exists("left/one.txt"));
+  EXPECT_EQ(foundEntries().count(), 0);
+}
+
+TEST_F(FileFindTest, ADirectoryGoesWithTheResultsBelowIt) {
+  makeTree();
+  show();
+  find({search("sub | three*"),
+        {Complete, {Key::Home, Key::F8}},
+        {"Do you wish to delete", {Key::Enter}},
+        {"Type \"YES\"", {Key::Enter}, "", "YES"},
+        {" 0 matches use 0 bytes", {Key::Esc}}});
+  EXPECT_FALSE(dir.exists("left/sub"));
+  EXPECT_EQ(foundEntries().count(), 0);
+}
+
+TEST_F(FileFindTest, ShiftF8DeletesAll) {
+  makeTree();
+  show();
+  find({search("*.txt"),
+        {Complete, {Key::CtrlF3, Key::ShiftF8}},
+        {"Are you sure you wish to delete", {Key::Esc}, "find_delete_all"},
+        {Title, {Key::ShiftF8}},
+        {"3 files?", {Key::Enter}},
+        {" 0 matches use 0 bytes", {Key::Esc}}});
+  EXPECT_EQ(foundEntries().count(), 0);
+  EXPECT_EQ(contents(dir.path("left")).size(), 1U) << "the directory";
+}
+
+TEST_F(FileFindTest, AFileThatIsAnotherOneByNowIsKept) {
+  makeTree();
+  show();
+  find({search("one*"), {Complete, {Key::Esc}}});
+  file("left/other", "another");
+  std::filesystem::rename(dir.path("left/other"), dir.path("left/one.txt"));
+  find({{"one.txt", {Key::F8}}, {"File has changed", {Key::Enter}}, {Title, {Key::Esc}}},
+       FindList::Last);
+  EXPECT_EQ(dir.read("left/one.txt"), "another");
+  EXPECT_EQ(foundEntries().count(), 1);
+}
+
+TEST_F(FileFindTest, AfterMovingAllTheListIsEmpty) {
+  makeTree();
+  show();
+  find({search("*.txt"),
+        {Complete, {Key::F6}},
+        {"Move 3 files to", {Key::Enter}},
+        {" 0 matches use 0 bytes", {Key::Esc}}});
+  EXPECT_EQ(foundEntries().count(), 0);
+  EXPECT_TRUE(dir.exists("right/one.txt") && dir.exists("right/three.txt"));
+}
+
+TEST_F(FileFindTest, ATargetOfTheSameNameIsAskedForEvenAfterAll) {
+  dir.makeDir("left/a");
+  dir.makeDir("left/b");
+  file("left/a/same", "from a");
+  file("left/b/same", "from b");
+  show();
+  find({search("same"),
+        {Complete, {Key::F5}},
+        {"Copy 2 files to", {Key::Enter}},
+        {"same", {Key::Esc}},
+        {Title, {Key::Esc}}});
+  EXPECT_EQ(dir.read("right/same").size(), 6U);
+  EXPECT_EQ(foundEntries().count(), 2);
+}
+
+TEST_F(FileFindTest, TheListIsSortedByItsKeys) {
+  file("left/b.txt", "1");
+  file("left/a.txt", "22");
+  show();
+  find({search("*.txt"), {Complete, {Key::CtrlF3, Key::CtrlShiftJ, Key::Esc}}});
+  EXPECT_EQ(exact(lastComponent(foundEntries().row(0).path())), L"a.txt");
+  find({{"a.txt", {Key::Home, Key::CtrlF6, Key::Esc}}}, FindList::Last);
+  EXPECT_EQ(exact(lastComponent(foundEntries().row(0).path())), L"a.txt") << "the largest first";
+}
+
+TEST_F(FileFindTest, CtrlRReplacesInAllFoundFiles) {
+  makeTree();
+  show();
+  find({{Title, {Key::Tab}, "", "*"},
+        {Title, {Key::Enter}, "", "text"},
+        {Complete, {Key::ctrl('r')}},
+        {"Replace with:", {Key::Enter}, "replace_ask", "words"},
+        {"Are you sure you want to replace", {Key::Enter}, "replace_sure"},
+        {"Replaced 2 occurances in 2 files", {Key::Enter}},
+        {Title, {Key::Esc}}});
+  EXPECT_EQ(dir.read("left/one.txt"), "some words here");
+  EXPECT_EQ(dir.read("left/sub/three.txt"), "more words");
+}
+
+TEST_F(FileFindTest, TheViewerOpensAtTheText) {
+  file("left/long", std::string(5000, '\n') + "a needle");
+  show();
+  find({{Title, {Key::Tab}, "", "*"},
+        {Title, {Key::Enter}, "", "needle"},
+        {Complete, {Key::F3}},
+        {"a needle", {Key::Esc}},
+        {Complete, {Key::Esc}}});
+}
+
+TEST_F(FileFindTest, WithoutResultsTheKeysDoNothing) {
+  show();
+  find({search("nothing like this"),
+        {Complete,
+         {Key::F3, Key::F4, Key::F5, Key::F6, Key::F8, Key::ShiftF8, Key::ctrl('r'), Key::Delete,
+          Key::Esc}}});
+}
+
+TEST(FindSummary, OneMatchAndManyAreTold) {
+  EXPECT_EQ(exact(findSummary(FindState::Complete, 1, 5)),
+            L"Search Complete: 1 match uses 5 bytes");
+  EXPECT_EQ(exact(findSummary(FindState::Stopped, 0, 0)),
+            L"Search Stopped:  0 matches use 0 bytes");
+}
+
+TEST(FoundLine, HasItsColumns) {
+  const EntryPtr item(newEntry(L"/some/path"));
+  item->size = 1234;
+  item->date = (2020 - 1980) << 9 | 6 << 5 | 15;
+  item->total = FoundMark::NoText;
+  EXPECT_EQ(exact(foundLine(*item, 46)).find(L"/some/path"), 28U);
+  item->attributes = Attribute::Hidden;
+  EXPECT_EQ(exact(foundLine(*item, 46))[27], 0x2591);
+  item->total = FoundMark::NotOpened;
+  EXPECT_EQ(exact(foundLine(*item, 46)), L"Error opening               /some/path");
+}
