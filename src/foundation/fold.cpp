@@ -26,6 +26,26 @@ int compareAscii(const Character* a, const Character* b) {
   }
 }
 
+// Several small letters may share a capital (the two sigmas). The usual one is the last of those
+// right behind it; all others are variants that stand further off, or before it.
+constexpr int NearSmallLetter = 0x28;
+
+bool isNear(const FoldPair& pair) {
+  return pair.lower > pair.upper && pair.lower - pair.upper <= NearSmallLetter;
+}
+
+struct UnfoldTable {
+  UnfoldTable() {
+    for (unsigned i = 0; i < FoldLimit; ++i) entry[i] = static_cast<uint16_t>(i);
+    for (const FoldPair& pair : foldPairs) {
+      if (pair.upper >= FoldLimit || pair.lower >= FoldLimit) continue;
+      uint16_t& known = entry[pair.upper];
+      if (known == pair.upper || (isNear(pair) && pair.lower > known)) known = pair.lower;
+    }
+  }
+  uint16_t entry[FoldLimit];
+};
+
 // What one character counts in the order of names, 0 to 255.
 int nameRank(wchar_t character) {
   int low = foldChar(character) & LowByte;
@@ -35,6 +55,12 @@ int nameRank(wchar_t character) {
 
 void foldString(wchar_t* text) {
   for (; *text != 0; ++text) *text = foldChar(*text);
+}
+
+wchar_t unfoldChar(wchar_t character) {
+  static const UnfoldTable table;
+  const auto index = static_cast<uint32_t>(character);
+  return index < FoldLimit ? table.entry[index] : character;
 }
 
 void lowerString(wchar_t* text) {

@@ -10,6 +10,8 @@ inline wchar_t foldChar(wchar_t character) {
   auto index = static_cast<uint32_t>(character);
   return index < FoldLimit ? foldTable.entry[index] : character;
 }
+// The way back: the small letter of a capital, by the same table; any other character itself.
+wchar_t unfoldChar(wchar_t character);
 void foldString(wchar_t* text);   // in place
 void lowerString(wchar_t* text);  // in place, each character by lowerChar
 // ASCII letters as lowerAscii says, all others by the locale.

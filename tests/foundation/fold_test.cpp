@@ -204,3 +204,18 @@ TEST(CompareNamesPrefix, OrdersAsTheNamesDoWhereverItDiffers) {
     }
   }
 }
+
+TEST(Fold, EachSmallLetterIsTheUsualOneOfItsCapital) {
+  const struct {
+    wchar_t capital;
+    wchar_t small;
+  } rows[] = {{L'A', L'a'},       {L'I', L'i'},     {L'S', L's'},     {0x00C4, 0x00E4},
+              {0x0178, 0x00FF},   {0x039C, 0x03BC}, {0x03A3, 0x03C3}, {0x0399, 0x03B9},
+              {0x03A6, 0x03C6},   {0x0416, 0x0436}, {0x01C4, 0x01C6}, {0x1E60, 0x1E61},
+              {L'a', L'a'},       {L'7', L'7'},     {0x00DF, 0x00DF}, {0xFF21, 0xFF21},
+              {0x1F600, 0x1F600}, {-0x3D, -0x3D},   {0x00B5, 0x00B5}};
+  for (const auto& row : rows) EXPECT_EQ(unfoldChar(row.capital), row.small) << int{row.capital};
+  for (wchar_t c = 0; c < 0x8000; ++c) {
+    EXPECT_EQ(unfoldChar(c) == c ? c : foldChar(unfoldChar(c)), c) << int{c};
+  }
+}
