@@ -14,11 +14,6 @@ struct CommandSeams {
   std::function<void()> confirmationsDialog;
   std::function<void(int side, FindStart start)> fileFind;
   std::function<void()> compareDirectories;
-  std::function<void(Panel&)> fileAttributes;
-  std::function<void(Panel&)> fileCase;
-  std::function<void(Panel&)> fileDateTime;
-  std::function<void(Panel&)> makeSymbolicLink;
-  std::function<void(Panel&)> makeObjects;
 };
 
 CommandSeams& commandSeams();
@@ -29,11 +24,7 @@ void callSeam(const std::function<void(Parameters...)>& seam, Arguments&&... arg
   if (seam) seam(std::forward<Arguments>(arguments)...);
 }
 
-// What a row of the command table runs while a module isn't connected yet; those that take a panel
-// get the active one.
+// What a row of the command table runs while a module isn't connected yet.
 inline auto seam(std::function<void()> CommandSeams::*place) {
   return [place] { callSeam(commandSeams().*place); };
-}
-inline auto seam(std::function<void(Panel&)> CommandSeams::*place) {
-  return [place] { callSeam(commandSeams().*place, panelPair().active()); };
 }

@@ -3,10 +3,15 @@
 #include "commander/file_dialogs.h"
 #include "commander/view_edit.h"
 #include "filecommands/archive_actions.h"
+#include "filecommands/attribute_command.h"
+#include "filecommands/case_command.h"
 #include "filecommands/copy_command.h"
+#include "filecommands/date_command.h"
 #include "filecommands/delete_by_name.h"
 #include "filecommands/delete_command.h"
+#include "filecommands/link_command.h"
 #include "filecommands/make_directory.h"
+#include "filecommands/object_command.h"
 #include "tools/directory_sizes.h"
 
 namespace {
@@ -97,7 +102,7 @@ std::vector<Command> copyRows() {
       {.name = "Make a symbolic link",
        .codes = {Key::CtrlShiftF5},
        .when = PanelsOn | Files | NoArchive,
-       .run = seam(&CommandSeams::makeSymbolicLink),
+       .run = [] { linkCommand(active()); },
        .label = "SymLnk"},
       {.name = "Compress into an archive",
        .codes = {Key::ShiftF7},
@@ -117,7 +122,7 @@ std::vector<Command> makeAndDeleteRows() {
        .label = "Mkdir"},
       {.name = "Make objects",
        .codes = {Key::AltF6},
-       .run = seam(&CommandSeams::makeObjects),
+       .run = [] { objectCommand(active()); },
        .label = "Object"},
       {.name = "Delete",
        .codes = {Key::F8},
@@ -138,17 +143,17 @@ std::vector<Command> attributeRows() {
       {.name = "File attributes",
        .codes = {Key::ctrl('a')},
        .when = NoArchive,
-       .run = seam(&CommandSeams::fileAttributes),
+       .run = [] { attributeCommand(active()); },
        .menu = {"File Attributes    Ctrl-A", 5}},
       {.name = "File case",
        .codes = {Key::ctrl('c')},
        .when = NoArchive,
-       .run = seam(&CommandSeams::fileCase),
+       .run = [] { caseCommand(active()); },
        .menu = {"File Case          Ctrl-C", 0}},
       {.name = "File date and time",
        .codes = {MenuCode::FileDateTime},
        .when = NoArchive,
-       .run = seam(&CommandSeams::fileDateTime),
+       .run = [] { dateCommand(active()); },
        .menu = {"File Date/Time", 10}},
   };
 }

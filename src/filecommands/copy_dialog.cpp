@@ -62,7 +62,7 @@ Westring toggledDirectory(const Westring& text, const Westring& directory) {
 }
 
 bool runCopyDialog(const CopyDialogTexts& texts, Westring& text, const Westring& otherDirectory,
-                   Toggle toggle) {
+                   Toggle toggle, const std::function<bool(const Westring& text)>& accepts) {
   // A longer proposal stays whole; only typing is limited.
   const int longest = std::max(FieldLength, text.length());
   Dialog dialog(-1, UpperQuarter, Columns, Rows, colourOf(Colour::Messages));
@@ -84,8 +84,10 @@ bool runCopyDialog(const CopyDialogTexts& texts, Westring& text, const Westring&
     } else if (isToggleKey(key)) {
       text = toggledDirectory(text, otherDirectory);
       dialog.redraw(field);
-    } else {
-      return key == Key::Enter;
+    } else if (key != Key::Enter) {
+      return false;
+    } else if (!accepts || accepts(text)) {
+      return true;
     }
   }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "fileops/operation.h"
 
 enum class Toggle { Off, On };
@@ -17,6 +19,8 @@ CopyDialogTexts copyDialogTexts(TransferKind kind, int count);             // ta
 Westring toggledDirectory(const Westring& text, const Westring& directory);
 
 // Asks for the destination, starting with `text`. False on Esc. With `toggle` on, three keys switch
-// between the bare name and a name in `otherDirectory`. Application thread.
+// between the bare name and a name in `otherDirectory`. The dialog stays while `accepts`, if there
+// is one, refuses the text. Application thread.
 bool runCopyDialog(const CopyDialogTexts& texts, Westring& text, const Westring& otherDirectory,
-                   Toggle toggle);
+                   Toggle toggle,
+                   const std::function<bool(const Westring& text)>& accepts = nullptr);

@@ -78,11 +78,12 @@ TEST_F(MainLoopMouse, AReleaseOverAnotherKeyRunsNothing) {
 }
 
 TEST_F(MainLoopMouse, ARightPressOnTheTopRowOpensTheMenu) {
+  cursorTo("file");
   queueMouse(EventKind::Press, 10, 0, 2);
   queueKey('f');
-  queueKey('a');
+  queueKey('v');
   screenAfterQueued();
-  EXPECT_EQ(calls(), std::vector<std::string>{"attributes .."});
+  EXPECT_EQ(calls(), std::vector<std::string>{"view the list at file"});
 }
 
 TEST_F(MainLoopMouse, ADoubleClickOnAnInfoPanelsNoteOpensItInTheEditor) {

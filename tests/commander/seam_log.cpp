@@ -10,9 +10,6 @@ void SeamLog::connect() {
   internalPrograms().connect(*this);
   CommandSeams& seams = commandSeams();
   auto plain = [this](const char* name) { return [this, name] { note(name); }; };
-  auto ofPanel = [this](const char* name) {
-    return [this, name](Panel& panel) { note(std::string(name) + " " + currentName(panel)); };
-  };
   seams.configurationDialog = plain("configuration");
   seams.coloursDialog = plain("colours");
   seams.confirmationsDialog = plain("confirmations");
@@ -20,11 +17,6 @@ void SeamLog::connect() {
     note("find " + std::to_string(side) + (start == FindStart::WithLastResult ? " last" : " new"));
   };
   seams.compareDirectories = plain("compare");
-  seams.fileAttributes = ofPanel("attributes");
-  seams.fileCase = ofPanel("case");
-  seams.fileDateTime = ofPanel("date");
-  seams.makeSymbolicLink = ofPanel("link");
-  seams.makeObjects = ofPanel("objects");
 }
 
 void SeamLog::disconnect() {

@@ -147,4 +147,57 @@ TEST_F(FileCommands, ATreeIsCopiedWhole) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(FileCommands, CtrlAAndThreeDigitsSetThePermissionsOfTaggedFiles) {
+  for (const char* name : {"one", "three", "two"}) {
+    left().write(name, "x");
+    left().chmod(name, 0600);
+  }
+  start();
+  moveTo("one");
+  press(XK_Insert);
+  press(XK_Insert);
+  expectText("2 selected files");
+  press(XK_a, {XK_Control_L});
+  expectText("File  Attributes");
+  type("754");
+  press(XK_Return);
+  expectNoText("File  Attributes");
+  EXPECT_EQ(left().mode("one"), 0754U);
+  EXPECT_EQ(left().mode("three"), 0754U);
+  EXPECT_EQ(left().mode("two"), 0600U);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(FileCommands, CtrlCChangesTheCaseOfANameAndTheDateItemItsDate) {
+  left().write("Some.File", "x");
+  start();
+  moveTo("Some.File");
+  press(XK_c, {XK_Control_L});
+  expectText("Change case of");
+  press(XK_Return);
+  expectSoon("the new name", [this] { return left().exists("some.file"); });
+  expectCursorOn("some.file");
+  press(XK_F9);
+  type("f");
+  type("t");
+  expectText("Change date of");
+  press(XK_Escape);
+  expectNoText("Change date of");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(FileCommands, CtrlShiftF5MakesALinkInTheOtherPanel) {
+  left().write("file", "content");
+  start();
+  moveTo("file");
+  press(XK_F5, {XK_Control_L, XK_Shift_L});
+  expectText("Make symbolic link to file as");
+  press(XK_Return);
+  expectSoon("the link", [this] { return right().read("file") == "content"; });
+  std::error_code error;
+  EXPECT_EQ(std::filesystem::read_symlink(right().path("file"), error).string(),
+            left().path("file"));
+  EXPECT_EQ(quit(), 0);
+}
+
 }  // namespace
