@@ -80,13 +80,28 @@ std::string smallLhaHeader(const SampleMember& member, int level) {
   return level == 1 ? header + extended.substr(2) : header;
 }
 
+uint16_t crc16(const std::string& bytes) {
+  unsigned value = 0;
+  for (const char byte : bytes) {
+    value ^= static_cast<unsigned char>(byte);
+    for (int bit = 0; bit < 8; ++bit) value = (value & 1) != 0 ? value >> 1 ^ 0xA001 : value >> 1;
+  }
+  return static_cast<uint16_t>(value);
+}
+
+// Its first extended header holds a sum of the whole one, counted with that sum as 0.
 std::string largeLhaHeader(const SampleMember& member, int level) {
-  const std::string extended = lhaExtended(member, level == 2 ? 2 : 4);
+  const size_t sizeBytes = level == 2 ? 2 : 4;
+  const std::string sum = extendedHeader(std::string(3, '\0'), sizeBytes);
+  const std::string extended = sum + lhaExtended(member, sizeBytes);
   const std::string fields = lhaMethod(member) + le32(member.content.size()) + le32(member.size()) +
                              le32(static_cast<uint64_t>(sampleTime())) + "\x20" +
-                             static_cast<char>(level) + le16(0) + "U";
-  if (level == 3) return le16(4) + fields + le32(28 + extended.size()) + extended;
-  return le16(2 + fields.size() + extended.size()) + fields + extended;
+                             static_cast<char>(level) + le16(crc16(member.content)) + "U";
+  std::string header = level == 2 ? le16(2 + fields.size() + extended.size()) + fields
+                                  : le16(4) + fields + le32(28 + extended.size());
+  const size_t sumPlace = header.size() + sizeBytes + 1;
+  header += extended;
+  return header.replace(sumPlace, 2, le16(crc16(header)));
 }
 
 std::string arjHeader(const std::string& fields) {
