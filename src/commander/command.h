@@ -107,7 +107,7 @@ struct Command {
   MenuText menu = {};
   std::function<bool()> mark = {};    // whether its menu item has the check mark
   const char* label = nullptr;        // on the key bar, for the function key among its codes
-  HelpTopic help = HelpTopic::None;   // what F1 tells about it
+  HelpTopic help = HelpTopic::None;   // what F1 tells about it; None: as its whole room
   CursorBar bar = CursorBar::Off;     // On: the command itself takes the bar off where it must
   Touches touches = Touches::Cursor;  // the same for a whole room, which sets it
 };

@@ -39,24 +39,32 @@ constexpr Condition Conditions[] = {
     {When::StarIsText, [](const MainLoop&) { return GlobalOptions::DisableInvert; }},
 };
 
-void addRoom(std::vector<Command>& table, Touches touches, std::vector<Command> rows) {
+// What all rows of a room have that don't say otherwise.
+struct RoomDefaults {
+  Touches touches;
+  HelpTopic help;
+};
+
+void addRoom(std::vector<Command>& table, const RoomDefaults& room, std::vector<Command> rows) {
   for (Command& row : rows) {
-    row.touches = touches;
+    row.touches = room.touches;
+    if (row.help == HelpTopic::None) row.help = room.help;
     table.push_back(std::move(row));
   }
 }
 
 std::vector<Command> makeTable() {
+  using enum HelpTopic;
   std::vector<Command> table;
-  addRoom(table, Touches::Cursor, listCommands());
-  addRoom(table, Touches::CommandRow, lineCommands());
-  addRoom(table, Touches::StatusLine, selectionCommands());
-  addRoom(table, Touches::Everything, fileCommands());
-  addRoom(table, Touches::Everything, panelCommands());
-  addRoom(table, Touches::Everything, lookCommands());
-  addRoom(table, Touches::Everything, goCommands());
-  addRoom(table, Touches::Everything, optionCommands());
-  addRoom(table, Touches::Everything, programCommands());
+  addRoom(table, {Touches::Cursor, Panels}, listCommands());
+  addRoom(table, {Touches::CommandRow, CommandsMenu}, lineCommands());
+  addRoom(table, {Touches::StatusLine, Panels}, selectionCommands());
+  addRoom(table, {Touches::Everything, FilesMenu}, fileCommands());
+  addRoom(table, {Touches::Everything, Panels}, panelCommands());
+  addRoom(table, {Touches::Everything, Panels}, lookCommands());
+  addRoom(table, {Touches::Everything, CommandsMenu}, goCommands());
+  addRoom(table, {Touches::Everything, OptionsMenu}, optionCommands());
+  addRoom(table, {Touches::Everything, CommandsMenu}, programCommands());
   return table;
 }
 

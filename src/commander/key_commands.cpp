@@ -50,6 +50,9 @@ void dispatchKey(MainLoop& loop, Key::Code key) {
     if (command.bar == CursorBar::Off) drawCursor(panelPair().activeSide, CursorBar::Off);
     loop.repaintCursor = true;
   }
-  if (runs) command.run(loop, command);
+  if (runs) {
+    const HelpOfCommand help(command.help);
+    command.run(loop, command);
+  }
   drawTouched(loop, command.touches, panel);
 }

@@ -41,6 +41,7 @@ void loadHelp() {
 void HelpOfFile::show(HelpTopic topic) {
   if (topic == HelpTopic::None) return;
   if (!loadedHelp()) {
+    const HelpOfCommand noHelpOnThis(HelpTopic::None);
     alert(L"Help not loaded", Westring());
     return;
   }

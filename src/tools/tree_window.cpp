@@ -10,6 +10,7 @@
 #include "options/options.h"
 #include "panels/model/panel_pair.h"
 #include "panels/picture/panel_rows.h"
+#include "ui/help_window.h"
 
 namespace {
 
@@ -178,6 +179,8 @@ void TreeWindow::onKey(Key::Code key, int) {
   switch (key) {
     case Key::ctrl('r'):
       return rescan();
+    case Key::F1:
+      return helpWindow()->show(HelpTopic::CommandsMenu);
     case Key::Backspace:
       search_ = dropRight(search_, 1);
       return;

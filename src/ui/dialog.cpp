@@ -5,6 +5,7 @@
 #include "console/text_state.h"
 #include "foundation/fold.h"
 #include "options/colours.h"
+#include "ui/help_window.h"
 #include "ui/input_loop.h"
 #include "ui/push_button.h"
 
@@ -173,7 +174,9 @@ void Dialog::takeKey(Key::Code key) {
       moveInGroup(1);
       break;
     default:
-      if (!activateByKey(key)) offerAsCharacter(key);
+      if (activateByKey(key)) return;
+      if (key == Key::F1) return helpWindow()->showForCommand();
+      offerAsCharacter(key);
       break;
   }
 }

@@ -28,6 +28,25 @@ class HelpWindow {
   virtual ~HelpWindow() = default;
   // Over whatever stands on the screen, which stands there again afterwards.
   virtual void show(HelpTopic) {}
+
+  // What a window without a topic of its own shows: that of the command which has opened it.
+  void showForCommand() { show(ofCommand_); }
+
+ private:
+  friend class HelpOfCommand;
+  HelpTopic ofCommand_ = HelpTopic::None;
 };
 
 Connection<HelpWindow>& helpWindow();
+
+// The topic of a command for as long as it runs.
+class HelpOfCommand {
+ public:
+  explicit HelpOfCommand(HelpTopic topic);
+  ~HelpOfCommand();
+  HelpOfCommand(const HelpOfCommand&) = delete;
+  HelpOfCommand& operator=(const HelpOfCommand&) = delete;
+
+ private:
+  HelpTopic before_;
+};

@@ -106,6 +106,51 @@ TEST_F(Help, F1InTheHistoryTellsAboutIt) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Help, F1InADialogTellsAboutTheCommandThatHasOpenedIt) {
+  left().write("file.txt", "text\n");
+  start();
+  moveTo("file.txt");
+  const struct {
+    unsigned long key;
+    std::vector<unsigned long> modifiers;
+    std::string text, title;
+  } rows[] = {{XK_F5, {}, "Copy \"file.txt\" to", "Files menu"},
+              {XK_F7, {}, "Create the directory", "Files menu"},
+              {XK_F8, {}, "Do you wish to delete", "Files menu"},
+              {XK_KP_Add, {}, "Select the files", "Panels"},
+              {XK_F5, {XK_Alt_L}, "Stored Paths", "History"},
+              {XK_F10, {}, "Are you sure", "Commands menu"}};
+  for (const auto& row : rows) {
+    press(row.key, row.modifiers);
+    expectText(row.text);
+    expectHelp(row.title);
+    press(XK_Escape);
+    expectNoText(row.text);
+  }
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InTheTreeTellsAboutItAlsoAboveADialog) {
+  left().write("file.txt", "text\n");
+  home().makeDir(".tdx");
+  home().write(".tdx/tdtree.dat", std::string(8, '\0') + "0/\n1tmp\n");
+  start();
+  press(XK_F10, {XK_Alt_L});
+  expectText("Directory Tree");
+  expectHelp("Commands menu");
+  press(XK_Escape);
+  expectNoText("Directory Tree");
+  moveTo("file.txt");
+  press(XK_F5);
+  expectText("Copy \"file.txt\" to");
+  press(XK_F10);
+  expectText("Directory Tree");
+  expectHelp("Commands menu");
+  press(XK_Escape);
+  press(XK_Escape);
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Help, AFileOfAnotherConfigurationsNameMayBeMissing) {
   home().write("my.ini", "");
   startPlain({home().path("my.ini"), "-l", left().path(), "-r", right().path()});
