@@ -6,7 +6,9 @@ place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
 cmake --install "$1" --prefix "$place" >/dev/null
 
-for file in bin/td share/applications/tandemdeck.desktop share/tandemdeck/README.md \
+for file in bin/td share/applications/tandemdeck.desktop \
+  share/applications/tandemdeck-directory.desktop share/metainfo/org.tandemdeck.TandemDeck.metainfo.xml \
+  share/man/man1/td.1 share/icons/hicolor/256x256/apps/tandemdeck.png share/tandemdeck/README.md \
   share/tandemdeck/tdsyntax.ini share/tandemdeck/td.tdh \
   share/doc/tandemdeck/manual/td.html share/icons/hicolor/16x16/apps/tandemdeck.png \
   share/icons/hicolor/scalable/apps/tandemdeck.svg share/doc/tandemdeck/README.md \
