@@ -119,6 +119,7 @@ TEST_F(Help, F1InADialogTellsAboutTheCommandThatHasOpenedIt) {
               {XK_F8, {}, "Do you wish to delete", "Files menu"},
               {XK_KP_Add, {}, "Select the files", "Panels"},
               {XK_F5, {XK_Alt_L}, "Stored Paths", "History"},
+              {XK_a, {XK_Control_L}, "File  Attributes", "Files menu"},
               {XK_F10, {}, "Are you sure", "Commands menu"}};
   for (const auto& row : rows) {
     press(row.key, row.modifiers);
@@ -127,6 +128,19 @@ TEST_F(Help, F1InADialogTellsAboutTheCommandThatHasOpenedIt) {
     press(XK_Escape);
     expectNoText(row.text);
   }
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Help, F1InFileFindAndInCompareTellsAboutThem) {
+  start();
+  press(XK_F7, {XK_Alt_L});
+  expectText("File(s) to find:");
+  expectHelp("File Find");
+  press(XK_Escape);
+  press(XK_k, {XK_Control_L});
+  expectText("Directory Compare");
+  expectHelp("Compare");
+  press(XK_Escape);
   EXPECT_EQ(quit(), 0);
 }
 
