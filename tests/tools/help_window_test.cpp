@@ -69,19 +69,25 @@ TEST_F(HelpWindowTest, TheWindowStandsCentredWithItsTitles) {
   expectGoldenText("help_window", shown);
 }
 
-TEST_F(HelpWindowTest, OnAHighScreenItLeavesFiveRows) {
-  console->setGeometry(132, 50, Estring(), 0);
-  std::string top, last, foot;
-  Watching screen(numbered(100), [&] {
-    top = rowText(29, 2, 9);
-    last = rowText(30, 45, 9);
-    foot = rowText(29, 46, 2) + rowText(101, 46, 2);
-  });
-  queueKey(Key::Esc);
-  screen.run();
-  EXPECT_EQ(top, "╔═══ Help");
-  EXPECT_EQ(last, "line 43. ");
-  EXPECT_EQ(foot, "╚══╝");
+TEST_F(HelpWindowTest, ItLeavesFiveRowsOfScreensOfEverySize) {
+  const struct {
+    int columns, rows, left;
+  } sizes[] = {{80, 25, 3}, {100, 33, 13}, {132, 50, 29}, {80, 250, 3}};
+  for (const auto& size : sizes) {
+    console->setGeometry(size.columns, size.rows, Estring(), 0);
+    const int frame = size.rows - 4, textRows = size.rows - 7;
+    std::string top, last, foot;
+    Watching screen(numbered(300), [&] {
+      top = rowText(size.left, 2, 9);
+      last = rowText(size.left + 1, frame - 1, 10);
+      foot = rowText(size.left, frame, 2) + rowText(size.left + 72, frame, 2);
+    });
+    queueKey(Key::Esc);
+    screen.run();
+    EXPECT_EQ(top, "╔═══ Help") << size.rows;
+    EXPECT_TRUE(last.starts_with(line(textRows) + ' ')) << last;
+    EXPECT_EQ(foot, "╚══╝") << size.rows;
+  }
 }
 
 TEST_F(HelpWindowTest, ArrowsScrollByALineAndStayWithinTheText) {
