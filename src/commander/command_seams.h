@@ -9,9 +9,6 @@ enum class FindStart { Anew, WithLastResult };
 // What the main loop calls of modules that stand beside it. A module connects itself by filling its
 // place; an empty place makes the key and the menu item do nothing. Application thread.
 struct CommandSeams {
-  std::function<void()> configurationDialog;
-  std::function<void()> coloursDialog;
-  std::function<void()> confirmationsDialog;
   std::function<void(int side, FindStart start)> fileFind;
   std::function<void()> compareDirectories;
 };

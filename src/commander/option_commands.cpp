@@ -1,8 +1,9 @@
 #include "commander/command_rooms.h"
-#include "commander/command_seams.h"
+#include "commander/option_dialogs.h"
 #include "commander/screen_size.h"
 #include "config/config_reader.h"
 #include "config/config_writer.h"
+#include "config/dialogs/confirmations_dialog.h"
 #include "foundation/data_paths.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
@@ -128,16 +129,16 @@ std::vector<Command> dialogRows() {
   return {
       {.name = "Configuration",
        .codes = {MenuCode::Configuration},
-       .run = seam(&CommandSeams::configurationDialog),
+       .run = chooseConfiguration,
        .menu = {"Configuration", 0},
        .help = HelpTopic::Configuration},
       {.name = "Colours",
        .codes = {MenuCode::Colours},
-       .run = seam(&CommandSeams::coloursDialog),
+       .run = chooseColours,
        .menu = {"Colours", 1}},
       {.name = "Confirmations",
        .codes = {MenuCode::Confirmations},
-       .run = seam(&CommandSeams::confirmationsDialog),
+       .run = confirmationsDialog,
        .menu = {"Confirmations", 2},
        .help = HelpTopic::Confirmations},
       {.name = "Save setup",

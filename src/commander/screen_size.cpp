@@ -88,6 +88,16 @@ void changeColumns() {
   resize(nextColumns(panelPair().screenColumns, wantedColumns()), panelPair().screenLines);
 }
 
+void followScreenOptions(const ScreenOptions& before) {
+  const ScreenOptions now;
+  const PanelPair& pair = panelPair();
+  const bool otherLines = now.lines != before.lines && now.lines != 0;
+  const bool otherColumns = now.columns != before.columns && now.columns != 0;
+  if (!otherLines && !otherColumns) return;
+  resize(otherColumns ? wantedColumns() : pair.screenColumns,
+         otherLines ? wantedLines() : pair.screenLines);
+}
+
 void reopenPanels() {
   bool open[2];
   closeWindows(open);

@@ -173,9 +173,9 @@ TEST_F(KeyCommands, KeysWithoutAFunctionHereDoNothing) {
 TEST_F(KeyCommands, UnconnectedModulesLeaveTheirKeysSilent) {
   commandSeams() = CommandSeams{};
   SeamLog::disconnect();
-  for (Key::Code key : {Key::F1, Key::F3, Key::AltF3, Key::F4, Key::AltF4, Key::ShiftF7, Key::AltF7,
-                        Key::AltF10, Key::ctrl('k'), Key::ctrl('q'), Key::ShiftAltF8,
-                        MenuCode::Configuration, Key::Enter, Key::CtrlPageDown}) {
+  for (Key::Code key :
+       {Key::F1, Key::F3, Key::AltF3, Key::F4, Key::AltF4, Key::ShiftF7, Key::AltF7, Key::AltF10,
+        Key::ctrl('k'), Key::ctrl('q'), Key::ShiftAltF8, Key::Enter, Key::CtrlPageDown}) {
     EXPECT_FALSE(acts(key, 0)) << key;
   }
   EXPECT_EQ(currentName(left()), "file.txt");
@@ -193,9 +193,6 @@ TEST_F(KeyCommands, ModulesAreToldWhatTheKeyMeans) {
       {Key::ShiftAltF7, "find 0 last"},
       {Key::ShiftF7, "compress file.txt"},
       {Key::ctrl('k'), "compare"},
-      {MenuCode::Configuration, "configuration"},
-      {MenuCode::Colours, "colours"},
-      {MenuCode::Confirmations, "confirmations"},
       {Key::AltF10, "tree"},
       {Key::ShiftAltF8, "directory history"},
       {Key::Enter, "run open file.txt"},

@@ -10,9 +10,6 @@ void SeamLog::connect() {
   internalPrograms().connect(*this);
   CommandSeams& seams = commandSeams();
   auto plain = [this](const char* name) { return [this, name] { note(name); }; };
-  seams.configurationDialog = plain("configuration");
-  seams.coloursDialog = plain("colours");
-  seams.confirmationsDialog = plain("confirmations");
   seams.fileFind = [this](int side, FindStart start) {
     note("find " + std::to_string(side) + (start == FindStart::WithLastResult ? " last" : " new"));
   };

@@ -257,4 +257,49 @@ TEST_F(Settings, EditAssociationsReadsTheColoursAgain) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Settings, TheConfigurationDialogGivesTheScreenItsNewSizeAndTheFileItsNewValues) {
+  writeIni("Clock=on\r\n");
+  start();
+  const std::string clock = row(74, 0, 6);
+  chooseInOptions('c');
+  expectText(" Configuration ");
+  EXPECT_NE(row(74, 0, 6), clock) << "the clock is off as long as the dialog is up";
+  type("less");
+  for (int i = 0; i < 11; ++i) press(XK_Tab);
+  type("50");
+  press(XK_Return);
+  expectSoon("the lines", [] { return console->rows() == 50; });
+  expectNoText(" Configuration ");
+  expectSoon("the clock", [&] { return row(76, 0, 2).find(':') != std::string::npos; });
+  press(XK_F9, {XK_Shift_L});
+  expectSoon("the file", [this] { return says("Lines=50"); });
+  EXPECT_TRUE(says("Viewer=less"));
+  EXPECT_TRUE(says("Clock=on"));
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(Settings, NewColoursShowAtOnceAndAnOpenQuestionIsNotAskedAnyMore) {
+  start();
+  chooseInOptions('o');
+  expectText("TD/X Colours");
+  press(XK_Down);
+  type("b");  // the active panel's title
+  press(XK_Return);
+  expectNoText("TD/X Colours");
+  expectSoon("the new colour", [&] {
+    for (int x = 1; x < 40; ++x) {
+      if (attrAt(x, 0) == 0x40) return true;
+    }
+    return false;
+  });
+  chooseInOptions('n');
+  expectText(" Confirmations ");
+  for (int i = 0; i < 3; ++i) press(XK_Down);
+  press(XK_space);
+  press(XK_Return);
+  expectNoText(" Confirmations ");
+  press(XK_F10);
+  EXPECT_EQ(waitForEnd(), 0);
+}
+
 }  // namespace
