@@ -1,16 +1,19 @@
 // Searches and compares with td's own engines.
-// usage: bench_find names DIRECTORY MASK | text DIRECTORY TEXT SCANNERS | compare LEFT RIGHT
+// usage: bench_find names DIRECTORY MASK | text DIRECTORY TEXT SCANNERS | compare LEFT RIGHT |
+//        replace TEXT REPLACEMENT < LIST
 
 #include <fcntl.h>
 
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 
 #include "foundation/directory_names.h"
 #include "foundation/utf8.h"
 #include "search/compare_contents.h"
+#include "search/file_replacer.h"
 #include "search/find_run.h"
 #include "search/find_walk.h"
 
@@ -56,6 +59,17 @@ class TreePairs : private FindVisitor, private ContentWatch {
   std::vector<std::string> names_;
 };
 
+// The files are listed on standard input, a line each.
+int replace(const char* text, const char* replacement) {
+  FileReplacer replacer(decodeFileName(text), CaseRule::Exact, false, decodeFileName(replacement),
+                        [] { return false; });
+  for (std::string path; std::getline(std::cin, path);) {
+    if (replacer.replaceIn(path) != ReplaceResult::Done) return 1;
+  }
+  printf("%lld\n", static_cast<long long>(replacer.replaced()));
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -74,6 +88,7 @@ int main(int argc, char** argv) {
     return find(settings, argv[2]);
   }
   if (command == "compare" && argc == 4) return TreePairs(argv[2], argv[3]).run();
+  if (command == "replace" && argc == 4) return replace(argv[2], argv[3]);
   fputs(
       "usage: bench_find names DIRECTORY MASK | text DIRECTORY TEXT SCANNERS | "
       "compare LEFT RIGHT\n",

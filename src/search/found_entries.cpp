@@ -117,14 +117,6 @@ void FFEntryStore::update(int index, const Westring& path, const struct stat& in
   addBytes(item);
 }
 
-int FFEntryStore::find(const Westring& path, int from) const {
-  const MutexLock guard(lock_);
-  for (int i = from; i < TObjectStore<entry>::count(); ++i) {
-    if (sameName(peek(i)->name(), path.data())) return i;
-  }
-  return -1;
-}
-
 std::vector<entry*> FFEntryStore::all() const {
   std::vector<entry*> entries;
   entries.reserve(static_cast<size_t>(TObjectStore<entry>::count()));

@@ -61,7 +61,6 @@ class FFEntryStore : private TObjectStore<entry> {
   void reorder(const std::function<void(std::vector<entry*>&)>& sort);
   // What is known by now of the file at `index`, if it still is that path.
   void update(int index, const Westring& path, const struct stat& info);
-  int find(const Westring& path, int from = 0) const;  // its index from there on, or -1
 
  private:
   void deleteEntry(entry*) override {}  // the pool has it

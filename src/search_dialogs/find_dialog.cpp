@@ -95,6 +95,7 @@ void FindDialog::addButtons() {
 
 void FindDialog::follow(FindRun* run) {
   run_ = run;
+  waiting_ = false;
   if (!run) return;
   followsLast_ = true;
   *current_ = 0;
@@ -131,6 +132,7 @@ void FindDialog::showStatus() {
   if (run_->state() != FindState::Running) {
     return putStatus(findSummary(run_->state(), shown_, foundEntries().bytes()));
   }
+  if (waiting_) return putStatus(L"Waiting for file system");
   const bool lit = systemClock().nanoseconds() / BlinkNs % 2 == 0;
   const int width = innerWidth() - BesideDirectory;
   const Westring directory = shortenPath(decodeFileName(run_->directory().c_str()), width);
@@ -139,7 +141,8 @@ void FindDialog::showStatus() {
 }
 
 void FindDialog::showWaiting() {
-  putStatus(L"Waiting for file system");
+  waiting_ = true;
+  showStatus();
 }
 
 void FindDialog::putStatus(const Westring& text) {

@@ -32,7 +32,7 @@ class FindDialog : public Dialog {
   void follow(FindRun* run);
   void news();         // any thread
   void listChanged();  // by the caller: another order, or fewer entries
-  void showWaiting();  // for a file system
+  void showWaiting();  // until the search, which was stopped, comes back from a file system
   bool isInList() const { return focus() == list_; }
   void focusList() { setFocus(list_); }
 
@@ -48,6 +48,7 @@ class FindDialog : public Dialog {
   int list_ = 0;
   EntryListBox* box_ = nullptr;
   FindRun* run_ = nullptr;
+  bool waiting_ = false;      // for a file system
   int shown_ = 0;             // results
   bool followsLast_ = false;  // the cursor goes with the newest result
 };

@@ -74,6 +74,7 @@ void CommandTest::play(const std::vector<Step>& steps, const std::function<void(
       }
       queueText(step.typed);
       for (const Key::Code key : step.keys) queueKey(key);
+      if (step.then) step.then();
     }
     // Whatever else is asked would keep the test waiting for ever.
     waitUntil([&] { return ended.load(); }, steps.empty() ? 2000 : PatienceMs);

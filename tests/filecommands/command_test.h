@@ -22,6 +22,7 @@ struct Step {
   std::vector<Key::Code> keys;
   std::string golden = {};
   std::string typed = {};  // before the keys
+  std::function<void()> then = {};
 };
 
 // The file commands on two panels with windows, over directories "left" and "right" of the test's

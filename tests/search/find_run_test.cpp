@@ -36,6 +36,10 @@ class FindRunTest : public testing::Test {
     }
     return result;
   }
+  FoundRow rowOf(const std::string& name) const {
+    const std::vector<std::string> names = listed();
+    return store.row(static_cast<int>(std::find(names.begin(), names.end(), name) - names.begin()));
+  }
   static std::vector<std::string> sorted(std::vector<std::string> names) {
     std::sort(names.begin(), names.end());
     return names;
@@ -89,9 +93,8 @@ TEST_F(FindRunTest, LinksToDirectoriesAreListedAndNeverWalked) {
   directory.link("..", "sub/up");
   directory.link("nowhere", "dangling");
   EXPECT_EQ(sorted(find(settings(L"*"))), (Names{"dangling", "sub", "sub/f", "sub/up"}));
-  const int link = store.find(directory.wide("sub/up"));
-  EXPECT_TRUE(store.row(link).item->isLink());
-  EXPECT_TRUE(store.row(link).item->isDirectory());
+  EXPECT_TRUE(rowOf("sub/up").item->isLink());
+  EXPECT_TRUE(rowOf("sub/up").item->isDirectory());
 }
 
 TEST_F(FindRunTest, AFilterOfNamesNeverLooksAtWhatDoesNotMatch) {
@@ -109,7 +112,7 @@ TEST_F(FindRunTest, TextsAreFoundWithTheirPositions) {
   directory.write("c", "TEXT");
   directory.makeDir("text");
   EXPECT_EQ(sorted(find(settings(L"*", L"text"))), (Names{"b", "c"}));
-  EXPECT_EQ(store.row(store.find(directory.wide("b"))).item->total, 2);
+  EXPECT_EQ(rowOf("b").item->total, 2);
   EXPECT_EQ(find(settings(L"b"))[0], "b");
   EXPECT_EQ(store.row(0).item->total, FoundMark::NoText);
 }

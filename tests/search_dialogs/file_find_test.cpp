@@ -13,6 +13,28 @@ namespace {
 constexpr char Title[] = "File Find";
 constexpr char Complete[] = "Search Complete:";
 
+// A search waits before it looks at that name, until it is let go.
+class HeldSearch {
+ public:
+  explicit HeldSearch(const char* name) : name_(name) { System::setHook(onCall, this); }
+  ~HeldSearch() {
+    letGo();
+    System::setHook(nullptr, nullptr);
+  }
+  HeldSearch(const HeldSearch&) = delete;
+  HeldSearch& operator=(const HeldSearch&) = delete;
+  void letGo() { open_.post(); }
+
+ private:
+  static int onCall(const char* call, const char* path, void* context) {
+    auto* held = static_cast<HeldSearch*>(context);
+    if (strcmp(call, "statAt") == 0 && held->name_ == path) held->open_.wait(WaitForever);
+    return 0;
+  }
+  const std::string name_;
+  EventSem open_;
+};
+
 class FileFindTest : public CommandTest {
  protected:
   void SetUp() override {
@@ -29,6 +51,12 @@ class FileFindTest : public CommandTest {
   }
   void find(const std::vector<Step>& steps, FindList list = FindList::New) {
     play(steps, [list] { fileFind(0, list); });
+  }
+  // The same with a search that waits until `before` has been played.
+  void find(std::vector<Step> before, HeldSearch& held, const std::vector<Step>& after) {
+    before.back().then = [&held] { held.letGo(); };
+    before.insert(before.end(), after.begin(), after.end());
+    find(before);
   }
   // Types a mask and perhaps a text, and finds.
   static Step search(const std::string& files) { return {Title, {Key::Enter}, "", files}; }
@@ -55,6 +83,18 @@ using Names = std::vector<std::string>;
 TEST_F(FileFindTest, TheDialogStandsAsItIsDesigned) {
   show();
   find({{Title, {Key::Esc}, "find"}});
+}
+
+TEST_F(FileFindTest, EveryRowIsThereOnEachScreen) {
+  struct Row {
+    int columns, rows;
+    const char* golden;
+  };
+  for (const Row& row : {Row{100, 43, "find_100x43"}, Row{132, 50, "find_132x50"}}) {
+    console->setGeometry(row.columns, row.rows, Estring(), 0);
+    fetchScreenSize();
+    find({{Title, {Key::Esc}, row.golden}});
+  }
 }
 
 TEST_F(FileFindTest, WhatIsFoundIsListed) {
@@ -213,6 +253,32 @@ TEST_F(FileFindTest, TheViewerOpensAtTheText) {
         {Complete, {Key::F3}},
         {"a needle", {Key::Esc}},
         {Complete, {Key::Esc}}});
+}
+
+TEST_F(FileFindTest, EscDuringASearchStopsItAndKeepsWhatWasFound) {
+  makeTree();
+  dir.makeDir("left/sub/deeper");
+  file("left/sub/deeper/gate.txt");
+  show();
+  HeldSearch held("gate.txt");
+  find({search("*.txt"), {"three.txt", {Key::Esc}}, {"Waiting for file system", {}}}, held,
+       {{"Search Stopped:", {Key::Esc}}});
+  EXPECT_EQ(listed(), (Names{"one.txt", "three.txt", "two.txt"}));
+}
+
+TEST_F(FileFindTest, DuringASearchF8WorksAndShiftF8IsRefused) {
+  makeTree();
+  file("left/sub/gate.txt");
+  show();
+  HeldSearch held("gate.txt");
+  find({search("*.txt"),
+        {"two.txt", {Key::Home, Key::CtrlF3, Key::Home, Key::ShiftF8, Key::F8}},
+        {"Do you wish to delete", {Key::Enter}},
+        {"Searching:", {}}},
+       held, {{"3 matches", {Key::Esc}}});
+  EXPECT_FALSE(dir.exists("left/one.txt"));
+  EXPECT_TRUE(dir.exists("left/two.txt"));
+  EXPECT_EQ(listed(), (Names{"gate.txt", "three.txt", "two.txt"}));
 }
 
 TEST_F(FileFindTest, WithoutResultsTheKeysDoNothing) {
