@@ -13,8 +13,7 @@ namespace {
 
 constexpr int Columns = 33, Lines = 12;
 constexpr int UpperQuarter = -4;
-constexpr int HeadRow = 0, SubjectRow = 1, DateLabelRow = 3, DateRow = 4, TimeLabelRow = 6,
-              TimeRow = 7, ButtonRow = 9;
+constexpr int HeadRow = 0, SubjectRow = 1, DateLabelRow = 3, TimeLabelRow = 6, ButtonRow = 9;
 constexpr int FirstDateColumn = 6, FirstTimeColumn = 3, ColumnStep = 6, MoreWith24Hours = 3;
 constexpr int HalfColumn = 21, HalfLabelColumn = 26;
 constexpr int OkColumn = 2, CancelColumn = 10, NowColumn = 22;
