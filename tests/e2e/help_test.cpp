@@ -144,6 +144,23 @@ TEST_F(Help, F1InFileFindAndInCompareTellsAboutThem) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Help, F1InTheDialogsOfTheOptionsTellsAboutThem) {
+  start();
+  for (const auto& [letter, title] :
+       {std::pair{"c", "Configuration"}, {"n", "Confirmations"}, {"o", "Options menu"}}) {
+    press(XK_F9);
+    expectText("Files    Commands");
+    type("o");
+    expectText("Path Prompt");
+    type(letter);
+    expectNoText("Path Prompt");
+    expectHelp(title);
+    press(XK_Escape);
+    expectText("1Help");
+  }
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Help, F1InTheTreeTellsAboutItAlsoAboveADialog) {
   left().write("file.txt", "text\n");
   home().makeDir(".tdx");
