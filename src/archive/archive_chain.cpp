@@ -56,6 +56,14 @@ void attachInnermost(std::unique_ptr<OpenArchive>& chain, std::unique_ptr<OpenAr
   chain = std::move(archive);
 }
 
+bool reopenInnermost(std::unique_ptr<OpenArchive>& chain) {
+  const Westring file = takeInnermost(chain)->path();
+  std::unique_ptr<OpenArchive> again = openArchive(file, chain.get());
+  if (!again) return false;
+  attachInnermost(chain, std::move(again));
+  return true;
+}
+
 void closeLeftArchives(std::unique_ptr<OpenArchive>& chain, const Westring& path) {
   while (chain && !staysOpen(*chain, path)) takeInnermost(chain).reset();
 }

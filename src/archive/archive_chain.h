@@ -24,6 +24,8 @@ class OpenArchive {
   virtual int first(const Westring& innerPath, entry*& result) = 0;
   virtual int next(entry*& result) = 0;
   virtual ArchiveFacts facts() const { return {}; }
+  // False once its file is another one, or has another content, than when it was read.
+  virtual bool isCurrent() const { return true; }
   std::unique_ptr<OpenArchive> parent;
 };
 
@@ -45,5 +47,7 @@ bool staysOpen(const OpenArchive& archive, const Westring& path);
 // Takes the innermost archive off the chain; its parent is the innermost one then.
 std::unique_ptr<OpenArchive> takeInnermost(std::unique_ptr<OpenArchive>& chain);
 void attachInnermost(std::unique_ptr<OpenArchive>& chain, std::unique_ptr<OpenArchive> archive);
+// Reads the innermost archive again. False when it is none any more; then it has left the chain.
+bool reopenInnermost(std::unique_ptr<OpenArchive>& chain);
 // Closes archives from the inside out until one stays open.
 void closeLeftArchives(std::unique_ptr<OpenArchive>& chain, const Westring& path);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/names.h"
+#include "foundation/path_info.h"
 #include "foundation/regular_file.h"
 #include "foundation/status.h"
 
@@ -33,8 +34,9 @@ entry* fileEntry(const ArchiveRecord& record) {
 
 }  // namespace
 
-ArchiveEntryStore::ArchiveEntryStore(const Westring& path, const FileStamp& file)
-    : path_(path), file_(file) {}
+ArchiveEntryStore::ArchiveEntryStore(const Westring& path, const Westring& diskFile,
+                                     const FileStamp& file)
+    : path_(path), diskFile_(diskFile), file_(file) {}
 
 int ArchiveEntryStore::first(const Westring& innerPath, entry*& result) {
   result = nullptr;
@@ -97,13 +99,18 @@ ArchiveFacts ArchiveEntryStore::facts() const {
   return {records_.size(), records_.packed(), archiveTypeName(type_)};
 }
 
+bool ArchiveEntryStore::isCurrent() const {
+  struct stat info;
+  return statPath(diskFile_, info) == 0 && isUnchanged(file_, FileStamp::of(info));
+}
+
 ArchiveOpening openArchiveFile(const Westring& path, const Westring& diskFile,
                                ArchiveWatcher& watcher) {
   Descriptor file;
   if (openRegularFile(diskFile, file, Links::Follow) != 0) return {};
   struct stat info;
   if (System::fstat(file.get(), &info) != 0) return {};
-  auto archive = std::make_unique<ArchiveEntryStore>(path, FileStamp::of(info));
+  auto archive = std::make_unique<ArchiveEntryStore>(path, diskFile, FileStamp::of(info));
   ArchiveBytes bytes(file.get(), static_cast<uint64_t>(info.st_size));
   const Westring name = lastComponent(path);
   ArchiveReading reading(bytes, archive->records_, viewOf(name), watcher);

@@ -12,8 +12,9 @@
 // An archive file that was read: its members as directories. Application thread.
 class ArchiveEntryStore : public OpenArchive {
  public:
-  // `path`: as the panel shows it. `file`: what the archive file was when it was read.
-  ArchiveEntryStore(const Westring& path, const FileStamp& file);
+  // `path`: as the panel shows it. `diskFile`: where the file stands, which was `file` when it was
+  // read.
+  ArchiveEntryStore(const Westring& path, const Westring& diskFile, const FileStamp& file);
 
   const Westring& path() const override { return path_; }
   // ".." first, but for the root; then the files, then a directory for each name that paths go on
@@ -22,6 +23,7 @@ class ArchiveEntryStore : public OpenArchive {
   int first(const Westring& innerPath, entry*& result) override;
   int next(entry*& result) override;
   ArchiveFacts facts() const override;
+  bool isCurrent() const override;
 
   ArchiveType type() const { return type_; }
   const FileStamp& file() const { return file_; }
@@ -38,6 +40,7 @@ class ArchiveEntryStore : public OpenArchive {
   entry* nextDirectory();
 
   Westring path_;
+  Westring diskFile_;
   FileStamp file_;
   ArchiveType type_ = ArchiveType::Zip;
   ArchiveRecords records_;

@@ -67,7 +67,9 @@ bool isWithin(std::wstring_view path, std::wstring_view directory) {
 }
 
 ArchiveRecords::Taken ArchiveRecords::add(const ArchiveMember& member) {
-  if (records_.size() + hidden_ >= MostRecords || poolBytes_ >= MostPoolBytes) return Taken::Full;
+  if (records_.size() + hidden_ >= limits_.records || poolBytes_ >= limits_.poolBytes) {
+    return Taken::Full;
+  }
   if (!name_.take(member)) {
     ++hidden_;
     const std::wstring_view below = name_.safeBeginning();

@@ -34,8 +34,14 @@ struct ArchiveDirectory {
 // by name without regard to case, then exactly, then as they stand in the archive.
 class ArchiveRecords {
  public:
-  static constexpr uint32_t MostRecords = 10'000'000;
-  static constexpr uint64_t MostPoolBytes = uint64_t{1} << 30;
+  // What they take at the most.
+  struct Limits {
+    uint64_t records = 10'000'000;
+    uint64_t poolBytes = uint64_t{1} << 30;  // of texts
+  };
+
+  ArchiveRecords() = default;
+  explicit ArchiveRecords(const Limits& limits) : limits_(limits) {}
 
   enum class Taken : uint8_t { Listed, Hidden, Full };
   Taken add(const ArchiveMember& member);
@@ -80,6 +86,7 @@ class ArchiveRecords {
   void sortNames(std::span<Keyed> items);
   void addUp();
 
+  Limits limits_;
   MemoryPool pool_;
   uint64_t poolBytes_ = 0;
   MemberName name_;

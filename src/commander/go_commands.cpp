@@ -39,14 +39,8 @@ void showBeside(const Panel& tree) {
 
 // The archive may have changed on the disk; one that is none any more is left for its directory.
 void reopenArchive(Panel& panel) {
-  Westring file = panel.archive->path();
-  takeInnermost(panel.archive);
-  std::unique_ptr<OpenArchive> again = openArchive(file, panel.archive.get());
-  if (again) {
-    attachInnermost(panel.archive, std::move(again));
-  } else {
-    panel.path = parentOf(file);
-  }
+  const Westring directory = parentOf(panel.archive->path());
+  if (!reopenInnermost(panel.archive)) panel.path = directory;
 }
 
 }  // namespace

@@ -167,6 +167,15 @@ TEST_F(ArchiveEntryStoreTest, WhatTheFileWasIsKept) {
   EXPECT_TRUE(archive.file() == FileStamp::of(info));
 }
 
+TEST_F(ArchiveEntryStoreTest, AnotherContentMakesItOutOfDate) {
+  ArchiveEntryStore& archive = openZip({{"a", ""}});
+  EXPECT_TRUE(archive.isCurrent());
+  place.write("file.zip", zipArchive({{"a", ""}, {"b", ""}}));
+  EXPECT_FALSE(archive.isCurrent());
+  std::filesystem::remove(place.path("file.zip"));
+  EXPECT_FALSE(archive.isCurrent());
+}
+
 TEST_F(ArchiveEntryStoreTest, AnErrorOfTheDiskIsToldAsDamage) {
   SampleMembers members;
   for (int i = 0; i < 200; ++i)

@@ -98,6 +98,25 @@ TEST(ArchiveFormats, AnEmptyFileIsNoArchive) {
   EXPECT_EQ(read.told(), Names{});
 }
 
+TEST(ArchiveFormats, ALimitEndsTheListAndIsTold) {
+  SampleMembers many;
+  for (int i = 0; i < 500; ++i) many.push_back({"name" + std::to_string(i), ""});
+  const std::string bytes = tarArchive(many, HeaderForm::Published);
+  for (const ArchiveRecords::Limits limits :
+       {ArchiveRecords::Limits{.records = 100}, ArchiveRecords::Limits{.poolBytes = 1000}}) {
+    ArchiveBytes view(bytes);
+    ArchiveRecords records(limits);
+    ArchiveWatcher watcher;
+    ArchiveReading reading(view, records, L"", watcher);
+    ArchiveType type{};
+    EXPECT_EQ(readArchive(reading, records, type), Recognised::Yes);
+    EXPECT_LE(records.count(), 100u);
+    EXPECT_GT(records.count(), 10u);
+    ASSERT_EQ(reading.messages().size(), 1u);
+    EXPECT_EQ(utf8(reading.messages()[0].text()), "Too many names, not all are shown");
+  }
+}
+
 TEST(ArchiveFormats, AnyFormatStopsWhenTheUserWantsIt) {
   struct Stopping : ArchiveWatcher {
     bool stopped() override { return true; }

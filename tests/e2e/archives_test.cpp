@@ -46,6 +46,21 @@ TEST_F(Archives, TheInfoPanelTellsFormatAndSizes) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Archives, AChangedArchiveIsReadAgainWithThePanel) {
+  start();
+  moveTo("pack.zip");
+  press(XK_Return);
+  expectText("one.txt");
+  left().write("pack.zip", zipArchive({{"deep/er/two.txt", "more"}, {"later.txt", "new"}}));
+  moveTo("deep");
+  press(XK_Return);
+  expectText("er");
+  press(XK_Page_Up, {XK_Control_L});
+  expectText("later.txt");
+  expectNoText("one.txt");
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Archives, WhatIsWrongWithAnArchiveIsTold) {
   left().write("cut.zip", std::string("PK\3\4 and nothing more"));
   start();

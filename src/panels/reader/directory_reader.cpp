@@ -273,6 +273,14 @@ void readTreeView(Panel& panel) {
   if (!current.empty()) directoryTree()->select(panel, current);
 }
 
+// An archive that has changed on the disk is read again; one that is none any more is left for its
+// directory. A nested one stands in a copy of its own.
+void renewArchive(Panel& panel) {
+  if (!panel.archive || panel.archive->parent || panel.archive->isCurrent()) return;
+  const Westring directory = parentOf(panel.archive->path());
+  if (!reopenInnermost(panel.archive)) panel.path = directory;
+}
+
 // The next round draws it.
 void markInfoBeside(const Panel& panel) {
   PanelPair& pair = panelPair();
@@ -298,6 +306,7 @@ ReadTrouble tryReadDirectory(Panel& panel) {
   panel.needsRead = false;
   panel.needsDraw = true;
   closeLeftArchives(panel.archive, panel.path);
+  renewArchive(panel);
   if (panel.isTreeStyle()) {
     readTreeView(panel);
     return {};
