@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "editor/text/text_detection.h"
+#include "editor/text/text_file.h"
 #include "foundation/kept_attributes.h"
 #include "foundation/safe_file.h"
 #include "foundation/status.h"
@@ -20,10 +20,10 @@ constexpr mode_t PrivateMode = 0600;
 
 // The encoding of a file without a byte order mark, one byte a unit.
 TextEncoding detect(int source) {
-  std::string beginning(DetectionBytes, '\0');
+  std::string beginning(CTextFile::DetectionBytes, '\0');
   const ssize_t got = System::readAt(source, beginning.data(), beginning.size(), 0);
   beginning.resize(static_cast<size_t>(std::max<ssize_t>(got, 0)));
-  const TextEncoding detected = detectText(beginning).encoding;
+  const TextEncoding detected = CTextFile::detect(beginning).encoding;
   return unitBytes(detected.format) == 1 ? detected : TextEncoding{TextFormat::CodePage};
 }
 
