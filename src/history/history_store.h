@@ -12,6 +12,7 @@ enum class FieldHistory : int {
   SearchText = 5,
   Replacement = 6,
   Filter = 7,
+  Archive = 9,
   Destination = 10,
   ViewFile = 11,
   None = 13,
