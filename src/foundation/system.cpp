@@ -1,6 +1,7 @@
 #include "foundation/system.h"
 
 #include <fcntl.h>
+#include <linux/openat2.h>
 #include <sys/file.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
@@ -11,6 +12,7 @@
 #include <cstdio>
 
 #include "foundation/not_offered.h"
+#include "foundation/open_beneath.h"
 
 namespace {
 
@@ -108,6 +110,16 @@ int open(const char* path, int flags, mode_t mode) {
 int openAt(int directory, const char* name, int flags, mode_t mode) {
   const int fd =
       guarded({"openAt", name, directory}, [&] { return ::openat(directory, name, flags, mode); });
+  return aboveStandardStreams(fd, flags);
+}
+
+int openBeneath(int directory, const char* path, int flags) {
+  struct open_how how {};
+  how.flags = static_cast<unsigned>(flags);
+  how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+  const int fd = guarded({"openBeneath", path, directory}, [&] {
+    return static_cast<int>(syscall(SYS_openat2, directory, path, &how, sizeof how));
+  });
   return aboveStandardStreams(fd, flags);
 }
 

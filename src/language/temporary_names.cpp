@@ -38,8 +38,8 @@ std::vector<std::string>& madeHere() {
 
 // Tries the names in their order; `make` gives 0 for success, EEXIST for the next name, or an
 // error.
-int makeUnderFreeName(Westring& path, const std::function<int(const char*)>& make) {
-  const Westring directory = temporaryDirectory();
+int makeUnderFreeName(const Westring& directory, Westring& path,
+                      const std::function<int(const char*)>& make) {
   const std::string prefix = namePrefix();
   for (int sequence = 0; sequence < MostNames; ++sequence) {
     const Westring candidate =
@@ -47,13 +47,14 @@ int makeUnderFreeName(Westring& path, const std::function<int(const char*)>& mak
     const Estring name = toUtf8(candidate);
     const int result = make(name.data());
     if (result == EEXIST) continue;
-    if (result == 0) {
-      path = candidate;
-      madeHere().emplace_back(name.data());
-    }
+    if (result == 0) path = candidate;
     return result;
   }
   return EEXIST;
+}
+
+int makeDirectory(const char* name) {
+  return System::mkdir(name, OwnerDirectory) == 0 ? 0 : errno;
 }
 
 bool writeAll(int fd, const std::string& bytes) {
@@ -122,8 +123,13 @@ Westring temporaryDirectory() {
 }
 
 int makeTemporaryDirectory(Westring& path) {
-  return makeUnderFreeName(
-      path, [](const char* name) { return System::mkdir(name, OwnerDirectory) == 0 ? 0 : errno; });
+  const int error = makeUnderFreeName(temporaryDirectory(), path, makeDirectory);
+  if (error == 0) madeHere().push_back(toUtf8(path).data());
+  return error;
+}
+
+int makeOwnedDirectory(const Westring& where, Westring& path) {
+  return makeUnderFreeName(where, path, makeDirectory);
 }
 
 std::optional<Westring> writeListFile(const std::vector<Westring>& lines) {
@@ -134,7 +140,7 @@ std::optional<Westring> writeListFile(const std::vector<Westring>& lines) {
   }
   Westring path;
   Descriptor file;
-  const int made = makeUnderFreeName(path, [&file](const char* name) {
+  const int made = makeUnderFreeName(temporaryDirectory(), path, [&file](const char* name) {
     file = Descriptor(
         System::open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, OwnerFile));
     return file.valid() ? 0 : errno;
@@ -142,10 +148,12 @@ std::optional<Westring> writeListFile(const std::vector<Westring>& lines) {
   if (made != 0) return std::nullopt;
   const bool written = writeAll(file.get(), bytes);
   const bool closed = file.close() == 0;
-  if (written && closed) return path;
-  System::unlink(madeHere().back().c_str());
-  madeHere().pop_back();
-  return std::nullopt;
+  if (!written || !closed) {
+    System::unlink(toUtf8(path).data());
+    return std::nullopt;
+  }
+  madeHere().push_back(toUtf8(path).data());
+  return path;
 }
 
 void removeTemporaries() {

@@ -15,6 +15,8 @@ Westring temporaryDirectory();
 
 // A new directory of such a name, for this user alone. 0 or errno.
 int makeTemporaryDirectory(Westring& path);
+// The same in `where`, for a caller who removes it: it isn't kept in the list.
+int makeOwnedDirectory(const Westring& where, Westring& path);
 
 // A new file of such a name, for this user alone, that holds the lines, each ended by CR LF.
 // Nothing when it couldn't be written whole; then it is gone again.

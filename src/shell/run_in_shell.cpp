@@ -53,22 +53,23 @@ Westring argumentOf(const Westring& command, const wchar_t* name, const Panel& p
   return file.empty() || file[0] == L'/' ? file : joinPath(physicalDirectory(panel), file);
 }
 
-int run(const Westring& command, const Panel& panel, unsigned flags) {
+int run(const Westring& command, const Panel& panel, unsigned flags, int* status) {
   const Westring viewed = argumentOf(command, ViewName, panel);
   const Westring edited = argumentOf(command, EditName, panel);
   if (!viewed.empty()) internalPrograms()->view(viewed);
   if (!edited.empty()) internalPrograms()->edit(edited);
   if (!viewed.empty() || !edited.empty()) return 0;
-  return runCommand(command, physicalDirectory(panel), flags);
+  return runCommand(command, physicalDirectory(panel), flags, status);
 }
 
-int runOnScreen(const Westring& command, const Panel& panel, const Westring& echo, unsigned flags) {
+int runOnScreen(const Westring& command, const Panel& panel, const Westring& echo, unsigned flags,
+                int* status) {
   panelsVisible(Visible::No);
   clearLowestRows(echo);
   setCursorShape(ShellCursor);
   syncCursor();
   setWindowTitle(&command);
-  const int result = run(command, panel, flags);
+  const int result = run(command, panel, flags, status);
   setWindowTitle(nullptr);
   endOutput();
   setCursorShape(0);
@@ -90,12 +91,14 @@ bool enterPanelDirectory(Panel& panel) {
   return false;
 }
 
-int runInShell(const Westring& command, Panel& panel, const Westring& echo, unsigned flags) {
+int runInShell(const Westring& command, Panel& panel, const Westring& echo, unsigned flags,
+               int* status) {
   if ((flags & RunFlag::StayInDirectory) == 0 && !enterPanelDirectory(panel)) return -ENOENT;
   // The command may want to see it, or end the program.
   directoryTree()->save();
   const bool hidden = (flags & RunFlag::Hidden) != 0;
-  const int result = hidden ? run(command, panel, flags) : runOnScreen(command, panel, echo, flags);
+  const int result = hidden ? run(command, panel, flags, status)
+                            : runOnScreen(command, panel, echo, flags, status);
   for (Panel& side : panelPair().side) side.needsRead = true;
   return result;
 }

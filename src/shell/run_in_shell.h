@@ -5,8 +5,10 @@
 // Runs a command in the panel's directory with the whole screen for its output: the panels step
 // aside until the next round of the main loop, which reads them anew. `echo` stands above the
 // output as if it had been typed there; "" when there is nothing to show. Flags are those of
-// runCommand. 0, or negative when it didn't run or the user made an end of it. Application thread.
-int runInShell(const Westring& command, Panel& panel, const Westring& echo, unsigned flags);
+// runCommand. 0, or negative when it didn't run or the user made an end of it; `status` as
+// runCommand gives it. Application thread.
+int runInShell(const Westring& command, Panel& panel, const Westring& echo, unsigned flags,
+               int* status = nullptr);
 
 // Makes the directory that the panel shows the working directory. False when that can't be: it is
 // told, and a panel whose directory is gone goes to the nearest above it.

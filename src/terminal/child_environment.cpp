@@ -62,3 +62,11 @@ std::string valueIn(const std::vector<std::string>& environment, const std::stri
   }
   return "";
 }
+
+ShellCommand shellCommandOf(const Westring& text, const Westring& directory) {
+  ShellCommand command;
+  command.environment = childEnvironment(directory);
+  command.shell = valueIn(command.environment, "SHELL");
+  command.text = bytePath(text);
+  return command;
+}

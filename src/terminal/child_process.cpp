@@ -134,6 +134,15 @@ void ChildProcess::signalSession(int signal) const {
   }
 }
 
+bool ChildProcess::sleeps() const {
+  if (reaped_) return false;
+  const std::vector<pid_t> members = membersOf(leader_);
+  return std::none_of(members.begin(), members.end(), [](pid_t member) {
+    const char state = stateOf(member).state;
+    return state == 'R' || state == 'D';
+  });
+}
+
 void ChildProcess::continueStopped() {
   if (reaped_) return;
   std::vector<ProcessState> states;
@@ -149,8 +158,8 @@ void ChildProcess::continueStopped() {
 }
 
 // The leader waits for the end of the command, also of one that takes its time.
-void ChildProcess::hangUp() {
-  signalSession(SIGHUP);
+void ChildProcess::askToEnd(int signal) {
+  signalSession(signal);
   signalSession(SIGCONT);  // or a stopped one would never see it
 }
 

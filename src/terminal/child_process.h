@@ -35,12 +35,16 @@ class ChildProcess {
   // The exit code, or 128 + the signal that ended it; after reap.
   int status() const { return status_; }
 
+  // Whether the command and all that it started sleep: for input, or for something else that isn't
+  // the processor or the disk.
+  bool sleeps() const;
+
   // Continues what the stop key has stopped of the command's own process group. The leader does
   // that when the whole group stops; a shell that waits for a new process to take off sees its stop
   // no more than the leader does.
   void continueStopped();
-  void hangUp();  // to every process of the session, as a terminal that goes does
-  void kill();    // and this none of them survives
+  void askToEnd(int signal);  // to every process of the session, also a stopped one
+  void kill();                // and this none of them survives
 
  private:
   void signalSession(int signal) const;

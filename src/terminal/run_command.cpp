@@ -1,53 +1,15 @@
 #include "terminal/run_command.h"
 
 #include <cerrno>
-#include <memory>
 
 #include "console/console.h"
 #include "console/input.h"
 #include "foundation/break_state.h"
-#include "foundation/place.h"
-#include "terminal/ansi_emulator.h"
+#include "terminal/attached_screen.h"
 #include "terminal/child_environment.h"
 #include "terminal/session_pump.h"
-#include "terminal/utf8_tail.h"
 
 namespace {
-
-// The keyboard and the screen of a command, for as long as it lives. Characters that come in pieces
-// are put together.
-class AttachedScreen : public SessionScreen {
- public:
-  explicit AttachedScreen(ChildInput& input) {
-    auto terminal = std::make_unique<CAnsiTerminalEmulator>(*console, input);
-    terminal_ = terminal.get();
-    console->attachTerminal(std::move(terminal));
-  }
-  ~AttachedScreen() override { console->detachTerminal(); }
-  AttachedScreen(const AttachedScreen&) = delete;
-  AttachedScreen& operator=(const AttachedScreen&) = delete;
-
-  void write(std::string_view bytes) override {
-    std::string joined;
-    if (!heldBack_.empty()) {
-      joined = heldBack_.append(bytes);
-      bytes = joined;
-    }
-    const size_t whole = bytes.size() - unfinishedUtf8(bytes);
-    terminal_->write(bytes.substr(0, whole));
-    heldBack_ = bytes.substr(whole);
-  }
-  void showHeldBack() override {
-    if (heldBack_.empty()) return;
-    terminal_->write(heldBack_);
-    heldBack_.clear();
-  }
-  GridSize size() const override { return console->getSize(); }
-
- private:
-  CAnsiTerminalEmulator* terminal_;
-  std::string heldBack_;  // the beginning of a character
-};
 
 // What a command prints that nobody is to see. It has no keyboard, so Esc and Break end it.
 class NoScreen : public SessionScreen {
@@ -60,14 +22,6 @@ class NoScreen : public SessionScreen {
  private:
   BreakScope breakScope_;
 };
-
-ShellCommand shellCommandOf(const Westring& text, const Westring& directory) {
-  ShellCommand command;
-  command.environment = childEnvironment(directory);
-  command.shell = valueIn(command.environment, "SHELL");
-  command.text = bytePath(text);
-  return command;
-}
 
 // The close button was meant for the program as well.
 void passCloseOn() {

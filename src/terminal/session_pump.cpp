@@ -87,7 +87,7 @@ class SessionPump {
   void endWhenAsked() {
     if (!hungUp_) {
       if (!input_.endAsked() && !screen_.endAsked() && !programEnds()) return;
-      child_.hangUp();
+      child_.askToEnd(screen_.endSignal());
       hungUp_ = now();
     } else if (now() - *hungUp_ >= PatienceNs) {
       child_.kill();

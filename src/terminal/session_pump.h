@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <string_view>
 
 #include "terminal/child_input.h"
@@ -14,15 +15,17 @@ class SessionScreen {
   // Nothing came for a while: what waits for the rest of a character shows as it is.
   virtual void showHeldBack() = 0;
   virtual GridSize size() const = 0;
-  // Looks whether the user wants to get away from a command that has no keyboard.
+  // Looks whether the user wants to get away from a command that has no keyboard. Asked in every
+  // round, several times a second.
   virtual bool endAsked() { return false; }
+  virtual int endSignal() const { return SIGHUP; }  // that the session gets then
 };
 
 // Carries output to the screen and waiting keys to the command until it has ended, and reaps it.
 // Then what stands in the terminal at that moment is shown; what was left in the background may
 // write on and isn't waited for. When the end is asked for, by the input, the screen, or since the
-// program itself has to end, the command's session is hung up, and killed 2 seconds later.
-// Application thread.
+// program itself has to end, the command's session gets the signal for that, and is killed 2
+// seconds later. Application thread.
 enum class [[nodiscard]] SessionEnd{Own, HungUp};
 SessionEnd pumpSession(ChildProcess& child, PseudoTerminal& terminal, ChildInput& input,
                        SessionScreen& screen);

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "config/archiver_keys.h"
+#include "foundation/westring.h"
+
+enum class ToolTask : int { Extract, Compress, Delete };
+
+// One file or directory that a tool is to work on, by its path as the tool knows it: for a member
+// as the archive stores it, for a file below the working directory.
+struct ToolOperand {
+  Westring path;
+  bool directory = false;
+  // The stored names aren't those of this system: what isn't ASCII in them matches anything.
+  bool foreignName = false;
+  std::vector<Westring> below;  // of a directory where the tool wants them: all that lies below
+};
+
+// How a directory is given to a tool.
+enum class DirectoryForm : uint8_t {
+  AsSet,     // as the configuration tells
+  Contents,  // dir/*
+  Name,      // dir
+  Members,   // every member below it by its name
+  Nothing,   // the tool takes everything anyway, files too
+};
+
+// How a name is written for a tool.
+enum class NameForTool : uint8_t {
+  Plain,          // one that begins with '-' gets "./"
+  BehindOptions,  // nothing that stands here is an option
+  UnzipPattern,
+  ZipPattern,
+};
+
+// The external tool of an archive type for one task: its template becomes command lines. A template
+// that is the default one runs in the form that the tool of this system understands; any other runs
+// as it is written. Texts hold names byte by byte, as decodeFileName gives them.
+class ArchiveTool {
+ public:
+  static constexpr int LongestBatch = 1019;  // characters of a template and what it works on
+
+  ArchiveTool(Archiver archiver, ToolTask task);
+
+  bool hasCommand() const { return !template_.empty(); }  // an empty template runs nothing
+  // Exit codes up to this one are no failure.
+  int highestCode() const { return highestCode_; }
+  DirectoryForm directoryForm() const { return form_; }
+  bool usesLists() const { return !listSwitch_.empty(); }
+  // The template redirects its output into the archive: it is given another file.
+  bool writesArchiveAnew() const;
+  // The tool itself takes climbing and absolute paths for paths below the directory it works in.
+  bool stripsUnsafeNames() const;
+  size_t templateLength() const { return template_.size(); }
+
+  // The operand as words of a command line; none for a tool that takes everything.
+  std::wstring words(const ToolOperand& operand) const;
+  // Its lines for a list file, each ended as the tool wants it. Names that a line can't hold have
+  // to go by themselves: fitsList tells.
+  std::string lines(const ToolOperand& operand) const;
+  bool fitsList(const ToolOperand& operand) const;
+
+  // The whole command. `archive` is a path; `files` are words.
+  Westring command(const Westring& archive, const std::wstring& files) const;
+  Westring commandWithList(const Westring& archive, const Westring& listFile) const;
+
+ private:
+  enum class In : uint8_t { Command, List };
+
+  void takeForm();
+  void find();
+  Westring filled(const std::wstring& archive, const std::wstring& files) const;
+  std::wstring expand(const Westring& path, In where) const;
+  std::vector<std::wstring> namesOf(const ToolOperand& operand, In where) const;
+  std::wstring nameOf(const Westring& path, bool foreign, In where) const;
+
+  const Archiver archiver_;
+  const ToolTask task_;
+  std::wstring template_;
+  std::wstring listSwitch_;
+  std::wstring directorySpec_;
+  std::wstring beforeNames_;  // options that go before the names on a command line
+  DirectoryForm form_ = DirectoryForm::AsSet;
+  NameForTool names_ = NameForTool::Plain;
+  char lineEnd_ = '\n';
+  int highestCode_ = 0;
+};
+
+// The path of a program in PATH: a regular file that can be run. "" when there is none.
+Westring programInPath(const std::wstring& name);
