@@ -19,6 +19,7 @@
 #include "panels/picture/status_line.h"
 #include "shell/prompt.h"
 #include "ui/alert.h"
+#include "ui/help_window.h"
 #include "ui/input_loop.h"
 
 namespace {
@@ -169,6 +170,7 @@ Westring commandPrompt() {
 }
 
 void runMainLoop(MainLoop& loop) {
+  const HelpOfCommand help(HelpTopic::Panels);  // of boxes that no key has opened
   whenShiftChangesInSearch(drawKeyBar);
   while (!loop.leaving && !programEnds()) oneRound(loop);
 }

@@ -1,27 +1,10 @@
 // The help as it comes with the program: each screen has its topic behind F1.
 
-#include "console/console.h"
-#include "e2e/program_test.h"
+#include "e2e/help_test.h"
 
 namespace {
 
-class Help : public ProgramTest {
- protected:
-  void SetUp() override {
-    ProgramTest::SetUp();
-    setenv("TD_SHARE", TD_BUILT_SHARE, 1);
-  }
-  // F1, the topic's title in the first row of the window, and what was on the screen comes back.
-  void expectHelp(const std::string& title) {
-    expectAwaited();
-    const std::string before = screen();
-    press(XK_F1);
-    expectSoon("help on " + title, [&] { return row(3, 3, 73).starts_with("║ " + title + " "); });
-    EXPECT_TRUE(row(2).find(" Help ") != std::string::npos);
-    press(XK_Escape);
-    expectSoon("the screen as it was", [&] { return screen() == before; });
-  }
-};
+class Help : public HelpTest {};
 
 TEST_F(Help, F1OnThePanelsTellsAboutThemAndAgainListsAllTopics) {
   start();

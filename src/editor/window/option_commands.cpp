@@ -1,11 +1,8 @@
 #include "editor/window/edit_command.h"
 #include "editor/window/editor_painter.h"
+#include "editor/window/help_topic.h"
 #include "editor/window/text_editor.h"
-#include "foundation/data_paths.h"
-#include "foundation/names.h"
-#include "foundation/wild_match.h"
 #include "options/options.h"
-#include "ui/help_window.h"
 
 namespace {
 
@@ -43,20 +40,8 @@ void toggleColours(CTextEditor& editor) {
   editor.redraw();
 }
 
-// The running configuration file, or the one that is taken when none was named.
-bool isConfiguration(const Westring& file) {
-  const Westring path = FileStatusStore::keyOfPath(file);
-  return sameName(path, dataFilePath(DataFile::Configuration)) ||
-         sameName(path, homeDataDirectory() + L"td.ini");
-}
-
-HelpTopic topicOf(const Westring& file) {
-  if (wildMatch(L"*.mnu", file.data())) return HelpTopic::UserMenuFile;
-  return isConfiguration(file) ? HelpTopic::ConfigurationFile : HelpTopic::Editor;
-}
-
 void help(CTextEditor& editor) {
-  helpWindow()->show(topicOf(editor.file.name));
+  helpWindow()->show(helpTopicOf(editor.file.name));
 }
 
 void repaint(CTextEditor& editor) {
