@@ -1,5 +1,4 @@
 #include "commander/command_rooms.h"
-#include "commander/command_seams.h"
 #include "commander/file_dialogs.h"
 #include "commander/view_edit.h"
 #include "filecommands/archive_actions.h"
@@ -12,6 +11,8 @@
 #include "filecommands/link_command.h"
 #include "filecommands/make_directory.h"
 #include "filecommands/object_command.h"
+#include "search_dialogs/compare_directories.h"
+#include "search_dialogs/file_find.h"
 #include "tools/directory_sizes.h"
 
 namespace {
@@ -30,8 +31,8 @@ void copyOrMove(int flags) {
   copyCommand(active(), flags);
 }
 
-Action finding(FindStart start) {
-  return [start] { callSeam(commandSeams().fileFind, panelPair().activeSide, start); };
+Action finding(FindList list) {
+  return [list] { fileFind(panelPair().activeSide, list); };
 }
 
 std::vector<Command> viewAndEditRows() {
@@ -163,18 +164,18 @@ std::vector<Command> searchRows() {
   return {
       {.name = "File find",
        .codes = {Key::AltF7},
-       .run = finding(FindStart::Anew),
+       .run = finding(FindList::New),
        .menu = {"File Find            Alt-F7", 0},
        .label = "Find",
        .help = HelpTopic::FileFind},
       {.name = "File find with the last result",
        .codes = {Key::ShiftAltF7},
-       .run = finding(FindStart::WithLastResult),
+       .run = finding(FindList::Last),
        .label = "FindRC",
        .help = HelpTopic::FileFind},
       {.name = "Compare directories",
        .codes = {Key::ctrl('k')},
-       .run = seam(&CommandSeams::compareDirectories),
+       .run = compareDirectories,
        .menu = {"Compare Directories  Ctrl-K", 0},
        .help = HelpTopic::DirectoryCompare},
       {.name = "Calculate directory sizes",

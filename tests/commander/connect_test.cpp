@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "archive/archive_chain.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
+#include "shell/internal_programs.h"
 #include "ui/help_window.h"
 
 namespace {
@@ -19,6 +21,8 @@ TEST(Connect, LeavesNoInterfaceEmpty) {
   EXPECT_TRUE(archiveActions().isConnected());
   EXPECT_TRUE(historyWindows().isConnected());
   EXPECT_TRUE(helpWindow().isConnected());
+  EXPECT_TRUE(internalPrograms().isConnected());
+  EXPECT_TRUE(archiveOpener());
 }
 
 }  // namespace

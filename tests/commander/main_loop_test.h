@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "commander/command_seams.h"
 #include "commander/help_probe.h"
 #include "commander/key_commands.h"
 #include "commander/main_loop.h"
@@ -12,19 +11,14 @@
 #include "panels/two_panels.h"
 
 // Two panels on directories of the test's own, and a main loop that gets its keys one by one. No
-// seam is connected at the start.
+// connection is made at the start.
 class MainLoopTest : public TwoPanelsTest {
  protected:
   void SetUp() override {
     TwoPanelsTest::SetUp();
-    commandSeams() = CommandSeams{};
     setenv("HOME", homeDir.path().c_str(), 1);
     setProgramPath(L"/usr/bin/td");
     setConfigurationFile(L"");
-  }
-  void TearDown() override {
-    commandSeams() = CommandSeams{};
-    TwoPanelsTest::TearDown();
   }
 
   void press(Key::Code key, int state = 0) {

@@ -8,12 +8,6 @@ void SeamLog::connect() {
   historyWindows().connect(*this);
   helpWindow().connect(*this);
   internalPrograms().connect(*this);
-  CommandSeams& seams = commandSeams();
-  auto plain = [this](const char* name) { return [this, name] { note(name); }; };
-  seams.fileFind = [this](int side, FindStart start) {
-    note("find " + std::to_string(side) + (start == FindStart::WithLastResult ? " last" : " new"));
-  };
-  seams.compareDirectories = plain("compare");
 }
 
 void SeamLog::disconnect() {

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "commander/command_seams.h"
 #include "filecommands/archive_actions.h"
 #include "filecommands/history_windows.h"
 #include "panels/model/directory_tree.h"
@@ -21,7 +20,7 @@ class SeamLog : public DirectoryTree,
                 public InternalPrograms {
  public:
   ~SeamLog() override { disconnect(); }
-  void connect();  // fills every place of commandSeams and every connection
+  void connect();  // fills every connection
   static void disconnect();
 
   Westring choose(Panel&, TreeWindowUse use) override;
