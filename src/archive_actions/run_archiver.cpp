@@ -1,0 +1,111 @@
+#include "archive_actions/run_archiver.h"
+
+#include <cerrno>
+#include <string>
+
+#include "archive_actions/private_directory.h"
+#include "archive_actions/tool_run.h"
+#include "foundation/path_info.h"
+#include "language/temporary_names.h"
+#include "ui/alert.h"
+
+namespace {
+
+constexpr char ListName[] = "list";
+
+class ArchiverRun {
+ public:
+  ArchiverRun(const ArchiveTool& tool, const Westring& archive, Panel& panel)
+      : tool_(tool), archive_(archive), panel_(panel) {}
+
+  int result() const { return result_; }
+  void runAlone(const ToolOperand& operand) { runCommand(tool_.words(operand)); }
+  void runList(const std::vector<ToolOperand>& operands);
+  void runBatches(const std::vector<ToolOperand>& operands);
+  void runCommand(const std::wstring& words) { run(tool_.command(archive_, words)); }
+
+ private:
+  void run(const Westring& command);
+  void stop(int error);
+
+  const ArchiveTool& tool_;
+  const Westring& archive_;
+  Panel& panel_;
+  int result_ = 0;
+};
+
+void ArchiverRun::stop(int error) {
+  alert(errorText(error), archive_, AlertButtons::Ok, AlertColour::Error);
+  result_ = -error;
+}
+
+void ArchiverRun::run(const Westring& command) {
+  if (result_ != 0) return;
+  int code = 0;
+  const ToolEnd end = runToolShown(command, panel_, code);
+  if (end == ToolEnd::Broken) result_ = -EINTR;
+  if (end == ToolEnd::NotStarted) stop(code);
+  if (end == ToolEnd::Ran && code > tool_.highestCode()) result_ = code;
+}
+
+void ArchiverRun::runList(const std::vector<ToolOperand>& operands) {
+  std::string lines;
+  for (const ToolOperand& operand : operands) {
+    if (tool_.fitsList(operand)) lines += tool_.lines(operand);
+  }
+  if (!lines.empty()) {
+    PrivateDirectory directory;
+    Westring list;
+    int error = directory.make(temporaryDirectory());
+    if (error == 0) error = directory.writeFile(ListName, lines, list);
+    if (error != 0) return stop(error);
+    run(tool_.commandWithList(archive_, list));
+  }
+  for (const ToolOperand& operand : operands) {
+    if (!tool_.fitsList(operand)) runAlone(operand);
+  }
+}
+
+void ArchiverRun::runBatches(const std::vector<ToolOperand>& operands) {
+  std::wstring batch;
+  for (const ToolOperand& operand : operands) {
+    const std::wstring words = tool_.words(operand);
+    const size_t length = tool_.templateLength() + batch.size() + words.size();
+    if (!batch.empty() && length > ArchiveTool::LongestBatch) {
+      runCommand(batch);
+      batch.clear();
+    }
+    if (!batch.empty()) batch += L' ';
+    batch += words;
+  }
+  if (!batch.empty()) runCommand(batch);
+}
+
+// Directories whose members go by their names become these members.
+std::vector<ToolOperand> singly(const std::vector<ToolOperand>& operands) {
+  std::vector<ToolOperand> result;
+  for (const ToolOperand& operand : operands) {
+    if (!operand.directory) result.push_back(operand);
+    for (const Westring& member : operand.below) {
+      result.push_back({.path = member, .foreignName = operand.foreignName});
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+int runArchiver(const ArchiveTool& tool, const Westring& archive,
+                const std::vector<ToolOperand>& operands, Panel& panel) {
+  ArchiverRun run(tool, archive, panel);
+  const bool byMember = tool.directoryForm() == DirectoryForm::Members;
+  const std::vector<ToolOperand> all = byMember ? singly(operands) : operands;
+  if (tool.directoryForm() == DirectoryForm::Nothing) {
+    if (!all.empty()) run.runCommand(L"");
+  } else if (all.size() > 1 && tool.usesLists()) {
+    run.runList(all);
+  } else {
+    run.runBatches(all);
+  }
+  return run.result();
+}
