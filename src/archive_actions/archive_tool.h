@@ -15,7 +15,7 @@ struct ToolOperand {
   bool directory = false;
   // The stored names aren't those of this system: what isn't ASCII in them matches anything.
   bool foreignName = false;
-  std::vector<Westring> below;  // of a directory where the tool wants them: all that lies below
+  std::vector<Westring> below{};  // of a directory where the tool wants them: all that lies below
 };
 
 // How a directory is given to a tool.
