@@ -21,7 +21,7 @@ Westring ArchiveMessage::text() const {
     case ArchiveNote::TooManyNames:
       return L"Too many names, not all are shown";
     case ArchiveNote::NamesHidden:
-      return (L"Some names can't be shown: " + std::to_wstring(count)).c_str();
+      return Westring(L"Some names can't be shown: ") + Westring(std::to_wstring(count).c_str());
   }
   return {};
 }

@@ -3,9 +3,11 @@
 #include "options/options.h"
 
 // All options as they are when this is made, but for the colours and the shortcuts.
-struct OptionSnapshot {
+class OptionSnapshot {
+ public:
   void restore() const;
 
-#define OPTION(kind, name, value) OptionValue<OptionKind::kind>::Type name = GlobalOptions::name;
+ private:
+#define OPTION(kind, name, value) OptionValue<OptionKind::kind>::Type name##_ = GlobalOptions::name;
 #include "options/options.def"
 };

@@ -386,16 +386,13 @@ TEST(FilterExpression, TheNameAloneDecidesWhereNoPredicateMatters) {
     const wchar_t* expression;
     NameVerdict verdict;
   };
-  for (const Row& row : {Row{L"*.c", NameVerdict::Yes}, Row{L"*.h", NameVerdict::No},
-                         Row{L"*.c & %size>1", NameVerdict::Depends},
-                         Row{L"*.h & %size>1", NameVerdict::No},
-                         Row{L"%size>1 & *.h", NameVerdict::No},
-                         Row{L"*.c | %size>1", NameVerdict::Yes},
-                         Row{L"*.h | %size>1", NameVerdict::Depends},
-                         Row{L"!%size>1", NameVerdict::Depends},
-                         Row{L"!(*.h & %size>1)", NameVerdict::Yes},
-                         Row{L"%size>1 & !%age>5", NameVerdict::Depends},
-                         Row{L"", NameVerdict::No}}) {
+  for (const Row& row :
+       {Row{L"*.c", NameVerdict::Yes}, Row{L"*.h", NameVerdict::No},
+        Row{L"*.c & %size>1", NameVerdict::Depends}, Row{L"*.h & %size>1", NameVerdict::No},
+        Row{L"%size>1 & *.h", NameVerdict::No}, Row{L"*.c | %size>1", NameVerdict::Yes},
+        Row{L"*.h | %size>1", NameVerdict::Depends}, Row{L"!%size>1", NameVerdict::Depends},
+        Row{L"!(*.h & %size>1)", NameVerdict::Yes}, Row{L"%size>1 & !%age>5", NameVerdict::Depends},
+        Row{L"", NameVerdict::No}}) {
     EXPECT_EQ(filterByName(row.expression, L"a.c"), row.verdict) << row.expression;
   }
 }
