@@ -52,15 +52,15 @@ std::string CommandTest::maskedScreen() const {
 
 // The text that was waited for may be there before the rest of its box. A screen that is to be
 // another one than before is taken when it had all the time to become so.
-void CommandTest::expectCompleted(const std::string& golden) {
+void CommandTest::expectCompleted(const std::string& golden, std::source_location where) {
   std::string shown;
-  const std::string expected =
-      readFile(goldenPath(std::source_location::current().file_name(), golden));
+  const std::string expected = readFile(goldenPath(where.file_name(), golden));
   waitUntil([&] { return (shown = maskedScreen()) == expected; });
-  expectGoldenText(golden, shown);
+  expectGoldenText(golden, shown, where);
 }
 
-void CommandTest::play(const std::vector<Step>& steps, const std::function<void()>& command) {
+void CommandTest::play(const std::vector<Step>& steps, const std::function<void()>& command,
+                       std::source_location where) {
   std::atomic<bool> ended{false};
   before_ = screenText();
   std::thread user([&] {
@@ -68,7 +68,7 @@ void CommandTest::play(const std::vector<Step>& steps, const std::function<void(
       const bool seen = waitUntil([&] { return ended || shows(step.text); });
       EXPECT_TRUE(seen && !ended) << "never on the screen: " << step.text << "\n" << screenText();
       if (!seen || ended) break;
-      if (!step.golden.empty()) expectCompleted(step.golden);
+      if (!step.golden.empty()) expectCompleted(step.golden, where);
       if (const char* pictures = getenv("TD_PICTURES"); pictures && !step.golden.empty()) {
         console->savePicture((std::string(pictures) + "/" + step.golden + ".png").c_str());
       }

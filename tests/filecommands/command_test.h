@@ -1,5 +1,6 @@
 #pragma once
 
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -39,11 +40,13 @@ class CommandTest : public PanelScreenTest {
   bool isTagged(const std::string& name) { return entryNamed(left(), name)->tagged; }
 
   // Runs the command; each step waits for its text in turn. Afterwards all keys were used up.
-  void play(const std::vector<Step>& steps, const std::function<void()>& command);
+  // Golden screens lie beside the calling source.
+  void play(const std::vector<Step>& steps, const std::function<void()>& command,
+            std::source_location where = std::source_location::current());
   // The same for a command that must not ask anything.
   void run(const std::function<void()>& command) { play({}, command); }
 
-  void expectCompleted(const std::string& golden);
+  void expectCompleted(const std::string& golden, std::source_location where);
   std::string maskedScreen() const;
   std::string file(const std::string& name, const std::string& content = "text");
 
