@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "editor/text/byte_pattern.h"
 #include "foundation/threads.h"
 #include "foundation/westring.h"
 #include "search/found_entries.h"
-#include "viewer/byte_pattern.h"
 
 // What is searched for, and where: a copy that nobody changes while the search runs.
 struct FindSettings {

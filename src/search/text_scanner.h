@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "editor/text/byte_pattern.h"
 #include "editor/text/text_encoding.h"
 #include "foundation/westring.h"
-#include "viewer/byte_pattern.h"
 
 // Finding a text in the content of files.
 

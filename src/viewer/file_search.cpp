@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cwctype>
 
+#include "editor/text/byte_pattern.h"
 #include "viewer/block_scan.h"
-#include "viewer/byte_pattern.h"
 
 namespace {
 

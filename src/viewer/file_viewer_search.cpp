@@ -3,8 +3,8 @@
 #include "editor/dialogs/goto_dialogs.h"
 #include "editor/dialogs/note_window.h"
 #include "editor/dialogs/search_dialog.h"
+#include "editor/text/byte_pattern.h"
 #include "ui/alert.h"
-#include "viewer/byte_pattern.h"
 #include "viewer/file_search.h"
 #include "viewer/file_viewer.h"
 

@@ -1,4 +1,4 @@
-#include "viewer/byte_pattern.h"
+#include "editor/text/byte_pattern.h"
 
 #include <algorithm>
 #include <cstring>

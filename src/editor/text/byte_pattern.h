@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "editor/text/byte_row.h"
 #include "editor/text/text_encoding.h"
-#include "viewer/byte_row.h"
 
 enum class CaseRule { Exact, Folded };
 

@@ -1,4 +1,4 @@
-#include "viewer/byte_row.h"
+#include "editor/text/byte_row.h"
 
 #include <algorithm>
 #include <bit>
