@@ -14,6 +14,15 @@ struct ArchiveFacts {
   Westring type;        // the format's name
 };
 
+// What lies below a directory of an archive.
+struct ArchiveCount {
+  uint64_t directories = 0;
+  uint64_t files = 0;
+  uint64_t bytes = 0;  // at most 2^63-1
+};
+
+class CTree;
+
 // An archive file opened as a directory. Archives nest: each knows the one that holds it.
 class OpenArchive {
  public:
@@ -26,7 +35,13 @@ class OpenArchive {
   virtual ArchiveFacts facts() const { return {}; }
   // False once its file is another one, or has another content, than when it was read.
   virtual bool isCurrent() const { return true; }
+  virtual ArchiveCount countBelow(const Westring& /*innerPath*/) const { return {}; }
+  // Calls with each directory that lies in the archive or is part of such a path, a parent before
+  // what it holds.
+  virtual void forEachDirectory(const std::function<void(const Westring& innerPath)>&) const {}
+
   std::unique_ptr<OpenArchive> parent;
+  std::shared_ptr<CTree> tree;  // of its directories, once somebody has made it
 };
 
 // Opens `file` as an archive inside `parent` (null for a real file); null when it is none. Without

@@ -32,6 +32,18 @@ entry* fileEntry(const ArchiveRecord& record) {
   return item;
 }
 
+// Where the components end that two directories begin with, the second of which stands behind the
+// first one in their order.
+size_t endOfShared(std::wstring_view previous, std::wstring_view path) {
+  size_t shared = 0;
+  for (size_t i = 0;; ++i) {
+    const bool previousEnds = i == previous.size() || previous[i] == L'/';
+    const bool pathEnds = i == path.size() || path[i] == L'/';
+    if (previousEnds && pathEnds) shared = i;
+    if (i >= previous.size() || i >= path.size() || previous[i] != path[i]) return shared;
+  }
+}
+
 }  // namespace
 
 ArchiveEntryStore::ArchiveEntryStore(const Westring& path, const Westring& diskFile,
@@ -70,10 +82,31 @@ int ArchiveEntryStore::next(entry*& result) {
 entry* ArchiveEntryStore::nextFile() {
   while (nextRecord_ < endOfRecords_) {
     const ArchiveRecord& record = records_.at(nextRecord_++);
-    if (record.name.empty()) continue;
-    if (nextRecord_ < endOfRecords_ && records_.at(nextRecord_).name == record.name) continue;
+    if (!isLastOfItsName(nextRecord_ - 1, endOfRecords_)) continue;
     dotSlash_ = record.dotSlash;
     return fileEntry(record);
+  }
+  return nullptr;
+}
+
+bool ArchiveEntryStore::isLastOfItsName(uint32_t record, uint32_t end) const {
+  const std::wstring_view name = records_.at(record).name;
+  return !name.empty() && (record + 1 == end || records_.at(record + 1).name != name);
+}
+
+const ArchiveRecord* ArchiveEntryStore::fileOf(const Westring& innerPath) const {
+  const std::wstring_view path = viewOf(innerPath);
+  const size_t slash = path.rfind(L'/');
+  const bool inRoot = slash == std::wstring_view::npos;
+  const std::wstring_view holder = inRoot ? std::wstring_view() : path.substr(0, slash);
+  const std::wstring_view name = inRoot ? path : path.substr(slash + 1);
+  const uint32_t place = records_.placeOf(holder);
+  if (place == records_.directories().size()) return nullptr;
+  const ArchiveDirectory& found = records_.directories()[place];
+  if (found.path != holder) return nullptr;
+  // Names stand in an order of their own, without regard to case first.
+  for (uint32_t record = found.firstRecord + found.recordCount; record-- > found.firstRecord;) {
+    if (records_.at(record).name == name && !name.empty()) return &records_.at(record);
   }
   return nullptr;
 }
@@ -93,6 +126,45 @@ entry* ArchiveEntryStore::nextDirectory() {
   dotSlash_ = source.dotSlash;
   nextDirectory_ = records_.placeBehind(found.path.substr(0, end), nextDirectory_);
   return directoryEntry(found.path.substr(start, end - start), source.when);
+}
+
+uint64_t ArchiveEntryStore::filesIn(const ArchiveDirectory& directory) const {
+  const uint32_t end = directory.firstRecord + directory.recordCount;
+  uint64_t files = 0;
+  for (uint32_t record = directory.firstRecord; record < end; ++record) {
+    if (isLastOfItsName(record, end)) ++files;
+  }
+  return files;
+}
+
+ArchiveCount ArchiveEntryStore::countBelow(const Westring& innerPath) const {
+  const std::wstring_view top = viewOf(innerPath);
+  ArchiveCount count{.directories = 0, .files = 0, .bytes = records_.sizeBelow(top)};
+  const auto& directories = records_.directories();
+  std::wstring_view previous = top;
+  for (uint32_t i = records_.placeOf(top); i < directories.size(); ++i) {
+    const std::wstring_view path = directories[i].path;
+    if (!isWithin(path, top)) break;
+    for (size_t end = endOfShared(previous, path); end < path.size(); ++count.directories) {
+      end = std::min(path.find(L'/', end + 1), path.size());
+    }
+    count.files += filesIn(directories[i]);
+    previous = path;
+  }
+  return count;
+}
+
+void ArchiveEntryStore::forEachDirectory(
+    const std::function<void(const Westring& innerPath)>& visit) const {
+  std::wstring_view previous;
+  for (const ArchiveDirectory& directory : records_.directories()) {
+    const std::wstring_view path = directory.path;
+    for (size_t end = endOfShared(previous, path); end < path.size();) {
+      end = std::min(path.find(L'/', end + 1), path.size());
+      visit(Westring(std::wstring(path.substr(0, end)).c_str()));
+    }
+    previous = path;
+  }
 }
 
 ArchiveFacts ArchiveEntryStore::facts() const {

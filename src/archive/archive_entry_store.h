@@ -24,12 +24,25 @@ class ArchiveEntryStore : public OpenArchive {
   int next(entry*& result) override;
   ArchiveFacts facts() const override;
   bool isCurrent() const override;
+  ArchiveCount countBelow(const Westring& innerPath) const override;
+  void forEachDirectory(const std::function<void(const Westring& innerPath)>& visit) const override;
 
+  const Westring& diskFile() const { return diskFile_; }
   ArchiveType type() const { return type_; }
   const FileStamp& file() const { return file_; }
   const ArchiveRecords& records() const { return records_; }
+  // The file of this path, the one that is listed; null when there is none.
+  const ArchiveRecord* fileOf(const Westring& innerPath) const;
   // Whether "./" stands before the member that the last entry was made of.
   bool dotSlash() const { return dotSlash_; }
+
+  // What somebody keeps with the archive for as long as it is open.
+  class Companion {
+   public:
+    virtual ~Companion() = default;
+  };
+  const std::unique_ptr<Companion>& companion() const { return companion_; }
+  void accompany(std::unique_ptr<Companion> companion) { companion_ = std::move(companion); }
 
  private:
   friend struct ArchiveOpening openArchiveFile(const Westring& path, const Westring& diskFile,
@@ -38,6 +51,9 @@ class ArchiveEntryStore : public OpenArchive {
   std::wstring_view directory() const { return {directory_.data(), directoryLength_}; }
   entry* nextFile();
   entry* nextDirectory();
+  // Of the records before `end`; a directory's own has no name and is never one.
+  bool isLastOfItsName(uint32_t record, uint32_t end) const;
+  uint64_t filesIn(const ArchiveDirectory& directory) const;
 
   Westring path_;
   Westring diskFile_;
@@ -50,6 +66,7 @@ class ArchiveEntryStore : public OpenArchive {
   uint32_t endOfRecords_ = 0;
   uint32_t nextDirectory_ = 0;  // the first one that isn't looked at yet
   bool dotSlash_ = false;
+  std::unique_ptr<Companion> companion_;  // the first to go: it may look at everything else
 };
 
 // What came of opening a file.

@@ -127,11 +127,26 @@ void takeTotal(Panel& panel, entry& item, int64_t bytes) {
   item.level = 1;
 }
 
+// What an archive holds is known; nothing is walked.
+int64_t countInArchive(const Panel& panel, const Westring& path, SizeWindow& window) {
+  window.entered(bytePath(path).c_str());
+  const ArchiveCount count = panel.archive->countBelow(innerPath(*panel.archive, path));
+  window.counters.directories += static_cast<int64_t>(count.directories);
+  window.counters.files += static_cast<int64_t>(count.files);
+  window.counters.bytes += static_cast<int64_t>(count.bytes);
+  const auto bytes = static_cast<int64_t>(count.bytes);
+  if (TREENODE* node = panelTrees().treeOf(panel).find(path)) node->size = bytes;
+  return bytes;
+}
+
 // False when the user ended it.
 bool countInto(Panel& panel, const std::vector<entry*>& directories, SizeWindow& window) {
   for (entry* item : directories) {
-    const std::string path = bytePath(joinPath(panel.path, item->name()));
-    const auto bytes = countDirectory(panelTrees().tree(), path, window.counters, window);
+    const Westring path = joinPath(panel.path, item->name());
+    const std::optional<int64_t> bytes =
+        panel.archive
+            ? countInArchive(panel, path, window)
+            : countDirectory(panelTrees().tree(), bytePath(path), window.counters, window);
     if (!bytes) return false;
     takeTotal(panel, *item, *bytes);
   }
@@ -141,7 +156,7 @@ bool countInto(Panel& panel, const std::vector<entry*>& directories, SizeWindow&
 }  // namespace
 
 void countDirectorySizes(Panel& panel) {
-  if (!panel.isList() || panel.archive) return;
+  if (!panel.isList()) return;
   const std::vector<entry*> directories = chosenDirectories(panel);
   if (directories.empty()) return;
   {

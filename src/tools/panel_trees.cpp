@@ -45,6 +45,21 @@ TREENODE* findWholeName(TREENODE* root, TREENODE* start, const Westring& name) {
   return found ? found : search(root, start);
 }
 
+// All directories of an archive below its own path.
+std::shared_ptr<CTree> treeOfArchive(const OpenArchive& archive) {
+  auto tree = std::make_shared<CTree>();
+  TREENODE* const root = tree->makeRoot();
+  tree->isPrivate = tree->loaded = true;
+  root->name = archive.path();
+  archive.forEachDirectory([&](const Westring& innerPath) {
+    const int slash = innerPath.rfind(L'/');
+    TREENODE* const parent =
+        slash < 0 ? root : tree->find(joinPath(archive.path(), left(innerPath, slash)));
+    if (parent) tree->appendChild(parent, lastComponent(innerPath));
+  });
+  return tree;
+}
+
 }  // namespace
 
 PanelTrees& panelTrees() {
@@ -64,6 +79,17 @@ CTree& PanelTrees::tree() {
     take(read->path, read->subdirectories, read->fileBytes);
   }
   return tree;
+}
+
+CTree& PanelTrees::treeOf(const Panel& panel) {
+  if (!panel.archive) return tree();
+  if (!panel.archive->tree) panel.archive->tree = treeOfArchive(*panel.archive);
+  return *panel.archive->tree;
+}
+
+// What the lines of a panel were made of.
+CTree& PanelTrees::shownTree(const Panel& panel) {
+  return panel.linesTree ? *panel.linesTree : tree();
 }
 
 // For whoever wants to show a tree; a file is read first, also one whose reading was ended before.
@@ -135,19 +161,18 @@ void PanelTrees::removed(const Westring& path) {
 }
 
 std::optional<int64_t> PanelTrees::totalOf(const Panel& panel, const Westring& path) {
-  if (panel.archive) return std::nullopt;
-  const TREENODE* directory = tree().find(path);
+  const TREENODE* directory = treeOf(panel).find(path);
   const int64_t size = directory ? knownSize(directory) : TREENODE::Unknown;
   if (size == TREENODE::Unknown) return std::nullopt;
   return size;
 }
 
 Westring PanelTrees::find(const Panel& panel, const Westring& name) {
-  CTree& disk = tree();
-  if (!disk.root() || name.empty()) return Westring();
-  TREENODE* here = disk.find(panel.path);
-  TREENODE* found = findWholeName(disk.root(), here, name);
-  if (!found) found = findNextByPrefix(disk.root(), here, name);
+  CTree& tree = treeOf(panel);
+  if (!tree.root() || name.empty()) return Westring();
+  TREENODE* here = tree.find(panel.path);
+  TREENODE* found = findWholeName(tree.root(), here, name);
+  if (!found) found = findNextByPrefix(tree.root(), here, name);
   return found ? pathOfNode(found) : Westring();
 }
 
@@ -155,7 +180,8 @@ Westring PanelTrees::find(const Panel& panel, const Westring& name) {
 void PanelTrees::freeRemoved() {
   CTree& disk = tree();
   for (const Panel& panel : panelPair().side) {
-    if (!panel.treeLines.empty() && panel.treeVersion != disk.version()) return;
+    const bool ofDisk = !panel.treeLines.empty() && !panel.linesTree;
+    if (ofDisk && panel.treeVersion != disk.version()) return;
   }
   disk.freeRemoved();
 }
@@ -208,6 +234,12 @@ int PanelTrees::saveWhileWaiting() {
 void PanelTrees::fill(Panel& panel) {
   const bool asked = panel.rescanTree;
   panel.rescanTree = false;
+  if (panel.archive) {
+    CTree& archived = treeOf(panel);
+    panel.linesTree = panel.archive->tree;
+    return showTreeLines(panel, archived);
+  }
+  panel.linesTree = nullptr;
   if ((asked || (needsScan() && !declined_)) && !scan()) declined_ = true;
   showTreeLines(panel, tree());
   freeRemoved();
@@ -219,12 +251,12 @@ Westring PanelTrees::pathOf(const Panel& panel, int index) {
 }
 
 void PanelTrees::select(Panel& panel, const Westring& path) {
-  CTree& disk = tree();
-  TREENODE* node = disk.find(path);
-  if (panel.treeVersion != disk.version()) showTreeLines(panel, disk);
+  CTree& shown = shownTree(panel);
+  TREENODE* node = shown.find(path);
+  if (panel.treeVersion != shown.version()) showTreeLines(panel, shown);
   if (node && !cursorToNode(panel, node)) {
     showNode(node);
-    showTreeLines(panel, disk);
+    showTreeLines(panel, shown);
     cursorToNode(panel, node);
   }
   normalisePosition(panel);
@@ -240,7 +272,7 @@ void PanelTrees::setBranch(Panel& panel, TreeReach reach, Branch branch) {
   } else {
     expandNode(node, branch);
   }
-  showTreeLines(panel, tree());
+  showTreeLines(panel, shownTree(panel));
   if (!cursorToNode(panel, node)) normalisePosition(panel);
   panel.needsDraw = true;
 }
@@ -248,6 +280,10 @@ void PanelTrees::setBranch(Panel& panel, TreeReach reach, Branch branch) {
 // ---- the window
 
 Westring PanelTrees::choose(Panel& panel, TreeWindowUse use) {
+  // A field asks for a directory of the disk.
+  if (panel.archive && use == TreeWindowUse::Command) {
+    return TreeWindow(treeOf(panel), panel.path, use, nullptr).choose();
+  }
   if (needsScan() && !scan()) return Westring();
   CTree& disk = tree();
   if (!disk.root()) return Westring();

@@ -32,6 +32,8 @@ class PanelTrees : public DirectoryTree {
 
   Westring choose(Panel& panel, TreeWindowUse use) override;
 
+  // The tree that a panel belongs to: of the archive that it shows, or of the disk.
+  CTree& treeOf(const Panel& panel);
   // The tree of the disk; loaded if there is a file of it, and without a root otherwise. What
   // panels have read before anybody asked for it comes into it then.
   CTree& tree();
@@ -45,6 +47,7 @@ class PanelTrees : public DirectoryTree {
     int64_t fileBytes = 0;
   };
 
+  CTree& shownTree(const Panel& panel);
   void keepForLater(const Panel& panel, int64_t fileBytes);
   void take(const Westring& path, const NameCollection& subdirectories, int64_t fileBytes);
   void setBranch(Panel& panel, TreeReach reach, Branch branch);

@@ -260,6 +260,7 @@ void TreeWindow::setSubtree(Branch branch) {
 
 void TreeWindow::rescan() {
   const int before = current();
+  if (!rescan_) return;
   if (!rescan_() || !tree_.root()) return leave(Left);
   showTreeLines(list_, tree_);
   goTo(before < count() ? before : 0);

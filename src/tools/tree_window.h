@@ -12,7 +12,8 @@
 // Application thread.
 class TreeWindow : private Screen {
  public:
-  // The tree must have a root. `rescan` looks through the disk anew; false when the user ended it.
+  // The tree must have a root. `rescan` looks through the disk anew, false when the user ended it;
+  // null where there is nothing to look through.
   TreeWindow(CTree& tree, const Westring& directory, TreeWindowUse use,
              std::function<bool()> rescan);
   ~TreeWindow() override;

@@ -137,6 +137,52 @@ TEST_F(ArchiveEntryStoreTest, ADirectorysSizeIsThatOfAllBelow) {
   EXPECT_EQ(archive.records().sizeBelow(L"b"), 0u);
 }
 
+TEST_F(ArchiveEntryStoreTest, WhatLiesBelowADirectoryIsCounted) {
+  const ArchiveEntryStore& archive = openZip({{"a/b/c/one", "1"},
+                                              {"a/b/two", "22"},
+                                              {"a/b/two", "22"},
+                                              {"a/x/", ""},
+                                              {"a-b/three", "333"},
+                                              {"four", "4444"}});
+  const struct {
+    const wchar_t* directory;
+    uint64_t directories, files, bytes;
+  } table[] = {{L"", 5, 4, 12},   {L"a", 3, 2, 5},   {L"a/b", 1, 2, 5}, {L"a/b/c", 0, 1, 1},
+               {L"a/x", 0, 0, 0}, {L"a-b", 0, 1, 3}, {L"none", 0, 0, 0}};
+  for (const auto& row : table) {
+    const ArchiveCount count = archive.countBelow(row.directory);
+    EXPECT_EQ(count.directories, row.directories) << utf8(row.directory);
+    EXPECT_EQ(count.files, row.files) << utf8(row.directory);
+    EXPECT_EQ(count.bytes, row.bytes) << utf8(row.directory);
+  }
+}
+
+TEST_F(ArchiveEntryStoreTest, AFileIsFoundByItsExactPath) {
+  const ArchiveEntryStore& archive =
+      openZip({{"a/one", "1"}, {"a/one", "22"}, {"a/ONE", "333"}, {"top", "4444"}, {"dir/", ""}});
+  const struct {
+    const wchar_t* path;
+    int64_t size;  // -1 for none
+  } table[] = {{L"a/one", 2}, {L"a/ONE", 3}, {L"a/One", -1}, {L"top", 4}, {L"a", -1},
+               {L"dir", -1},  {L"dir/", -1}, {L"", -1},      {L"b/one", -1}};
+  for (const auto& row : table) {
+    const ArchiveRecord* found = archive.fileOf(row.path);
+    EXPECT_EQ(found ? static_cast<int64_t>(found->size) : -1, row.size) << utf8(row.path);
+  }
+}
+
+TEST_F(ArchiveEntryStoreTest, EachDirectoryIsVisitedOnceBehindItsParent) {
+  const ArchiveEntryStore& archive = openZip({{"a/b/c/one", ""},
+                                              {"a/b/two", ""},
+                                              {"a/x/", ""},
+                                              {"a-b/three", ""},
+                                              {"a/b2/f", ""},
+                                              {"f", ""}});
+  Names visited;
+  archive.forEachDirectory([&](const Westring& path) { visited.push_back(utf8(path)); });
+  EXPECT_EQ(visited, (Names{"a", "a/b", "a/b/c", "a/b2", "a/x", "a-b"}));
+}
+
 TEST_F(ArchiveEntryStoreTest, DotSlashIsKnownOfTheEntryThatItStoodBefore) {
   ArchiveEntryStore& archive = openZip({{"./a", ""}, {"b", ""}, {"./d/e", ""}});
   entry* item = nullptr;

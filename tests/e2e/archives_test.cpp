@@ -61,6 +61,25 @@ TEST_F(Archives, AChangedArchiveIsReadAgainWithThePanel) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Archives, ADirectoryThatAChangedArchiveHoldsNoMoreIsLeft) {
+  start();
+  moveTo("pack.zip");
+  press(XK_Return);
+  expectText("one.txt");
+  moveTo("deep");
+  press(XK_Return);
+  moveTo("er");
+  press(XK_Return);
+  expectText("two.txt");
+  left().write("pack.zip", zipArchive({{"deep/other.txt", "text"}}));
+  press(XK_r, {XK_Control_L});
+  expectText("other.txt");
+  expectCursorOn("..");
+  press(XK_Page_Up, {XK_Control_L});
+  expectCursorOn("deep");
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Archives, WhatIsWrongWithAnArchiveIsTold) {
   left().write("cut.zip", std::string("PK\3\4 and nothing more"));
   start();

@@ -42,6 +42,18 @@ TEST_F(DirectorySizes, TheDirectoryUnderTheCursorShowsItsBytes) {
   EXPECT_FALSE(shows("Reading Directories"));
 }
 
+TEST_F(DirectorySizes, InAnArchiveWhatItHoldsIsCounted) {
+  const ArchivesAreOpened opener;
+  leftDir.write("pack.zip", zipArchive({{"dir/deep/er/a", "12345"}, {"dir/b", "678"}, {"c", "x"}}));
+  goToPath(left(), leftDir.wide("pack.zip"));
+  GlobalOptions::SizeCountPause = true;
+  queueKey(Key::Enter);
+  const Beside look([this] { EXPECT_TRUE(waitToShow("Directories: 2")) << screenText(); });
+  countAt("dir");
+  EXPECT_EQ(item("dir").size, 8u);
+  EXPECT_EQ(item("dir").level, 1);
+}
+
 TEST_F(DirectorySizes, FilesLinksAndTheParentEntryAreLeftAlone) {
   countAt("file");
   EXPECT_EQ(item("file").size, 7u);

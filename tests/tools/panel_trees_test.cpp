@@ -71,6 +71,42 @@ class InterruptedScan : public PanelTreesTest {
   PanelTrees moving{movingClock};
 };
 
+TEST_F(PanelTreesTest, APanelInAnArchiveShowsTheTreeOfTheArchive) {
+  const ArchivesAreOpened opener;
+  saveLines("0/\n1somewhere\n");
+  leftDir.write("pack.zip", zipArchive({{"docs/en/a", ""}, {"docs/b", ""}, {"src/c", "123"}}));
+  openWindows();
+  ASSERT_TRUE(goToPath(left(), leftDir.wide("pack.zip/docs")));
+  setStyle(0, PanelStyle::Tree);
+  readDirectory(left());
+  std::vector<std::string> names;
+  for (const entry* item : left().entries) names.push_back(bytes(item->name()));
+  EXPECT_EQ(names, (std::vector<std::string>{leftDir.path("pack.zip"), "docs", "en", "src"}));
+  trees.select(left(), leftDir.wide("pack.zip/docs/en"));
+  EXPECT_EQ(bytes(treeDirectory(left())), leftDir.path("pack.zip/docs/en"));
+  cursorToLine("docs");
+  trees.collapse(left(), TreeReach::Line);
+  EXPECT_EQ(left().count(), 3);
+  trees.save();
+  EXPECT_EQ(savedLines(), "0/\n1somewhere\n") << "it is never saved";
+}
+
+TEST_F(PanelTreesTest, TheTreeOfAnArchiveOutlivesItForAsLongAsItShows) {
+  const ArchivesAreOpened opener;
+  saveLines("0/\n1somewhere\n");
+  leftDir.write("pack.zip", zipArchive({{"docs/a", ""}}));
+  openWindows();
+  ASSERT_TRUE(goToPath(left(), leftDir.wide("pack.zip")));
+  setStyle(0, PanelStyle::Tree);
+  readDirectory(left());
+  cursorToLine("docs");
+  ASSERT_TRUE(changeDirectory(left(), leftDir.wide()));
+  EXPECT_EQ(left().archive, nullptr);
+  EXPECT_EQ(bytes(treeDirectory(left())), leftDir.path("pack.zip/docs"));
+  readDirectory(left());
+  EXPECT_EQ(bytes(left().entries[0]->name()), "/");
+}
+
 TEST_F(PanelTreesTest, APanelOfTheTreeStyleShowsTheSavedTree) {
   showTree();
   EXPECT_EQ(listed(left()), (std::vector<std::string>{"/", "a", "x", "deep", "y", "b"}));

@@ -5,10 +5,32 @@
 #include <sstream>
 #include <string>
 
+#include "archive/archive_entry_store.h"
+#include "archive/sample_archives.h"
 #include "panels/panel_screen.h"
 #include "support/manual_clock.h"
 #include "tools/panel_trees.h"
 #include "tree/tree_text.h"
+
+// Archives open as directories for as long as this lives.
+class ArchivesAreOpened {
+ public:
+  ArchivesAreOpened() {
+    archiveOpener() = [](const Westring& file, OpenArchive*) -> std::unique_ptr<OpenArchive> {
+      ArchiveWatcher nobody;
+      return openArchiveFile(file, file, nobody).archive;
+    };
+  }
+  ~ArchivesAreOpened() {
+    for (Panel& panel : panelPair().side) panel.archive.reset();
+    archiveOpener() = before_;
+  }
+  ArchivesAreOpened(const ArchivesAreOpened&) = delete;
+  ArchivesAreOpened& operator=(const ArchivesAreOpened&) = delete;
+
+ private:
+  const ArchiveOpener before_ = archiveOpener();
+};
 
 // Panels on a real screen, a HOME of the test's own, and trees that nobody has asked anything yet.
 class ToolsTest : public PanelScreenTest {

@@ -126,6 +126,7 @@ struct PanelContents {
   std::vector<TreeLine> treeLines;       // in the tree styles one for each entry
   uint64_t treeVersion = 0;              // of the tree, when these were made of it
   bool rescanTree = false;               // the tree view is to be read again
+  std::shared_ptr<CTree> linesTree;      // what the lines are of, when that is an archive's tree
   std::unique_ptr<OpenArchive> archive;  // innermost open archive
   int nameOffset = 0;                    // characters by which a long name is scrolled
   int nameOffsetEntry = -1;              // the entry it applies to

@@ -235,7 +235,10 @@ int readOnce(Panel& panel, Progress shown) {
 }
 
 bool leadsUp(const Panel& panel, int status) {
-  return !panel.isRoot() && (status == ENOTDIR || status == EACCES || status == ENAMETOOLONG);
+  if (panel.isRoot()) return false;
+  // An archive that was read again may hold the directory no more.
+  if (panel.archive) return status == NoListing;
+  return status == ENOTDIR || status == EACCES || status == ENAMETOOLONG;
 }
 
 // Reads the nearest path above one that can't be read.
@@ -255,11 +258,11 @@ int readAbove(Panel& panel, int status) {
 ReadTrouble readNearest(Panel& panel) {
   const Westring wanted = panel.path;
   int status = readOnce(panel, Progress::Shown);
-  if (startsListing(status) || status == NoListing) return {};
+  if (startsListing(status)) return {};
   const int first = status;
   if (leadsUp(panel, status)) status = readAbove(panel, status);
   if (!startsListing(status) && status != NoListing) panel.readError = status;
-  if (first == Status::NotReady) return {};
+  if (first == Status::NotReady || first == NoListing) return {};
   return {errorText(first), wanted};
 }
 
@@ -274,9 +277,9 @@ void readTreeView(Panel& panel) {
 }
 
 // An archive that has changed on the disk is read again; one that is none any more is left for its
-// directory. A nested one stands in a copy of its own.
+// directory.
 void renewArchive(Panel& panel) {
-  if (!panel.archive || panel.archive->parent || panel.archive->isCurrent()) return;
+  if (!panel.archive || panel.archive->isCurrent()) return;
   const Westring directory = parentOf(panel.archive->path());
   if (!reopenInnermost(panel.archive)) panel.path = directory;
 }
