@@ -154,7 +154,7 @@ void PrivateDirectory::remove() {
   if (parent.valid()) removePrivateTree(parent.get(), byteName(path.c_str()));
 }
 
-int findWritten(int top, const std::string& path, NameMatch match, WrittenPlace& place) {
+int findWritten(int top, const std::string& path, NameMatch match, FoundPlace& place) {
   const std::vector<std::string> components = componentsOf(path);
   if (components.empty()) return ENOENT;
   if (const int error = openParent(top, components, match, place.parent); error != 0) return error;
@@ -163,7 +163,7 @@ int findWritten(int top, const std::string& path, NameMatch match, WrittenPlace&
   return findName(place.parent.get(), place.name, match, place.info);
 }
 
-int findWrittenFile(int top, const std::string& path, NameMatch match, WrittenPlace& place) {
+int findWrittenFile(int top, const std::string& path, NameMatch match, FoundPlace& place) {
   if (const int error = findWritten(top, path, match, place); error != 0) return error;
   return S_ISREG(place.info.st_mode) && place.info.st_nlink == 1 ? 0 : EINVAL;
 }

@@ -35,7 +35,7 @@ class PrivateDirectory {
 
 // What a tool wrote under a path below a directory: looked at through no link, so never anywhere
 // else.
-struct WrittenPlace {
+struct FoundPlace {
   Descriptor parent;  // the directory that holds it
   std::string name;   // in there
   struct stat info {};
@@ -49,7 +49,7 @@ enum class NameMatch {
 };
 
 // 0 or errno: ENOENT when there is nothing of that name, ELOOP or ENOTDIR behind a link.
-int findWritten(int top, const std::string& path, NameMatch match, WrittenPlace& place);
+int findWritten(int top, const std::string& path, NameMatch match, FoundPlace& place);
 // The same for one regular file with no other name. ENOENT when it isn't there, EINVAL when it is
 // something else.
-int findWrittenFile(int top, const std::string& path, NameMatch match, WrittenPlace& place);
+int findWrittenFile(int top, const std::string& path, NameMatch match, FoundPlace& place);

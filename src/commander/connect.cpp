@@ -1,6 +1,7 @@
 #include "commander/connect.h"
 
 #include "archive/archive_chain.h"
+#include "archive_actions/actions_by_tools.h"
 #include "archive_actions/open_archive.h"
 #include "editor/window/editor.h"
 #include "filecommands/archive_actions.h"
@@ -24,7 +25,7 @@ class ViewerAndEditor : public InternalPrograms {
 }  // namespace
 
 void connectModules() {
-  static ArchiveActions noArchives;
+  static ActionsByTools archivers;
   static HelpOfFile help;
   static HistoryWindowsOfTools windows;
   static ViewerAndEditor viewerAndEditor;
@@ -33,7 +34,7 @@ void connectModules() {
   // Panels and copies tell the tree what they change; its window shows panels.
   directoryTree().connect(panelTrees());
   // Copy and delete meet archives; packers run in the shell, which stands on both.
-  archiveActions().connect(noArchives);
+  archiveActions().connect(archivers);
   // Fields of the file dialogs choose from the histories, whose windows stand on panels.
   historyWindows().connect(windows);
   // F1 works in every dialog; the help is a window itself and reads the program's data.

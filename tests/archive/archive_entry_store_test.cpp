@@ -163,7 +163,7 @@ TEST_F(ArchiveEntryStoreTest, AFileIsFoundByItsExactPath) {
   const struct {
     const wchar_t* path;
     int64_t size;  // -1 for none
-  } table[] = {{L"a/one", 2}, {L"a/ONE", 3}, {L"a/One", -1}, {L"top", 4}, {L"a", -1},
+  } table[] = {{L"a/one", 2}, {L"a/ONE", 3}, {L"a/One", -1}, {L"top", 4},   {L"a", -1},
                {L"dir", -1},  {L"dir/", -1}, {L"", -1},      {L"b/one", -1}};
   for (const auto& row : table) {
     const ArchiveRecord* found = archive.fileOf(row.path);

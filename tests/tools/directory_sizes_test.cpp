@@ -47,8 +47,12 @@ TEST_F(DirectorySizes, InAnArchiveWhatItHoldsIsCounted) {
   leftDir.write("pack.zip", zipArchive({{"dir/deep/er/a", "12345"}, {"dir/b", "678"}, {"c", "x"}}));
   goToPath(left(), leftDir.wide("pack.zip"));
   GlobalOptions::SizeCountPause = true;
-  queueKey(Key::Enter);
-  const Beside look([this] { EXPECT_TRUE(waitToShow("Directories: 2")) << screenText(); });
+  const Beside user([this] {
+    EXPECT_TRUE(waitToShow("[ OK ]")) << screenText();
+    EXPECT_TRUE(shows("Directories: 2 ")) << screenText();
+    EXPECT_TRUE(shows("pack.zip/dir")) << screenText();
+    queueKey(Key::Enter);
+  });
   countAt("dir");
   EXPECT_EQ(item("dir").size, 8u);
   EXPECT_EQ(item("dir").level, 1);

@@ -1,0 +1,18 @@
+#include "archive_actions/actions_by_tools.h"
+
+#include "archive_actions/archive_work.h"
+#include "archive_actions/compress_command.h"
+#include "foundation/names.h"
+
+void ActionsByTools::transfer(Panel& source, TransferKind kind) {
+  if (!source.archive) compressIntoOther(source, kind);
+}
+
+Westring ActionsByTools::extract(Panel& panel, const Westring& name) {
+  auto& archive = static_cast<ArchiveEntryStore&>(*panel.archive);
+  return ArchiveWork::of(archive).take(innerPath(archive, joinPath(panel.path, name)));
+}
+
+void ActionsByTools::compress(Panel& panel) {
+  compressFiles(panel);
+}

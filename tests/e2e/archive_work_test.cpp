@@ -1,0 +1,179 @@
+#include <cstdlib>
+
+#include "e2e/program_test.h"
+
+namespace {
+
+// What the tools themselves make of archives.
+class ArchiveWorkTest : public ProgramTest {
+ protected:
+  void SetUp() override {
+    ProgramTest::SetUp();
+    setenv("TMP", temporary_.path().c_str(), 1);
+  }
+  // A command of the shell in the left directory, that must work.
+  void shell(const std::string& command) {
+    const std::string whole = "cd " + left().path() + " && " + command + " >/dev/null 2>&1";
+    ASSERT_EQ(system(whole.c_str()), 0) << command;
+  }
+  // What it prints.
+  std::string output(const std::string& command) {
+    const std::string file = scratch_.path("output");
+    const std::string whole = "cd " + left().path() + " && (" + command + ") >" + file + " 2>&1";
+    EXPECT_EQ(system(whole.c_str()), 0) << command;
+    return scratch_.read("output");
+  }
+  void enter(const std::string& name, const std::string& shown) {
+    moveTo(name);
+    press(XK_Return);
+    expectText(shown);
+  }
+  // F4, a word in front of the text, saved and left.
+  void editInFront(const std::string& name, const std::string& word) {
+    moveTo(name);
+    press(XK_F4);
+    expectText("old text");
+    type(word);
+    press(XK_F2);
+    press(XK_Escape);
+    expectCursorOn(name);
+  }
+  // Ctrl-PgUp, from the first level of an archive.
+  void leaveArchive(const std::string& name) {
+    press(XK_Page_Up, {XK_Control_L});
+    expectCursorOn(name);
+  }
+  void expectNoTemporaries() { EXPECT_EQ(temporary_.names(), std::vector<std::string>{}); }
+  const TempDir& temporary() const { return temporary_; }
+
+ private:
+  TempDir temporary_, scratch_;
+};
+
+TEST_F(ArchiveWorkTest, AMemberIsViewedAndNothingIsLeftBehind) {
+  left().write("member.txt", "old text");
+  shell("zip -q pack.zip member.txt && rm member.txt");
+  const std::string before = left().read("pack.zip");
+  start();
+  enter("pack.zip", "member.txt");
+  moveTo("member.txt");
+  press(XK_F3);
+  expectText("old text");
+  press(XK_Escape);
+  expectCursorOn("member.txt");
+  leaveArchive("pack.zip");
+  expectNoTemporaries();
+  EXPECT_EQ(left().read("pack.zip"), before);
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, AnEditedMemberGoesBackWhenTheArchiveIsLeft) {
+  left().write("member.txt", "old text");
+  shell("zip -q pack.zip member.txt && rm member.txt");
+  start();
+  enter("pack.zip", "member.txt");
+  editInFront("member.txt", "new ");
+  EXPECT_EQ(output("unzip -p pack.zip member.txt"), "old text");
+  leaveArchive("pack.zip");
+  EXPECT_EQ(output("unzip -p pack.zip member.txt"), "new old text");
+  expectNoTemporaries();
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, AnEditedMemberGoesBackAtTheEndOfTheProgram) {
+  left().write("member.txt", "old text");
+  shell("tar -cf pack.tar member.txt && rm member.txt");
+  start();
+  enter("pack.tar", "member.txt");
+  editInFront("member.txt", "new ");
+  EXPECT_EQ(quit(), 0);
+  EXPECT_EQ(output("tar -xOf pack.tar member.txt | tail -c 12"), "new old text");
+  expectNoTemporaries();
+}
+
+TEST_F(ArchiveWorkTest, AnArchiveInAnArchiveIsEnteredAndPutBack) {
+  left().write("member.txt", "old text");
+  shell(
+      "zip -q inner.zip member.txt && tar -cf middle.tar inner.zip && zip -q outer.zip middle.tar"
+      " && rm member.txt inner.zip middle.tar");
+  start();
+  enter("outer.zip", "middle.tar");
+  enter("middle.tar", "inner.zip");
+  enter("inner.zip", "member.txt");
+  editInFront("member.txt", "new ");
+  press(XK_Page_Up, {XK_Control_L});
+  expectCursorOn("inner.zip");
+  press(XK_Page_Up, {XK_Control_L});
+  expectCursorOn("middle.tar");
+  leaveArchive("outer.zip");
+  EXPECT_EQ(output("unzip -q outer.zip && tar -xf middle.tar && unzip -p inner.zip member.txt"),
+            "new old text");
+  expectNoTemporaries();
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, F5BesideAnArchiveAddsToIt) {
+  left().makeDir("docs");
+  left().write("docs/a.txt", "first");
+  left().write("docs/b.txt", "second");
+  right().write("here", "x");
+  shell("zip -q -j " + right().path("pack.zip") + " docs/a.txt");
+  start();
+  press(XK_Tab);
+  enter("pack.zip", "a.txt");
+  press(XK_Tab);
+  moveTo("docs");
+  press(XK_F5);
+  expectText("Compress \"docs\" to");
+  expectText(right().path("pack.zip"));
+  press(XK_Return);
+  expectSoon("docs in the archive", [this] {
+    return output("unzip -Z1 " + right().path("pack.zip")).find("docs/b.txt") != std::string::npos;
+  });
+  EXPECT_EQ(output("unzip -p " + right().path("pack.zip") + " docs/b.txt"), "second");
+  EXPECT_EQ(output("unzip -p " + right().path("pack.zip") + " a.txt"), "first");
+  EXPECT_EQ(left().read("docs/a.txt"), "first");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, F6BesideAnArchiveMovesWhatTheArchiveHolds) {
+  left().makeDir("docs");
+  left().write("docs/a.txt", "first");
+  left().write("docs/b.txt", "second");
+  left().write("old", "o");
+  shell("tar -cf " + right().path("pack.tar") + " old");
+  start();
+  press(XK_Tab);
+  enter("pack.tar", "old");
+  press(XK_Tab);
+  moveTo("docs");
+  press(XK_F6);
+  expectText("Compress and Move \"docs\" to");
+  press(XK_Return);
+  expectSoon("the directory gone", [this] { return !left().exists("docs"); });
+  expectText("docs");  // in the archive
+  EXPECT_EQ(output("tar -xOf " + right().path("pack.tar") + " docs/a.txt"), "first");
+  EXPECT_EQ(output("tar -xOf " + right().path("pack.tar") + " docs/b.txt"), "second");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, ShiftF7MakesANewArchiveOfTheTagged) {
+  left().write("one", "1");
+  left().write("two words", "2");
+  start();
+  moveTo("one");
+  press(XK_Insert);
+  expectCursorOn("two words");
+  press(XK_Insert);
+  expectText("2 selected files");
+  press(XK_F7, {XK_Shift_L});
+  expectText("Compress Files");
+  press(XK_Return);
+  expectSoon("the archive", [this] { return right().exists("two words.zip"); });
+  expectNoText("Compress Files");
+  expectText("two words.zip");
+  EXPECT_EQ(output("unzip -p '" + right().path("two words.zip") + "'"), "12");
+  EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
