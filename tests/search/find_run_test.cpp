@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
+#include <filesystem>
+#include <functional>
+
 #include "search/find_walk.h"
 #include "support/fault_hook.h"
 #include "support/files.h"
@@ -270,4 +274,66 @@ TEST_F(FindRunTest, PathsThatAreTooLongArePassedOver) {
   EXPECT_EQ(state, FindState::Complete);
   EXPECT_GT(names.size(), 10u);
   EXPECT_LT(names.size(), 20u);
+}
+
+namespace {
+
+// Calls `act` at the call `number` of the searching threads.
+class ActAtCall {
+ public:
+  ActAtCall(int number, std::function<void()> act) : number_(number), act_(std::move(act)) {
+    System::setHook(onCall, this);
+  }
+  ~ActAtCall() { System::setHook(nullptr, nullptr); }
+  ActAtCall(const ActAtCall&) = delete;
+  ActAtCall& operator=(const ActAtCall&) = delete;
+  bool acted() const { return calls_ >= number_; }
+
+ private:
+  static int onCall(const char*, const char*, void* context) {
+    auto* self = static_cast<ActAtCall*>(context);
+    if (++self->calls_ == self->number_) self->act_();
+    return 0;
+  }
+  const int number_;
+  const std::function<void()> act_;
+  std::atomic<int> calls_{0};
+};
+
+}  // namespace
+
+// Whatever another program does to what isn't searched yet, or just is, the search goes on, and
+// what nobody touches is found.
+TEST_F(FindRunTest, TheTreeMayChangeAtEachCall) {
+  namespace fs = std::filesystem;
+  const fs::path top = directory.path();
+  const std::function<void()> changes[] = {[&] { fs::remove_all(top / "b"); },
+                                           [&] { fs::rename(top / "b", top / "c"); },
+                                           [&] { fs::rename(top / "b/f", top / "b/g"); },
+                                           [&] { fs::resize_file(top / "b/f", 0); },
+                                           [&] {
+                                             fs::remove_all(top / "b");
+                                             fs::create_symlink(top, top / "b");
+                                           },
+                                           [&] {
+                                             fs::remove(top / "b/f");
+                                             ASSERT_EQ(mkfifo((top / "b/f").c_str(), 0600), 0);
+                                           },
+                                           [&] { fs::create_directories(top / "b/new/f"); }};
+  for (const std::function<void()>& change : changes) {
+    bool acted = true;
+    for (int call = 1; acted; ++call) {
+      for (const fs::directory_entry& old : fs::directory_iterator(top)) fs::remove_all(old);
+      directory.makeDir("a");
+      directory.write("a/f", "some text");
+      directory.makeDir("b");
+      directory.write("b/f", "some text");
+      const ActAtCall hook(call, change);
+      const Names names = find(settings(L"f", L"text"));
+      acted = hook.acted();
+      EXPECT_EQ(state, FindState::Complete);
+      EXPECT_EQ(std::count(names.begin(), names.end(), "a/f"), 1) << "call " << call;
+      EXPECT_LE(names.size(), 3U);
+    }
+  }
 }

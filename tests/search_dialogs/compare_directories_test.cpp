@@ -116,3 +116,49 @@ TEST_F(CompareDirectoriesTest, APanelThatShowsNoFilesLeavesNothingToCompare) {
   right().style = PanelStyle::Tree;
   compare({});
 }
+
+TEST_F(CompareDirectoriesTest, AnArchiveHasNoContentsToCompare) {
+  both("f", "aa", "ab");
+  GlobalOptions::CMPContents = true;
+  for (const int side : {0, 1}) {
+    show();
+    panelPair().side[side].archive =
+        std::make_unique<FakeArchive>(L"/pack.zip", std::vector<std::string>(), nullptr);
+    compare({{Title, {Key::Enter}, "compare_archive"}, {Nothing, {Key::Enter}}});
+    panelPair().side[side].archive.reset();
+    EXPECT_TRUE(GlobalOptions::CMPContents) << "for the next time";
+  }
+}
+
+// What another program does between the listing and the comparison.
+TEST_F(CompareDirectoriesTest, AFileThatChangesMeanwhileIsComparedAsItIs) {
+  struct Row {
+    std::function<void()> change;
+    const char* tagged;
+  };
+  const Row rows[] = {{[this] { dir.write("right/f", "aa"); }, ""},
+                      {[this] { dir.write("right/f", "a"); }, "f"},
+                      {[this] { dir.write("left/f", "longer"); }, "f"},
+                      {[this] {
+                         std::filesystem::remove(dir.path("right/f"));
+                         dir.makeDir("right/f");
+                       },
+                       "f"},
+                      {[this] {
+                         std::filesystem::remove(dir.path("right/f"));
+                         std::filesystem::create_hard_link(dir.path("left/f"), dir.path("right/f"));
+                       },
+                       ""}};
+  GlobalOptions::CMPContents = true;
+  for (const Row& row : rows) {
+    std::filesystem::remove(dir.path("right/f"));
+    both("f", "aa", "ab");
+    show();
+    row.change();
+    std::vector<Step> steps = {{Title, {Key::Enter}}};
+    if (!*row.tagged) steps.push_back({Nothing, {Key::Enter}});
+    compare(steps);
+    EXPECT_EQ(tagged(left()), row.tagged);
+    EXPECT_EQ(tagged(right()), row.tagged);
+  }
+}
