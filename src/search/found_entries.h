@@ -46,6 +46,8 @@ class FFEntryStore : private TObjectStore<entry> {
   explicit FFEntryStore(size_t mostBytes = MostBytes) : mostBytes_(mostBytes) {}
   ~FFEntryStore() override { removeAll(); }
 
+  void setMostBytes(size_t bytes) { mostBytes_ = bytes; }  // while nothing searches
+
   bool add(const FoundFile& file);  // at the end; false when the pool is full
   int count() const;
   uint64_t bytes() const;         // of all files, at most 2^63-1
@@ -69,7 +71,7 @@ class FFEntryStore : private TObjectStore<entry> {
   void addBytes(const entry* item);
 
   mutable MutexSem lock_;
-  const size_t mostBytes_;
+  size_t mostBytes_;
   MemoryPool pool_;
   size_t poolBytes_ = 0;
   uint64_t bytes_ = 0;

@@ -15,8 +15,10 @@
 #include "foundation/path_info.h"
 #include "foundation/place.h"
 #include "language/association_set.h"
+#include "language/typed_path.h"
 #include "options/options.h"
 #include "panels/commands/change_directory.h"
+#include "panels/commands/panel_switch.h"
 #include "panels/model/entry_order.h"
 #include "panels/model/panel_pair.h"
 #include "panels/model/panel_position.h"
@@ -45,8 +47,9 @@ Remembered& remembered() {
   return values;
 }
 
-// Letters mean roots; a text with '/' directories.
-std::vector<std::string> drives(const Westring& list) {
+// Letters of drives, which are names with a colon here; a text with '/' is directories, as they are
+// typed in `directory`.
+std::vector<std::string> drives(const Westring& list, const Westring& directory) {
   std::vector<std::string> starts;
   const std::wstring text = list.data();
   if (text.find(L'/') == std::wstring::npos) {
@@ -58,7 +61,12 @@ std::vector<std::string> drives(const Westring& list) {
   } else {
     for (size_t start = 0; start <= text.size();) {
       const size_t end = std::min(text.find(L';', start), text.size());
-      if (end > start) starts.push_back(bytePath(text.substr(start, end - start).c_str()));
+      if (end > start) {
+        const std::vector<Westring> meanings =
+            pathMeanings(text.substr(start, end - start).c_str(), directory);
+        const auto meant = std::find_if(meanings.begin(), meanings.end(), isDirectoryPath);
+        if (meant != meanings.end()) starts.push_back(bytePath(*meant));
+      }
       start = end + 1;
     }
   }
@@ -125,8 +133,6 @@ class FileFind {
       case Key::F1:
         return helpWindow()->show(HelpTopic::FileFind);
       case FindKey::TooMany:
-        stop();
-        dialog_->follow(nullptr);
         alert("Too many matches", Westring());
         return;
       case Key::F3:
@@ -211,13 +217,14 @@ class FileFind {
     result.wholeWord = GlobalOptions::FFWholeWord;
     result.recurse = GlobalOptions::FFRecurse;
     result.hidden = GlobalOptions::Hidden;
+    const Westring directory =
+        panel_.isTree() ? currentDirectoryOf(panel_) : physicalDirectory(panel_);
     if (GlobalOptions::FFMultiDrive) {
-      result.starts = drives(texts_.drives);
+      result.starts = drives(texts_.drives, directory);
     } else if (GlobalOptions::FFRootSearch) {
       result.starts = {"/"};
     } else {
-      result.starts = {
-          bytePath(panel_.isTree() ? currentDirectoryOf(panel_) : physicalDirectory(panel_))};
+      result.starts = {bytePath(directory)};
     }
     return result;
   }
@@ -237,7 +244,6 @@ class FileFind {
   }
 
   void leave() {
-    remember();
     endSearch();
     dialog_.reset();
     if (changed_) panelRefresh();
@@ -278,6 +284,7 @@ class FileFind {
     } else {
       dialog_->hide();
       processCommand(command, side_, Westring(), MacroMode::Program, path);
+      panelsVisible(Visible::Yes);
       dialog_->unhide();
     }
     updateRow(path);

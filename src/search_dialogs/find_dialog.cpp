@@ -96,6 +96,7 @@ void FindDialog::addButtons() {
 void FindDialog::follow(FindRun* run) {
   run_ = run;
   waiting_ = false;
+  toldFull_ = false;
   if (!run) return;
   followsLast_ = true;
   *current_ = 0;
@@ -117,7 +118,10 @@ void FindDialog::takeNews() {
     box_->setCount(count);
   }
   showStatus();
-  if (run_ && run_->state() == FindState::Full) setExitCode(FindKey::TooMany);
+  if (run_ && run_->state() == FindState::Full && !toldFull_) {
+    toldFull_ = true;
+    setExitCode(FindKey::TooMany);
+  }
 }
 
 void FindDialog::listChanged() {

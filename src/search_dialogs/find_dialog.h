@@ -49,6 +49,7 @@ class FindDialog : public Dialog {
   EntryListBox* box_ = nullptr;
   FindRun* run_ = nullptr;
   bool waiting_ = false;      // for a file system
+  bool toldFull_ = false;     // that the list is full
   int shown_ = 0;             // results
   bool followsLast_ = false;  // the cursor goes with the newest result
 };

@@ -60,13 +60,17 @@ void takeOff(const Paths& paths, const Paths& directories) {
 
 enum class Found { Same, Gone, Another };
 
-Found lookAt(const FoundRow& row) {
-  struct stat info;
+Found lookAt(const FoundRow& row, struct stat& info) {
   const Westring path = row.path();
   const bool there =
       (row.item->isLink() && statPath(path, info) == 0) || lstatPath(path, info) == 0;
   if (!there) return Found::Gone;
   return idOf(info) == row.id ? Found::Same : Found::Another;
+}
+
+Found lookAt(const FoundRow& row) {
+  struct stat info;
+  return lookAt(row, info);
 }
 
 void tellChangedFile(const Westring& path) {
@@ -157,9 +161,19 @@ void transferFound(const Panel& panel, TransferKind kind) {
   copyCommand(source, kind == TransferKind::Move ? CopyFlag::Move : 0);
   if (kind == TransferKind::Copy) return;
   Paths gone;
-  for (const FoundRow& row : rows) {
+  for (size_t i = 0; i < rows.size(); ++i) {
+    const Westring path = rows[i].path();
     struct stat info;
-    if (lstatPath(row.path(), info) != 0) gone.insert(row.path().data());
+    switch (lookAt(rows[i], info)) {
+      case Found::Same:
+        foundEntries().update(static_cast<int>(i), path, info);
+        break;
+      case Found::Gone:
+        gone.insert(path.data());
+        break;
+      case Found::Another:
+        break;
+    }
   }
   takeOff(gone, {});
 }

@@ -2,10 +2,13 @@
 
 #include "console/clipboard.h"
 #include "filecommands/command_test.h"
+#include "foundation/break_state.h"
+#include "language/association_set.h"
 #include "options/options.h"
 #include "search/find_run.h"
 #include "search_dialogs/entry_list_box.h"
 #include "search_dialogs/find_dialog.h"
+#include "shell/logged_shell.h"
 #include "support/exact_text.h"
 
 namespace {
@@ -211,14 +214,136 @@ TEST_F(FileFindTest, ATargetOfTheSameNameIsAskedForEvenAfterAll) {
   dir.makeDir("left/b");
   file("left/a/same", "from a");
   file("left/b/same", "from b");
+  file("right/same", "of another");
   show();
   find({search("same"),
         {Complete, {Key::F5}},
         {"Copy 2 files to", {Key::Enter}},
-        {"same", {Key::Esc}},
-        {Title, {Key::Esc}}});
-  EXPECT_EQ(dir.read("right/same").size(), 6U);
+        {"[ All ]", {Key::Code('a')}},
+        {"(2 of 2)", {}},
+        {"[ All ]", {Key::Esc}},
+        {Complete, {Key::Esc}}});
+  EXPECT_EQ(dir.read("right/same").substr(0, 5), "from ");
   EXPECT_EQ(foundEntries().count(), 2);
+}
+
+TEST_F(FileFindTest, AMovedLinkTakesItsResultAlong) {
+  file("left/one.txt", "long text");
+  symlink("one.txt", dir.path("left/two.txt").c_str());
+  show();
+  find({search("t*.txt"),
+        {Complete, {Key::F6}},
+        {"Move ", {Key::Enter}},
+        {" 0 matches use 0 bytes", {Key::Esc}}});
+  EXPECT_TRUE(dir.exists("left/one.txt"));
+}
+
+TEST_F(FileFindTest, WhatIsNotMovedIsListedAsItIsNow) {
+  file("left/one.txt", "long");
+  file("right/one.txt", "in the way");
+  show();
+  find({search("*.txt"), {Complete, {Key::Esc}}});
+  file("left/one.txt", "longer now");
+  find({{"one.txt", {Key::F6}},
+        {"Move ", {Key::Enter}},
+        {"[ Skip ]", {Key::Code('s')}},
+        {" 10 ", {Key::Esc}}},
+       FindList::Last);
+  EXPECT_EQ(foundEntries().row(0).item->size, 10U);
+}
+
+TEST_F(FileFindTest, TheDrivesAreWhereTheSearchBegins) {
+  makeTree();
+  dir.makeDir("left/other");
+  file("left/other/four.txt");
+  GlobalOptions::FFMultiDrive = true;
+  GlobalOptions::FFDriveList = "sub/;./other;sub/";
+  show();
+  find({search("*.txt"), {"2 matches", {Key::Esc}}});
+  EXPECT_EQ(listed(), (Names{"four.txt", "three.txt"}));
+}
+
+TEST_F(FileFindTest, ALetterOfTheDrivesIsANameWithAColon) {
+  makeTree();
+  dir.makeDir("left/d:");
+  file("left/d:/five.txt");
+  GlobalOptions::FFMultiDrive = true;
+  GlobalOptions::FFDriveList = "cd";
+  show();
+  std::filesystem::current_path(dir.path("left"));
+  find({search("*.txt"), {"1 match uses", {Key::Esc}}});
+  EXPECT_EQ(listed(), Names{"five.txt"});
+}
+
+TEST_F(FileFindTest, OnlyFindKeepsWhatIsTyped) {
+  makeTree();
+  show();
+  find({search("one*"), {Complete, {Key::Esc}}});
+  find({{Title, {Key::Esc}, "", "forgotten"}});
+  find({{"one*", {Key::Esc}}});
+  EXPECT_EQ(GlobalOptions::FFDriveList, "");
+}
+
+TEST_F(FileFindTest, AFullListEndsTheSearchAndSaysSo) {
+  makeTree();
+  foundEntries().removeAll();
+  foundEntries().setMostBytes(300);
+  show();
+  find({search("*.txt"),
+        {"Too many matches", {Key::Enter}},
+        {"Search Stopped:  1 match uses", {Key::Home, Key::Delete}},
+        {"0 matches use", {Key::Esc}}});
+  foundEntries().setMostBytes(FFEntryStore::MostBytes);
+}
+
+TEST_F(FileFindTest, BreakStopsTheSearch) {
+  makeTree();
+  dir.makeDir("left/sub/deeper");
+  file("left/sub/deeper/gate.txt");
+  file("left/sub/deeper/later.txt");
+  show();
+  HeldSearch held("gate.txt");
+  Step search = FileFindTest::search("*.txt");
+  Step stop = {"three.txt", {}};
+  stop.then = [&held] {
+    requestBreak();
+    held.letGo();
+  };
+  find({search, stop, {"Search Stopped:", {Key::Esc}}});
+  EXPECT_FALSE(breakRequested());
+}
+
+TEST_F(FileFindTest, AnAssociatedProgramHasTheScreenAndThePanelsComeBack) {
+  makeTree();
+  LoggedShell shell;
+  AssociationSet& viewers = associationSets().viewers;
+  viewers.addPair(L"*.txt", L"look");
+  show();
+  openWindows();
+  Step look = {Complete, {}};
+  look.then = [&] {
+    const std::string before = screenText();
+    queueKey(Key::F3);
+    std::vector<std::string> commands;
+    waitUntil([&] { return !(commands = shell.take()).empty(); });
+    EXPECT_EQ(commands, Names{"look " + dir.path("left/sub/three.txt")});
+    EXPECT_TRUE(waitUntil([&] { return screenText() == before; })) << before << screenText();
+    queueKey(Key::Esc);
+  };
+  find({search("three*"), look});
+  viewers.clear();
+}
+
+TEST_F(FileFindTest, WithAltTheAssociationIsPassedOver) {
+  makeTree();
+  AssociationSet& editors = associationSets().editors;
+  editors.addPair(L"*.txt", L"change");
+  show();
+  find({search("three*"),
+        {Complete, {Key::AltF4}},
+        {"more Text", {Key::Esc}},
+        {Complete, {Key::Esc}}});
+  editors.clear();
 }
 
 TEST_F(FileFindTest, TheListIsSortedByItsKeys) {
