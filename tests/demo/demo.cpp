@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "archive/sample_archives.h"
 #include "demo/png_file.h"
 #include "foundation/threads.h"
 #include "support/temp_dir.h"
@@ -33,13 +34,24 @@ struct Sample {
   Sample() {
     for (const char* directory : {"documents", "music", "photos"}) work.makeDir(directory);
     work.write("documents/letter.txt", "Dear reader,\n");
+    work.write("documents/plan.md", "First to the lake, then home.\n");
+    work.write("documents/trip.txt", "The lake was cold.\n");
+    work.write("photos/captions.txt", "1 The lake in spring\n2 The house\n");
     work.write("budget.csv", std::string(2345, '1'));
     work.write("holiday.jpg", std::string(345678, 'x'));
     work.write("notes.txt", "remember\n");
     work.write("README.md", std::string(4321, 'r'));
     work.write("recipe.txt", std::string(777, 's'));
     work.write("song.flac", std::string(1234567, 'f'));
+    work.write("website.zip", zipArchive({{"images/", ""},
+                                          {"images/lake.jpg", std::string(45678, 'l')},
+                                          {"images/house.jpg", std::string(56789, 'h')},
+                                          {"index.html", std::string(2345, 'i')},
+                                          {"contact.html", std::string(1234, 'c')},
+                                          {"style.css", std::string(678, 's')}}));
     work.link("notes.txt", "today");
+    home.makeDir(".tdx");
+    home.write(".tdx/td.ini", "[General Options]\nFFRootSearch=off\n");
     backup.write("notes.txt", "older\n");
     backup.makeDir("archive");
   }
@@ -140,7 +152,7 @@ class Session {
   Window window_ = 0;
 };
 
-void play(Session& session, const Sample& sample) {
+void copyTextFiles(Session& session, const Sample& sample) {
   session.save("1-panels");
   session.press(XK_F9);
   session.press(XK_Return);
@@ -160,6 +172,46 @@ void play(Session& session, const Sample& sample) {
   require(waitUntil([&] { return sample.backup.read("notes.txt") == "remember\n"; }),
           "the files were not copied");
   session.save("7-copied");
+}
+
+void lookIntoAnArchive(Session& session) {
+  session.press(XK_w, {XK_Alt_L});
+  session.press(XK_Escape);
+  session.press(XK_Return);
+  session.press(XK_l, {XK_Control_L});
+  session.press(XK_Down);
+  session.save("8-archive");
+  session.press(XK_l, {XK_Control_L});
+  session.press(XK_Page_Up, {XK_Control_L});
+}
+
+void find(Session& session) {
+  session.press(XK_F7, {XK_Alt_L});
+  session.type("*.txt|*.md");
+  session.press(XK_t, {XK_Alt_L});
+  session.type("lake");
+  session.press(XK_Return);
+  session.save("9-find");
+  session.press(XK_Escape);
+}
+
+void openDialogs(Session& session) {
+  session.press(XK_a, {XK_Control_L});
+  session.save("10-attributes");
+  session.press(XK_Escape);
+  session.press(XK_F9);
+  session.type("o");
+  session.type("c");
+  session.type("less");
+  session.save("11-configuration");
+  session.press(XK_Escape);
+}
+
+void play(Session& session, const Sample& sample) {
+  copyTextFiles(session, sample);
+  lookIntoAnArchive(session);
+  find(session);
+  openDialogs(session);
   session.press(XK_F10);
   XKeys::get().press(XK_Return);  // the window goes with this
 }
