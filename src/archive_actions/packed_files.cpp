@@ -14,7 +14,7 @@ bool isLater(const struct timespec& a, const struct timespec& b) {
 
 struct timespec fileTimeNow() {
   struct timespec now {};
-  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  clock_gettime(CLOCK_REALTIME, &now);
   return now;
 }
 

@@ -33,5 +33,5 @@ class PackedFiles {
   const struct timespec start_;
 };
 
-// A time that every file changed from now on is not before.
+// No file that was changed before this has a later time.
 struct timespec fileTimeNow();
