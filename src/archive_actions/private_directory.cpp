@@ -69,8 +69,8 @@ std::vector<std::string> componentsOf(const std::string& path) {
   return result;
 }
 
-// One step at a time: openat2 isn't everywhere, and a name may be a likely one.
-int goBelow(Descriptor& directory, std::string name, NameMatch match) {
+// One step at a time: openat2 isn't everywhere, and a name may become a likely one.
+int goBelow(Descriptor& directory, std::string& name, NameMatch match) {
   struct stat info;
   if (name == "..") return ELOOP;
   if (const int error = findName(directory.get(), name, match, info); error != 0) return error;
@@ -81,10 +81,14 @@ int goBelow(Descriptor& directory, std::string name, NameMatch match) {
   return 0;
 }
 
-int openParent(int top, const std::vector<std::string>& components, NameMatch match,
-               Descriptor& parent) {
-  std::string path = ".";
-  for (size_t i = 0; i + 1 < components.size(); ++i) path += "/" + components[i];
+std::string joined(const std::vector<std::string>& components, size_t count) {
+  std::string path;
+  for (size_t i = 0; i < count; ++i) path += (i > 0 ? "/" : "") + components[i];
+  return path;
+}
+
+int openParent(int top, std::vector<std::string>& components, NameMatch match, Descriptor& parent) {
+  const std::string path = "./" + joined(components, components.size() - 1);
   parent = Descriptor(System::openBeneath(top, path.c_str(), JustNamed));
   if (parent.valid()) return 0;
   const bool missing = errno == ENOENT && match == NameMatch::Likely;
@@ -155,12 +159,15 @@ void PrivateDirectory::remove() {
 }
 
 int findWritten(int top, const std::string& path, NameMatch match, FoundPlace& place) {
-  const std::vector<std::string> components = componentsOf(path);
+  std::vector<std::string> components = componentsOf(path);
   if (components.empty()) return ENOENT;
   if (const int error = openParent(top, components, match, place.parent); error != 0) return error;
   place.name = components.back();
   if (place.name == "..") return ELOOP;
-  return findName(place.parent.get(), place.name, match, place.info);
+  const int error = findName(place.parent.get(), place.name, match, place.info);
+  components.back() = place.name;
+  place.path = joined(components, components.size());
+  return error;
 }
 
 int findWrittenFile(int top, const std::string& path, NameMatch match, FoundPlace& place) {

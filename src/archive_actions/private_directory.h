@@ -38,6 +38,7 @@ class PrivateDirectory {
 struct FoundPlace {
   Descriptor parent;  // the directory that holds it
   std::string name;   // in there
+  std::string path;   // below the directory where the look began
   struct stat info {};
 };
 

@@ -1,0 +1,137 @@
+#include "archive_actions/archive_members.h"
+
+#include <algorithm>
+
+#include "foundation/names.h"
+#include "foundation/place.h"
+#include "foundation/utf8.h"
+
+namespace {
+
+
+std::wstring_view viewOf(const Westring& text) {
+  return {text.data(), static_cast<size_t>(text.length())};
+}
+
+Westring shownPath(const ArchiveRecord& record, std::wstring_view directory) {
+  std::wstring path = record.dotSlash ? L"./" : L"";
+  path += directory;
+  if (!record.name.empty() && !directory.empty()) path += L'/';
+  path += record.name;
+  return path.c_str();
+}
+
+// The path by which the tool knows the record.
+Westring storedPath(const ArchiveRecord& record, std::wstring_view directory) {
+  if (record.stored.empty()) return shownPath(record, directory);
+  return decodeFileName(std::string(record.stored).c_str());
+}
+
+size_t componentsIn(std::wstring_view path) {
+  return static_cast<size_t>(std::count(path.begin(), path.end(), L'/')) + 1;
+}
+
+// The beginning of a stored path that is the directory shown with so many components.
+std::string beginningOf(std::string_view stored, size_t components) {
+  constexpr std::string_view Separators = "/\\";
+  size_t end = std::min(stored.find_first_not_of('/'), stored.size());
+  if (stored.substr(end).starts_with("./")) end += 2;
+  for (size_t i = 0; i < components && end < stored.size(); ++i) {
+    if (i > 0) ++end;
+    end = std::min(stored.find_first_of(Separators, end), stored.size());
+  }
+  return std::string(stored.substr(0, end));
+}
+
+Westring directoryName(const ArchiveRecord& record, const Westring& path) {
+  if (record.stored.empty()) return record.dotSlash ? L"./" + path : path;
+  return decodeFileName(beginningOf(record.stored, componentsIn(viewOf(path))).c_str());
+}
+
+class OperandMaker {
+ public:
+  explicit OperandMaker(const ArchiveEntryStore& archive)
+      : archive_(archive), records_(archive.records()) {}
+
+  std::vector<ToolOperand> file(const Westring& path) const;
+  std::vector<ToolOperand> directory(const Westring& path) const;
+
+ private:
+  bool isForeign(const ArchiveRecord& record) const {
+    return archive_.type() == ArchiveType::Zip && !record.stored.empty();
+  }
+  ToolOperand& operandNamed(std::vector<ToolOperand>& operands, const Westring& name,
+                            const ArchiveRecord& record) const;
+
+  const ArchiveEntryStore& archive_;
+  const ArchiveRecords& records_;
+};
+
+std::vector<ToolOperand> OperandMaker::file(const Westring& path) const {
+  const int slash = path.rfind(L'/');
+  const std::wstring parent(viewOf(path).substr(0, slash < 0 ? 0 : static_cast<size_t>(slash)));
+  const Westring name = lastComponent(path);
+  const uint32_t place = records_.placeOf(parent);
+  if (place == records_.directories().size()) return {};
+  const ArchiveDirectory& directory = records_.directories()[place];
+  if (directory.path != parent) return {};
+  // The last one of equal names is the one that is listed.
+  for (uint32_t i = directory.firstRecord + directory.recordCount; i-- > directory.firstRecord;) {
+    const ArchiveRecord& record = records_.at(i);
+    if (record.name != viewOf(name)) continue;
+    return {{.path = storedPath(record, parent), .foreignName = isForeign(record)}};
+  }
+  return {};
+}
+
+ToolOperand& OperandMaker::operandNamed(std::vector<ToolOperand>& operands, const Westring& name,
+                                        const ArchiveRecord& record) const {
+  for (ToolOperand& operand : operands) {
+    if (sameName(operand.path, name)) return operand;
+  }
+  operands.push_back({.path = name, .directory = true, .foreignName = isForeign(record)});
+  return operands.back();
+}
+
+std::vector<ToolOperand> OperandMaker::directory(const Westring& path) const {
+  std::vector<ToolOperand> operands;
+  const auto& directories = records_.directories();
+  for (uint32_t i = records_.placeOf(viewOf(path)); i < directories.size(); ++i) {
+    const ArchiveDirectory& below = directories[i];
+    if (!isWithin(below.path, viewOf(path))) break;
+    for (uint32_t place = 0; place < below.recordCount; ++place) {
+      const ArchiveRecord& record = records_.at(below.firstRecord + place);
+      const Westring name = directoryName(record, path);
+      const Westring member = storedPath(record, below.path);
+      // Directories have a slash behind their names for the tool that wants every name.
+      const bool itself = record.name.empty() && archive_.type() == ArchiveType::Lharc;
+      operandNamed(operands, name, record).below.push_back(itself ? addSlash(member) : member);
+    }
+  }
+  return operands;
+}
+
+}  // namespace
+
+std::vector<ChosenMember> chosenMembers(const Panel& panel, const ArchiveEntryStore& archive,
+                                        const ChosenItems& items) {
+  const OperandMaker maker(archive);
+  std::vector<ChosenMember> members;
+  for (entry* item : items.entries) {
+    ChosenMember member{item, innerPath(archive, joinPath(panel.path, item->name())), {}, 0};
+    member.operands =
+        item->isDirectory() ? maker.directory(member.innerPath) : maker.file(member.innerPath);
+    member.size = item->isDirectory() ? archive.records().sizeBelow(viewOf(member.innerPath))
+                                      : item->size;
+    members.push_back(std::move(member));
+  }
+  return members;
+}
+
+std::vector<ToolOperand> operandsOf(const std::vector<ChosenMember>& members) {
+  std::vector<ToolOperand> result;
+  for (const ChosenMember& member : members) {
+    result.insert(result.end(), member.operands.begin(), member.operands.end());
+  }
+  return result;
+}
