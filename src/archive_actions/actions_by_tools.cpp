@@ -2,10 +2,20 @@
 
 #include "archive_actions/archive_work.h"
 #include "archive_actions/compress_command.h"
+#include "archive_actions/delete_members.h"
+#include "archive_actions/extract_command.h"
 #include "foundation/names.h"
 
+void ActionsByTools::remove(Panel& panel) {
+  deleteInArchive(panel);
+}
+
 void ActionsByTools::transfer(Panel& source, TransferKind kind) {
-  if (!source.archive) compressIntoOther(source, kind);
+  if (source.archive) {
+    extractFromArchive(source, kind);
+  } else {
+    compressIntoOther(source, kind);
+  }
 }
 
 Westring ActionsByTools::extract(Panel& panel, const Westring& name) {

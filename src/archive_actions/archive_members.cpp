@@ -1,13 +1,14 @@
 #include "archive_actions/archive_members.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_map>
 
 #include "foundation/names.h"
 #include "foundation/place.h"
 #include "foundation/utf8.h"
 
 namespace {
-
 
 std::wstring_view viewOf(const Westring& text) {
   return {text.data(), static_cast<size_t>(text.length())};
@@ -53,7 +54,8 @@ class OperandMaker {
   explicit OperandMaker(const ArchiveEntryStore& archive)
       : archive_(archive), records_(archive.records()) {}
 
-  std::vector<ToolOperand> file(const Westring& path) const;
+  void enter(const Westring& directory);  // the one that files are taken from
+  std::vector<ToolOperand> file(const Westring& name) const;
   std::vector<ToolOperand> directory(const Westring& path) const;
 
  private:
@@ -65,23 +67,28 @@ class OperandMaker {
 
   const ArchiveEntryStore& archive_;
   const ArchiveRecords& records_;
+  std::wstring parent_;
+  std::unordered_map<std::wstring_view, const ArchiveRecord*> files_;
 };
 
-std::vector<ToolOperand> OperandMaker::file(const Westring& path) const {
-  const int slash = path.rfind(L'/');
-  const std::wstring parent(viewOf(path).substr(0, slash < 0 ? 0 : static_cast<size_t>(slash)));
-  const Westring name = lastComponent(path);
-  const uint32_t place = records_.placeOf(parent);
-  if (place == records_.directories().size()) return {};
-  const ArchiveDirectory& directory = records_.directories()[place];
-  if (directory.path != parent) return {};
-  // The last one of equal names is the one that is listed.
-  for (uint32_t i = directory.firstRecord + directory.recordCount; i-- > directory.firstRecord;) {
-    const ArchiveRecord& record = records_.at(i);
-    if (record.name != viewOf(name)) continue;
-    return {{.path = storedPath(record, parent), .foreignName = isForeign(record)}};
+// The last one of equal names is the one that is listed.
+void OperandMaker::enter(const Westring& directory) {
+  parent_ = directory.data();
+  files_.clear();
+  const uint32_t place = records_.placeOf(parent_);
+  if (place == records_.directories().size()) return;
+  const ArchiveDirectory& found = records_.directories()[place];
+  if (found.path != parent_) return;
+  for (uint32_t i = 0; i < found.recordCount; ++i) {
+    const ArchiveRecord& record = records_.at(found.firstRecord + i);
+    files_[record.name] = &record;
   }
-  return {};
+}
+
+std::vector<ToolOperand> OperandMaker::file(const Westring& name) const {
+  const auto found = files_.find(viewOf(name));
+  if (found == files_.end()) return {};
+  return {{.path = storedPath(*found->second, parent_), .foreignName = isForeign(*found->second)}};
 }
 
 ToolOperand& OperandMaker::operandNamed(std::vector<ToolOperand>& operands, const Westring& name,
@@ -115,14 +122,17 @@ std::vector<ToolOperand> OperandMaker::directory(const Westring& path) const {
 
 std::vector<ChosenMember> chosenMembers(const Panel& panel, const ArchiveEntryStore& archive,
                                         const ChosenItems& items) {
-  const OperandMaker maker(archive);
+  OperandMaker maker(archive);
+  maker.enter(innerPath(archive, panel.path));
   std::vector<ChosenMember> members;
   for (entry* item : items.entries) {
-    ChosenMember member{item, innerPath(archive, joinPath(panel.path, item->name())), {}, 0};
-    member.operands =
-        item->isDirectory() ? maker.directory(member.innerPath) : maker.file(member.innerPath);
-    member.size = item->isDirectory() ? archive.records().sizeBelow(viewOf(member.innerPath))
-                                      : item->size;
+    ChosenMember member{item, innerPath(archive, itemPath(panel, *item)), {}, item->size};
+    if (item->isDirectory()) {
+      member.operands = maker.directory(member.innerPath);
+      member.size = archive.records().sizeBelow(viewOf(member.innerPath));
+    } else {
+      member.operands = maker.file(lastComponent(member.innerPath));
+    }
     members.push_back(std::move(member));
   }
   return members;
