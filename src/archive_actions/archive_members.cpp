@@ -49,6 +49,12 @@ Westring directoryName(const ArchiveRecord& record, const Westring& path) {
   return decodeFileName(beginningOf(record.stored, componentsIn(viewOf(path))).c_str());
 }
 
+// A slash to us, and a plain character to the tool: no directory for it.
+bool endsAtBackslash(const ArchiveRecord& record, const Westring& beginning) {
+  const size_t length = bytePath(beginning).size();
+  return length < record.stored.size() && record.stored[length] == '\\';
+}
+
 class OperandMaker {
  public:
   explicit OperandMaker(const ArchiveEntryStore& archive)
@@ -112,7 +118,11 @@ std::vector<ToolOperand> OperandMaker::directory(const Westring& path) const {
       const Westring member = storedPath(record, below.path);
       // Directories have a slash behind their names for the tool that wants every name.
       const bool itself = record.name.empty() && archive_.type() == ArchiveType::Lharc;
-      operandNamed(operands, name, record).below.push_back(itself ? addSlash(member) : member);
+      if (endsAtBackslash(record, name)) {
+        operands.push_back({.path = member, .foreignName = isForeign(record)});
+      } else {
+        operandNamed(operands, name, record).below.push_back(itself ? addSlash(member) : member);
+      }
     }
   }
   return operands;

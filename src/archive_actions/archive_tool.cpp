@@ -48,7 +48,7 @@ constexpr ToolForm Forms[] = {
     {Archiver::Lharc, Extract, L"lha x", Members, Plain},
     {Archiver::Lharc, Compress, L"jlha a", Name, Plain},
     {Archiver::Lharc, Delete, L"jlha d", Members, Plain},
-    {Archiver::Arj, Extract, L"arj x -y", Contents, Behind, EndOfOptions},
+    {Archiver::Arj, Extract, L"arj x -y", Members, Behind, EndOfOptions},
     {Archiver::Arj, Compress, nullptr, Contents, Behind, EndOfOptions},
     {Archiver::Arj, Delete, nullptr, Members, Behind, EndOfOptions},
     {Archiver::Ace, Extract, nullptr, DirectoryForm::Nothing, Plain, L"", L""},
@@ -113,7 +113,7 @@ Westring patternOf(const Westring& path, bool foreign) {
     const bool high = static_cast<unsigned char>(byte) > 0x7F;
     if (foreign && (high || byte == '\\')) {
       result += '?';
-    } else if (strchr("[]*?", byte) != nullptr || (byte == '-' && result.empty())) {
+    } else if (strchr("[*?", byte) != nullptr || (byte == '-' && result.empty())) {
       result += std::string("[") + byte + ']';
     } else if (byte == '\\') {
       result += "\\\\";

@@ -203,7 +203,7 @@ void ExtractCommand::settle(bool goesOn) {
       if (item != nullptr) changeTag(source_, *item, TagMode::Tag);
     }
   }
-  if (kind_ == TransferKind::Move && !left_.empty()) {
+  if (kind_ == TransferKind::Move && goesOn && !left_.empty()) {
     tellError(L"Not everything was moved", archive_);
   } else if (!missing_.empty()) {
     tellError(L"File not found", missing_);

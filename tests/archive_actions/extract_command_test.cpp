@@ -1,0 +1,275 @@
+#include "archive_actions/extract_command.h"
+
+#include "archive/sample_archives.h"
+#include "archive_actions/archive_command_test.h"
+#include "archive_actions/delete_members.h"
+
+namespace {
+
+struct Packed {
+  const char* name;
+  const char* command;  // in the directory that is packed
+  const char* list;     // in the directory of the archive
+};
+
+const Packed Formats[] = {
+    {"a.zip", "zip -qr ../left/a.zip .", "unzip -Z1 a.zip"},
+    {"a.tar", "tar cf ../left/a.tar -- *", "tar -tf a.tar"},
+    {"dotted.tar", "tar cf ../left/dotted.tar .", "tar -tf dotted.tar"},
+    {"a.arj", "arj a -r ../left/a.arj .", "arj l a.arj"},
+    {"a.lzh", "jlha a ../left/a.lzh one.txt sub", "jlha lq a.lzh"},
+};
+
+class Extracting : public ArchiveCommandTest {
+ protected:
+  void SetUp() override {
+    ArchiveCommandTest::SetUp();
+    dir.write("in/one.txt", "one");
+    dir.makeDir("in/sub");
+    dir.makeDir("in/sub/deeper");
+    dir.write("in/sub/two words.txt", "two");
+    dir.write("in/sub/deeper/three", std::string(5000, '3'));
+  }
+  static void set(const char* key, const char* value) {
+    ASSERT_TRUE(archiverKeys().set(Archiver::Zip, key, value));
+  }
+  // F5 or F6 to the right panel's directory.
+  void extract(TransferKind kind = TransferKind::Copy, const std::vector<Step>& more = {}) {
+    std::vector<Step> steps = {{"Extract", {Key::Enter}}};
+    steps.insert(steps.end(), more.begin(), more.end());
+    play(steps, [&] { extractFromArchive(left(), kind); });
+  }
+};
+
+class ExtractingEach : public Extracting, public testing::WithParamInterface<Packed> {};
+
+TEST_P(ExtractingEach, TaggedFilesAndDirectoriesComeOutAsTheyWentIn) {
+  pack(GetParam().command);
+  open(GetParam().name);
+  tag("one.txt");
+  tag("sub");
+  extract();
+  EXPECT_TRUE(same("in", "right"));
+  EXPECT_FALSE(isTagged("one.txt"));
+  EXPECT_EQ(entryNamed(left(), "sub")->wasTagged, 1);
+}
+
+TEST_P(ExtractingEach, WhatIsUnderTheCursorComesWithoutItsPath) {
+  pack(GetParam().command);
+  open(GetParam().name);
+  enterPath(left(), L"sub");
+  putCursorOn("deeper");
+  extract();
+  EXPECT_EQ(names("right"), std::vector<std::string>{"deeper"});
+  EXPECT_TRUE(same("in/sub/deeper", "right/deeper"));
+}
+
+TEST_P(ExtractingEach, AMoveTakesItOutOfTheArchive) {
+  pack(GetParam().command);
+  open(GetParam().name);
+  tag("sub");
+  extract(TransferKind::Move);
+  EXPECT_TRUE(same("in/sub", "right/sub"));
+  EXPECT_EQ(entryNamed(left(), "sub"), nullptr);
+  EXPECT_NE(entryNamed(left(), "one.txt"), nullptr);
+  EXPECT_EQ(listed(GetParam().list).find("three"), std::string::npos);
+}
+
+TEST_P(ExtractingEach, WhatIsDeletedIsGoneFromTheArchive) {
+  pack(GetParam().command);
+  open(GetParam().name);
+  enterPath(left(), L"sub");
+  putCursorOn("two words.txt");
+  deleteInArchive(left());
+  panelRefresh();
+  EXPECT_EQ(entryNamed(left(), "two words.txt"), nullptr);
+  EXPECT_NE(entryNamed(left(), "deeper"), nullptr);
+  EXPECT_EQ(listed(GetParam().list).find("two words"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, ExtractingEach, testing::ValuesIn(Formats),
+                         [](const testing::TestParamInfo<Packed>& format) {
+                           std::string name = format.param.name;
+                           std::erase(name, '.');
+                           return name;
+                         });
+
+TEST_F(Extracting, AGzipGivesItsOneFile) {
+  pack("gzip -c one.txt > ../left/one.txt.gz");
+  open("one.txt.gz");
+  putCursorOn("one.txt");
+  extract();
+  EXPECT_EQ(dir.read("right/one.txt"), "one");
+}
+
+TEST_F(Extracting, AGzipHasNoCommandToDelete) {
+  pack("gzip -c one.txt > ../left/one.txt.gz");
+  open("one.txt.gz");
+  putCursorOn("one.txt");
+  play({{"No command for this archive type", {Key::Enter}}}, [&] { deleteInArchive(left()); });
+  EXPECT_TRUE(dir.exists("left/one.txt.gz"));
+}
+
+TEST_F(Extracting, OddNamesComeOutOfZipAndTar) {
+  const std::vector<std::string> odd = {
+      "-x",      "a[1]*?.txt", "it's",    "$HOME;touch y", "gr\u00fc\u00dfe",
+      "(a) & b", " blank ",    "a[2].txt"};
+  for (const std::string& name : odd) dir.write("in/" + name, name);
+  pack("zip -qr ../left/a.zip . && tar cf ../left/a.tar -- *");
+  for (const char* archive : {"a.zip", "a.tar"}) {
+    open(archive);
+    tagAll();
+    tag("sub");
+    extract();
+    EXPECT_TRUE(same("in", "right")) << archive;
+    shell(".", "rm -rf right; mkdir right");
+    enterPath(left(), L"..");
+  }
+}
+
+TEST_F(Extracting, ANameThatLooksLikeAPatternIsDeletedAlone) {
+  for (const char* name : {"a[1]*.txt", "a[1]b.txt", "a1.txt"})
+    dir.write(std::string("in/") + name, "");
+  pack("zip -qr ../left/a.zip . && tar cf ../left/a.tar -- *");
+  for (const char* archive : {"a.zip", "a.tar"}) {
+    open(archive);
+    putCursorOn("a[1]*.txt");
+    deleteInArchive(left());
+    panelRefresh();
+    EXPECT_EQ(entryNamed(left(), "a[1]*.txt"), nullptr) << archive;
+    EXPECT_NE(entryNamed(left(), "a[1]b.txt"), nullptr) << archive;
+    EXPECT_NE(entryNamed(left(), "a1.txt"), nullptr) << archive;
+    enterPath(left(), L"..");
+  }
+}
+
+TEST_F(Extracting, ANewlineInANameOfATarIsKept) {
+  dir.write("in/new\nline", "n");
+  pack("tar cf ../left/a.tar -- *");
+  open("a.tar");
+  tag("new\nline");
+  tag("one.txt");
+  extract();
+  EXPECT_EQ(dir.read("right/new\nline"), "n");
+}
+
+TEST_F(Extracting, AnArchiveThatTheToolRemovesIsLeftForItsDirectory) {
+  set("Delete", "rm %a #");
+  pack("zip -q ../left/a.zip one.txt");
+  open("a.zip");
+  putCursorOn("one.txt");
+  deleteInArchive(left());
+  panelRefresh();
+  EXPECT_FALSE(dir.exists("left/a.zip"));
+  EXPECT_EQ(left().archive, nullptr);
+  EXPECT_EQ(bytes(left().path), dir.path("left"));
+}
+
+TEST_F(Extracting, AnArchiveWithoutMembersStaysOpen) {
+  pack("zip -q ../left/a.zip one.txt");
+  open("a.zip");
+  putCursorOn("one.txt");
+  deleteInArchive(left());
+  panelRefresh();
+  ASSERT_NE(left().archive, nullptr);
+  EXPECT_EQ(left().count(), 1);
+}
+
+TEST_F(Extracting, ALongCommandIsSplit) {
+  set("Extract", "echo x >> ../../runs; unzip --z %a %f");
+  for (int i = 0; i < 30; ++i) {
+    dir.write("in/" + std::to_string(i) + std::string(50, 'n'), "n");
+  }
+  pack("zip -qr ../left/a.zip .");
+  open("a.zip");
+  tagAll();
+  tag("sub");
+  extract();
+  EXPECT_EQ(dir.read("runs"), "x\nx\n");
+  EXPECT_TRUE(same("in", "right"));
+}
+
+TEST_F(Extracting, AFailedToolLeavesNothing) {
+  set("Extract", "touch %f; false");
+  pack("zip -qr ../left/a.zip .");
+  open("a.zip");
+  putCursorOn("one.txt");
+  extract();
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+}
+
+TEST_F(Extracting, AnExistingFileIsAskedForAndKept) {
+  dir.write("right/one.txt", "mine");
+  pack("zip -qr ../left/a.zip .");
+  open("a.zip");
+  putCursorOn("one.txt");
+  extract(TransferKind::Move, {{"exists", {Key::Esc}}});
+  EXPECT_EQ(dir.read("right/one.txt"), "mine");
+}
+
+TEST_F(Extracting, NothingIsWrittenOutside) {
+  dir.write("left/a.zip", zipArchive({{"sub/good", "good"},
+                                      {"sub/../../../outside", "evil"},
+                                      {"/abs/olute", "evil"},
+                                      {"sub/x/../../../../outside2", "evil"}}));
+  show("a.zip");
+  play({{"Some names can't be shown", {Key::Enter}}}, [&] {
+    attachArchive(left(), L"a.zip");
+    enterPath(left(), L"a.zip");
+  });
+  tag("sub");
+  extract();
+  EXPECT_EQ(dir.read("right/sub/good"), "good");
+  EXPECT_FALSE(dir.exists("outside"));
+  EXPECT_FALSE(dir.exists("right/outside"));
+  EXPECT_FALSE(dir.exists("outside2"));
+}
+
+TEST_F(Extracting, ALinkInTheArchiveIsNotFollowed) {
+  dir.makeDir("victim");
+  // "link" leads out, and a file of the archive lies behind it.
+  dir.makeDir("in/link");
+  dir.write("in/link/file", "evil");
+  pack(
+      "tar cf ../left/a.tar link/file; rm -r link; ln -s ../victim link; tar rf ../left/a.tar "
+      "link");
+  open("a.tar");
+  putCursorOn("link");
+  play({{"Extract", {Key::Enter}}}, [&] { extractFromArchive(left(), TransferKind::Copy); });
+  EXPECT_EQ(names("victim"), std::vector<std::string>{});
+}
+
+TEST_F(Extracting, ADestinationMustBeADirectory) {
+  dir.write("right/file", "");
+  pack("zip -qr ../left/a.zip .");
+  open("a.zip");
+  putCursorOn("one.txt");
+  play({{"Extract", {Key::Enter}, {}, dir.path("right/file")},
+        {"Destination must be a valid directory", {Key::Enter}}},
+       [&] { extractFromArchive(left(), TransferKind::Copy); });
+  play({{"Extract", {Key::Enter}, {}, dir.path("right/none/")},
+        {"Directory does not exist", {Key::Enter}}},
+       [&] { extractFromArchive(left(), TransferKind::Copy); });
+  EXPECT_EQ(names("right"), std::vector<std::string>{"file"});
+}
+
+TEST_F(Extracting, AnArchiveThatChangedMeanwhileIsReadAgain) {
+  pack("zip -qr ../left/a.zip .");
+  open("a.zip");
+  tag("one.txt");
+  tag("sub");
+  ASSERT_TRUE(shell("left", "zip -qd a.zip one.txt"));
+  play({{"Extract", {Key::Enter}}, {"File not found", {Key::Enter}}},
+       [&] { extractFromArchive(left(), TransferKind::Copy); });
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+  EXPECT_TRUE(isTagged("sub"));
+}
+
+TEST_F(Extracting, TheParentEntryIsNothingToExtract) {
+  pack("zip -qr ../left/a.zip .");
+  open("a.zip");
+  putCursorOn("..");
+  run([&] { extractFromArchive(left(), TransferKind::Copy); });
+}
+
+}  // namespace
