@@ -5,6 +5,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "archive_actions/archive_work.h"
 #include "archive_actions/run_archiver.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
@@ -55,7 +56,9 @@ std::vector<entry*> entriesNamed(const Panel& panel, const std::vector<Westring>
 }
 
 bool stillThere(Panel& panel, ChosenItems& items) {
-  if (!panel.archive || panel.archive->isCurrent()) return panel.archive != nullptr;
+  if (!panel.archive) return false;
+  ArchiveWork::of(*archiveOf(panel)).giveBack();
+  if (panel.archive->isCurrent()) return true;
   const Westring shown = panel.path;
   std::vector<Westring> names;
   for (const entry* item : items.entries) names.emplace_back(item->name());

@@ -13,9 +13,9 @@ void deleteInArchive(Panel& panel);
 // The same for members that were chosen before. 0, or what stopped the archiver.
 int deleteMembers(Panel& panel, const std::vector<ChosenMember>& members);
 
-// Whether the archive of the panel is still the file that was read. One that has changed is read
-// again, with the tags by name; then `items` are those that the names stand for. False when one of
-// them isn't there any more, which is told.
+// Before anything is done with members: one that was edited goes back into the archive, and an
+// archive that has changed is read again, with the tags by name. Then `items` are those that the
+// names stand for. False when one of them isn't there any more, which is told.
 bool stillThere(Panel& panel, ChosenItems& items);
 
 // The archive that a panel shows; null when it shows none.
