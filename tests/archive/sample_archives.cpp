@@ -8,7 +8,7 @@ namespace {
 
 std::string number(uint64_t value, size_t bytes) {
   std::string text;
-  for (size_t i = 0; i < bytes; ++i) text += static_cast<char>(value >> 8 * i);
+  for (size_t i = 0; i < bytes; ++i, value >>= 8) text += static_cast<char>(value);
   return text;
 }
 

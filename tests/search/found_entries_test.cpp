@@ -75,12 +75,12 @@ TEST(FoundEntries, AFullPoolTakesNothingMore) {
   EXPECT_EQ(store.count(), taken);
 }
 
-TEST(FoundEntries, AMillionAreTakenOffInOnePass) {
+TEST(FoundEntries, ManyAreTakenOffInOnePass) {
   FFEntryStore store;
-  constexpr int Count = 1000000;
+  constexpr int Count = 200000;
   for (int i = 0; i < Count; ++i) store.add(fileOf("/f" + std::to_string(i), i));
   ASSERT_EQ(store.count(), Count);
   store.removeIf([](const entry* item) { return item->size % 2 == 0; });
   EXPECT_EQ(store.count(), Count / 2);
-  EXPECT_EQ(exact(store.row(Count / 2 - 1).path()), L"/f999999");
+  EXPECT_EQ(exact(store.row(Count / 2 - 1).path()), L"/f199999");
 }
