@@ -110,13 +110,15 @@ bool askDate(const Westring& subject, DateFields& fields) {
     if (key == Now) {
       dialog.load(dateFieldsOf(timeToDos(time(nullptr))));
       dialog.redraw(-1);
-    } else if (key != Key::Enter) {
-      return false;
-    } else if (isValidDate(dialog.fields())) {
+      continue;
+    }
+    if (key != Key::Enter) return false;
+    if (isValidDate(dialog.fields())) {
       fields = dialog.fields();
       return true;
-    } else if (alert("Invalid date", Westring(), AlertButtons::Ok, AlertColour::Error) ==
-               Answer::ProgramEnds) {
+    }
+    if (alert("Invalid date", Westring(), AlertButtons::Ok, AlertColour::Error) ==
+        Answer::ProgramEnds) {
       return false;
     }
   }

@@ -20,6 +20,8 @@ class LoggedShell {
   LoggedShell(const LoggedShell&) = delete;
   LoggedShell& operator=(const LoggedShell&) = delete;
 
+  // Whether a command has come since. The only look while one may be running.
+  bool hasRun() const { return dir_.exists("log") && !dir_.read("log").empty(); }
   // The commands since the last time, in their order.
   std::vector<std::string> take() {
     std::vector<std::string> commands;
