@@ -105,4 +105,55 @@ TEST_F(Archives, NamesThatClimbAreCountedAndNotShown) {
   EXPECT_EQ(quit(), 0);
 }
 
+// Archives of the real packers, changed by their real tools.
+class RealArchives : public Archives, public testing::WithParamInterface<const char*> {
+ protected:
+  void SetUp() override {
+    Archives::SetUp();
+    left().makeDir("dir");
+    left().write("dir/inside", "in");
+    left().write("moved", "m");
+    left().write("doomed", "d");
+    left().write("kept", "k");
+    const std::string command = "cd '" + left().path() + "' && " + GetParam() +
+                                " dir moved doomed kept && rm -r dir moved doomed kept";
+    ASSERT_EQ(system(command.c_str()), 0);
+  }
+  static std::string archive() {
+    return std::string("real.") + std::string(GetParam()).substr(0, 3);
+  }
+};
+
+TEST_P(RealArchives, F5TakesOutF6MovesOutAndF8Deletes) {
+  start();
+  moveTo(archive());
+  press(XK_Page_Down, {XK_Control_L});
+  expectText("doomed");
+  moveTo("dir");
+  press(XK_F5);
+  expectText("Extract \"dir\" to");
+  press(XK_Return);
+  expectSoon("the directory is there", [&] { return right().read("dir/inside") == "in"; });
+  moveTo("moved");
+  press(XK_F6);
+  expectText("Extract and Move \"moved\" to");
+  press(XK_Return);
+  expectSoon("the file is there", [&] { return right().read("moved") == "m"; });
+  moveTo("doomed");
+  press(XK_F8);
+  expectText("Do you wish to delete");
+  press(XK_Return);
+  expectNoText("doomed");
+  expectAwaited();
+  expectCursorOn("kept");
+  EXPECT_EQ(right().names(), (std::vector<std::string>{"dir", "moved"}));
+  EXPECT_EQ(quit(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Tools, RealArchives,
+                         testing::Values("zip -qr real.zip", "tar cf real.tar"),
+                         [](const testing::TestParamInfo<const char*>& command) {
+                           return std::string(command.param).substr(0, 3);
+                         });
+
 }  // namespace
