@@ -1,6 +1,6 @@
 #include "archive_actions/archive_work.h"
 
-#include <cerrno>
+#include <utility>
 
 #include "archive_actions/member_tools.h"
 #include "foundation/names.h"
@@ -69,7 +69,7 @@ Westring ArchiveWork::extract(const Westring& innerPath, const ArchiveRecord& re
     return Westring();
   }
   const ToolOperand file = fileOperand(innerPath, record, archive_.type());
-  const Westring path = extractMember(archive_, file, record.size, directory);
+  Westring path = extractMember(archive_, file, record.size, directory);
   if (path.empty()) return path;
   auto copy = std::make_shared<MemberCopy>();
   if (const int error = copy->adopt(std::move(directory), path); error != 0) {
@@ -83,34 +83,34 @@ Westring ArchiveWork::extract(const Westring& innerPath, const ArchiveRecord& re
 }
 
 void ArchiveWork::giveBack() {
-  if (!copy_) return;
-  const Westring why = update();
-  if (!why.empty()) leaveOnDisk(why);
-  copy_.reset();
-  member_ = Westring();
+  // The tool may show its terminal, and panels are read again behind it: nothing goes back twice.
+  const std::shared_ptr<MemberCopy> copy = std::exchange(copy_, nullptr);
+  if (!copy) return;
+  const Westring why = update(*copy);
+  if (!why.empty()) leaveOnDisk(*copy, why);
 }
 
 // Whoever holds this archive must not take it for whole, and keeps its copy of it too.
-void ArchiveWork::leaveOnDisk(const Westring& why) {
+void ArchiveWork::leaveOnDisk(MemberCopy& copy, const Westring& why) {
   if (standsIn_) standsIn_->distrust();
-  const Westring path = copy_->keep();
+  const Westring path = copy.keep();
   tellError(why, path);
 }
 
-Westring ArchiveWork::update() {
+Westring ArchiveWork::update(const MemberCopy& copy) {
   int error = 0;
-  const MemberCopy::State state = copy_->compare(error);
+  const MemberCopy::State state = copy.compare(error);
   if (state == MemberCopy::State::Same) return Westring();
   if (state == MemberCopy::State::Unreadable) {
     return Westring(L"Error reading file time stamp: ") + errorText(error);
   }
-  if (!copy_->isTrusted()) return L"An archive in it couldn't be updated, this is kept";
+  if (!copy.isTrusted()) return L"An archive in it couldn't be updated, this is kept";
   if (!isAsSeen()) {
     const int answer =
         alert("Archive has changed, update anyway?", archive_.path(), AlertButtons::OkCancel);
     if (answer != Answer::Yes) return L"The archive wasn't updated, this is kept";
   }
-  const Westring why = updateMember(archive_, member_, file_, *copy_);
+  Westring why = updateMember(archive_, member_, file_, copy);
   noteSeen();
   return why;
 }

@@ -34,9 +34,9 @@ class ArchiveWork : public ArchiveEntryStore::Companion {
   bool isAsSeen() const;
   void noteSeen();
   Westring extract(const Westring& innerPath, const ArchiveRecord& record);
-  void leaveOnDisk(const Westring& why);
+  void leaveOnDisk(MemberCopy& copy, const Westring& why);
   // What kept the member from going back; "" when it is there, or needn't go.
-  Westring update();
+  Westring update(const MemberCopy& copy);
 
   ArchiveEntryStore& archive_;
   FileStamp seen_;    // the archive file, when this program dealt with it last

@@ -574,12 +574,13 @@ TEST_F(DirectoryReaderTest, ArchivesAreLeftWhenThePathLeavesThemOrTheFileHasGone
   EXPECT_EQ((FakeArchive::Log{"close " + dir.path("x.zip")}), log);
 }
 
-TEST_F(DirectoryReaderTest, ADirectoryThatTheArchiveDoesNotHoldStopsWithoutAListing) {
+TEST_F(DirectoryReaderTest, ADirectoryThatTheArchiveDoesNotHoldIsLeftForTheNearestAbove) {
   dir.write("x.zip", "");
   panel.archive =
       std::make_unique<FakeArchive>(dir.wide("x.zip"), std::vector<std::string>{"a/b"}, nullptr);
-  panel.path = dir.wide("x.zip/gone");
-  EXPECT_EQ((Names{}), read());
+  panel.path = dir.wide("x.zip/a/gone/deep");
+  EXPECT_EQ((Names{"..", "b"}), read());
+  EXPECT_EQ(bytes(panel.path), dir.path("x.zip/a"));
   EXPECT_EQ(0, panel.readError);
 }
 

@@ -237,7 +237,7 @@ int readOnce(Panel& panel, Progress shown) {
 bool leadsUp(const Panel& panel, int status) {
   if (panel.isRoot()) return false;
   // An archive that was read again may hold the directory no more.
-  if (panel.archive) return status == NoListing;
+  if (panel.archive && status == NoListing) return true;
   return status == ENOTDIR || status == EACCES || status == ENAMETOOLONG;
 }
 
