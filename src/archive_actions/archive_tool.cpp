@@ -137,7 +137,7 @@ Westring programInPath(const std::wstring& name) {
     const std::wstring directory = path.substr(start, end - start);
     start = end + 1;
     if (directory.empty() || directory[0] != L'/') continue;
-    const Westring candidate = joinPath(directory.c_str(), name.c_str());
+    Westring candidate = joinPath(directory.c_str(), name.c_str());
     if (isProgram(bytePath(candidate))) return candidate;
   }
   return Westring();

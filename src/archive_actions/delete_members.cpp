@@ -97,6 +97,7 @@ void deleteInArchive(Panel& panel) {
   if (items.empty() || !stillThere(panel, items)) return;
   std::vector<Westring> names;
   const std::vector<ChosenMember> members = chosenMembers(panel, *archiveOf(panel), items);
+  names.reserve(members.size());
   for (const ChosenMember& member : members) names.emplace_back(member.item->name());
   if (items.tagged) {
     for (entry* item : items.entries) markDone(panel, *item);
