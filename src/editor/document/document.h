@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "editor/document/long_line.h"
-#include "editor/document/text_place.h"
 #include "editor/document/text_span.h"
 #include "editor/text/text_encoding.h"
+#include "editor/text/text_place.h"
 
 // Asked now and then by what may take long, often enough for a key to be felt; true stops.
 using StopAsked = std::function<bool()>;

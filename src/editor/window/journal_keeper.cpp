@@ -20,10 +20,6 @@ bool isToBeTold(int error) {
   return true;
 }
 
-StoredPlace stored(TextPlace place) {
-  return {place.line, place.index};
-}
-
 }  // namespace
 
 void JournalKeeper::begin(Document& document, JournalBase base) {
@@ -33,8 +29,8 @@ void JournalKeeper::begin(Document& document, JournalBase base) {
 
 void JournalKeeper::onReplaced(TextPlace from, TextPlace to, const TextSpan& inserted) {
   JournalStep step;
-  step.from = stored(from);
-  step.to = stored(to);
+  step.from = from;
+  step.to = to;
   noted(journal_.add(std::move(step), [inserted] { return inserted.stored(); }));
 }
 
