@@ -1,5 +1,7 @@
 #include <fcntl.h>
 
+#include <filesystem>
+
 #include "editor/file_edit_test.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
@@ -70,6 +72,14 @@ TEST_F(LoadFile, ANewFileThatWasNeverSavedGoesAgain) {
     writeFile(path("used"), "theirs");
   });
   EXPECT_EQ(readFile(path("used")), "theirs");
+}
+
+TEST_F(LoadFile, ALinkThatLeadsNowhereStaysALinkAndItsFileIsMade) {
+  dir.link("target", "link");
+  answering({{"Create?", {Key::Enter}}, {"Edit: ", {'x', Key::F2, Key::Esc}}},
+            [&] { editFile(decodeFileName(path("link").c_str())); });
+  EXPECT_EQ(readFile(path("target")), "x");
+  EXPECT_EQ(std::filesystem::read_symlink(path("link")), "target");
 }
 
 TEST_F(LoadFile, AFileThatCannotBeMadeSaysWhy) {
