@@ -36,12 +36,12 @@ void setEncoding(CTextEditor& editor, const TextEncoding& encoding) {
 }
 
 void selectEncoding(CTextEditor& editor) {
-  TDEditor::FormatChoice choice{editor.document.encoding(), editor.file.hasMark};
-  const TextEncoding before = choice.encoding;
-  if (!TDEditor::CFormatSelectDlg(" Select File Encoding ", choice).ask(choice)) return;
-  setEncoding(editor, choice.encoding);
-  const bool isDone = before == choice.encoding || editor.document.encoding() == choice.encoding;
-  if (isDone) setMark(editor, choice.hasMark);
+  TextForm form{editor.document.encoding(), editor.file.hasMark};
+  const TextEncoding before = form.encoding;
+  if (!TDEditor::CFormatSelectDlg(" Select File Encoding ", form).ask(form)) return;
+  setEncoding(editor, form.encoding);
+  const bool isDone = before == form.encoding || editor.document.encoding() == form.encoding;
+  if (isDone) setMark(editor, form.hasMark);
 }
 
 void chooseCodePages(CTextEditor& editor) {

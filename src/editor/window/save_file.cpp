@@ -22,7 +22,7 @@ void tell(const Westring& text, const std::string& path = {}) {
 // The text on its way to a file, and why it isn't there when it isn't.
 class Written {
  public:
-  Written(const CTextEditor& editor, const SavedForm& form) : editor_(editor), form_(form) {}
+  Written(const CTextEditor& editor, const TextForm& form) : editor_(editor), form_(form) {}
 
   TextSaver::Text text() {
     return [this](const TextSaver::Sink& sink) { return write(sink); };
@@ -45,7 +45,7 @@ class Written {
   }
 
   const CTextEditor& editor_;
-  const SavedForm& form_;
+  const TextForm& form_;
   Document::Written result_;
 };
 
@@ -93,7 +93,7 @@ void tellFailure(CTextEditor& editor, const TextSaver::Outcome& outcome, const W
   tell(text + L". All of the text is in", outcome.wholeText);
 }
 
-void settle(CTextEditor& editor, const TextSaver::Outcome& outcome, const SavedForm& form) {
+void settle(CTextEditor& editor, const TextSaver::Outcome& outcome, const TextForm& form) {
   editor.document.setEncoding(form.encoding);
   editor.file.hasMark = form.hasMark;
   editor.isModified = false;
@@ -108,7 +108,7 @@ bool saveFile(CTextEditor& editor) {
   return saveFile(editor, {editor.document.encoding(), editor.file.hasMark});
 }
 
-bool saveFile(CTextEditor& editor, const SavedForm& form) {
+bool saveFile(CTextEditor& editor, const TextForm& form) {
   ReadOnlyFile readOnly = ReadOnlyFile::Refuse;
   if (!mayOverride(editor, readOnly)) return false;
   for (;;) {
@@ -128,7 +128,7 @@ bool saveFile(CTextEditor& editor, const SavedForm& form) {
 }
 
 bool saveFileAs(CTextEditor& editor, const Westring& path, const FileStamp& seen,
-                const SavedForm& form) {
+                const TextForm& form) {
   Written written(editor, form);
   const TextSaver::Outcome outcome = editor.file.saver.saveAs(path, seen, written.text());
   if (!outcome.isOpened) tell(L"Unable to open: " + errorText(outcome.error));
