@@ -55,10 +55,13 @@ EditCommands blockCommands() {
       {"Cut behind", {ShiftF4, CtrlShiftX}, cutBehind},
       {"Cut", {F4, ShiftDelete, ctrl('x')}, cut},
       {"Copy behind", {ShiftF5}, copyBehind},
-      {"Copy behind, still marked", {CtrlShiftInsert, CtrlShiftC}, copyBehind, BlockUse::Keeps},
+      {"Copy behind, still marked",
+       {CtrlShiftInsert, CtrlShiftC},
+       copyBehind,
+       {.block = BlockUse::Keeps}},
       {"Copy", {F5}, copy},
-      {"Copy, still marked", {CtrlInsert, ctrl('c')}, copy, BlockUse::Keeps},
+      {"Copy, still marked", {CtrlInsert, ctrl('c')}, copy, {.block = BlockUse::Keeps}},
       {"Paste", {F6, ShiftInsert, ctrl('v')}, paste},
-      {"Copy word", {ctrl('w')}, copyWord, BlockUse::Keeps},
+      {"Copy word", {ctrl('w')}, copyWord, {.block = BlockUse::Keeps}},
   };
 }

@@ -80,8 +80,8 @@ void setMark(CTextEditor& editor, bool hasMark) {
 
 EditCommands formatCommands() {
   return {
-      {"Encoding", {Key::alt('e')}, selectEncoding, BlockUse::Drops, 0, Asks::Yes},
-      {"Code page list", {Key::alt('c')}, chooseCodePages, BlockUse::Drops, 0, Asks::Yes},
+      {"Encoding", {Key::alt('e')}, selectEncoding, {.asks = Asks::Yes}},
+      {"Code page list", {Key::alt('c')}, chooseCodePages, {.asks = Asks::Yes}},
       {"Next code page", {Key::alt('t')}, nextCodePage},
   };
 }

@@ -70,6 +70,6 @@ void save(CTextEditor& editor) {
 EditCommands saveCommands() {
   return {
       {"Save", {Key::F2, Key::ctrl('s')}, save},
-      {"Save as", {Key::F3}, saveAs, BlockUse::Drops, 0, Asks::Yes},
+      {"Save as", {Key::F3}, saveAs, {.asks = Asks::Yes}},
   };
 }

@@ -119,11 +119,11 @@ void insertQuoted(CTextEditor& editor, wchar_t character) {
 
 EditCommands typeCommands() {
   return {
-      {"Open a line above", {Key::Enter}, openAbove, BlockUse::Drops, ShiftState::Shift},
+      {"Open a line above", {Key::Enter}, openAbove, {.modifiers = ShiftState::Shift}},
       {"Split the line", {Key::Enter}, split},
       {"New line below", {Key::AltEnter}, splitAtEnd},
       {"Duplicate the line", {Key::ctrl('d')}, duplicateLine},
-      {"Character above", {Key::Space}, insertCharacterAbove, BlockUse::Drops, ShiftState::Ctrl},
+      {"Character above", {Key::Space}, insertCharacterAbove, {.modifiers = ShiftState::Ctrl}},
       {"Rest of the line above", {Key::AltSpace}, insertRestAbove},
       {"Quote the next key", {Key::ctrl('q')}, quoteNext},
   };
