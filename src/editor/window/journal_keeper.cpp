@@ -1,26 +1,8 @@
 #include "editor/window/journal_keeper.h"
 
-#include <cerrno>
 #include <utility>
 
 #include "editor/text/edit_directory.h"
-#include "foundation/names.h"
-
-namespace {
-
-// Without a home that is as it must be, and a directory that can't be one would be told of in each
-// edit.
-bool isToBeTold(int error) {
-  static Westring toldDirectory;
-  const int made = makeEditDirectory();
-  if (made == ENOENT) return false;
-  if (made == 0 && error != ENOTDIR) return true;
-  if (sameName(toldDirectory, editDirectory())) return false;
-  toldDirectory = editDirectory();
-  return true;
-}
-
-}  // namespace
 
 void JournalKeeper::begin(Document& document, JournalBase base) {
   journal_.begin(std::move(base));
@@ -59,7 +41,7 @@ void JournalKeeper::onEncoding(const TextEncoding& encoding) {
 
 int JournalKeeper::untoldError() {
   const int error = std::exchange(error_, 0);
-  if (error == 0 || told_ || !isToBeTold(error)) return 0;
+  if (error == 0 || told_ || !editDirectoryFaults().isToBeTold(error)) return 0;
   told_ = true;
   return error;
 }
