@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "editor/file_edit_test.h"
+#include "editor/scarce_memory.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
 
@@ -109,6 +110,26 @@ TEST_F(LoadFile, EscEndsALongLoadAndThereIsNothingToEdit) {
   FileEdit edit(path("long"));
   EXPECT_FALSE(edit.loaded);
   EXPECT_EQ(console->eventCount(), 0);
+}
+
+TEST_F(LoadFile, WithoutMemoryForItsLinesAFileIsTooLarge) {
+  constexpr size_t Size = size_t{16} << 20, Least = size_t{1} << 20;
+  file("lines", std::string(Size, '\n'));
+  const std::string name = file("a.txt", "one");
+  {
+    const ScarceMemory memory(Least, Size);  // the bytes themselves find room
+    expectRefused("lines", "File is too large to edit");
+  }
+  EXPECT_TRUE(ScarceMemory::hasRefused());
+  // A text that stands there stays.
+  FileEdit edit(name);
+  writeFile(name, std::string(Size, '\n'));
+  answering({{"File is too large to edit", {Key::Enter}}}, [&] {
+    const ScarceMemory memory(Least, Size);
+    EXPECT_FALSE(reloadFile(edit.editor, {TextFormat::CodePage, 1252}));
+  });
+  EXPECT_EQ(edit.text(), "one");
+  EXPECT_EQ(edit.editor.document.encoding().format, TextFormat::Utf8);
 }
 
 TEST_F(LoadFile, AFileThatDoesNotTellItsSizeIsReadToItsEnd) {
