@@ -1,5 +1,7 @@
 #include "editor/window/save_file.h"
 
+#include <optional>
+
 #include "editor/text/file_status_store.h"
 #include "editor/window/edit_record.h"
 #include "editor/window/editor_painter.h"
@@ -27,6 +29,16 @@ class Written {
   TextSaver::Text text() {
     return [this](const TextSaver::Sink& sink) { return write(sink); };
   }
+  // A bar once it lasts to copy the text over the file itself. Esc is of no use then: half a copy
+  // would be the end of the file.
+  FileProgress overwriting() {
+    return [this](int64_t done, int64_t total) {
+      if (!overwriting_) overwriting_.emplace(Saving);
+      overwriting_->report(done, total);
+      return true;
+    };
+  }
+  void endWork() { overwriting_.reset(); }
   // The place of a character that the encoding can't hold.
   std::optional<TextPlace> refused() const {
     return result_.refused ? std::optional(result_.place) : std::nullopt;
@@ -47,6 +59,7 @@ class Written {
   const CTextEditor& editor_;
   const TextForm& form_;
   Document::Written result_;
+  std::optional<FileWork> overwriting_;
 };
 
 // Whether the file may be replaced by the text, as far as others have changed it.
@@ -114,7 +127,9 @@ bool saveFile(CTextEditor& editor, const TextForm& form) {
   for (;;) {
     if (!mayReplace(editor)) return false;
     Written written(editor, form);
-    const TextSaver::Outcome outcome = editor.file.saver.save(written.text(), readOnly);
+    const TextSaver::Outcome outcome =
+        editor.file.saver.save(written.text(), readOnly, written.overwriting());
+    written.endWork();
     // It was changed just now.
     if (outcome.error == Status::ChangedMeanwhile) continue;
     if (outcome.error == 0) {
@@ -130,7 +145,9 @@ bool saveFile(CTextEditor& editor, const TextForm& form) {
 bool saveFileAs(CTextEditor& editor, const Westring& path, const FileStamp& seen,
                 const TextForm& form) {
   Written written(editor, form);
-  const TextSaver::Outcome outcome = editor.file.saver.saveAs(path, seen, written.text());
+  const TextSaver::Outcome outcome = editor.file.saver.saveAs(
+      path, seen, written.text(), ReadOnlyFile::Refuse, written.overwriting());
+  written.endWork();
   if (!outcome.isOpened) tell(L"Unable to open: " + errorText(outcome.error));
   if (outcome.isOpened && outcome.error != 0) {
     tellFailure(editor, outcome, written, form.encoding);
