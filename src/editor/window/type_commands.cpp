@@ -112,6 +112,7 @@ void insertCharacter(CTextEditor& editor, wchar_t character) {
 }
 
 void insertQuoted(CTextEditor& editor, wchar_t character) {
+  if (character == 0) return;  // it would end a line, and not come back as one
   if (character != L'\r' && character != L'\n') return insertCharacter(editor, character);
   editor.stickyMark = false;
   editor.changeBlock(TextSpan::lineEnd({&character, 1}));
