@@ -33,6 +33,10 @@ void* operator new(size_t size) {
   throw std::bad_alloc();
 }
 
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return size < refusedBelow && size >= refusedFrom ? nullptr : std::malloc(size > 0 ? size : 1);
+}
+
 void operator delete(void* block) noexcept {
   std::free(block);
 }
