@@ -33,10 +33,29 @@ if(TD_SANITIZE)
   target_link_options(td_flags INTERFACE -fsanitize=${TD_SANITIZE})
 endif()
 
-# td_library(NAME DEPENDS ...): the folder NAME as one static library, above the folders that it names.
-# The target of a folder inside a folder, as in panels/model, is td_panels_model.
+# td_precompile(TARGET OWNER HEADER...): TARGET reads the headers from one precompiled file, which OWNER
+# makes. Only where another build goes without: that one shows what a source fails to include itself.
+function(td_precompile target owner)
+  if(target STREQUAL owner)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  else()
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+  endif()
+endfunction()
+
+# td_for_tests(TARGET): compiling the tests is the longest part of every build, and none of them is
+# measured.
+function(td_for_tests target)
+  set_target_properties(${target} PROPERTIES TD_TEST ON)
+  target_compile_options(${target} PRIVATE -O0)
+  td_precompile(${target} td_support <gtest/gtest.h> <algorithm> <atomic> <filesystem> <functional> <map>
+                <memory> <mutex> <optional> <string> <thread> <vector>)
+endfunction()
+
+# td_library(NAME DEPENDS ... [FOR_TESTS]): the folder NAME as one static library, above the folders that
+# it names. The target of a folder inside a folder, as in panels/model, is td_panels_model.
 function(td_library name)
-  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "FOR_TESTS" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT sources)
     message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
@@ -46,24 +65,32 @@ function(td_library name)
   list(POP_FRONT targets target)
   add_library(${target} STATIC ${sources})
   target_link_libraries(${target} PUBLIC td_flags ${targets})
+  if(ARG_FOR_TESTS)
+    td_for_tests(${target})
+  elseif(TD_SANITIZE)
+    set(owner td_foundation)
+    if(target STREQUAL td_console)
+      set(owner td_console)  # the toolkit's flags are not those of the others
+    endif()
+    td_precompile(${target} ${owner} <algorithm> <array> <atomic> <functional> <map> <memory> <mutex>
+                  <optional> <string> <unordered_map> <utility> <vector>)
+  endif()
 endfunction()
 
-# td_test(NAME DEPENDS ... [PURE [SHARDS n]]): one test program of every *.cpp below tests/NAME. Each
-# test is a process of its own; a PURE suite, which needs neither a display nor a state of the
-# process, runs as one, or as n side by side.
+# td_test(NAME DEPENDS ... [PURE [SHARDS n] | APART]): one test program of every *.cpp below tests/NAME.
+# Each test is a process of its own. A PURE suite, which needs neither a display nor a state of the
+# process, runs as one, or as n side by side. Under a sanitizer, where a process costs half a second to
+# begin and end, so does every suite but those APART, which look at a state that a process keeps.
 function(td_test name)
-  cmake_parse_arguments(ARG "PURE" "SHARDS" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "PURE;APART" "SHARDS" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT sources)
     message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
   endif()
   add_executable(test_${name} ${sources})
-  set_target_properties(test_${name} PROPERTIES TD_TEST ON)
+  td_for_tests(test_${name})
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  # Compiling the tests is the longest part of every build, and none of them is measured.
-  target_compile_options(test_${name} PRIVATE -O0)
   target_link_libraries(test_${name} PRIVATE ${ARG_DEPENDS} GTest::gtest)
-  target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <string> <vector>)
   # Each sanitizer is told of what the toolkit's own libraries do.
   set(support ${CMAKE_SOURCE_DIR}/tests/support)
   if(TD_SANITIZE MATCHES thread)
@@ -71,7 +98,7 @@ function(td_test name)
   else()
     set(environment "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0")
   endif()
-  if(ARG_PURE)
+  if(ARG_PURE OR (TD_SANITIZE AND NOT ARG_APART))
     set(shards 1)
     if(ARG_SHARDS)
       set(shards ${ARG_SHARDS})

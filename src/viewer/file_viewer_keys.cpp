@@ -90,9 +90,9 @@ void CViewer::setTabWidth(int width) {
 }
 
 void CViewer::selectEncoding() {
-  TDEditor::FormatChoice choice{file_.encoding(), file_.textStart() > 0};
-  TDEditor::CFormatSelectDlg dialog(" Select File Encoding ", choice);
-  if (dialog.ask(choice)) setEncoding(choice.encoding);
+  TextForm form{file_.encoding(), file_.textStart() > 0};
+  TDEditor::CFormatSelectDlg dialog(" Select File Encoding ", form);
+  if (dialog.ask(form)) setEncoding(form.encoding);
 }
 
 void CViewer::nextCodePage() {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 
 #include "editor/text/text_saver.h"
 #include "foundation/file_mode_mask.h"
@@ -61,10 +62,29 @@ TEST_F(CreatedFileTest, AnotherFileOfThatNameStays) {
 TEST_F(CreatedFileTest, ANameThatIsTakenIsRefused) {
   dir.write("new", "text");
   EXPECT_EQ(create(), EEXIST);
-  ASSERT_EQ(unlink(dir.path("new").c_str()), 0);
-  dir.link("nowhere", "new");
-  EXPECT_EQ(create(), EEXIST);
   created.removeIfEmpty();
+  EXPECT_EQ(dir.read("new"), "text");
+}
+
+TEST_F(CreatedFileTest, ALinkThatLeadsNowhereStaysAndItsFileIsMade) {
+  dir.makeDir("sub");
+  dir.link("second", "new");
+  dir.link("sub/real", "second");
+  ASSERT_EQ(create(), 0);
+  EXPECT_EQ(dir.read("sub/real"), "");
+  EXPECT_EQ(std::filesystem::read_symlink(dir.path("new")), "second");
+  EXPECT_EQ(std::filesystem::read_symlink(dir.path("second")), "sub/real");
+  created.removeIfEmpty();
+  EXPECT_EQ(dir.names(), (Names{"new", "second", "sub"}));
+  EXPECT_EQ(access(dir.path("sub/real").c_str(), F_OK), -1);
+}
+
+TEST_F(CreatedFileTest, ALinkIntoNoDirectoryOrToItselfSaysSo) {
+  dir.link("missing/real", "new");
+  EXPECT_EQ(create(), ENOENT);
+  ASSERT_EQ(unlink(dir.path("new").c_str()), 0);
+  dir.link("new", "new");
+  EXPECT_EQ(create(), ELOOP);
   EXPECT_EQ(dir.names(), Names{"new"});
 }
 

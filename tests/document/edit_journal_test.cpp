@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 
 #include "editor/text/text_saver.h"
 #include "foundation/data_paths.h"
@@ -268,6 +269,30 @@ TEST_F(EditJournalTest, WithoutAHomeStepsAreAnErrorOnceASecond) {
   EXPECT_EQ(journal.flush(), 0);
   EXPECT_EQ(readJournal(dir.read("home/edit/" + journals().at(0)))->steps.size(),
             EditJournal::MostWaiting);
+}
+
+TEST_F(EditJournalTest, AStepThatFindsNoMemoryIsAnErrorAndIsWrittenOnceThereIsSome) {
+  {
+    EditJournal journal(clock);
+    journal.begin(base());
+    journal.add(stepOf("before"));
+    ASSERT_EQ(journal.flush(), 0);
+    bool hasMemory = false;
+    EXPECT_EQ(journal.add({},
+                          [&hasMemory] {
+                            if (!hasMemory) throw std::bad_alloc();
+                            return std::string("huge");
+                          }),
+              0);
+    EXPECT_EQ(journal.flush(), ENOMEM);
+    EXPECT_EQ(readJournal(dir.read("home/edit/" + journals().at(0)))->steps.size(), 1U);
+    hasMemory = true;
+    EXPECT_EQ(journal.flush(), 0);
+  }
+  const std::vector<LeftJournal> left = found();
+  ASSERT_EQ(left.size(), 1U);
+  ASSERT_EQ(left[0].content().steps.size(), 2U);
+  EXPECT_EQ(left[0].content().steps[1].bytes, "huge");
 }
 
 TEST_F(EditJournalTest, WhicheverCallFailsTheStepsBeforeStayAndThoseAfterFollow) {

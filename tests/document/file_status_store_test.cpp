@@ -29,7 +29,7 @@ TEST(FileStatusStore, ANewRecordForcesNothing) {
   EXPECT_EQ(record.topLine, 0);
   EXPECT_EQ(record.viewerPosition, HISTREC::Unset);
   EXPECT_EQ(record.format, TextFormat::Undetermined);
-  for (const StoredPlace& place : record.bookmarks) EXPECT_EQ(place.index, HISTREC::Unset);
+  for (const TextPlace& place : record.bookmarks) EXPECT_EQ(place.index, HISTREC::Unset);
   EXPECT_TRUE(record.steps.empty());
 }
 

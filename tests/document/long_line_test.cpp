@@ -173,6 +173,34 @@ TEST(LongLine, IsSearchedAStretchAtATime) {
   }
 }
 
+TEST(LongLine, IsNotReadToBeChangedWithOthers) {
+  Document document;
+  const std::string bytes = std::string(300000, 'x') + "\na\n" + std::string(300000, 'y');
+  ASSERT_TRUE(document.load(bytes, Utf8));
+  int64_t read = 0;
+  const TextSpan changed =
+      document.span({0, 0}, document.end()).changed(299999, [&read](const std::wstring& line) {
+        read += std::ssize(line);
+        return std::optional<std::wstring>(L"b" + line);
+      });
+  EXPECT_EQ(read, 1);
+  document.replace({0, 0}, document.end(), changed);
+  EXPECT_EQ(writtenBytes(document), std::string(300000, 'x') + "\nba\n" + std::string(300000, 'y'));
+}
+
+TEST(LongLine, KeepsItsIndentWhileOthersMove) {
+  Document document;
+  const std::string bytes = std::string(300000, ' ') + "x\na\n";
+  ASSERT_TRUE(document.load(bytes, Utf8));
+  for (const int64_t delta : {100, -100}) {
+    EXPECT_FALSE(indentChange(document, 0, 1, delta, 8)) << delta;
+  }
+  const auto change = indentChange(document, 0, 2, 1, 8);
+  ASSERT_TRUE(change);
+  document.replace(change->from, change->to, change->text);
+  EXPECT_EQ(writtenBytes(document), std::string(300000, ' ') + "x\n a\n");
+}
+
 TEST(LongLine, TakesCutsAndReplacementsButNoTyping) {
   Document document;
   ASSERT_TRUE(document.load(std::string(70000, 'x') + "\n", Utf8));

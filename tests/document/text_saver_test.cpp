@@ -146,6 +146,22 @@ TEST_F(TextSaverTest, AFileWithTwoNamesKeepsBoth) {
   expectOnlyTheFile();
 }
 
+TEST_F(TextSaverTest, OverwritingTellsHowFarItIsAndIsNotStopped) {
+  ASSERT_EQ(::link(dir.path("work/file").c_str(), dir.path("other").c_str()), 0);
+  open();
+  const int64_t size = std::ssize(NewText);
+  std::vector<int64_t> told;
+  const auto overwriting = [&](int64_t done, int64_t total) {
+    EXPECT_EQ(total, size);
+    told.push_back(done);
+    return false;
+  };
+  expectSaved(saver.save(textOf(NewText), ReadOnlyFile::Refuse, overwriting), NewText);
+  ASSERT_GT(told.size(), 1U);
+  EXPECT_LT(told.front(), size);
+  EXPECT_EQ(told.back(), size);
+}
+
 TEST_F(TextSaverTest, AFileOfAnotherOwnerStaysHis) {
   if (!isRoot()) GTEST_SKIP() << "only root can give files away";
   ASSERT_EQ(chown(dir.path("work/file").c_str(), 0, 0), 0);

@@ -43,6 +43,23 @@ TEST_F(BlockCommands, CutTakesTheBlockAway) {
   }
 }
 
+TEST_F(BlockCommands, ACutThatWouldJoinLinesToOneThatIsTooLongDoesNothing) {
+  const std::string text = std::string(40000, 'x') + "ab\ncd" + std::string(30000, 'y');
+  Edit edit(text);
+  edit.mark({0, 0}, {0, 1});
+  edit.key(Key::F5);
+  for (const Key::Code key : {Key::F4, Key::ShiftF4, Key::ctrl('x')}) {
+    edit.mark({0, 40000}, {1, 2});
+    edit.key(key);
+    EXPECT_EQ(edit.text(), text);
+    EXPECT_EQ(desktopText(), "x");
+  }
+  EXPECT_FALSE(edit.editor.isModified);
+  edit.mark({0, 20000}, {1, 2});
+  edit.key(Key::F4);
+  EXPECT_EQ(edit.editor.document.lineLength(0), 50000);
+}
+
 TEST_F(BlockCommands, WithoutABlockNothingIsCopiedOrCut) {
   Edit edit("one two");
   edit.mark({0, 0}, {0, 3});

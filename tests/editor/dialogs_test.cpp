@@ -39,29 +39,29 @@ class EditorDialogs : public UiTest {
     expectGoldenText(golden, shown);
   }
 
-  static FormatChoice choiceOf(TextFormat format, bool mark = false, int page = 0) {
+  static TextForm formOf(TextFormat format, bool mark = false, int page = 0) {
     return {{format, page}, mark};
   }
 
-  // What the format dialog makes of `choice` with these keys and Enter.
-  FormatChoice asked(FormatChoice choice, std::initializer_list<Key::Code> keys) {
-    CFormatSelectDlg dialog(" Select File Encoding ", choice);
+  // What the format dialog makes of `form` with these keys and Enter.
+  TextForm asked(TextForm form, std::initializer_list<Key::Code> keys) {
+    CFormatSelectDlg dialog(" Select File Encoding ", form);
     queueKeys(keys);
     queueKey(Key::Enter);
-    EXPECT_TRUE(dialog.ask(choice));
-    return choice;
+    EXPECT_TRUE(dialog.ask(form));
+    return form;
   }
 };
 
 }  // namespace
 
 TEST_F(EditorDialogs, TheFormatDialogLooksAsItShould) {
-  CFormatSelectDlg dialog(" Select File Encoding ", choiceOf(TextFormat::Utf8));
+  CFormatSelectDlg dialog(" Select File Encoding ", formOf(TextFormat::Utf8));
   expectGolden("format_dialog");
 }
 
 TEST_F(EditorDialogs, TheSaveAsDialogLooksAsItShould) {
-  CSaveAsDlg dialog(L"/home/user/notes.txt", choiceOf(TextFormat::Utf16Be, true));
+  CSaveAsDlg dialog(L"/home/user/notes.txt", formOf(TextFormat::Utf16Be, true));
   EXPECT_EQ(dialog.focus(), 7);
   expectGolden("save_as_dialog");
 }
@@ -70,86 +70,85 @@ TEST_F(EditorDialogs, EveryFormatComesBackAsItWent) {
   for (const TextFormat format : {TextFormat::Utf32Le, TextFormat::Utf32Be, TextFormat::Utf16Le,
                                   TextFormat::Utf16Be, TextFormat::Utf8, TextFormat::CodePage}) {
     for (const bool mark : {false, true}) {
-      const FormatChoice choice = asked(choiceOf(format, mark, 1252), {});
-      EXPECT_EQ(choice.encoding.format, format);
-      EXPECT_EQ(choice.hasMark, mark);
+      const TextForm form = asked(formOf(format, mark, 1252), {});
+      EXPECT_EQ(form.encoding.format, format);
+      EXPECT_EQ(form.hasMark, mark);
     }
   }
-  EXPECT_EQ(asked(choiceOf(TextFormat::CodePage, false, 1252), {}).encoding.page, 1252);
+  EXPECT_EQ(asked(formOf(TextFormat::CodePage, false, 1252), {}).encoding.page, 1252);
 }
 
 TEST_F(EditorDialogs, TheDefaultPageIsShownByItsNumber) {
-  CFormatSelectDlg dialog(" Select File Encoding ", choiceOf(TextFormat::CodePage));
+  CFormatSelectDlg dialog(" Select File Encoding ", formOf(TextFormat::CodePage));
   EXPECT_EQ(inside(dialog, 45, 1, 5), L"850  ");
 }
 
 TEST_F(EditorDialogs, AChangeToWideUnitsSetsTheMarkAndTheWayBackRestoresIt) {
-  const FormatChoice wide = asked(choiceOf(TextFormat::Utf8), {Key::Down});
+  const TextForm wide = asked(formOf(TextFormat::Utf8), {Key::Down});
   EXPECT_EQ(wide.encoding.format, TextFormat::Utf16Le);
   EXPECT_TRUE(wide.hasMark);
-  EXPECT_FALSE(asked(choiceOf(TextFormat::Utf8), {Key::Down, Key::Up}).hasMark);
-  EXPECT_TRUE(asked(choiceOf(TextFormat::Utf16Le, true), {Key::Up}).hasMark);
-  EXPECT_FALSE(asked(choiceOf(TextFormat::Utf16Le, false), {Key::Down, Key::Up}).hasMark);
+  EXPECT_FALSE(asked(formOf(TextFormat::Utf8), {Key::Down, Key::Up}).hasMark);
+  EXPECT_TRUE(asked(formOf(TextFormat::Utf16Le, true), {Key::Up}).hasMark);
+  EXPECT_FALSE(asked(formOf(TextFormat::Utf16Le, false), {Key::Down, Key::Up}).hasMark);
 }
 
 TEST_F(EditorDialogs, HotLettersReachTheFormatsAndTheBoxes) {
-  const FormatChoice choice =
-      asked(choiceOf(TextFormat::Utf8), {Key::alt('3'), Key::alt('e'), Key::alt('b')});
-  EXPECT_EQ(choice.encoding.format, TextFormat::Utf32Be);
-  EXPECT_FALSE(choice.hasMark);  // set by the change, taken off by its letter
-  EXPECT_EQ(asked(choiceOf(TextFormat::Utf8), {Key::alt('c'), Key::alt('p'), '4', '3', '7'})
-                .encoding.page,
-            437);
+  const TextForm form =
+      asked(formOf(TextFormat::Utf8), {Key::alt('3'), Key::alt('e'), Key::alt('b')});
+  EXPECT_EQ(form.encoding.format, TextFormat::Utf32Be);
+  EXPECT_FALSE(form.hasMark);  // set by the change, taken off by its letter
+  EXPECT_EQ(
+      asked(formOf(TextFormat::Utf8), {Key::alt('c'), Key::alt('p'), '4', '3', '7'}).encoding.page,
+      437);
 }
 
 TEST_F(EditorDialogs, AnUnknownCodePageKeepsTheDialogOpen) {
-  const FormatChoice choice =
-      asked(choiceOf(TextFormat::CodePage, false, 437),
+  const TextForm form =
+      asked(formOf(TextFormat::CodePage, false, 437),
             {Key::alt('p'), '9', '9', '9', '9', '9', Key::Enter, Key::Enter, '1', '2', '5', '0'});
-  EXPECT_EQ(choice.encoding.page, 1250);
+  EXPECT_EQ(form.encoding.page, 1250);
 }
 
 TEST_F(EditorDialogs, AnUnknownPageThatIsNotUsedDoesNotMatter) {
-  const FormatChoice choice =
-      asked(choiceOf(TextFormat::Utf8), {Key::alt('p'), '9', '9', '9', '9', '9'});
-  EXPECT_EQ(choice.encoding.format, TextFormat::Utf8);
+  const TextForm form = asked(formOf(TextFormat::Utf8), {Key::alt('p'), '9', '9', '9', '9', '9'});
+  EXPECT_EQ(form.encoding.format, TextFormat::Utf8);
 }
 
 TEST_F(EditorDialogs, EscLeavesTheFormatAlone) {
-  FormatChoice choice = choiceOf(TextFormat::Utf8);
+  TextForm form = formOf(TextFormat::Utf8);
   Westring name = L"a.txt";
-  CSaveAsDlg dialog(name, choice);
+  CSaveAsDlg dialog(name, form);
   queueKeys({'b', Key::alt('6'), Key::Esc});
-  EXPECT_FALSE(dialog.ask(name, choice));
-  EXPECT_EQ(choice.encoding.format, TextFormat::Utf8);
-  EXPECT_FALSE(choice.hasMark);
+  EXPECT_FALSE(dialog.ask(name, form));
+  EXPECT_EQ(form.encoding.format, TextFormat::Utf8);
+  EXPECT_FALSE(form.hasMark);
   EXPECT_TRUE(sameName(name, L"a.txt"));
 }
 
 TEST_F(EditorDialogs, SaveAsTakesANameAndAFormat) {
-  FormatChoice choice = choiceOf(TextFormat::Utf8);
+  TextForm form = formOf(TextFormat::Utf8);
   Westring name = L"a.txt";
-  CSaveAsDlg dialog(name, choice);
+  CSaveAsDlg dialog(name, form);
   queueKeys({'b', '.', 'h', Key::alt('6'), Key::alt('n'), Key::End, 'h', Key::Enter});
-  EXPECT_TRUE(dialog.ask(name, choice));
+  EXPECT_TRUE(dialog.ask(name, form));
   EXPECT_TRUE(sameName(name, L"b.hh"));
-  EXPECT_EQ(choice.encoding.format, TextFormat::Utf16Le);
-  EXPECT_TRUE(choice.hasMark);
+  EXPECT_EQ(form.encoding.format, TextFormat::Utf16Le);
+  EXPECT_TRUE(form.hasMark);
 }
 
 TEST_F(EditorDialogs, SaveAsKeepsALongName) {
-  FormatChoice choice = choiceOf(TextFormat::Utf8);
+  TextForm form = formOf(TextFormat::Utf8);
   Westring name(L'x', 700);
-  CSaveAsDlg dialog(name, choice);
+  CSaveAsDlg dialog(name, form);
   queueKeys({Key::End, 'y', Key::Enter});
-  EXPECT_TRUE(dialog.ask(name, choice));
+  EXPECT_TRUE(dialog.ask(name, form));
   EXPECT_EQ(name.length(), 700);
 }
 
 TEST_F(EditorDialogs, TheEndOfTheProgramLeavesEverythingAsItWas) {
   const EndRequest end;
-  FormatChoice choice = choiceOf(TextFormat::Utf8);
-  EXPECT_FALSE(CFormatSelectDlg(" Select File Encoding ", choice).ask(choice));
+  TextForm form = formOf(TextFormat::Utf8);
+  EXPECT_FALSE(CFormatSelectDlg(" Select File Encoding ", form).ask(form));
   SearchValues values;
   EXPECT_FALSE(askSearch(values, SearchDialogUse::Search));
   Estring list = "437";

@@ -24,7 +24,8 @@ TEST(EditCommands, NoKeyMeansTwoOfThem) {
   std::map<std::pair<Key::Code, int>, std::string_view> owners;
   for (const EditCommand& command : allEditCommands()) {
     for (const Key::Code code : command.codes) {
-      const auto [owner, isNew] = owners.emplace(std::pair(code, command.modifiers), command.name);
+      const auto [owner, isNew] =
+          owners.emplace(std::pair(code, command.traits.modifiers), command.name);
       EXPECT_TRUE(isNew) << code << ": " << owner->second << ", " << command.name;
     }
   }
@@ -33,7 +34,7 @@ TEST(EditCommands, NoKeyMeansTwoOfThem) {
 TEST(EditCommands, ARowForHeldModifiersIsFoundBeforeThePlainOne) {
   for (const EditCommand& command : allEditCommands()) {
     for (const Key::Code code : command.codes) {
-      EXPECT_EQ(findEditCommand(code, command.modifiers), &command) << command.name;
+      EXPECT_EQ(findEditCommand(code, command.traits.modifiers), &command) << command.name;
     }
   }
 }

@@ -1,6 +1,9 @@
 #include <fcntl.h>
 
+#include <filesystem>
+
 #include "editor/file_edit_test.h"
+#include "editor/scarce_memory.h"
 #include "support/as_user.h"
 #include "support/fault_hook.h"
 
@@ -72,6 +75,14 @@ TEST_F(LoadFile, ANewFileThatWasNeverSavedGoesAgain) {
   EXPECT_EQ(readFile(path("used")), "theirs");
 }
 
+TEST_F(LoadFile, ALinkThatLeadsNowhereStaysALinkAndItsFileIsMade) {
+  dir.link("target", "link");
+  answering({{"Create?", {Key::Enter}}, {"Edit: ", {'x', Key::F2, Key::Esc}}},
+            [&] { editFile(decodeFileName(path("link").c_str())); });
+  EXPECT_EQ(readFile(path("target")), "x");
+  EXPECT_EQ(std::filesystem::read_symlink(path("link")), "target");
+}
+
 TEST_F(LoadFile, AFileThatCannotBeMadeSaysWhy) {
   bool loaded = true;
   answering({{"Create?", {Key::Enter}}, {"Unable to create file: No such file", {Key::Enter}}},
@@ -99,6 +110,26 @@ TEST_F(LoadFile, EscEndsALongLoadAndThereIsNothingToEdit) {
   FileEdit edit(path("long"));
   EXPECT_FALSE(edit.loaded);
   EXPECT_EQ(console->eventCount(), 0);
+}
+
+TEST_F(LoadFile, WithoutMemoryForItsLinesAFileIsTooLarge) {
+  constexpr size_t Size = size_t{16} << 20, Least = size_t{1} << 20;
+  file("lines", std::string(Size, '\n'));
+  const std::string name = file("a.txt", "one");
+  {
+    const ScarceMemory memory(Least, Size);  // the bytes themselves find room
+    expectRefused("lines", "File is too large to edit");
+  }
+  EXPECT_TRUE(ScarceMemory::hasRefused());
+  // A text that stands there stays.
+  FileEdit edit(name);
+  writeFile(name, std::string(Size, '\n'));
+  answering({{"File is too large to edit", {Key::Enter}}}, [&] {
+    const ScarceMemory memory(Least, Size);
+    EXPECT_FALSE(reloadFile(edit.editor, {TextFormat::CodePage, 1252}));
+  });
+  EXPECT_EQ(edit.text(), "one");
+  EXPECT_EQ(edit.editor.document.encoding().format, TextFormat::Utf8);
 }
 
 TEST_F(LoadFile, AFileThatDoesNotTellItsSizeIsReadToItsEnd) {

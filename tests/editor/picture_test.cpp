@@ -266,7 +266,7 @@ TEST_F(EditorColours, AfterEveryCommandTheScreenIsWhatAFullRepaintMakesOfIt) {
                           editOptionCommands}) {
     for (const EditCommand& command : room()) {
       for (const Key::Code code : command.codes) {
-        keys.push_back({code, command.modifiers | (code.has(Key::ShiftedKey) ? Shift : 0)});
+        keys.push_back({code, command.traits.modifiers | (code.has(Key::ShiftedKey) ? Shift : 0)});
       }
     }
   }

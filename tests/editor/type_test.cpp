@@ -1,4 +1,5 @@
 #include "editor/editor_test.h"
+#include "editor/window/type_commands.h"
 
 namespace {
 
@@ -115,6 +116,14 @@ TEST_F(EditorType, TheQuotedKeyIsTextWhateverItIs) {
   press({Key::ctrl('q'), Key::Esc, Key::ctrl('q'), Key::ctrl('b'), Key::ctrl('q'),
          Key::CtrlBackspace});
   EXPECT_EQ(bytes(), "\x1b\x02\x7f");
+}
+
+TEST_F(EditorType, AQuotedNulIsIgnored) {
+  open("ab");
+  press({{Key::ShiftRight, Shift}});
+  insertQuoted(editor(), L'\0');
+  EXPECT_EQ(bytes(), "ab") << "what is marked stays";
+  EXPECT_FALSE(editor().isModified);
 }
 
 TEST_F(EditorType, QuotedLineEndsSplitTheLineWithThatVeryEnd) {

@@ -40,16 +40,16 @@ bool isWide(int radio) {
 
 namespace TDEditor {
 
-CFormatSelectDlg::CFormatSelectDlg(const char* title, const FormatChoice& choice, int rowsAbove)
+CFormatSelectDlg::CFormatSelectDlg(const char* title, const TextForm& form, int rowsAbove)
     : Dialog(-1, UpperThird, Columns, Rows + rowsAbove, colourOf(Colour::Messages)),
       firstRow_(1 + rowsAbove),
-      openedWith_(radioOf(choice.encoding.format)),
-      openingMark_(choice.hasMark),
+      openedWith_(radioOf(form.encoding.format)),
+      openingMark_(form.hasMark),
       radio_(openedWith_),
       lastRadio_(openedWith_),
-      page_(resolvedPage(choice.encoding.page)),
-      mark_(choice.hasMark),
-      bigEndian_(isBigEndian(choice.encoding.format)) {
+      page_(resolvedPage(form.encoding.page)),
+      mark_(form.hasMark),
+      bigEndian_(isBigEndian(form.encoding.format)) {
   BatchScope batch;
   putFrameTitle(title);
   setHotChars(HotChars, sizeof HotChars - 1);
@@ -100,12 +100,12 @@ bool CFormatSelectDlg::pageIsThere() {
   return false;
 }
 
-bool CFormatSelectDlg::ask(FormatChoice& choice) {
+bool CFormatSelectDlg::ask(TextForm& form) {
   do {
     const Key::Code key = run();
     if (key == Key::Esc || key == ProgramEnds) return false;
   } while (!pageIsThere());
-  choice = {chosenEncoding(), mark_};
+  form = {chosenEncoding(), mark_};
   return true;
 }
 

@@ -10,8 +10,8 @@ constexpr int NameWidth = 50, NameLength = 512;
 
 namespace TDEditor {
 
-CSaveAsDlg::CSaveAsDlg(const Westring& name, const FormatChoice& choice)
-    : CFormatSelectDlg(" Save As ", choice, MoreRows), name_(name) {
+CSaveAsDlg::CSaveAsDlg(const Westring& name, const TextForm& form)
+    : CFormatSelectDlg(" Save As ", form, MoreRows), name_(name) {
   BatchScope batch;
   // A longer name stays whole; only typing is limited.
   const int longest = std::max(NameLength, name_.length());
@@ -21,8 +21,8 @@ CSaveAsDlg::CSaveAsDlg(const Westring& name, const FormatChoice& choice)
   setFocus(field);
 }
 
-bool CSaveAsDlg::ask(Westring& name, FormatChoice& choice) {
-  if (!CFormatSelectDlg::ask(choice)) return false;
+bool CSaveAsDlg::ask(Westring& name, TextForm& form) {
+  if (!CFormatSelectDlg::ask(form)) return false;
   name = name_;
   return true;
 }

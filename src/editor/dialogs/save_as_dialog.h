@@ -7,10 +7,10 @@ namespace TDEditor {
 // Asks for a name beside the format.
 class CSaveAsDlg : public CFormatSelectDlg {
  public:
-  CSaveAsDlg(const Westring& name, const FormatChoice& choice);
+  CSaveAsDlg(const Westring& name, const TextForm& form);
 
   // As CFormatSelectDlg::ask. May be called again, and goes on with what was typed.
-  bool ask(Westring& name, FormatChoice& choice);
+  bool ask(Westring& name, TextForm& form);
 
  private:
   Westring name_;

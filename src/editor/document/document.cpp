@@ -23,12 +23,14 @@ bool Document::load(std::string bytes, const TextEncoding& encoding, size_t text
                     const Progress& progress) {
   ScannedText text = scanText(std::move(bytes), textStart, {encoding, false}, progress);
   if (text.isStopped) return false;
+  RunTree lines;
+  if (text.lines.lines > 0) lines = RunTree({std::move(text.lines)});
   clear();
   encoding_ = encoding;
   textStart_ = textStart;
   style_ = text.style == LineEndStyle::Unknown ? LineEndStyle::Lf : text.style;
   invalidLines_ = text.invalidLines;
-  if (text.lines.lines > 0) lines_ = RunTree({std::move(text.lines)});
+  lines_ = std::move(lines);
   if (text.rest.length > 0) last_ = std::move(text.rest);
   return true;
 }

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "editor/document/long_line.h"
-#include "editor/document/text_place.h"
 #include "editor/document/text_span.h"
 #include "editor/text/text_encoding.h"
+#include "editor/text/text_place.h"
 
 // Asked now and then by what may take long, often enough for a key to be felt; true stops.
 using StopAsked = std::function<bool()>;
@@ -42,7 +42,7 @@ class Document {
   Document& operator=(const Document&) = delete;
 
   // The text of `bytes` from `textStart` (behind the byte order mark) on. False when it was
-  // stopped: the document is as it was then.
+  // stopped: the document is as it was then, and also when there was no memory (std::bad_alloc).
   bool load(std::string bytes, const TextEncoding& encoding, size_t textStart = 0,
             const Progress& progress = {});
 

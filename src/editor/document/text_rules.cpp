@@ -196,9 +196,15 @@ std::optional<std::wstring> leadingIndent(const Document& document, TextPlace pl
   return {};
 }
 
+namespace {
+constexpr int WidestIndentStep = 100;
+constexpr size_t MostBytesOfACharacter = 4;
+// A line with more bytes is longer than a changed one may be, whatever its indent becomes.
+constexpr size_t MostIndentedBytes = (LongestEditedLine + WidestIndentStep) * MostBytesOfACharacter;
+}  // namespace
+
 int indentStep(int indentWidth) {
-  constexpr int Widest = 100;
-  return std::clamp(indentWidth, 1, Widest);
+  return std::clamp(indentWidth, 1, WidestIndentStep);
 }
 
 namespace {
@@ -225,13 +231,14 @@ std::optional<TextChange> indentChange(const Document& document, int64_t first, 
   int64_t looked = 0;
   bool anyChanged = false;
   bool stopped = false;
-  change.text = document.span(change.from, change.to).changed([&](const std::wstring& line) {
+  const auto changed = [&](const std::wstring& line) {
     stopped = stopped || isStopped(++looked, stop);
     std::optional<std::wstring> text;
     if (!stopped) text = indented(line, delta, tabWidth);
     anyChanged = anyChanged || text;
     return text;
-  });
+  };
+  change.text = document.span(change.from, change.to).changed(MostIndentedBytes, changed);
   return anyChanged && !stopped ? std::optional(change) : std::nullopt;
 }
 

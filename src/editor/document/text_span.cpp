@@ -72,15 +72,18 @@ TextSpan TextSpan::joined(const TextSpan& other) const {
   return result;
 }
 
-TextSpan TextSpan::changed(const LineChange& change) const {
+TextSpan TextSpan::changed(size_t mostBytes, const LineChange& change) const {
   RunBuilder lines;
   forEachLine(lines_, [&](const LineWalk& line) {
-    if (const std::optional<std::wstring> text = change(line.text())) {
+    const bool isLong = line.bytes().text.size() > mostBytes;
+    const std::optional<std::wstring> text = isLong ? std::nullopt : change(line.text());
+    if (text) {
       lines.addLine(*text, line.lineEnd());
     } else {
       lines.addRun(line.asRun());
     }
   });
+  if (last_.length > mostBytes) return {lines.finish(), last_};
   const std::optional<std::wstring> last = change(last_.wholeText());
   return {lines.finish(), last ? newRun(*last) : last_};
 }

@@ -33,9 +33,10 @@ class TextSpan {
   // The text of both, one behind the other.
   TextSpan joined(const TextSpan& other) const;
   // The same lines with the texts that `change` gives for theirs; where it gives none, the line
-  // stays as it is. The line ends stay.
+  // stays as it is, and so does one of more than `mostBytes`, which isn't looked at. The line ends
+  // stay.
   using LineChange = std::function<std::optional<std::wstring>(const std::wstring& line)>;
-  TextSpan changed(const LineChange& change) const;
+  TextSpan changed(size_t mostBytes, const LineChange& change) const;
   // The bytes of a code page read as those of another one; characters that the old page lacks stay.
   TextSpan recoded(const TextEncoding& from, const TextEncoding& to) const;
 

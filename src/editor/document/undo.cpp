@@ -144,21 +144,14 @@ void EditHistory::clearSteps() {
 }
 
 namespace {
-StoredPlace stored(TextPlace place) {
-  return {place.line, place.index};
-}
-TextPlace restored(StoredPlace place) {
-  return {place.line, place.index};
-}
-
 // The newest steps that `room` has bytes for, oldest first.
 std::vector<StoredUndoItem> storeStack(const TUndoStack& stack, size_t& room) {
   std::vector<StoredUndoItem> items;
   for (int64_t i = stack.size() - 1; i >= 0; --i) {
     const UndoItem& item = stack[i];
     if (item.text.bytes() > room) break;
-    StoredUndoItem copy{item.text.stored(), stored(item.before), stored(item.after),
-                        stored(item.from),  stored(item.to),     item.command};
+    StoredUndoItem copy{item.text.stored(), item.before, item.after,
+                        item.from,          item.to,     item.command};
     const size_t bytes = copy.text.size() + sizeof copy;
     if (bytes > room) break;
     room -= bytes;
@@ -173,8 +166,8 @@ void restoreStack(const std::vector<StoredUndoItem>& items, TUndoStack& stack,
   stack.clear();
   for (const StoredUndoItem& item : items) {
     lastCommand = std::max({lastCommand, item.group, -item.group});
-    stack.push({TextSpan::fromStored(item.text), restored(item.before), restored(item.after),
-                restored(item.rangeStart), restored(item.rangeEnd), item.group});
+    stack.push({TextSpan::fromStored(item.text), item.before, item.after, item.rangeStart,
+                item.rangeEnd, item.group});
   }
 }
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "editor/text/file_content.h"
 #include "foundation/place.h"
@@ -15,13 +16,13 @@ class CreatedFile {
   CreatedFile(const CreatedFile&) = delete;
   CreatedFile& operator=(const CreatedFile&) = delete;
 
-  // Makes it, empty, and tells what was made as if it had been read. 0 or errno: EEXIST for a name
-  // that was taken, also by a link that leads nowhere.
+  // Makes it, empty, and tells what was made as if it had been read. Where the path is a link that
+  // leads nowhere, what that names is made. 0 or errno: EEXIST for a name that was taken.
   int create(const Westring& path, FileContent& content);
   void keep() { made_.reset(); }  // it was saved
   void removeIfEmpty();
 
  private:
-  Westring path_;
+  std::string path_;  // behind all links
   std::optional<FileId> made_;
 };

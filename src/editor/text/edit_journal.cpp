@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 
 #include "editor/text/edit_directory.h"
 #include "foundation/not_offered.h"
@@ -126,7 +127,12 @@ int EditJournal::flush() {
   if (!file_.valid()) {
     if (const int error = create()) return error;
   }
-  const int error = appendWaiting();
+  int error = 0;
+  try {
+    error = appendWaiting();
+  } catch (const std::bad_alloc&) {  // a paste is in memory once more as the bytes of its step
+    error = settle(ENOMEM);
+  }
   if (error == 0) waiting_.clear();
   return error;
 }

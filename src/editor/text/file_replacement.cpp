@@ -4,10 +4,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <iterator>
 #include <limits>
 
 #include "editor/text/edit_directory.h"
-#include "editor/text/file_content.h"
 #include "foundation/file_mode_mask.h"
 #include "foundation/not_offered.h"
 #include "foundation/place.h"
@@ -167,12 +167,15 @@ int FileReplacement::openTarget(Descriptor& fd) {
 }
 
 int FileReplacement::fill(int fd, int from) {
-  const int copied = readParts(from, NoLimit, [fd](std::string_view part) {
+  int64_t done = 0;
+  const int copied = readParts(from, NoLimit, [&](std::string_view part) {
+    done += std::ssize(part);
     while (!part.empty()) {
       const ssize_t count = System::write(fd, part.data(), part.size());
       if (count <= 0) return count < 0 ? errno : EIO;
       part.remove_prefix(static_cast<size_t>(count));
     }
+    if (overwriting_) overwriting_(done, size_);
     return 0;
   });
   if (copied != 0) return copied;

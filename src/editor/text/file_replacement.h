@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "editor/text/file_content.h"
 #include "foundation/file_stamp.h"
 #include "foundation/file_unlock.h"
 #include "foundation/safe_file.h"
@@ -40,9 +41,10 @@ class PrivateFileWitness {
 // happened.
 class FileReplacement {
  public:
-  // `witness` may be null.
-  FileReplacement(ReplacedFile file, PrivateFileWitness* witness)
-      : target_(std::move(file)), witness_(witness) {}
+  // `witness` may be null. `overwriting` is told how much was copied over the file, where that has
+  // to be: nothing may stop it then, and what it says is ignored.
+  FileReplacement(ReplacedFile file, PrivateFileWitness* witness, FileProgress overwriting = {})
+      : target_(std::move(file)), witness_(witness), overwriting_(std::move(overwriting)) {}
 
   int begin();
   int write(std::string_view bytes);
@@ -68,6 +70,7 @@ class FileReplacement {
 
   ReplacedFile target_;
   PrivateFileWitness* witness_;
+  FileProgress overwriting_;
   WrittenPlace place_;
   SafeFile file_;
   FileUnlock unlock_;

@@ -6,26 +6,19 @@
 #include <vector>
 
 #include "editor/text/text_encoding.h"
+#include "editor/text/text_place.h"
 #include "foundation/file_stamp.h"
 #include "foundation/sorted_collection.h"
 #include "foundation/westring.h"
 
-// A place in the text of a file that is closed: what the file holds when it is opened again may end
-// before it. Counted from 0.
-struct StoredPlace {
-  int64_t line = 0;
-  int64_t index = 0;
-
-  friend bool operator==(const StoredPlace&, const StoredPlace&) = default;
-};
-
-// One step that can be taken back, without the document that it was made in.
+// One step that can be taken back, without the document that it was made in: that may end before a
+// place when the file is opened again.
 struct StoredUndoItem {
   std::string text;  // what the step took away, in the bytes that it had in the file
-  StoredPlace before;
-  StoredPlace after;
-  StoredPlace rangeStart;  // what the step put in
-  StoredPlace rangeEnd;
+  TextPlace before;
+  TextPlace after;
+  TextPlace rangeStart;  // what the step put in
+  TextPlace rangeEnd;
   int64_t group = 0;  // steps in a row with the same one go together; 0: on its own
 };
 
@@ -54,8 +47,8 @@ struct HISTREC {
   StoredUndo steps;
   FileStamp stamp;  // the file, when `steps` were put here
   int64_t viewerPosition = Unset;
-  std::array<StoredPlace, BookmarkCount> bookmarks;  // index Unset: none
-  TextFormat format = TextFormat::Undetermined;      // that of a file that was only viewed
+  std::array<TextPlace, BookmarkCount> bookmarks;  // index Unset: none
+  TextFormat format = TextFormat::Undetermined;    // that of a file that was only viewed
   int page = 0;
 
  private:

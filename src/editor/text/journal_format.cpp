@@ -73,7 +73,7 @@ class PayloadReader {
     rest_.remove_prefix(NumberSize);
     return result;
   }
-  StoredPlace place() {
+  TextPlace place() {
     const int64_t line = number();
     return {line, number()};
   }
@@ -138,7 +138,7 @@ bool readSave(char kind, std::string_view payload, std::optional<JournalSave>& s
   return reader.good();
 }
 
-bool isPlace(const StoredPlace& place) {
+bool isPlace(const TextPlace& place) {
   return place.line >= 0 && place.index >= 0;
 }
 
@@ -204,7 +204,7 @@ std::string journalHead(const JournalBase& base) {
 void appendRecordHead(const JournalStep& step, std::string& out) {
   const char kind = static_cast<char>(step.kind);
   std::string numbers;
-  for (const StoredPlace& place : {step.from, step.to}) {
+  for (const TextPlace& place : {step.from, step.to}) {
     appendNumber(static_cast<uint64_t>(place.line), numbers);
     appendNumber(static_cast<uint64_t>(place.index), numbers);
   }

@@ -32,8 +32,8 @@ struct JournalStep {
   };
 
   Kind kind = Kind::Replace;
-  StoredPlace from;
-  StoredPlace to;
+  TextPlace from;
+  TextPlace to;
   int64_t value = 0;
   std::string bytes;
 

@@ -20,6 +20,12 @@ struct TextEncoding {
 bool operator==(const TextEncoding& a, const TextEncoding& b);
 int resolvedPage(int page);  // the default page for 0
 
+// How a text stands in a file.
+struct TextForm {
+  TextEncoding encoding;
+  bool hasMark = false;  // a byte order mark stands before it
+};
+
 int unitBytes(TextFormat format);            // 4, 2 or 1
 bool isBigEndian(TextFormat format);         // of more than one byte a unit, high byte first
 std::string_view markOf(TextFormat format);  // the byte order mark; "" where there is none

@@ -63,17 +63,20 @@ int TextSaver::look(Change& change, const FileProgress& progress) {
   return error == ECANCELED ? error : 0;
 }
 
-TextSaver::Outcome TextSaver::save(const Text& text, ReadOnlyFile readOnly) {
-  return saveTo({path_, seen_, known_.id, tellsSize_, readOnly}, text, SavedName::Same);
+TextSaver::Outcome TextSaver::save(const Text& text, ReadOnlyFile readOnly,
+                                   const FileProgress& overwriting) {
+  return saveTo({path_, seen_, known_.id, tellsSize_, readOnly}, text, SavedName::Same,
+                overwriting);
 }
 
 TextSaver::Outcome TextSaver::saveAs(const Westring& path, const FileStamp& seen, const Text& text,
-                                     ReadOnlyFile readOnly) {
-  return saveTo({path, seen, seen.id, true, readOnly}, text, SavedName::Another);
+                                     ReadOnlyFile readOnly, const FileProgress& overwriting) {
+  return saveTo({path, seen, seen.id, true, readOnly}, text, SavedName::Another, overwriting);
 }
 
-TextSaver::Outcome TextSaver::saveTo(const ReplacedFile& file, const Text& text, SavedName name) {
-  FileReplacement replacement(file, witness);
+TextSaver::Outcome TextSaver::saveTo(const ReplacedFile& file, const Text& text, SavedName name,
+                                     const FileProgress& overwriting) {
+  FileReplacement replacement(file, witness, overwriting);
   ContentHash hash;
   Outcome outcome;
   outcome.error = replacement.begin();

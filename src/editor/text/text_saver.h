@@ -42,11 +42,15 @@ class TextSaver {
   // Status::NotRegularFile; ECANCELED when it was stopped.
   int look(Change& change, const FileProgress& progress = {});
 
-  Outcome save(const Text& text, ReadOnlyFile readOnly = ReadOnlyFile::Refuse);
+  // `overwriting` is told how far it is where the file itself has to be overwritten; it can't stop
+  // that.
+  Outcome save(const Text& text, ReadOnlyFile readOnly = ReadOnlyFile::Refuse,
+               const FileProgress& overwriting = {});
   // To another file, which still has to be what `seen` says (lookAtFile). When that is done, it is
   // the file that belongs to the text.
   Outcome saveAs(const Westring& path, const FileStamp& seen, const Text& text,
-                 ReadOnlyFile readOnly = ReadOnlyFile::Refuse);
+                 ReadOnlyFile readOnly = ReadOnlyFile::Refuse,
+                 const FileProgress& overwriting = {});
 
   // Told of each save; null: nobody.
   PrivateFileWitness* witness = nullptr;
@@ -54,7 +58,8 @@ class TextSaver {
  private:
   enum class SavedName { Same, Another };
 
-  Outcome saveTo(const ReplacedFile& file, const Text& text, SavedName name);
+  Outcome saveTo(const ReplacedFile& file, const Text& text, SavedName name,
+                 const FileProgress& overwriting);
   void settle(const ReplacedFile& file);
 
   Westring path_;

@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "editor/document/edit_clipboard.h"
 #include "editor/document/text_rules.h"
 #include "editor/window/desktop_clipboard.h"
@@ -23,14 +25,25 @@ void copyBehind(CTextEditor& editor) {
   clipboard().append(editor.blockText(), editor.document.lineEndStyle());
 }
 
+// What was marked and isn't in the text any more; none where taking it out would join lines to one
+// that is too long.
+std::optional<TextSpan> takeBlock(CTextEditor& editor) {
+  editor.stickyMark = false;
+  if (!editor.hasBlock()) return {};
+  TextSpan text = editor.blockText();
+  editor.deleteSpan(editor.block.start, editor.block.end);
+  if (editor.hasBlock()) return {};
+  return text;
+}
+
 void cut(CTextEditor& editor) {
-  copy(editor);
-  if (editor.hasBlock()) editor.changeBlock({});
+  if (const auto text = takeBlock(editor)) clipboard().set(*text);
 }
 
 void cutBehind(CTextEditor& editor) {
-  copyBehind(editor);
-  if (editor.hasBlock()) editor.changeBlock({});
+  if (const auto text = takeBlock(editor)) {
+    clipboard().append(*text, editor.document.lineEndStyle());
+  }
 }
 
 void paste(CTextEditor& editor) {
@@ -55,10 +68,13 @@ EditCommands blockCommands() {
       {"Cut behind", {ShiftF4, CtrlShiftX}, cutBehind},
       {"Cut", {F4, ShiftDelete, ctrl('x')}, cut},
       {"Copy behind", {ShiftF5}, copyBehind},
-      {"Copy behind, still marked", {CtrlShiftInsert, CtrlShiftC}, copyBehind, BlockUse::Keeps},
+      {"Copy behind, still marked",
+       {CtrlShiftInsert, CtrlShiftC},
+       copyBehind,
+       {.block = BlockUse::Keeps}},
       {"Copy", {F5}, copy},
-      {"Copy, still marked", {CtrlInsert, ctrl('c')}, copy, BlockUse::Keeps},
+      {"Copy, still marked", {CtrlInsert, ctrl('c')}, copy, {.block = BlockUse::Keeps}},
       {"Paste", {F6, ShiftInsert, ctrl('v')}, paste},
-      {"Copy word", {ctrl('w')}, copyWord, BlockUse::Keeps},
+      {"Copy word", {ctrl('w')}, copyWord, {.block = BlockUse::Keeps}},
   };
 }

@@ -27,7 +27,7 @@ const EditCommands& allEditCommands() {
 const EditCommand* findEditCommand(Key::Code key, int modifiers) {
   const EditCommands& all = allEditCommands();
   const auto fits = [&](const EditCommand& row) {
-    return (row.modifiers & modifiers) == row.modifiers &&
+    return (row.traits.modifiers & modifiers) == row.traits.modifiers &&
            std::ranges::find(row.codes, key) != row.codes.end();
   };
   const auto found = std::ranges::find_if(all, fits);

@@ -19,14 +19,19 @@ enum class BlockUse {
 // Whether a command may wait for the user: what was changed before it is put aside first.
 enum class Asks { No, Yes };
 
+// What is special about a command.
+struct CommandTraits {
+  BlockUse block = BlockUse::Drops;
+  int modifiers = 0;  // ShiftState bits that must be held too, for a code that several keys have
+  Asks asks = Asks::No;
+};
+
 // One row of the table: all that is known of a command.
 struct EditCommand {
   std::string_view name;         // unique
   std::vector<Key::Code> codes;  // of the keys that run it
   void (*run)(CTextEditor&);
-  BlockUse block = BlockUse::Drops;
-  int modifiers = 0;  // ShiftState bits that must be held too, for a code that several keys have
-  Asks asks = Asks::No;
+  CommandTraits traits = {};
 };
 
 using EditCommands = std::vector<EditCommand>;

@@ -2,18 +2,6 @@
 
 #include "editor/window/text_editor.h"
 
-namespace {
-
-StoredPlace stored(TextPlace place) {
-  return {place.line, place.index};
-}
-
-TextPlace restored(StoredPlace place) {
-  return {place.line, place.index};
-}
-
-}  // namespace
-
 HISTREC* findRecord(const CTextEditor& editor) {
   return fileStatusStore().find(FileStatusStore::keyOfPath(editor.file.saver.path()));
 }
@@ -29,9 +17,7 @@ void takeView(CTextEditor& editor, const HISTREC& record) {
 }
 
 void takeSteps(CTextEditor& editor, const HISTREC& record) {
-  for (size_t i = 0; i < record.bookmarks.size(); ++i) {
-    editor.history.bookmarks[i] = restored(record.bookmarks[i]);
-  }
+  editor.history.bookmarks = record.bookmarks;
   editor.history.clearSteps();
   editor.stepsAreForeign = false;
   if (!(record.steps.encoding == editor.document.encoding())) return;
@@ -46,9 +32,7 @@ void storeRecord(const CTextEditor& editor) {
   record.cursorRow = editor.cursor().line - editor.view.top;
   record.cursorColumn = editor.cursorColumn() - editor.view.left;
   record.viewerPosition = HISTREC::Unset;
-  for (size_t i = 0; i < record.bookmarks.size(); ++i) {
-    record.bookmarks[i] = stored(editor.history.bookmarks[i]);
-  }
+  record.bookmarks = editor.history.bookmarks;
   const TextEncoding& encoding = editor.document.encoding();
   record.format = encoding.format;
   record.page = encoding.page;

@@ -98,13 +98,13 @@ void EditorPainter::paintRow(int64_t line) {
 // The cells of a line from the view's left edge to its right one, or to the line's end.
 CellString EditorPainter::visibleCells(int64_t line) {
   const int64_t left = editor_.view.left;
+  const int64_t right = left + editor_.columns();
   CellString all;
-  syntax_.colour(editor_.document, line, all);
-  const int64_t missing = left + editor_.columns() - all.length();
+  syntax_.colour(editor_.document, line, all, right);
   CellString cells = left < all.length() ? mid(all, static_cast<int>(left), editor_.columns())
                                          : CellString(colourOf(Colour::FileViewer));
   const TextPlace behind{line, EditorSyntax::MostCharacters};
-  if (missing > 0 && editor_.document.characterAt(behind) != 0) {
+  if (all.length() < right && editor_.document.characterAt(behind) != 0) {
     cells.append(plainCells(line, std::max<int64_t>(left, all.length())));
   }
   return cells;

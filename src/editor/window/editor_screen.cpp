@@ -77,13 +77,13 @@ void EditorScreen::performKey(Key::Code key, int shiftState) {
   }
   const EditCommand* command = findEditCommand(key, shiftState);
   if (command) {
-    if (command->asks == Asks::Yes) editor_.file.journal.flush();
+    if (command->traits.asks == Asks::Yes) editor_.file.journal.flush();
     command->run(editor_);
     editor_.endTyping();
   } else if (const wchar_t character = characterOf(key); character != 0) {
     insertCharacter(editor_, character);
   }
-  afterCommand(command ? command->block : BlockUse::Drops, shiftState, anchor);
+  afterCommand(command ? command->traits.block : BlockUse::Drops, shiftState, anchor);
 }
 
 void EditorScreen::afterCommand(BlockUse use, int shiftState, TextPlace anchor) {

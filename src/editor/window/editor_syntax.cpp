@@ -1,6 +1,7 @@
 #include "editor/window/editor_syntax.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "foundation/path_info.h"
 #include "options/options.h"
@@ -55,8 +56,11 @@ void EditorSyntax::pass(const Document& document, int64_t line) {
   if (active()) syntax_.skip(colouredPart(document, line));
 }
 
-void EditorSyntax::colour(const Document& document, int64_t line, CellString& out) {
-  syntax_.colour(colouredPart(document, line), out);
+void EditorSyntax::colour(const Document& document, int64_t line, CellString& out, int64_t cells) {
+  cells = std::min<int64_t>(cells, INT_MAX);
+  // Without colours nothing behind the cells matters.
+  const int64_t characters = active() ? MostCharacters : std::min(cells, MostCharacters);
+  syntax_.colour(document.slice(line, 0, characters), out, static_cast<int>(cells));
 }
 
 CellString EditorSyntax::plain(std::wstring_view text, int64_t textColumn, int64_t column) {

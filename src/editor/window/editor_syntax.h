@@ -34,8 +34,9 @@ class EditorSyntax {
   // Back to the start of the top line; each line from there on is passed or coloured, in order.
   void restart();
   void pass(const Document& document, int64_t line);
-  // `out` becomes the cells of the line's first MostCharacters characters.
-  void colour(const Document& document, int64_t line, CellString& out);
+  // `out` becomes the cells of the line's first MostCharacters characters: of all of them, or the
+  // first `cells` and perhaps a few more.
+  void colour(const Document& document, int64_t line, CellString& out, int64_t cells);
 
   // Cells without colours of a text whose first character stands at column `textColumn`, from
   // `column` on, which is that one or inside that character.

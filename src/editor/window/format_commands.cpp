@@ -36,12 +36,12 @@ void setEncoding(CTextEditor& editor, const TextEncoding& encoding) {
 }
 
 void selectEncoding(CTextEditor& editor) {
-  TDEditor::FormatChoice choice{editor.document.encoding(), editor.file.hasMark};
-  const TextEncoding before = choice.encoding;
-  if (!TDEditor::CFormatSelectDlg(" Select File Encoding ", choice).ask(choice)) return;
-  setEncoding(editor, choice.encoding);
-  const bool isDone = before == choice.encoding || editor.document.encoding() == choice.encoding;
-  if (isDone) setMark(editor, choice.hasMark);
+  TextForm form{editor.document.encoding(), editor.file.hasMark};
+  const TextEncoding before = form.encoding;
+  if (!TDEditor::CFormatSelectDlg(" Select File Encoding ", form).ask(form)) return;
+  setEncoding(editor, form.encoding);
+  const bool isDone = before == form.encoding || editor.document.encoding() == form.encoding;
+  if (isDone) setMark(editor, form.hasMark);
 }
 
 void chooseCodePages(CTextEditor& editor) {
@@ -80,8 +80,8 @@ void setMark(CTextEditor& editor, bool hasMark) {
 
 EditCommands formatCommands() {
   return {
-      {"Encoding", {Key::alt('e')}, selectEncoding, BlockUse::Drops, 0, Asks::Yes},
-      {"Code page list", {Key::alt('c')}, chooseCodePages, BlockUse::Drops, 0, Asks::Yes},
+      {"Encoding", {Key::alt('e')}, selectEncoding, {.asks = Asks::Yes}},
+      {"Code page list", {Key::alt('c')}, chooseCodePages, {.asks = Asks::Yes}},
       {"Next code page", {Key::alt('t')}, nextCodePage},
   };
 }

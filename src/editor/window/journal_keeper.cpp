@@ -1,30 +1,8 @@
 #include "editor/window/journal_keeper.h"
 
-#include <cerrno>
 #include <utility>
 
 #include "editor/text/edit_directory.h"
-#include "foundation/names.h"
-
-namespace {
-
-// Without a home that is as it must be, and a directory that can't be one would be told of in each
-// edit.
-bool isToBeTold(int error) {
-  static Westring toldDirectory;
-  const int made = makeEditDirectory();
-  if (made == ENOENT) return false;
-  if (made == 0 && error != ENOTDIR) return true;
-  if (sameName(toldDirectory, editDirectory())) return false;
-  toldDirectory = editDirectory();
-  return true;
-}
-
-StoredPlace stored(TextPlace place) {
-  return {place.line, place.index};
-}
-
-}  // namespace
 
 void JournalKeeper::begin(Document& document, JournalBase base) {
   journal_.begin(std::move(base));
@@ -33,8 +11,8 @@ void JournalKeeper::begin(Document& document, JournalBase base) {
 
 void JournalKeeper::onReplaced(TextPlace from, TextPlace to, const TextSpan& inserted) {
   JournalStep step;
-  step.from = stored(from);
-  step.to = stored(to);
+  step.from = from;
+  step.to = to;
   noted(journal_.add(std::move(step), [inserted] { return inserted.stored(); }));
 }
 
@@ -63,7 +41,7 @@ void JournalKeeper::onEncoding(const TextEncoding& encoding) {
 
 int JournalKeeper::untoldError() {
   const int error = std::exchange(error_, 0);
-  if (error == 0 || told_ || !isToBeTold(error)) return 0;
+  if (error == 0 || told_ || !editDirectoryFaults().isToBeTold(error)) return 0;
   told_ = true;
   return error;
 }

@@ -43,7 +43,7 @@ void saveAndLeave(CTextEditor& editor) {
 
 EditCommands leaveCommands() {
   return {
-      {"Leave", {Key::F10, Key::Esc}, leave, BlockUse::Keeps, 0, Asks::Yes},
+      {"Leave", {Key::F10, Key::Esc}, leave, {.block = BlockUse::Keeps, .asks = Asks::Yes}},
       {"Save and leave", {Key::ShiftF10}, saveAndLeave},
   };
 }

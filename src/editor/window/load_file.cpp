@@ -1,6 +1,8 @@
 #include "editor/window/load_file.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <new>
 
 #include "editor/text/text_file.h"
 #include "editor/window/edit_record.h"
@@ -9,6 +11,7 @@
 #include "editor/window/recovery.h"
 #include "editor/window/text_editor.h"
 #include "foundation/path_info.h"
+#include "foundation/status.h"
 #include "ui/alert.h"
 
 namespace {
@@ -68,12 +71,25 @@ void goToStart(CTextEditor& editor, const EditStart& start, const HISTREC* recor
   if (record) takeView(editor, *record);
 }
 
-// The text of a file that was read; false on Esc, with everything as it was.
-bool takeText(CTextEditor& editor, FileContent& content, const CTextFile& text) {
+// 0, ECANCELED on Esc, or Status::TooLarge without memory for what is known of the lines.
+int loadText(CTextEditor& editor, FileContent& content, const CTextFile& text) {
   FileWork work(Reading);
   const int64_t size = std::ssize(content.bytes);
   const auto progress = [&work, size](int64_t bytes) { return work.report(bytes, size); };
-  if (!editor.document.load(std::move(content.bytes), text.encoding, text.textStart, progress)) {
+  try {
+    return editor.document.load(std::move(content.bytes), text.encoding, text.textStart, progress)
+               ? 0
+               : ECANCELED;
+  } catch (const std::bad_alloc&) {
+    return Status::TooLarge;
+  }
+}
+
+// The text of a file that was read; false with everything as it was when there is none: the user
+// was told why, or wanted it so.
+bool takeText(CTextEditor& editor, FileContent& content, const CTextFile& text) {
+  if (const int error = loadText(editor, content, text)) {
+    if (error != ECANCELED) tell(errorText(error), editor.file.name);
     return false;
   }
   editor.file.isReadOnly = content.isReadOnly;

@@ -61,9 +61,9 @@ void selectWord(CTextEditor& editor) {
 
 EditCommands markCommands() {
   return {
-      {"Select all", {Key::ctrl('a')}, selectAll, BlockUse::Keeps},
-      {"Indent less", {Key::AltLeft}, indentLess, BlockUse::Keeps},
-      {"Indent more", {Key::AltRight}, indentMore, BlockUse::Keeps},
-      {"Sticky mark", {Key::alt('s')}, toggleStickyMark, BlockUse::Moves},
+      {"Select all", {Key::ctrl('a')}, selectAll, {.block = BlockUse::Keeps}},
+      {"Indent less", {Key::AltLeft}, indentLess, {.block = BlockUse::Keeps}},
+      {"Indent more", {Key::AltRight}, indentMore, {.block = BlockUse::Keeps}},
+      {"Sticky mark", {Key::alt('s')}, toggleStickyMark, {.block = BlockUse::Moves}},
   };
 }

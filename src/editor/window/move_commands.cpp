@@ -152,9 +152,10 @@ EditCommands moveCommands() {
       {"Start of the text", {Key::CtrlPageUp, Key::CtrlShiftPageUp}, textStart},
       {"End of the text", {Key::CtrlPageDown, Key::CtrlShiftPageDown}, textEnd},
   };
-  for (EditCommand& row : rows) row.block = BlockUse::Moves;
-  rows.push_back({"Matching bracket", {Key::alt('['), Key::alt('m')}, toBracket, BlockUse::Moves});
-  rows.push_back({"Scroll up", {Key::CtrlUp}, scrollUp, BlockUse::Jumps});
-  rows.push_back({"Scroll down", {Key::CtrlDown}, scrollDown, BlockUse::Jumps});
+  for (EditCommand& row : rows) row.traits.block = BlockUse::Moves;
+  rows.push_back(
+      {"Matching bracket", {Key::alt('['), Key::alt('m')}, toBracket, {.block = BlockUse::Moves}});
+  rows.push_back({"Scroll up", {Key::CtrlUp}, scrollUp, {.block = BlockUse::Jumps}});
+  rows.push_back({"Scroll down", {Key::CtrlDown}, scrollDown, {.block = BlockUse::Jumps}});
   return rows;
 }

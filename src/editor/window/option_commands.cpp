@@ -52,8 +52,8 @@ void repaint(CTextEditor& editor) {
 
 EditCommands editOptionCommands() {
   return {
-      {"Help", {Key::F1}, help, BlockUse::Keeps, 0, Asks::Yes},
-      {"Repaint", {Key::ctrl('l')}, repaint, BlockUse::Keeps},
+      {"Help", {Key::F1}, help, {.block = BlockUse::Keeps, .asks = Asks::Yes}},
+      {"Repaint", {Key::ctrl('l')}, repaint, {.block = BlockUse::Keeps}},
       {"OverStrike", {Key::Insert}, toggleOverStrike},
       {"AutoIndent", {Key::alt('i')}, toggleAutoIndent},
       {"Line ends", {Key::alt('u')}, toggleLineEnds},

@@ -13,10 +13,6 @@ namespace {
 
 enum class Found { Done, Restored, GivenUp };
 
-TextPlace restored(StoredPlace place) {
-  return {place.line, place.index};
-}
-
 void tell(const wchar_t* text, const std::string& path) {
   alert(text, decodeFileName(path.c_str()), AlertButtons::Ok, AlertColour::Error);
 }
@@ -24,8 +20,7 @@ void tell(const wchar_t* text, const std::string& path) {
 void makeAgain(CTextEditor& editor, const JournalStep& step) {
   switch (step.kind) {
     case JournalStep::Kind::Replace:
-      return editor.change(restored(step.from), restored(step.to),
-                           TextSpan::fromStored(step.bytes));
+      return editor.change(step.from, step.to, TextSpan::fromStored(step.bytes));
     case JournalStep::Kind::LineEnds:
       return editor.document.setLineEnds(step.value == static_cast<int64_t>(LineEndStyle::Lf)
                                              ? LineEndStyle::Lf

@@ -133,5 +133,5 @@ void replace(CTextEditor& editor) {
 }  // namespace
 
 EditCommands replaceCommands() {
-  return {{"Replace", {Key::F8}, replace, BlockUse::Drops, 0, Asks::Yes}};
+  return {{"Replace", {Key::F8}, replace, {.asks = Asks::Yes}}};
 }

@@ -32,7 +32,7 @@ void tellNotOpened(int error) {
 }
 
 // True when the text is in the file of that name.
-bool saveUnder(CTextEditor& editor, const Westring& name, const SavedForm& form) {
+bool saveUnder(CTextEditor& editor, const Westring& name, const TextForm& form) {
   const Westring path = typedPath(editor, name);
   FileStamp seen;
   const int error = path.empty() ? EINVAL : lookAtFile(path, seen);
@@ -51,12 +51,12 @@ bool saveUnder(CTextEditor& editor, const Westring& name, const SavedForm& form)
 }
 
 void saveAs(CTextEditor& editor) {
-  TDEditor::FormatChoice choice{editor.document.encoding(), editor.file.hasMark};
+  TextForm form{editor.document.encoding(), editor.file.hasMark};
   Westring name = editor.file.name;
-  TDEditor::CSaveAsDlg dialog(name, choice);
-  while (dialog.ask(name, choice)) {
+  TDEditor::CSaveAsDlg dialog(name, form);
+  while (dialog.ask(name, form)) {
     dialog.hide();
-    if (saveUnder(editor, name, {choice.encoding, choice.hasMark})) return;
+    if (saveUnder(editor, name, form)) return;
     dialog.unhide();
   }
 }
@@ -70,6 +70,6 @@ void save(CTextEditor& editor) {
 EditCommands saveCommands() {
   return {
       {"Save", {Key::F2, Key::ctrl('s')}, save},
-      {"Save as", {Key::F3}, saveAs, BlockUse::Drops, 0, Asks::Yes},
+      {"Save as", {Key::F3}, saveAs, {.asks = Asks::Yes}},
   };
 }

@@ -1,5 +1,7 @@
 #include "editor/window/save_file.h"
 
+#include <optional>
+
 #include "editor/text/file_status_store.h"
 #include "editor/window/edit_record.h"
 #include "editor/window/editor_painter.h"
@@ -22,11 +24,21 @@ void tell(const Westring& text, const std::string& path = {}) {
 // The text on its way to a file, and why it isn't there when it isn't.
 class Written {
  public:
-  Written(const CTextEditor& editor, const SavedForm& form) : editor_(editor), form_(form) {}
+  Written(const CTextEditor& editor, const TextForm& form) : editor_(editor), form_(form) {}
 
   TextSaver::Text text() {
     return [this](const TextSaver::Sink& sink) { return write(sink); };
   }
+  // A bar once it lasts to copy the text over the file itself. Esc is of no use then: half a copy
+  // would be the end of the file.
+  FileProgress overwriting() {
+    return [this](int64_t done, int64_t total) {
+      if (!overwriting_) overwriting_.emplace(Saving);
+      overwriting_->report(done, total);
+      return true;
+    };
+  }
+  void endWork() { overwriting_.reset(); }
   // The place of a character that the encoding can't hold.
   std::optional<TextPlace> refused() const {
     return result_.refused ? std::optional(result_.place) : std::nullopt;
@@ -45,8 +57,9 @@ class Written {
   }
 
   const CTextEditor& editor_;
-  const SavedForm& form_;
+  const TextForm& form_;
   Document::Written result_;
+  std::optional<FileWork> overwriting_;
 };
 
 // Whether the file may be replaced by the text, as far as others have changed it.
@@ -93,7 +106,7 @@ void tellFailure(CTextEditor& editor, const TextSaver::Outcome& outcome, const W
   tell(text + L". All of the text is in", outcome.wholeText);
 }
 
-void settle(CTextEditor& editor, const TextSaver::Outcome& outcome, const SavedForm& form) {
+void settle(CTextEditor& editor, const TextSaver::Outcome& outcome, const TextForm& form) {
   editor.document.setEncoding(form.encoding);
   editor.file.hasMark = form.hasMark;
   editor.isModified = false;
@@ -108,13 +121,15 @@ bool saveFile(CTextEditor& editor) {
   return saveFile(editor, {editor.document.encoding(), editor.file.hasMark});
 }
 
-bool saveFile(CTextEditor& editor, const SavedForm& form) {
+bool saveFile(CTextEditor& editor, const TextForm& form) {
   ReadOnlyFile readOnly = ReadOnlyFile::Refuse;
   if (!mayOverride(editor, readOnly)) return false;
   for (;;) {
     if (!mayReplace(editor)) return false;
     Written written(editor, form);
-    const TextSaver::Outcome outcome = editor.file.saver.save(written.text(), readOnly);
+    const TextSaver::Outcome outcome =
+        editor.file.saver.save(written.text(), readOnly, written.overwriting());
+    written.endWork();
     // It was changed just now.
     if (outcome.error == Status::ChangedMeanwhile) continue;
     if (outcome.error == 0) {
@@ -128,9 +143,11 @@ bool saveFile(CTextEditor& editor, const SavedForm& form) {
 }
 
 bool saveFileAs(CTextEditor& editor, const Westring& path, const FileStamp& seen,
-                const SavedForm& form) {
+                const TextForm& form) {
   Written written(editor, form);
-  const TextSaver::Outcome outcome = editor.file.saver.saveAs(path, seen, written.text());
+  const TextSaver::Outcome outcome = editor.file.saver.saveAs(
+      path, seen, written.text(), ReadOnlyFile::Refuse, written.overwriting());
+  written.endWork();
   if (!outcome.isOpened) tell(L"Unable to open: " + errorText(outcome.error));
   if (outcome.isOpened && outcome.error != 0) {
     tellFailure(editor, outcome, written, form.encoding);

@@ -105,11 +105,11 @@ SearchQuery queryOf(const SearchValues& values) {
 EditCommands searchCommands() {
   using namespace Key;
   return {
-      {"Search", {F7, ctrl('f')}, searchByDialog, BlockUse::Jumps, 0, Asks::Yes},
-      {"Search again", {ShiftF7}, searchAgain, BlockUse::Jumps},
-      {"Search the other way", {AltF7}, searchTheOtherWay, BlockUse::Jumps},
-      {"Search the word backward", {alt(',')}, searchWordBackward, BlockUse::Jumps},
-      {"Search the word forward", {alt('.')}, searchWordForward, BlockUse::Jumps},
-      {"Goto line", {alt('l')}, gotoLine, BlockUse::Moves, 0, Asks::Yes},
+      {"Search", {F7, ctrl('f')}, searchByDialog, {.block = BlockUse::Jumps, .asks = Asks::Yes}},
+      {"Search again", {ShiftF7}, searchAgain, {.block = BlockUse::Jumps}},
+      {"Search the other way", {AltF7}, searchTheOtherWay, {.block = BlockUse::Jumps}},
+      {"Search the word backward", {alt(',')}, searchWordBackward, {.block = BlockUse::Jumps}},
+      {"Search the word forward", {alt('.')}, searchWordForward, {.block = BlockUse::Jumps}},
+      {"Goto line", {alt('l')}, gotoLine, {.block = BlockUse::Moves, .asks = Asks::Yes}},
   };
 }

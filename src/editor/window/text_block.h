@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/document/text_place.h"
+#include "editor/text/text_place.h"
 
 // What is marked. Without `active` nothing is, and both ends are the anchor of the next block.
 struct TextBlock {

@@ -5,10 +5,10 @@
 #include <optional>
 
 #include "editor/document/document.h"
-#include "editor/document/text_place.h"
 #include "editor/document/text_rules.h"
 #include "editor/document/text_span.h"
 #include "editor/document/undo.h"
+#include "editor/text/text_place.h"
 #include "editor/window/edited_file.h"
 #include "editor/window/text_block.h"
 #include "ui/win.h"

@@ -112,6 +112,7 @@ void insertCharacter(CTextEditor& editor, wchar_t character) {
 }
 
 void insertQuoted(CTextEditor& editor, wchar_t character) {
+  if (character == 0) return;  // it would end a line, and not come back as one
   if (character != L'\r' && character != L'\n') return insertCharacter(editor, character);
   editor.stickyMark = false;
   editor.changeBlock(TextSpan::lineEnd({&character, 1}));
@@ -119,11 +120,11 @@ void insertQuoted(CTextEditor& editor, wchar_t character) {
 
 EditCommands typeCommands() {
   return {
-      {"Open a line above", {Key::Enter}, openAbove, BlockUse::Drops, ShiftState::Shift},
+      {"Open a line above", {Key::Enter}, openAbove, {.modifiers = ShiftState::Shift}},
       {"Split the line", {Key::Enter}, split},
       {"New line below", {Key::AltEnter}, splitAtEnd},
       {"Duplicate the line", {Key::ctrl('d')}, duplicateLine},
-      {"Character above", {Key::Space}, insertCharacterAbove, BlockUse::Drops, ShiftState::Ctrl},
+      {"Character above", {Key::Space}, insertCharacterAbove, {.modifiers = ShiftState::Ctrl}},
       {"Rest of the line above", {Key::AltSpace}, insertRestAbove},
       {"Quote the next key", {Key::ctrl('q')}, quoteNext},
   };
