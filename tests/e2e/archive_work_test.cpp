@@ -176,4 +176,27 @@ TEST_F(ArchiveWorkTest, ShiftF7MakesANewArchiveOfTheTagged) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(ArchiveWorkTest, AssociationsAndMacrosWorkWithACopyOfTheMember) {
+  home().makeDir(".tdx");
+  home().write(".tdx/td.ini", "[Viewer Associations]\n*.see : cat ! > " + right().path("seen") +
+                                  "\n[Associations]\n*.run : cat ! > " + right().path("ran") +
+                                  "\n");
+  left().write("a.see", "for the viewer");
+  left().write("b.run", "for Enter");
+  shell("zip -q pack.zip a.see b.run && rm a.see b.run");
+  start();
+  enter("pack.zip", "a.see");
+  moveTo("a.see");
+  press(XK_F3);
+  expectSoon("the viewer's output", [this] { return right().read("seen") == "for the viewer"; });
+  expectCursorOn("a.see");
+  moveTo("b.run");
+  press(XK_Return);
+  expectSoon("the program's output", [this] { return right().read("ran") == "for Enter"; });
+  expectCursorOn("b.run");
+  leaveArchive("pack.zip");
+  expectNoTemporaries();
+  EXPECT_EQ(quit(), 0);
+}
+
 }  // namespace
