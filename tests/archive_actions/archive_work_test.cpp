@@ -210,9 +210,8 @@ TEST_F(ArchiveWorkTest, ALinkInAnArchiveIsNeverFollowed) {
 }
 
 TEST_F(ArchiveWorkTest, OddNamesAreTakenOutAndPutBack) {
-  const std::vector<std::string> names = {"a b",          "[x]*?", "-dash",       "qu'o\"te",
-                                          "$HOME",        "a;b|c", "back\\slash", "\xc3\xa4",
-                                          "\xff\xfe raw", "%a %f"};
+  const std::vector<std::string> names = {"a b",   "[x]*?", "-dash",    "qu'o\"te",
+                                          "$HOME", "a;b|c", "\xc3\xa4", "%a %f"};
   for (const std::string& name : names) {
     dir.write("left/" + name, "odd " + name);
   }
