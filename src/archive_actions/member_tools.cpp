@@ -61,7 +61,7 @@ int nameExactly(const PrivateDirectory& directory, const FoundPlace& found,
 // The one file that the tool was to write: its path, or "" after it was told.
 Westring writtenFile(const PrivateDirectory& directory, const ToolOperand& file) {
   const std::string path = withoutRoot(bytePath(file.path));
-  const Westring wanted = joinPath(directory.path(), decodeFileName(path.c_str()));
+  Westring wanted = joinPath(directory.path(), decodeFileName(path.c_str()));
   FoundPlace found;
   int error = findWrittenFile(directory.fd(), path, NameMatch::Exact, found);
   if (error == 0) return wanted;
@@ -153,7 +153,7 @@ Westring updateMember(const ArchiveEntryStore& archive, const Westring& innerPat
   }
   const ToolResult result = runIn(copy.directory(), tool.command(target, tool.words(operand)),
                                   {L"Updating", lastComponent(innerPath), nullptr});
-  const Westring failure =
+  Westring failure =
       Westring(L"An error occurred updating ") + withCode(innerPath, archive.path(), result.code);
   if (result.end != ToolEnd::Ran || result.code > tool.highestCode()) return failure;
   if (tool.writesArchiveAnew()) {
