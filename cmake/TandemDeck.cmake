@@ -34,7 +34,8 @@ if(TD_SANITIZE)
 endif()
 
 # td_precompile(TARGET OWNER HEADER...): TARGET reads the headers from one precompiled file, which OWNER
-# makes. Only where another build goes without: that one shows what a source fails to include itself.
+# makes. For tests, and for sources only where another build goes without: that one shows what a source
+# fails to include itself.
 function(td_precompile target owner)
   if(target STREQUAL owner)
     target_precompile_headers(${target} PRIVATE ${ARGN})
@@ -43,8 +44,8 @@ function(td_precompile target owner)
   endif()
 endfunction()
 
-# td_for_tests(TARGET): compiling the tests is the longest part of every build, and none of them is
-# measured.
+# td_for_tests(TARGET): code of the tests. Compiling it is the longest part of every build, and none of it
+# is measured.
 function(td_for_tests target)
   set_target_properties(${target} PROPERTIES TD_TEST ON)
   target_compile_options(${target} PRIVATE -O0)

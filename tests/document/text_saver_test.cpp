@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 
 #include "foundation/data_paths.h"
 #include "foundation/file_mode_mask.h"
@@ -160,6 +161,19 @@ TEST_F(TextSaverTest, OverwritingTellsHowFarItIsAndIsNotStopped) {
   ASSERT_GT(told.size(), 1U);
   EXPECT_LT(told.front(), size);
   EXPECT_EQ(told.back(), size);
+}
+
+TEST_F(TextSaverTest, OverwritingGoesOnWhereItCannotBeTold) {
+  ASSERT_EQ(::link(dir.path("work/file").c_str(), dir.path("other").c_str()), 0);
+  open();
+  int told = 0;
+  const auto overwriting = [&told](int64_t, int64_t) -> bool {
+    ++told;
+    throw std::bad_alloc();
+  };
+  expectSaved(saver.save(textOf(NewText), ReadOnlyFile::Refuse, overwriting), NewText);
+  EXPECT_EQ(told, 1);
+  expectOnlyTheFile();
 }
 
 TEST_F(TextSaverTest, AFileOfAnotherOwnerStaysHis) {

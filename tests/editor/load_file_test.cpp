@@ -113,7 +113,7 @@ TEST_F(LoadFile, EscEndsALongLoadAndThereIsNothingToEdit) {
 }
 
 TEST_F(LoadFile, WithoutMemoryForItsLinesAFileIsTooLarge) {
-  constexpr size_t Size = size_t{16} << 20, Least = size_t{1} << 20;
+  constexpr size_t Size = size_t{2} << 20, Least = size_t{1} << 17;
   file("lines", std::string(Size, '\n'));
   const std::string name = file("a.txt", "one");
   {

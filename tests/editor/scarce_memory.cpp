@@ -24,17 +24,17 @@ bool ScarceMemory::hasRefused() {
   return refused;
 }
 
-void* operator new(size_t size) {
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
   if (size < refusedBelow && size >= refusedFrom) {
     refused = true;
-    throw std::bad_alloc();
+    return nullptr;
   }
-  if (void* block = std::malloc(size > 0 ? size : 1)) return block;
-  throw std::bad_alloc();
+  return std::malloc(size > 0 ? size : 1);
 }
 
-void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return size < refusedBelow && size >= refusedFrom ? nullptr : std::malloc(size > 0 ? size : 1);
+void* operator new(size_t size) {
+  if (void* block = operator new(size, std::nothrow)) return block;
+  throw std::bad_alloc();
 }
 
 void operator delete(void* block) noexcept {

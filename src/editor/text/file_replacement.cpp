@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <exception>
 #include <iterator>
 #include <limits>
 
@@ -166,6 +167,16 @@ int FileReplacement::openTarget(Descriptor& fd) {
   return isStillSeen(FileStamp::of(info), target_) ? 0 : Status::ChangedMeanwhile;
 }
 
+// Half the file is overwritten: what can't be shown mustn't end that.
+void FileReplacement::tellOverwriting(int64_t done) {
+  if (!overwriting_) return;
+  try {
+    overwriting_(done, size_);
+  } catch (const std::exception&) {
+    overwriting_ = {};
+  }
+}
+
 int FileReplacement::fill(int fd, int from) {
   int64_t done = 0;
   const int copied = readParts(from, NoLimit, [&](std::string_view part) {
@@ -175,7 +186,7 @@ int FileReplacement::fill(int fd, int from) {
       if (count <= 0) return count < 0 ? errno : EIO;
       part.remove_prefix(static_cast<size_t>(count));
     }
-    if (overwriting_) overwriting_(done, size_);
+    tellOverwriting(done);
     return 0;
   });
   if (copied != 0) return copied;

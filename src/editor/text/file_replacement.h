@@ -42,7 +42,8 @@ class PrivateFileWitness {
 class FileReplacement {
  public:
   // `witness` may be null. `overwriting` is told how much was copied over the file, where that has
-  // to be: nothing may stop it then, and what it says is ignored.
+  // to be: nothing may stop it then. What it says or throws is ignored; after a throw it isn't told
+  // any more.
   FileReplacement(ReplacedFile file, PrivateFileWitness* witness, FileProgress overwriting = {})
       : target_(std::move(file)), witness_(witness), overwriting_(std::move(overwriting)) {}
 
@@ -67,6 +68,7 @@ class FileReplacement {
   int overwrite();
   int openTarget(Descriptor& fd);
   int fill(int fd, int from);
+  void tellOverwriting(int64_t done);
 
   ReplacedFile target_;
   PrivateFileWitness* witness_;
