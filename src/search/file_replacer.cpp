@@ -189,6 +189,8 @@ ReplaceResult FileReplacer::replaceAll(const std::string& path, int source, cons
       case ScanResult::Found:
         break;
     }
+    // It has more than it tells, so nobody knows where it ends.
+    if (info.st_size == 0) return failed(Status::ChangedMeanwhile, path);
     const ReplaceResult result = writeHit(path, source, hit, copied, target);
     if (result != ReplaceResult::Done) return result;
     ++count;

@@ -194,6 +194,28 @@ TEST_F(FileReplacerTest, AFileThatChangesMeanwhileIsKept) {
   EXPECT_EQ(directory.names(), std::vector<std::string>{"f"});
 }
 
+// Its end isn't known, so nothing could tell whether the new file has all of it.
+TEST_F(FileReplacerTest, AFileThatHasMoreThanItTellsIsNeverMadeAnew) {
+  directory.write("f", "");
+  static std::string path;
+  path = directory.path("f");
+  static int opened;
+  opened = 0;
+  System::setHook(
+      [](const char* call, const char*, void*) {
+        if (strcmp(call, "openAt") == 0) ++opened;
+        if (strcmp(call, "readAt") == 0) writeFile(path, "old and more");
+        return 0;
+      },
+      nullptr);
+  EXPECT_EQ(run({}), ReplaceResult::Failed);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(error, Status::ChangedMeanwhile);
+  EXPECT_EQ(errorPath, path);
+  EXPECT_EQ(opened, 2) << "its directory and itself";
+  EXPECT_EQ(directory.read("f"), "old and more");
+}
+
 TEST_F(FileReplacerTest, StoppingBetweenBlocksLeavesTheFileWhole) {
   const std::string content = "old" + std::string(1 << 20, '.') + "old";
   for (int looks = 0; looks < 12; ++looks) {
@@ -212,8 +234,10 @@ TEST_F(FileReplacerTest, StoppingBetweenBlocksLeavesTheFileWhole) {
 }
 
 TEST_F(FileReplacerTest, WhateverCallFailsTheOldOrTheNewFileIsWhole) {
-  for (const Fault::Reach reach : {Fault::Reach::Once, Fault::Reach::SameName}) {
+  for (const Fault::Reach reach :
+       {Fault::Reach::Once, Fault::Reach::SameName, Fault::Reach::Below}) {
     for (int number = 1;; ++number) {
+      std::filesystem::remove(directory.path("f.td@@@.tmp"));
       directory.write("f", "an old text");
       Fault fault{.number = number, .error = ENOSPC, .reach = reach, .directory = directory.path()};
       System::setPlaceHook(Fault::onCall, &fault);
@@ -226,7 +250,7 @@ TEST_F(FileReplacerTest, WhateverCallFailsTheOldOrTheNewFileIsWhole) {
       const std::string content = directory.read("f");
       EXPECT_EQ(content, result == ReplaceResult::Done ? "an new text" : "an old text")
           << fault.call << " " << number;
-      const bool mayStay = fault.call == "unlinkAt" && reach == Fault::Reach::SameName;
+      const bool mayStay = fault.refused({"unlinkAt"}, directory.path());
       if (!mayStay) {
         EXPECT_EQ(directory.names(), std::vector<std::string>{"f"}) << fault.call;
       }
