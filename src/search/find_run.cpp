@@ -47,8 +47,10 @@ struct FindRun::Search : FindVisitor, ScanSink {
       walk.run(settings.starts);
     } else {
       const SearchedText text(settings.text, settings.rule, settings.wholeWord);
-      ring.emplace(text, stop, scannersFor(settings.scanners), *this);
+      ring.emplace(
+          text, [this] { return !going(); }, scannersFor(settings.scanners), *this);
       if (walk.run(settings.starts)) ring->finish();
+      ring->end();
       ring.reset();
     }
   }
@@ -78,7 +80,7 @@ struct FindRun::Search : FindVisitor, ScanSink {
       ring->put(name.path(), file.isLink);
     } else {
       file.path = name.path();
-      add(file);
+      if (going()) add(file);
     }
     return going();
   }
@@ -94,14 +96,16 @@ struct FindRun::Search : FindVisitor, ScanSink {
   // Whoever leaves the search behind takes the lock, so nothing is added from then on.
   void add(const FoundFile& file) {
     const MutexLock guard(lock);
-    if (stop) return;
+    if (isLeft || full) return;
     changed = true;
     if (store.add(file)) return;
     full = true;
     stop = true;
   }
 
+  // Asked by all threads for each name and each block.
   bool going() {
+    steps.fetch_add(1, std::memory_order_relaxed);
     if (breakRequested()) stop = true;
     return !stop;
   }
@@ -111,10 +115,14 @@ struct FindRun::Search : FindVisitor, ScanSink {
     if (news) news();
   }
 
+  void tellNothing() {
+    const MutexLock guard(lock);
+    news = nullptr;
+  }
+
   void leaveBehind() {
     const MutexLock guard(lock);
-    stop = true;
-    news = nullptr;
+    isLeft = true;
   }
 
   const FindSettings settings;
@@ -124,10 +132,13 @@ struct FindRun::Search : FindVisitor, ScanSink {
   std::atomic<bool> stop{false};
   std::atomic<bool> full{false};
   std::atomic<bool> changed{false};
+  std::atomic<bool> waiting{false};  // no step for BlinkMs
+  std::atomic<uint32_t> steps{0};
   EventSem ended;
   std::atomic<FindState> state{FindState::Running};
   mutable MutexSem lock;  // guards the rest; the store's lock may be taken under it
   std::string directory;
+  bool isLeft = false;
   std::function<void()> news;
 };
 
@@ -145,6 +156,7 @@ FindRun::FindRun(FindSettings settings, FFEntryStore& store, std::function<void(
 }
 
 FindRun::~FindRun() {
+  search_->tellNothing();
   stop();
   waitForEnd(BlinkMs);
   const bool hangs = search_->state == FindState::Running;
@@ -171,7 +183,12 @@ void FindRun::work(void* held) {
 
 void FindRun::tick(void* held) {
   auto& search = *static_cast<Search*>(held);
+  uint32_t steps = search.steps;
+  uint32_t quietMs = 0;
   for (uint32_t ms = NewsMs; search.ended.wait(NewsMs) != 0; ms += NewsMs) {
+    quietMs = search.steps == steps ? quietMs + NewsMs : 0;
+    steps = search.steps;
+    search.waiting = quietMs >= BlinkMs;
     const bool blink = ms % BlinkMs == 0;
     if (search.changed.exchange(false) || blink) search.tell();
   }
@@ -187,6 +204,10 @@ bool FindRun::waitForEnd(uint32_t ms) {
 
 FindState FindRun::state() const {
   return search_->state;
+}
+
+bool FindRun::isWaiting() const {
+  return search_->waiting;
 }
 
 std::string FindRun::directory() const {

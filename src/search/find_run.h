@@ -34,8 +34,8 @@ class FindRun {
   // Starts it. `news` is called from another thread when something has changed, at most every
   // NewsMs, and every BlinkMs while it runs. The store outlives the process's searches.
   FindRun(FindSettings settings, FFEntryStore& store, std::function<void()> news);
-  // Stops it. One that doesn't end within BlinkMs hangs in a file system: it is left behind, and
-  // neither adds nor tells anything any more.
+  // Stops it, and tells nothing any more. One that doesn't end within BlinkMs hangs in a file
+  // system: it is left behind and adds nothing any more.
   ~FindRun();
   FindRun(const FindRun&) = delete;
   FindRun& operator=(const FindRun&) = delete;
@@ -43,6 +43,8 @@ class FindRun {
   void stop();
   bool waitForEnd(uint32_t ms);  // true when it has ended
   FindState state() const;
+  // Whether it has been in one and the same call of the file system for BlinkMs.
+  bool isWaiting() const;
   std::string directory() const;  // that is searched now
   const FindSettings& settings() const;
 

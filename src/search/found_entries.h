@@ -16,7 +16,8 @@
 
 // What `total` of a found entry may hold instead of the position of the text.
 namespace FoundMark {
-inline constexpr int64_t NoText = -2;  // none was asked for
+inline constexpr int64_t Stopped = -1;  // the search was stopped while this file was read
+inline constexpr int64_t NoText = -2;   // none was asked for
 inline constexpr int64_t NotOpened = -3;
 }  // namespace FoundMark
 

@@ -21,13 +21,15 @@ void scanFile(ScanCandidate& candidate, TextScanner& scanner) {
   scanner.start(fd.get(), file.info.st_size);
   TextHit hit;
   const ScanResult result = scanner.next(0, hit);
-  candidate.listed = result == ScanResult::Found || result == ScanResult::Failed;
-  file.position = result == ScanResult::Found ? hit.position : FoundMark::NotOpened;
+  candidate.listed = result != ScanResult::NotFound;
+  file.position = result == ScanResult::Found     ? hit.position
+                  : result == ScanResult::Stopped ? FoundMark::Stopped
+                                                  : FoundMark::NotOpened;
 }
 
-ScanRing::ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int scanners,
+ScanRing::ScanRing(const SearchedText& text, TextScanner::StopAsked stop, int scanners,
                    ScanSink& sink)
-    : text_(text), stop_(stop), sink_(sink) {
+    : text_(text), stop_(std::move(stop)), sink_(sink) {
   for (int i = 0; i < scanners; ++i) {
     const ThreadHandle thread = startThread(entry, this);
     if (thread.running) threads_.push_back(thread);
@@ -35,10 +37,15 @@ ScanRing::ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int 
 }
 
 ScanRing::~ScanRing() {
+  joinAll();
+}
+
+void ScanRing::joinAll() {
   ended_ = true;
   ready_.fetch_add(Places);  // wakes all: what they take now is nothing
   ready_.notify_all();
   for (ThreadHandle& thread : threads_) joinThread(thread);
+  threads_.clear();
 }
 
 void ScanRing::put(std::string path, bool isLink) {
@@ -82,13 +89,18 @@ void ScanRing::finish() {
   flush();
   while (handed_ != put_) {
     if (threads_.empty()) {
-      TextScanner scanner(text_, [this] { return stop_.load(); });
-      scanFile(placeOf(handed_).candidate, scanner);
+      TextScanner scanner(text_, stop_);
+      if (!stop_()) scanFile(placeOf(handed_).candidate, scanner);
       placeOf(handed_).done = handed_ + 1;
     }
     waitFor(handed_);
     handOver();
   }
+}
+
+void ScanRing::end() {
+  joinAll();
+  handOver();
 }
 
 // Those that are done, up to the first that isn't.
@@ -104,7 +116,7 @@ void ScanRing::entry(void* self) {
 }
 
 void ScanRing::scan() {
-  TextScanner scanner(text_, [this] { return stop_.load(); });
+  TextScanner scanner(text_, stop_);
   for (;;) {
     const uint32_t number = taken_++;
     for (uint32_t ready = ready_; static_cast<int32_t>(ready - number) <= 0; ready = ready_) {
@@ -112,7 +124,7 @@ void ScanRing::scan() {
     }
     if (ended_) return;
     Place& place = placeOf(number);
-    if (!stop_) scanFile(place.candidate, scanner);
+    if (!stop_()) scanFile(place.candidate, scanner);
     place.done = number + 1;
     if (wanted_ == number) place.done.notify_one();
   }

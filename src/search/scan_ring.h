@@ -24,13 +24,14 @@ class ScanSink {
 };
 
 // Files that are looked through for a text by several threads. One thread puts them in, and gets
-// them back in their order.
+// them back in their order. Once `stop`, which is asked by all of them, says so, what isn't begun
+// yet isn't read any more, and what is under way comes back as it is.
 class ScanRing {
  public:
   static constexpr uint32_t Places = 256;
   static constexpr uint32_t ToldAtOnce = 32;
 
-  ScanRing(const SearchedText& text, const std::atomic<bool>& stop, int scanners, ScanSink& sink);
+  ScanRing(const SearchedText& text, TextScanner::StopAsked stop, int scanners, ScanSink& sink);
   ~ScanRing();  // what was put in and isn't scanned yet is forgotten
   ScanRing(const ScanRing&) = delete;
   ScanRing& operator=(const ScanRing&) = delete;
@@ -39,6 +40,7 @@ class ScanRing {
   void put(std::string path, bool isLink);
   void flush();
   void finish();  // until everything is scanned and was handed to the sink
+  void end();     // of a stopped search: hands over what was scanned by then
 
  private:
   struct alignas(64) Place {
@@ -51,10 +53,11 @@ class ScanRing {
   void waitForPlaces();
   void waitFor(uint32_t number);
   void handOver();
+  void joinAll();
   Place& placeOf(uint32_t number) { return places_[number % Places]; }
 
   const SearchedText& text_;
-  const std::atomic<bool>& stop_;
+  const TextScanner::StopAsked stop_;
   ScanSink& sink_;
   std::vector<Place> places_{Places};
   uint32_t put_ = 0;     // so many were put in; the walker's
@@ -66,5 +69,6 @@ class ScanRing {
   std::vector<ThreadHandle> threads_;
 };
 
-// Looks through one file. What is no regular file isn't listed.
+// Looks through one file. What is no regular file isn't listed; one that can't be read, or whose
+// reading was stopped, is.
 void scanFile(ScanCandidate& candidate, TextScanner& scanner);

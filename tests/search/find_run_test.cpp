@@ -8,7 +8,9 @@
 #include <filesystem>
 #include <functional>
 
+#include "foundation/break_state.h"
 #include "search/find_walk.h"
+#include "search/text_scanner.h"
 #include "support/fault_hook.h"
 #include "support/files.h"
 #include "support/temp_dir.h"
@@ -192,6 +194,56 @@ TEST_F(FindRunTest, AStoppedSearchKeepsWhatItHasFound) {
     EXPECT_EQ(store.count(), before);
   }
   System::setHook(nullptr, nullptr);
+}
+
+// A file whose reading was stopped is listed, and so is what others had found by then.
+TEST_F(FindRunTest, StoppedWhileFilesAreReadItListsWhatIsKnown) {
+  directory.write("first", "no such thing");
+  directory.write("second", "a text");
+  static EventSem opened, open, read;
+  System::setHook(
+      [](const char* call, const char* path, void*) {
+        if (strcmp(call, "readAt") == 0) read.post();
+        if (strcmp(call, "open") != 0 || !strstr(path, "/first")) return 0;
+        opened.post();
+        open.wait(WaitForever);
+        return 0;
+      },
+      nullptr);
+  FindSettings wanted = settings(L"first | second", L"text");
+  wanted.scanners = 2;
+  {
+    FindRun run(wanted, store, [] {});
+    opened.wait(WaitForever);
+    read.wait(WaitForever);
+    run.stop();
+    open.post();
+    EXPECT_TRUE(run.waitForEnd(WaitForever));
+    EXPECT_EQ(run.state(), FindState::Stopped);
+  }
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(sorted(listed()), (Names{"first", "second"}));
+  EXPECT_EQ(rowOf("first").item->total, FoundMark::Stopped);
+  EXPECT_EQ(rowOf("second").item->total, 2);
+}
+
+TEST_F(FindRunTest, BreakEndsTheReadingOfAFile) {
+  directory.write("f", std::string(4 * TextScanner::BlockBytes, '.'));
+  const BreakScope armed;
+  static std::atomic<int> reads;
+  reads = 0;
+  System::setHook(
+      [](const char* call, const char*, void*) {
+        if (strcmp(call, "readAt") != 0) return 0;
+        ++reads;
+        requestBreak();
+        return 0;
+      },
+      nullptr);
+  EXPECT_EQ(find(settings(L"f", L"text")), Names{"f"});
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(state, FindState::Stopped);
+  EXPECT_EQ(reads, 1);
 }
 
 TEST_F(FindRunTest, ASearchThatHangsIsLeftBehindAndAddsNothing) {
