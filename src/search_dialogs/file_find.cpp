@@ -79,17 +79,19 @@ std::vector<std::string> drives(const Westring& list, const Westring& directory)
 
 class FileFind {
  public:
-  FileFind(int side, FindDialog::Begin begin)
+  FileFind(int side, FindList list)
       : side_(side),
         panel_(panelPair().side[side]),
         texts_{remembered().files, remembered().text, Westring(GlobalOptions::FFDriveList)},
-        current_(remembered().current),
-        dialog_(std::in_place, texts_, &current_, begin) {}
+        listsFound_(list == FindList::Last && foundEntries().count() > 0),
+        current_(listsFound_ ? remembered().current : 0),
+        dialog_(std::in_place, texts_, &current_,
+                listsFound_ ? FindDialog::Begin::InList : FindDialog::Begin::InFields) {}
 
   void run() {
     while (takeKey(dialog_->run())) {
     }
-    remembered().current = current_;
+    if (listsFound_) remembered().current = current_;
   }
 
  private:
@@ -101,6 +103,7 @@ class FileFind {
     FindRun run;
   };
 
+  bool hasResults() const { return listsFound_ && foundEntries().count() > 0; }
   bool isRunning() const { return search_ && search_->run.state() == FindState::Running; }
 
   bool takeKey(Key::Code key) {
@@ -110,20 +113,21 @@ class FileFind {
         return true;
       case FindKey::GoTo:
         leave();
-        goToCurrent();
+        if (hasResults()) goToCurrent();
         return false;
       case Dialog::ProgramEnds:
         leave();
         return false;
       case Key::Esc:
-        if (isRunning()) {
+        // One that hangs and was stopped before can be left.
+        if (isRunning() && !stopped_) {
           stop();
           return true;
         }
         leave();
         return false;
       default:
-        if (foundEntries().count() > 0 || key == Key::F1 || key == FindKey::TooMany) act(key);
+        if (hasResults() || key == Key::F1 || key == FindKey::TooMany) act(key);
         return true;
     }
   }
@@ -197,6 +201,8 @@ class FileFind {
     remember();
     endSearch();
     foundEntries().removeAll();
+    listsFound_ = true;
+    stopped_ = false;
     remembered().searched = settings();
     search_.emplace(remembered().searched, [dialog = &*dialog_] { dialog->news(); });
     dialog_->follow(&search_->run);
@@ -230,12 +236,9 @@ class FileFind {
   }
 
   void stop() {
+    stopped_ = true;
     search_->run.stop();
-    if (search_->run.waitForEnd(FindRun::BlinkMs)) {
-      dialog_->news();
-    } else {
-      dialog_->showWaiting();
-    }
+    search_->run.waitForEnd(FindRun::BlinkMs);
   }
 
   void endSearch() {
@@ -319,7 +322,9 @@ class FileFind {
   const int side_;
   Panel& panel_;
   FindTexts texts_;
+  bool listsFound_;  // what was found before stays unseen until a search begins or it is reopened
   int current_;
+  bool stopped_ = false;  // the search, by the user
   bool changed_ = false;  // files, so that the panels must be read again
   std::optional<FindDialog> dialog_;
   std::optional<Search> search_;  // ends before the dialog
@@ -328,10 +333,5 @@ class FileFind {
 }  // namespace
 
 void fileFind(int side, FindList list) {
-  const bool last = list == FindList::Last && foundEntries().count() > 0;
-  if (!last) {
-    foundEntries().removeAll();
-    remembered().current = 0;
-  }
-  FileFind(side, last ? FindDialog::Begin::InList : FindDialog::Begin::InFields).run();
+  FileFind(side, list).run();
 }

@@ -49,8 +49,9 @@ FindDialog::FindDialog(FindTexts& texts, int* current, Begin begin)
                                             foundEntries(), current_, FindKey::GoTo,
                                             [this] { takeNews(); });
   box_ = box.get();
-  shown_ = foundEntries().count();
   list_ = add(std::move(box));
+  shown_ = begin == Begin::InList ? foundEntries().count() : 0;
+  box_->setCount(shown_);
   addFields(texts);
   addButtons();
   for (const Key::Code key : ExitKeys) addExitKey(key);
@@ -95,7 +96,6 @@ void FindDialog::addButtons() {
 
 void FindDialog::follow(FindRun* run) {
   run_ = run;
-  waiting_ = false;
   toldFull_ = false;
   if (!run) return;
   followsLast_ = true;
@@ -136,17 +136,12 @@ void FindDialog::showStatus() {
   if (run_->state() != FindState::Running) {
     return putStatus(findSummary(run_->state(), shown_, foundEntries().bytes()));
   }
-  if (waiting_) return putStatus(L"Waiting for file system");
+  if (run_->isWaiting()) return putStatus(L"Waiting for file system");
   const bool lit = systemClock().nanoseconds() / BlinkNs % 2 == 0;
   const int width = innerWidth() - BesideDirectory;
   const Westring directory = shortenPath(decodeFileName(run_->directory().c_str()), width);
   putStatus(padRight(Westring(lit ? L"Searching:" : L""), DirectoryColumn - StatusColumn) +
             directory);
-}
-
-void FindDialog::showWaiting() {
-  waiting_ = true;
-  showStatus();
 }
 
 void FindDialog::putStatus(const Westring& text) {

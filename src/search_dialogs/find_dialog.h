@@ -20,8 +20,9 @@ struct FindTexts {
   Westring drives;
 };
 
-// The window of File Find: the list, its status row and the fields. A search tells it by `news`
-// that something has changed; everything is drawn by the dialog's own thread.
+// The window of File Find: the list, its status row and the fields. The list is empty until it
+// follows a search, unless it begins in it. A search tells it by `news` that something has changed;
+// everything is drawn by the dialog's own thread.
 class FindDialog : public Dialog {
  public:
   enum class Begin { InFields, InList };
@@ -32,7 +33,6 @@ class FindDialog : public Dialog {
   void follow(FindRun* run);
   void news();         // any thread
   void listChanged();  // by the caller: another order, or fewer entries
-  void showWaiting();  // until the search, which was stopped, comes back from a file system
   bool isInList() const { return focus() == list_; }
   void focusList() { setFocus(list_); }
 
@@ -48,7 +48,6 @@ class FindDialog : public Dialog {
   int list_ = 0;
   EntryListBox* box_ = nullptr;
   FindRun* run_ = nullptr;
-  bool waiting_ = false;      // for a file system
   bool toldFull_ = false;     // that the list is full
   int shown_ = 0;             // results
   bool followsLast_ = false;  // the cursor goes with the newest result

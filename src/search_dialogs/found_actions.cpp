@@ -1,5 +1,6 @@
 #include "search_dialogs/found_actions.h"
 
+#include <cerrno>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -58,24 +59,37 @@ void takeOff(const Paths& paths, const Paths& directories) {
   });
 }
 
-enum class Found { Same, Gone, Another };
+// What became of a file since it was found.
+struct Look {
+  enum class Found { Same, Gone, Another, Unknown };
 
-Found lookAt(const FoundRow& row, struct stat& info) {
-  const Westring path = row.path();
-  const bool there =
-      (row.item->isLink() && statPath(path, info) == 0) || lstatPath(path, info) == 0;
-  if (!there) return Found::Gone;
-  return idOf(info) == row.id ? Found::Same : Found::Another;
-}
+  explicit Look(const FoundRow& row) {
+    const Westring path = row.path();
+    const bool leads = row.item->isLink() && statPath(path, info) == 0;
+    error = leads ? 0 : lstatPath(path, info);
+    if (error == ENOENT || error == ENOTDIR) {
+      found = Found::Gone;
+    } else if (error) {
+      found = Found::Unknown;
+    } else {
+      found = idOf(info) == row.id ? Found::Same : Found::Another;
+    }
+  }
 
-Found lookAt(const FoundRow& row) {
-  struct stat info;
-  return lookAt(row, info);
-}
+  // Nothing to say when it is the same file, or gone.
+  void tell(const Westring& path) const {
+    if (found == Found::Another) {
+      alert("File has changed", path, AlertButtons::Ok, AlertColour::Error);
+    } else if (found == Found::Unknown) {
+      alert(errorText(error), path, AlertButtons::Ok, AlertColour::Error);
+    }
+  }
 
-void tellChangedFile(const Westring& path) {
-  alert("File has changed", path, AlertButtons::Ok, AlertColour::Error);
-}
+  Found found = Found::Gone;
+  int error = 0;
+  struct stat info {};
+};
+using Found = Look::Found;
 
 // Deletes with the questions of one command.
 class Deletion {
@@ -92,16 +106,10 @@ class Deletion {
   bool remove(const FoundRow& row, DeleteMode mode) {
     const Westring path = row.path();
     if (liesBelow(path.data(), directories_)) return true;
-    switch (lookAt(row)) {
-      case Found::Gone:
-        gone_.insert(path.data());
-        return true;
-      case Found::Another:
-        tellChangedFile(path);
-        return true;
-      case Found::Same:
-        break;
-    }
+    const Look look(row);
+    look.tell(path);
+    if (look.found == Found::Gone) gone_.insert(path.data());
+    if (look.found != Found::Same) return true;
     const bool directory = row.isRealDirectory();
     const Outcome outcome =
         directory ? removeDirectory(operation_, path) : deleteFile(operation_, path, mode);
@@ -139,9 +147,9 @@ Panel panelOf(const Panel& panel, const std::vector<FoundRow>& rows) {
   }
   for (const FoundRow& row : rows) {
     if (liesBelow(row.path().data(), directories)) continue;
-    const Found state = lookAt(row);
-    if (state == Found::Another) tellChangedFile(row.path());
-    if (state != Found::Same) continue;
+    const Look look(row);
+    look.tell(row.path());
+    if (look.found != Found::Same) continue;
     EntryPtr item(copyEntry(row.item.get()));
     item->total = -1;
     item->tagged = 1;
@@ -152,35 +160,34 @@ Panel panelOf(const Panel& panel, const std::vector<FoundRow>& rows) {
   return result;
 }
 
+// The list as the disk is by now.
+void lookAgain(const std::vector<FoundRow>& rows) {
+  Paths gone;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    const Westring path = rows[i].path();
+    const Look look(rows[i]);
+    if (look.found == Found::Gone) gone.insert(path.data());
+    if (look.found == Found::Same) foundEntries().update(static_cast<int>(i), path, look.info);
+  }
+  takeOff(gone, {});
+}
+
 }  // namespace
 
 void transferFound(const Panel& panel, TransferKind kind) {
   const std::vector<FoundRow> rows = allRows();
   Panel source = panelOf(panel, rows);
-  if (source.count() == 0) return;
-  copyCommand(source, kind == TransferKind::Move ? CopyFlag::Move : 0);
-  if (kind == TransferKind::Copy) return;
-  Paths gone;
-  for (size_t i = 0; i < rows.size(); ++i) {
-    const Westring path = rows[i].path();
-    struct stat info;
-    switch (lookAt(rows[i], info)) {
-      case Found::Same:
-        foundEntries().update(static_cast<int>(i), path, info);
-        break;
-      case Found::Gone:
-        gone.insert(path.data());
-        break;
-      case Found::Another:
-        break;
-    }
-  }
-  takeOff(gone, {});
+  if (source.count() > 0) copyCommand(source, kind == TransferKind::Move ? CopyFlag::Move : 0);
+  lookAgain(rows);
 }
 
 void deleteFound(int index) {
   const FoundRow row = foundEntries().row(index);
-  if (!row.valid() || !isStillFound(row, index)) return;
+  if (!row.valid()) return;
+  const Look look(row);
+  look.tell(row.path());
+  if (look.found == Found::Gone) foundEntries().remove(index, row.path());
+  if (look.found != Found::Same) return;
   if (!isOff(ConfirmationOff::Delete) && !askDelete(row.path(), UndeleteBox::Hidden)) return;
   static_cast<void>(Deletion().remove(row, DeleteMode::One));
 }
@@ -193,18 +200,4 @@ void deleteAllFound() {
   for (const FoundRow& row : rows) {
     if (!deletion.remove(row, DeleteMode::OneOfMany)) return;
   }
-}
-
-bool isStillFound(const FoundRow& row, int index) {
-  switch (lookAt(row)) {
-    case Found::Same:
-      return true;
-    case Found::Gone:
-      foundEntries().remove(index, row.path());
-      return false;
-    case Found::Another:
-      break;
-  }
-  tellChangedFile(row.path());
-  return false;
 }

@@ -51,6 +51,7 @@ class FileFindTest : public CommandTest {
     GlobalOptions::Hidden = true;
     GlobalOptions::TimeMode = 24;
     panelPair().activeSide = 0;
+    foundEntries().removeAll();
   }
   void find(const std::vector<Step>& steps, FindList list = FindList::New) {
     play(steps, [list] { fileFind(0, list); });
@@ -129,6 +130,23 @@ TEST_F(FileFindTest, ReopeningShowsTheLastResultsWithTheCursorThere) {
   show();
   find({search("*.txt"), {Complete, {Key::Home, Key::Down, Key::Esc}}});
   const std::string second = bytePath(lastComponent(foundEntries().row(1).path()));
+  find({{second, {Key::Enter}}}, FindList::Last);
+  EXPECT_EQ(currentName(left()), second);
+}
+
+TEST_F(FileFindTest, OnlyFindForgetsWhatWasFoundBefore) {
+  makeTree();
+  show();
+  find({search("*.txt"), {Complete, {Key::Home, Key::Down, Key::Esc}}});
+  const std::string second = bytePath(lastComponent(foundEntries().row(1).path()));
+  const Names before = listed();
+  find({{Title,
+         {Key::ShiftTab, Key::Delete, Key::F3, Key::F5, Key::F6, Key::F8, Key::ShiftF8,
+          Key::ctrl('r'), Key::Esc},
+         "find_again"}});
+  EXPECT_EQ(listed(), before);
+  find({{Title, {Key::ShiftTab, FindKey::GoTo}}});
+  EXPECT_EQ(exact(left().path), exact(dir.wide("left"))) << "no result is shown to go to";
   find({{second, {Key::Enter}}}, FindList::Last);
   EXPECT_EQ(currentName(left()), second);
 }
@@ -284,6 +302,36 @@ TEST_F(FileFindTest, OnlyFindKeepsWhatIsTyped) {
   EXPECT_EQ(GlobalOptions::FFDriveList, "");
 }
 
+TEST_F(FileFindTest, WhatIsGoneIsNotCopiedAndGoesOffTheList) {
+  makeTree();
+  show();
+  find({search("*.txt"), {Complete, {Key::Esc}}});
+  std::filesystem::remove(dir.path("left/one.txt"));
+  find({{"one.txt", {Key::F5}}, {"Copy 2 files to", {Key::Esc}}, {Title, {Key::Esc}}},
+       FindList::Last);
+  EXPECT_EQ(listed(), (Names{"three.txt", "two.txt"}));
+  std::filesystem::remove_all(dir.path("left/sub"));
+  std::filesystem::remove(dir.path("left/two.txt"));
+  find({{"two.txt", {Key::F5, Key::Esc}}}, FindList::Last);
+  EXPECT_EQ(listed(), Names{});
+}
+
+TEST_F(FileFindTest, AFileThatCannotBeLookedAtIsNotGone) {
+  makeTree();
+  show();
+  find({search("one*"), {Complete, {Key::Esc}}});
+  static std::string path;
+  path = dir.path("left/one.txt");
+  System::setHook([](const char* call, const char* name,
+                     void*) { return strcmp(call, "lstat") == 0 && path == name ? EIO : 0; },
+                  nullptr);
+  find({{"one.txt", {Key::F8}}, {"Input/output error", {Key::Enter}}, {Title, {Key::Esc}}},
+       FindList::Last);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(listed(), Names{"one.txt"});
+  EXPECT_TRUE(dir.exists("left/one.txt"));
+}
+
 TEST_F(FileFindTest, AFullListEndsTheSearchAndSaysSo) {
   makeTree();
   foundEntries().removeAll();
@@ -398,11 +446,58 @@ TEST_F(FileFindTest, DuringASearchF8WorksAndShiftF8IsRefused) {
   find({search("*.txt"),
         {"two.txt", {Key::Home, Key::CtrlF3, Key::Home, Key::ShiftF8, Key::F8}},
         {"Do you wish to delete", {Key::Enter}},
-        {"Searching:", {}}},
+        {"Waiting for file system", {}}},
        held, {{"3 matches", {Key::Esc}}});
   EXPECT_FALSE(dir.exists("left/one.txt"));
   EXPECT_TRUE(dir.exists("left/two.txt"));
   EXPECT_EQ(listed(), (Names{"gate.txt", "three.txt", "two.txt"}));
+}
+
+TEST_F(FileFindTest, ASearchTellsWhereItIs) {
+  for (int i = 0; i < 2000; ++i) file("left/f" + std::to_string(i), "");
+  static EventSem go;  // each look takes its time until then
+  System::setHook(
+      [](const char* call, const char*, void*) {
+        constexpr uint32_t LookMs = 20;
+        if (strcmp(call, "statAt") == 0 && go.wait(LookMs) == 0) go.post();
+        return 0;
+      },
+      nullptr);
+  show();
+  const std::string where = dir.path("left");
+  Step dark = {"           " + where, {}};
+  dark.then = [] { go.post(); };
+  find({search("f*"), {"Searching: " + where, {}}, dark, {Complete, {Key::Esc}}});
+  System::setHook(nullptr, nullptr);
+}
+
+TEST_F(FileFindTest, ASearchThatHangsSaysSoByItself) {
+  makeTree();
+  file("left/sub/gate.txt");
+  show();
+  HeldSearch held("gate.txt");
+  find({search("*.txt"), {"Waiting for file system", {}}}, held, {{Complete, {Key::Esc}}});
+}
+
+TEST_F(FileFindTest, ASecondEscLeavesASearchThatHangs) {
+  makeTree();
+  file("left/sub/gate.txt");
+  show();
+  static EventSem open, through;  // longer than the dialog
+  System::setHook(
+      [](const char* call, const char* path, void*) {
+        if (strcmp(call, "statAt") != 0 || strcmp(path, "gate.txt") != 0) return 0;
+        open.wait(WaitForever);
+        through.post();
+        return 0;
+      },
+      nullptr);
+  find({search("*.txt"), {"Waiting for file system", {Key::Esc, Key::Esc}}});
+  const Names names = listed();
+  open.post();
+  through.wait(WaitForever);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(listed(), names);
 }
 
 TEST_F(FileFindTest, WithoutResultsTheKeysDoNothing) {
