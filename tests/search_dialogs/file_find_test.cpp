@@ -403,6 +403,15 @@ TEST_F(FileFindTest, TheListIsSortedByItsKeys) {
   EXPECT_EQ(exact(lastComponent(foundEntries().row(0).path())), L"a.txt") << "the largest first";
 }
 
+TEST_F(FileFindTest, ADotInADirectoryBeginsNoExtension) {
+  dir.makeDir("left/x.b");
+  file("left/x.b/plain");
+  file("left/f.a");
+  show();
+  find({search("f.a | plain"), {Complete, {Key::CtrlF4, Key::Esc}}});
+  EXPECT_EQ(exact(lastComponent(foundEntries().row(0).path())), L"plain");
+}
+
 TEST_F(FileFindTest, CtrlRReplacesInAllFoundFiles) {
   makeTree();
   show();

@@ -33,9 +33,10 @@ int compareFolded(const wchar_t* a, const wchar_t* b) {
   }
 }
 
+// Of a whole path the last component's.
 const wchar_t* extensionOf(const wchar_t* name) {
   const wchar_t* dot = wcsrchr(name, L'.');
-  return dot ? dot + 1 : L"";
+  return dot && !wcschr(dot, L'/') ? dot + 1 : L"";
 }
 
 uint32_t dateAndTime(const entry* item) {
