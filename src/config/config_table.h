@@ -14,7 +14,12 @@ struct ConfigKeyword {
 };
 
 // The rows in the order of the file, made from options.def.
-inline constexpr int ConfigKeywordCount = 77;
+inline constexpr int ConfigKeywordCount = 0
+#define OPTION(kind, name, value) +1
+#define FORMER_OPTION(name) +1
+#define COLOUR_OPTION(name) +1
+#include "options/options.def"
+    ;
 extern const ConfigKeyword configKeywordTable[ConfigKeywordCount];
 
 // Null for a key that there isn't; its case doesn't count.
