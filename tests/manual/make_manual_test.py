@@ -181,6 +181,22 @@ class TestSources(unittest.TestCase):
                     self.assertIn(make_manual.plain(key), page, where)
         self.assertGreater(looked_at, 300)
 
+    def test_every_option_and_every_section_is_told(self):
+        source = MANUAL.parent / "src"
+        options = (source / "options/options.def").read_text(encoding="utf-8")
+        names = re.findall(r"^(?:NUMBER_|COLOUR_)?OPTION\((?:\w+, (?!\d))?(\w+)", options, re.MULTILINE)
+        sections = re.findall(r'"(\[[^"]+\])"', (source / "config/config_sections.cpp").read_text(encoding="utf-8"))
+        told = "".join((MANUAL / "topics" / name).read_text(encoding="utf-8")
+                       for name in ("04-configuration.txt", "11-td-ini.txt"))
+        self.assertGreater(len(names), 60)
+        self.assertGreater(len(sections), 10)
+        for name in names:
+            self.assertRegex(told, rf"\b{name}\b")
+        for section in sections:
+            kind, _, archiver = section.strip("[]").partition(":")
+            self.assertIn(f"[{kind}", told)
+            self.assertIn(archiver, told)
+
 
 if __name__ == "__main__":
     unittest.main()
