@@ -3,11 +3,11 @@
 #include <cerrno>
 #include <csignal>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "console/console.h"
 #include "console/input.h"
-#include "console/text_state.h"
 #include "foundation/break_state.h"
 #include "foundation/clock.h"
 #include "foundation/path_info.h"
@@ -38,6 +38,7 @@ class HiddenScreen : public SessionScreen {
   ~HiddenScreen() override {
     if (!terminal_) return;
     terminal_.reset();
+    screen_.reset();
     panelsVisible(Visible::Yes);
   }
 
@@ -78,10 +79,8 @@ class HiddenScreen : public SessionScreen {
 
   void showTerminal() {
     window_.reset();
-    panelsVisible(Visible::No);
-    setTextPos(0, console->getSize().rows - 1);
+    screen_.emplace(Westring());
     terminal_ = std::make_unique<AttachedScreen>(input_);
-    terminal_->write("\r\n");
     terminal_->write(output_);
     output_.clear();
   }
@@ -110,6 +109,7 @@ class HiddenScreen : public SessionScreen {
   int64_t asleepSince_ = 0;
   std::string output_;
   std::unique_ptr<Win> window_;
+  std::optional<OutputScreen> screen_;
   std::unique_ptr<AttachedScreen> terminal_;
 };
 

@@ -37,12 +37,6 @@ void clearLowestRows(const Westring& echo) {
   setTextPos(0, echo.empty() ? promptRow : promptRow + 1);
 }
 
-// What was printed last stays above the rows of prompt and key bar.
-void endOutput() {
-  if (console->getCursorPos().x > 0) console->writeTty("\n");
-  console->writeTty("\n");
-}
-
 // "" when the command is none of the program's own; else its argument as a path.
 Westring argumentOf(const Westring& command, const wchar_t* name, const Panel& panel) {
   const auto length = static_cast<int>(wcslen(name));
@@ -64,20 +58,28 @@ int run(const Westring& command, const Panel& panel, unsigned flags, int* status
 
 int runOnScreen(const Westring& command, const Panel& panel, const Westring& echo, unsigned flags,
                 int* status) {
-  panelsVisible(Visible::No);
-  clearLowestRows(echo);
-  setCursorShape(ShellCursor);
-  syncCursor();
+  const OutputScreen screen(echo);
   setWindowTitle(&command);
   const int result = run(command, panel, flags, status);
   setWindowTitle(nullptr);
-  endOutput();
-  setCursorShape(0);
-  fetchScreenSize();
   return result;
 }
 
 }  // namespace
+
+OutputScreen::OutputScreen(const Westring& echo) {
+  panelsVisible(Visible::No);
+  clearLowestRows(echo);
+  setCursorShape(ShellCursor);
+  syncCursor();
+}
+
+OutputScreen::~OutputScreen() {
+  if (console->getCursorPos().x > 0) console->writeTty("\n");
+  console->writeTty("\n");
+  setCursorShape(0);
+  fetchScreenSize();
+}
 
 bool enterPanelDirectory(Panel& panel) {
   const int error = setWorkingDirectory(panel);

@@ -63,6 +63,21 @@ TEST_F(ToolRun, AQuestionShowsTheTerminalAndGetsTheAnswer) {
   EXPECT_EQ(dir.read("answer"), "secret\n");
 }
 
+TEST_F(ToolRun, AQuestionHasTheRowsOfPromptAndKeyBarToItself) {
+  const int rows = console->getSize().rows;
+  console->writeWide(0, rows - 2, L"prompt> with what was typed, longer than any question", 7);
+  console->writeWide(0, rows - 1, L"1Help   2Menu   3View   4Edit   5Copy   6RenMov", 7);
+  static_cast<void>(
+      runWithUser("printf 'Archive: one\nPassword: '; read word; echo done", "Password:", [&] {
+        EXPECT_FALSE(shows("Menu")) << screenText();
+        EXPECT_FALSE(shows("typed")) << screenText();
+        XKeys::get().press(XK_Return);
+      }));
+  EXPECT_FALSE(shows("Menu")) << screenText();
+  // What was printed last stays above the two rows.
+  EXPECT_EQ(rowText(0, rows - 3, 5), "done ");
+}
+
 TEST_F(ToolRun, ALongTaskShowsABoxThatEscEnds) {
   const ToolEnd end = runWithUser("exec sleep 1000", "1,234", [&] {
     EXPECT_TRUE(shows("Extracting"));
