@@ -28,9 +28,9 @@ Westring& searchText() {
 bool askSearchText() {
   constexpr int centred = -1, inTheMiddle = -2, width = 67, height = 3;
   constexpr int labelColumn = 1, fieldColumn = 9, fieldWidth = 55, longest = 511, row = 0;
+  Westring text = searchText();
   Dialog dialog(centred, inTheMiddle, width, height, colourOf(Colour::Messages));
   dialog.addText(labelColumn, row, "Search:");
-  Westring text = searchText();
   dialog.addString(fieldColumn, row, Group::New, &text, fieldWidth, longest,
                    FieldHistory::SearchText);
   if (dialog.run() != Key::Enter || text.empty()) return false;
