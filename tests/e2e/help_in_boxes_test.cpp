@@ -102,6 +102,7 @@ TEST_F(HelpInBoxes, OfAMessageThatComesBeforeTheFirstKey) {
 }
 
 TEST_F(HelpInBoxes, OfTheListOfFoundFiles) {
+  home().write(".tdx/td.ini", "[General Options]\nFFRootSearch=off\n");
   left().write("file.txt", "a text\n");
   start();
   press(XK_F7, Alt);
