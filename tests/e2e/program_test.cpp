@@ -49,7 +49,8 @@ void ProgramTest::startPlain(const std::vector<std::string>& arguments, FirstScr
 
 void ProgramTest::startAlone(const std::vector<std::string>& arguments, const std::string& text) {
   launch(arguments);
-  ASSERT_TRUE(waitUntil([&] { return console && shows(text); })) << "never shown: " << text;
+  ASSERT_TRUE(waitUntil([&] { return console && shows(text); })) << "never shown: " << text << "\n"
+                                                                 << screen();
   ASSERT_TRUE(keys().waitForFocus(console->windowId()));
 }
 
@@ -98,15 +99,17 @@ bool ProgramTest::shows(const std::string& text) const {
 }
 
 void ProgramTest::expectText(const std::string& text) {
-  EXPECT_TRUE(waitUntil([&] { return shows(text); })) << "never shown: " << text;
+  EXPECT_TRUE(waitUntil([&] { return shows(text); })) << "never shown: " << text << "\n"
+                                                      << screen();
 }
 
 void ProgramTest::expectNoText(const std::string& text) {
-  EXPECT_TRUE(waitUntil([&] { return !shows(text); })) << "still shown: " << text;
+  EXPECT_TRUE(waitUntil([&] { return !shows(text); })) << "still shown: " << text << "\n"
+                                                       << screen();
 }
 
 void ProgramTest::expectSoon(const std::string& what, const std::function<bool()>& condition) {
-  EXPECT_TRUE(waitUntil(condition)) << "never happened: " << what;
+  EXPECT_TRUE(waitUntil(condition)) << "never happened: " << what << "\n" << screen();
 }
 
 void ProgramTest::expectAwaited() {

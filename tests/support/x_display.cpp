@@ -23,8 +23,9 @@ namespace {
   const int null = open("/dev/null", O_WRONLY);
   if (null >= 0) dup2(null, STDERR_FILENO);
   const std::string fd = std::to_string(displayPipe);
+  // -r: on a busy machine a key seems held for long, and would come again and again.
   execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", screen.c_str(), "-nolisten",
-         "tcp", "-noreset", static_cast<char*>(nullptr));
+         "tcp", "-noreset", "-r", static_cast<char*>(nullptr));
   _exit(127);
 }
 
