@@ -31,6 +31,7 @@ if(TD_SANITIZE)
   # Line tables are all that a report needs.
   target_compile_options(td_flags INTERFACE -fsanitize=${TD_SANITIZE} -fno-omit-frame-pointer -g1)
   target_link_options(td_flags INTERFACE -fsanitize=${TD_SANITIZE})
+  target_compile_definitions(td_flags INTERFACE TD_SANITIZED)
 endif()
 
 # td_precompile(TARGET OWNER HEADER...): TARGET reads the headers from one precompiled file, which OWNER

@@ -148,7 +148,7 @@ TEST_F(FileContentTest, WhereTheSystemDoesNotTellItsMemoryFilesAreRead) {
 }
 
 // A sanitizer takes more room than the limit gives, and ends the program itself.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef TD_SANITIZED
 TEST_F(FileContentTest, WithoutMemoryTheFileIsTooLarge) {
   dir.write("file", "");
   ASSERT_EQ(truncate(dir.path("file").c_str(), off_t{1} << 30), 0);

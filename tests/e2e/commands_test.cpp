@@ -20,7 +20,7 @@ class Commands : public ProgramTest {
     ProgramTest::SetUp();
     setenv("SHELL", "/bin/sh", 1);
   }
-  static constexpr int PromptRow = 23, KeyBarRow = 24;
+  static constexpr int PromptRow = 23;
 
   void expectPanels() { expectText("10Quit"); }
   bool promptShows(const std::string& text) const {
@@ -215,7 +215,7 @@ TEST_P(CommandsIn, AnInteractiveShellIsUsedAndLeft) {
   setenv("PS1", "ready$ ", 1);
   start();
   begin(std::string("echo go; exec ") + GetParam() + " -i", "go");
-  expectSoon("a prompt", [this] { return console->getCursorPos().x > 0; });
+  expectSoon("a prompt", [] { return console->getCursorPos().x > 0; });
   typeMeanwhile("echo sh$((6*7))ell");
   pressMeanwhile(XK_Return);
   expectText("sh42ell");

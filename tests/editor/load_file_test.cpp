@@ -112,7 +112,9 @@ TEST_F(LoadFile, EscEndsALongLoadAndThereIsNothingToEdit) {
   EXPECT_EQ(console->eventCount(), 0);
 }
 
-TEST_F(LoadFile, WithoutMemoryForItsLinesAFileIsTooLarge) {
+class LoadFileFaults : public LoadFile {};
+
+TEST_F(LoadFileFaults, WithoutMemoryForItsLinesAFileIsTooLarge) {
   constexpr size_t Size = size_t{2} << 20, Least = size_t{1} << 17;
   file("lines", std::string(Size, '\n'));
   const std::string name = file("a.txt", "one");

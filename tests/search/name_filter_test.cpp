@@ -20,8 +20,8 @@ TEST(NameFilter, AnswersAsTheLanguageOfFiltersDoes) {
                          "caf\xC3\xA9",
                          "\xFF.c",
                          "xaxbx",
-                         "\xE2\x84\xAA"
-                         "elvin",
+                         ("\xE2\x84\xAA"
+                          "elvin"),
                          "k",
                          "",
                          "a.c.c",
