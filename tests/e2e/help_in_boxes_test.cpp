@@ -1,5 +1,6 @@
 // F1 in every dialog and box tells about the command that has opened it.
 
+#include "archive/sample_archives.h"
 #include "e2e/help_test.h"
 
 namespace {
@@ -74,6 +75,21 @@ TEST_F(HelpInBoxes, OfListsToChooseFrom) {
   press(XK_Return);
   expectHelpIn({{XK_F2, Shift, "An entry", "Menu files and macros"},
                 {XK_F8, ShiftAlt, "Directory History", "History"}});
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(HelpInBoxes, OfArchives) {
+  left().write("files.zip", zipArchive({{"member.txt", "text"}}));
+  start();
+  moveTo("files.zip");
+  const std::string files = "Files menu";
+  expectHelpIn({{XK_F7, Shift, "Compress Files", files}});
+  press(XK_Return);
+  expectText("files.zip>");
+  moveTo("member.txt");
+  expectHelpIn({{XK_F5, Plain, "Extract \"member.txt\" to", files},
+                {XK_F6, Plain, "Extract and Move \"member.txt\" to", files},
+                {XK_F8, Plain, "Do you wish to delete", files}});
   EXPECT_EQ(quit(), 0);
 }
 

@@ -4,6 +4,7 @@
 
 #include "fileops/fileops_test.h"
 #include "support/fault_hook.h"
+#include "support/time_zone.h"
 
 namespace {
 
@@ -12,16 +13,7 @@ DateFields day(int year, int month, int day) {
 }
 
 class FileDate : public FileOpsTest {
- protected:
-  void SetUp() override {
-    FileOpsTest::SetUp();
-    setenv("TZ", "UTC", 1);
-    timeZoneChanged();
-  }
-  void TearDown() override {
-    unsetenv("TZ");
-    timeZoneChanged();
-  }
+  const Zone zone_{"UTC0"};
 };
 
 }  // namespace
@@ -85,6 +77,28 @@ TEST_F(FileDate, TheClockWithTwoHalvesBeginsAtTwelve) {
   }
   EXPECT_EQ(hourOfDay(15, HalfDay::Afternoon), 15);
   EXPECT_EQ(hourOfDay(15, HalfDay::Morning), 15);
+}
+
+TEST_F(FileDate, ATypedHourIsThatOfTheDaysOwnSeason) {
+  const Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+  struct Row {
+    DateFields fields;
+    time_t time;
+  };
+  // 11:00 and 10:00 at Greenwich, and the moments around the changes of the clock.
+  const Row rows[] = {
+      {{2024, 1, 15, 12, 0, 0}, 1705316400},   {{2024, 7, 1, 12, 0, 0}, 1719828000},
+      {{2024, 3, 31, 1, 59, 58}, 1711846798},  {{2024, 3, 31, 3, 0, 0}, 1711846800},
+      {{2024, 10, 27, 1, 59, 58}, 1729987198}, {{2024, 10, 27, 3, 0, 0}, 1729994400}};
+  for (const Row& row : rows) EXPECT_EQ(dosToTime(dosTimeOf(row.fields)), row.time) << row.time;
+}
+
+TEST_F(FileDate, AnHourThatTheDayDoesNotHaveOrHasTwiceIsAnHourBesideIt) {
+  const Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+  const time_t missing = dosToTime(dosTimeOf({2024, 3, 31, 2, 30, 0}));
+  EXPECT_TRUE(missing == 1711845000 || missing == 1711848600) << missing;
+  const time_t twice = dosToTime(dosTimeOf({2024, 10, 27, 2, 30, 0}));
+  EXPECT_TRUE(twice == 1729989000 || twice == 1729992600) << twice;
 }
 
 TEST_F(FileDate, OnlyTheModificationTimeChanges) {

@@ -2,37 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <random>
 #include <string>
+
+#include "support/time_zone.h"
 
 namespace {
 
 constexpr time_t OneHour = 3600;
-
-// Another time zone for a scope.
-class Zone {
- public:
-  explicit Zone(const char* name) {
-    const char* present = getenv("TZ");
-    before_ = present ? present : "";
-    had_ = present != nullptr;
-    setenv("TZ", name, 1);
-    timeZoneChanged();
-  }
-  ~Zone() {
-    if (had_) {
-      setenv("TZ", before_.c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    timeZoneChanged();
-  }
-
- private:
-  std::string before_;
-  bool had_;
-};
 
 DosTime words(int year, int month, int day, int hour, int minute, int second) {
   return {static_cast<uint16_t>((year - 1980) << 9 | month << 5 | day),
