@@ -17,6 +17,7 @@ enum class MemberKind : uint8_t { File, Directory };
 struct ArchiveMember {
   std::string_view name;   // the whole path as stored, as the format's tools take it
   std::string_view shown;  // what is shown in its place; "" when that is the name
+  bool foreign = false;    // made on a system whose names the tools translate
   NameForm form = NameForm::FileName;
   MemberKind kind = MemberKind::File;  // a name that ends in a slash is a directory's anyway
   uint64_t size = 0;                   // bytes

@@ -85,6 +85,8 @@ ArchiveRecords::Taken ArchiveRecords::add(const ArchiveMember& member) {
   record.when = member.when;
   record.attributes = member.attributes;
   record.dotSlash = name_.dotSlash();
+  record.foreign = member.foreign;
+  record.namedTwice = !member.shown.empty();
   records_.push_back(record);
   size_ = cappedSum(size_, member.size);
   packed_ = cappedSum(packed_, member.packed);

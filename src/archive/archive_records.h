@@ -19,7 +19,9 @@ struct ArchiveRecord {
   uint32_t directory = 0;  // of ArchiveRecords::directories
   DosTime when;
   uint16_t attributes = 0;
-  bool dotSlash = false;  // "./" stood before the path
+  bool dotSlash = false;    // "./" stood before the path
+  bool foreign = false;     // made on a system whose names the tools translate
+  bool namedTwice = false;  // the shown path stands in the archive beside the stored one
 };
 
 // A directory that a record names, or lies in.

@@ -96,8 +96,9 @@ class CentralHeader {
     member_.packed = header.u32(20);
     member_.size = header.u32(24);
     member_.when = {.date = header.u16(14), .time = header.u16(12)};
+    member_.foreign = header.u8(5) != UnixHost;
     // A name whose bytes are UTF-8 is taken as such; else only the first packers had a page.
-    if ((flags & Utf8Flag) == 0 && header.u8(5) != UnixHost && !isUtf8(member_.name)) {
+    if ((flags & Utf8Flag) == 0 && member_.foreign && !isUtf8(member_.name)) {
       member_.form = NameForm::Page437;
     }
     takeBlocks(header.text(CentralSize + nameLength, header.u16(30)));

@@ -15,17 +15,24 @@ std::wstring_view viewOf(const Westring& text) {
 }
 
 Westring shownPath(const ArchiveRecord& record, std::wstring_view directory) {
-  std::wstring path = record.dotSlash ? L"./" : L"";
-  path += directory;
+  std::wstring path(directory);
   if (!record.name.empty() && !directory.empty()) path += L'/';
   path += record.name;
   return path.c_str();
 }
 
-// The path by which the tool knows the record.
-Westring storedPath(const ArchiveRecord& record, std::wstring_view directory) {
-  if (record.stored.empty()) return shownPath(record, directory);
+Westring withDotSlash(const ArchiveRecord& record, const Westring& shown) {
+  return record.dotSlash ? L"./" + shown : shown;
+}
+
+// The path by which the tool knows the record that is listed under `shown`.
+Westring storedPath(const ArchiveRecord& record, const Westring& shown) {
+  if (record.stored.empty()) return withDotSlash(record, shown);
   return decodeFileName(std::string(record.stored).c_str());
+}
+
+Westring secondPath(const ArchiveRecord& record, const Westring& shown) {
+  return record.namedTwice ? withDotSlash(record, shown) : Westring();
 }
 
 size_t componentsIn(std::wstring_view path) {
@@ -45,7 +52,7 @@ std::string beginningOf(std::string_view stored, size_t components) {
 }
 
 Westring directoryName(const ArchiveRecord& record, const Westring& path) {
-  if (record.stored.empty()) return record.dotSlash ? L"./" + path : path;
+  if (record.stored.empty()) return withDotSlash(record, path);
   return decodeFileName(beginningOf(record.stored, componentsIn(viewOf(path))).c_str());
 }
 
@@ -53,6 +60,14 @@ Westring directoryName(const ArchiveRecord& record, const Westring& path) {
 bool endsAtBackslash(const ArchiveRecord& record, const Westring& beginning) {
   const size_t length = bytePath(beginning).size();
   return length < record.stored.size() && record.stored[length] == '\\';
+}
+
+ToolOperand directoryOperand(const ArchiveRecord& record, const Westring& name,
+                             const Westring& shown) {
+  return {.path = name,
+          .directory = true,
+          .foreignName = record.foreign,
+          .secondPath = secondPath(record, shown)};
 }
 
 class OperandMaker {
@@ -65,12 +80,6 @@ class OperandMaker {
   std::vector<ToolOperand> directory(const Westring& path) const;
 
  private:
-  bool isForeign(const ArchiveRecord& record) const {
-    return archive_.type() == ArchiveType::Zip && !record.stored.empty();
-  }
-  ToolOperand& operandNamed(std::vector<ToolOperand>& operands, const Westring& name,
-                            const ArchiveRecord& record) const;
-
   const ArchiveEntryStore& archive_;
   const ArchiveRecords& records_;
   std::wstring parent_;
@@ -94,15 +103,18 @@ void OperandMaker::enter(const Westring& directory) {
 std::vector<ToolOperand> OperandMaker::file(const Westring& name) const {
   const auto found = files_.find(viewOf(name));
   if (found == files_.end()) return {};
-  return {{.path = storedPath(*found->second, parent_), .foreignName = isForeign(*found->second)}};
+  const ArchiveRecord& record = *found->second;
+  return {fileOperand(shownPath(record, parent_), record)};
 }
 
-ToolOperand& OperandMaker::operandNamed(std::vector<ToolOperand>& operands, const Westring& name,
-                                        const ArchiveRecord& record) const {
+ToolOperand& operandLike(std::vector<ToolOperand>& operands, const ToolOperand& wanted) {
   for (ToolOperand& operand : operands) {
-    if (sameName(operand.path, name)) return operand;
+    if (sameName(operand.path, wanted.path) && operand.foreignName == wanted.foreignName &&
+        sameName(operand.secondPath, wanted.secondPath)) {
+      return operand;
+    }
   }
-  operands.push_back({.path = name, .directory = true, .foreignName = isForeign(record)});
+  operands.push_back(wanted);
   return operands.back();
 }
 
@@ -115,13 +127,15 @@ std::vector<ToolOperand> OperandMaker::directory(const Westring& path) const {
     for (uint32_t place = 0; place < below.recordCount; ++place) {
       const ArchiveRecord& record = records_.at(below.firstRecord + place);
       const Westring name = directoryName(record, path);
-      const Westring member = storedPath(record, below.path);
+      const Westring shown = shownPath(record, below.path);
       // Directories have a slash behind their names for the tool that wants every name.
       const bool itself = record.name.empty() && archive_.type() == ArchiveType::Lharc;
       if (endsAtBackslash(record, name)) {
-        operands.push_back({.path = member, .foreignName = isForeign(record)});
+        operands.push_back(fileOperand(shown, record));
       } else {
-        operandNamed(operands, name, record).below.push_back(itself ? addSlash(member) : member);
+        const Westring member = storedPath(record, shown);
+        operandLike(operands, directoryOperand(record, name, path))
+            .below.push_back(itself ? addSlash(member) : member);
       }
     }
   }
@@ -146,6 +160,12 @@ std::vector<ChosenMember> chosenMembers(const Panel& panel, const ArchiveEntrySt
     members.push_back(std::move(member));
   }
   return members;
+}
+
+ToolOperand fileOperand(const Westring& innerPath, const ArchiveRecord& record) {
+  return {.path = storedPath(record, innerPath),
+          .foreignName = record.foreign,
+          .secondPath = secondPath(record, innerPath)};
 }
 
 std::vector<ToolOperand> operandsOf(const std::vector<ChosenMember>& members) {

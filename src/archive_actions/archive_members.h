@@ -17,4 +17,6 @@ struct ChosenMember {
 
 std::vector<ChosenMember> chosenMembers(const Panel& panel, const ArchiveEntryStore& archive,
                                         const ChosenItems& items);
+// How a tool knows the file of a record, which is listed under the path.
+ToolOperand fileOperand(const Westring& innerPath, const ArchiveRecord& record);
 std::vector<ToolOperand> operandsOf(const std::vector<ChosenMember>& members);

@@ -213,6 +213,12 @@ std::wstring ArchiveTool::expand(const Westring& path, In where) const {
   return result;
 }
 
+// A second name is one that only the unpacker knows, and it knows no other then.
+Westring ArchiveTool::knownPath(const ToolOperand& operand) const {
+  const bool second = names_ == NameForTool::UnzipPattern && !operand.secondPath.empty();
+  return second ? operand.secondPath : operand.path;
+}
+
 std::vector<std::wstring> ArchiveTool::namesOf(const ToolOperand& operand, In where) const {
   if (form_ == DirectoryForm::Nothing) return {};
   if (operand.directory && form_ == DirectoryForm::AsSet) return {expand(operand.path, where)};
@@ -223,7 +229,7 @@ std::vector<std::wstring> ArchiveTool::namesOf(const ToolOperand& operand, In wh
     }
     return names;
   }
-  std::wstring name = nameOf(operand.path, operand.foreignName, where);
+  std::wstring name = nameOf(knownPath(operand), operand.foreignName, where);
   if (operand.directory && form_ == DirectoryForm::Contents) {
     name += where == In::List ? L"/*" : L"/\\*";
   }

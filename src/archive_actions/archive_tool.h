@@ -16,6 +16,7 @@ struct ToolOperand {
   // The stored names aren't those of this system: what isn't ASCII in them matches anything.
   bool foreignName = false;
   std::vector<Westring> below{};  // of a directory where the tool wants them: all that lies below
+  Westring secondPath{};  // "" or the path that the archive holds beside this one, for extraction
 };
 
 // How a directory is given to a tool.
@@ -73,6 +74,7 @@ class ArchiveTool {
   void find();
   Westring filled(const std::wstring& archive, const std::wstring& files) const;
   std::wstring expand(const Westring& path, In where) const;
+  Westring knownPath(const ToolOperand& operand) const;
   std::vector<std::wstring> namesOf(const ToolOperand& operand, In where) const;
   std::wstring nameOf(const Westring& path, bool foreign, In where) const;
 

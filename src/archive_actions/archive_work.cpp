@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "archive_actions/member_tools.h"
+#include "archive_actions/archive_members.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
 #include "language/temporary_names.h"
@@ -39,7 +39,7 @@ void ArchiveWork::noteSeen() {
 
 // A copy of what the archive holds no more is only kept while it is edited.
 bool ArchiveWork::isTaken(const Westring& innerPath) const {
-  if (!copy_ || !sameName(member_, innerPath)) return false;
+  if (!copy_ || !sameName(member_.innerPath, innerPath)) return false;
   int error = 0;
   const MemberCopy::State state = copy_->compare(error);
   return state == MemberCopy::State::Changed || (state == MemberCopy::State::Same && isAsSeen());
@@ -68,8 +68,8 @@ Westring ArchiveWork::extract(const Westring& innerPath, const ArchiveRecord& re
     tellError(L"Unable to create temporary directory", where);
     return Westring();
   }
-  const ToolOperand file = fileOperand(innerPath, record, archive_.type());
-  Westring path = extractMember(archive_, file, record.size, directory);
+  const SingleMember member{innerPath, fileOperand(innerPath, record), record.size};
+  Westring path = extractMember(archive_, member, directory);
   if (path.empty()) return path;
   auto copy = std::make_shared<MemberCopy>();
   if (const int error = copy->adopt(std::move(directory), path); error != 0) {
@@ -77,8 +77,7 @@ Westring ArchiveWork::extract(const Westring& innerPath, const ArchiveRecord& re
     return Westring();
   }
   copy_ = std::move(copy);
-  member_ = innerPath;
-  file_ = file;
+  member_ = member;
   return copy_->path();
 }
 
@@ -110,7 +109,7 @@ Westring ArchiveWork::update(const MemberCopy& copy) {
         alert("Archive has changed, update anyway?", archive_.path(), AlertButtons::OkCancel);
     if (answer != Answer::Yes) return L"The archive wasn't updated, this is kept";
   }
-  Westring why = updateMember(archive_, member_, file_, copy);
+  Westring why = updateMember(archive_, member_, copy);
   noteSeen();
   return why;
 }

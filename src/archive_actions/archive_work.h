@@ -3,8 +3,7 @@
 #include <memory>
 
 #include "archive/archive_entry_store.h"
-#include "archive_actions/archive_tool.h"
-#include "archive_actions/member_copy.h"
+#include "archive_actions/member_tools.h"
 
 // What goes on with an open archive beside its listing: the member that was taken out last, and, of
 // an archive inside another one, the copy that it is itself. When the archive is closed, or another
@@ -39,9 +38,8 @@ class ArchiveWork : public ArchiveEntryStore::Companion {
   Westring update(const MemberCopy& copy);
 
   ArchiveEntryStore& archive_;
-  FileStamp seen_;    // the archive file, when this program dealt with it last
-  Westring member_;   // the path inside of what was taken out
-  ToolOperand file_;  // the same for the tool
+  FileStamp seen_;       // the archive file, when this program dealt with it last
+  SingleMember member_;  // what was taken out
   std::shared_ptr<MemberCopy> copy_;
   std::shared_ptr<MemberCopy> standsIn_;
 };

@@ -9,6 +9,7 @@
 #include "archive_actions/private_directory.h"
 #include "archive_actions/run_archiver.h"
 #include "archive_actions/working_directory.h"
+#include "archive_actions/written_files.h"
 #include "filecommands/console_ui.h"
 #include "filecommands/destination.h"
 #include "filecommands/entry_path.h"
@@ -43,7 +44,6 @@ class ExtractCommand {
   bool runTool(const ArchiveTool& tool);
   bool moveIntoPlace();
   Outcome moveOne(Transfer& transfer, const ChosenMember& member);
-  int findExtracted(const ChosenMember& member, FoundPlace& place) const;
   void settle(bool goesOn);
   ArchiveEntryStore& archive() const { return *archiveOf(source_); }
 
@@ -136,24 +136,12 @@ bool ExtractCommand::runTool(const ArchiveTool& tool) {
   return runArchiver(tool, archive().diskFile(), operandsOf(members_), source_) == 0;
 }
 
-// Under the name that is shown, the one that is stored, or what the tool may have made of that.
-int ExtractCommand::findExtracted(const ChosenMember& member, FoundPlace& place) const {
-  const int top = directory_.fd();
-  int error = findWritten(top, bytePath(member.innerPath), NameMatch::Exact, place);
-  for (const NameMatch match : {NameMatch::Exact, NameMatch::Likely}) {
-    for (const ToolOperand& operand : member.operands) {
-      if (error == ENOENT) error = findWritten(top, bytePath(operand.path), match, place);
-    }
-  }
-  if (error == ENOENT) {
-    error = findWritten(top, bytePath(member.innerPath), NameMatch::Likely, place);
-  }
-  return error;
-}
-
 Outcome ExtractCommand::moveOne(Transfer& transfer, const ChosenMember& member) {
   FoundPlace place;
-  if (findExtracted(member, place) != 0) {
+  const bool directory = member.item->isDirectory();
+  int error = directory ? turnBackslashes(directory_.fd(), member.operands) : 0;
+  if (error == 0) error = findMember(directory_.fd(), member.innerPath, member.operands, place);
+  if (error != 0) {
     if (missing_.empty()) missing_ = member.innerPath;
     return Outcome::LeftInPlace;
   }

@@ -5,6 +5,7 @@
 
 #include "archive_actions/tool_run.h"
 #include "archive_actions/working_directory.h"
+#include "archive_actions/written_files.h"
 #include "foundation/file_mode_mask.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
@@ -14,8 +15,7 @@
 
 namespace {
 
-constexpr mode_t NewArchiveMode = 0666;  // before the umask
-constexpr mode_t OwnerDirectory = 0700;
+constexpr mode_t NewArchiveMode = 0666;            // before the umask
 constexpr uint64_t GzipSizes = uint64_t{1} << 32;  // it knows no more of a size than the rest
 
 void tellError(const Westring& text, const Westring& path) {
@@ -41,36 +41,23 @@ std::string withoutRoot(const std::string& path) {
   return path.substr(std::min(path.find_first_not_of('/'), path.size()));
 }
 
-// Tools that know the name in other characters write another one; who puts the file back needs it
-// under the stored one.
-int nameExactly(const PrivateDirectory& directory, const FoundPlace& found,
-                const std::string& path) {
-  for (size_t slash = path.find('/'); slash != std::string::npos;
-       slash = path.find('/', slash + 1)) {
-    const std::string parent = path.substr(0, slash);
-    if (System::mkdirAt(directory.fd(), parent.c_str(), OwnerDirectory) != 0 && errno != EEXIST) {
-      return errno;
-    }
-  }
-  return System::renameAtNoReplace(found.parent.get(), found.name.c_str(), directory.fd(),
-                                   path.c_str()) == 0
-             ? 0
-             : errno;
-}
-
-// The one file that the tool was to write: its path, or "" after it was told.
-Westring writtenFile(const PrivateDirectory& directory, const ToolOperand& file) {
-  const std::string path = withoutRoot(bytePath(file.path));
-  Westring wanted = joinPath(directory.path(), decodeFileName(path.c_str()));
+// The one file that the tool was to write: its path, or "" after it was told. Tools that know the
+// name in other characters write another one; who puts the file back needs it under the stored one.
+Westring writtenFile(const PrivateDirectory& directory, const SingleMember& member) {
+  const int top = directory.fd();
+  const std::string path = withoutRoot(bytePath(member.file.path));
   FoundPlace found;
-  int error = findWrittenFile(directory.fd(), path, NameMatch::Exact, found);
-  if (error == 0) return wanted;
-  if (error == ENOENT) {
-    error = findWrittenFile(directory.fd(), path, NameMatch::Likely, found);
-    if (error == 0) error = nameExactly(directory, found, path);
-    if (error == 0) return wanted;
+  int error = findMember(top, member.innerPath, {member.file}, found);
+  if (error == ENOENT) error = findOnlyFile(top, found);
+  if (error == 0) error = checkRegular(found);
+  if (error != 0) {
+    tellError(error == ENOENT ? L"File not found" : L"Not a regular file", member.file.path);
+    return Westring();
   }
-  tellError(error == ENOENT ? L"File not found" : L"Not a regular file", file.path);
+  Westring wanted = joinPath(directory.path(), decodeFileName(path.c_str()));
+  error = isAt(found, path) ? 0 : moveWritten(top, found, path);
+  if (error == 0) return wanted;
+  tellError(errorText(error), wanted);
   return Westring();
 }
 
@@ -87,37 +74,35 @@ ToolResult runIn(const Westring& directory, const Westring& command, const ToolB
   return result;
 }
 
-bool holds(const ArchiveEntryStore& archive, const Westring& innerPath, uint64_t size) {
+// A packer of this system may have made the member one of this system, which is listed otherwise.
+bool holds(const ArchiveEntryStore& archive, const SingleMember& member, uint64_t size) {
   const ArchiveOpening anew = readQuietly(archive);
-  const ArchiveRecord* const record = anew.archive ? anew.archive->fileOf(innerPath) : nullptr;
-  if (!record) return false;
-  if (archive.type() == ArchiveType::Gzip) return record->size == size % GzipSizes;
-  return record->size == size;
+  if (!anew.archive) return false;
+  if (archive.type() == ArchiveType::Gzip) size %= GzipSizes;
+  const Westring stored = decodeFileName(withSlashes(bytePath(member.file.path)).c_str());
+  for (const Westring& path : {member.innerPath, stored}) {
+    const ArchiveRecord* const record = anew.archive->fileOf(path);
+    if (record && record->size == size) return true;
+  }
+  return false;
 }
 
 }  // namespace
-
-ToolOperand fileOperand(const Westring& innerPath, const ArchiveRecord& record, ArchiveType type) {
-  ToolOperand operand;
-  operand.path = record.dotSlash ? Westring(L"./") + innerPath : innerPath;
-  if (!record.stored.empty()) operand.path = decodeFileName(std::string(record.stored).c_str());
-  operand.foreignName = type == ArchiveType::Zip && !record.stored.empty();
-  return operand;
-}
 
 ArchiveOpening readQuietly(const ArchiveEntryStore& archive) {
   ArchiveWatcher nobody;
   return openArchiveFile(archive.path(), archive.diskFile(), nobody);
 }
 
-Westring extractMember(const ArchiveEntryStore& archive, const ToolOperand& file, uint64_t size,
+Westring extractMember(const ArchiveEntryStore& archive, const SingleMember& member,
                        const PrivateDirectory& directory) {
+  const ToolOperand& file = member.file;
   const ArchiveTool tool(archiverOf(archive), ToolTask::Extract);
   if (!tool.hasCommand()) {
     tellError(L"No command for this archive type", archive.path());
     return Westring();
   }
-  if (!hasRoom(directory.path(), size)) {
+  if (!hasRoom(directory.path(), member.size)) {
     tellError(errorText(ENOSPC), directory.path());
     return Westring();
   }
@@ -136,15 +121,16 @@ Westring extractMember(const ArchiveEntryStore& archive, const ToolOperand& file
     tellError(L"An error occurred extracting", withCode(file.path, directory.path(), result.code));
     return Westring();
   }
-  return writtenFile(directory, file);
+  return writtenFile(directory, member);
 }
 
-Westring updateMember(const ArchiveEntryStore& archive, const Westring& innerPath,
-                      const ToolOperand& file, const MemberCopy& copy) {
+Westring updateMember(const ArchiveEntryStore& archive, const SingleMember& member,
+                      const MemberCopy& copy) {
+  const Westring& innerPath = member.innerPath;
   const ArchiveTool tool(archiverOf(archive), ToolTask::Compress);
   if (!tool.hasCommand()) return L"No command for this archive type";
   ToolOperand operand;
-  operand.path = decodeFileName(withoutRoot(bytePath(file.path)).c_str());
+  operand.path = decodeFileName(withoutRoot(bytePath(member.file.path)).c_str());
   SafeFile anew;
   Westring target = archive.diskFile();
   if (tool.writesArchiveAnew()) {
@@ -161,5 +147,5 @@ Westring updateMember(const ArchiveEntryStore& archive, const Westring& innerPat
       return errorText(error);
     }
   }
-  return holds(archive, innerPath, copy.size()) ? Westring() : failure;
+  return holds(archive, member, copy.size()) ? Westring() : failure;
 }

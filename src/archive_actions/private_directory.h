@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/stat.h>
-
 #include <string>
 
 #include "foundation/system.h"
@@ -32,25 +30,3 @@ class PrivateDirectory {
   Westring path_;
   Descriptor directory_;
 };
-
-// What a tool wrote under a path below a directory: looked at through no link, so never anywhere
-// else.
-struct FoundPlace {
-  Descriptor parent;  // the directory that holds it
-  std::string name;   // in there
-  std::string path;   // below the directory where the look began
-  struct stat info {};
-};
-
-enum class NameMatch {
-  Exact,
-  // Where the exact name isn't: the one name with as many bytes and the same ASCII characters.
-  // Tools write names of other systems in characters of their own. Two such names are none.
-  Likely,
-};
-
-// 0 or errno: ENOENT when there is nothing of that name, ELOOP or ENOTDIR behind a link.
-int findWritten(int top, const std::string& path, NameMatch match, FoundPlace& place);
-// The same for one regular file with no other name. ENOENT when it isn't there, EINVAL when it is
-// something else.
-int findWrittenFile(int top, const std::string& path, NameMatch match, FoundPlace& place);

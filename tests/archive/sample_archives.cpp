@@ -16,6 +16,12 @@ std::string withoutSlash(const SampleMember& member) {
   return member.isDirectory() ? member.path.substr(0, member.path.size() - 1) : member.path;
 }
 
+std::string unicodeBlock(const SampleMember& member) {
+  if (member.secondName.empty()) return "";
+  const std::string block = "\1" + le32(crc32(member.path)) + member.secondName;
+  return le16(0x7075) + le16(block.size()) + block;
+}
+
 char byteSum(const std::string& bytes) {
   unsigned sum = 0;
   for (const char byte : bytes) sum += static_cast<unsigned char>(byte);
@@ -147,15 +153,24 @@ std::string programStub() {
 std::string zipArchive(const SampleMembers& members, const std::string& stub) {
   std::string archive, directory;
   for (const SampleMember& member : members) {
+    const std::string block = unicodeBlock(member);
     const std::string common = le16(0) + le16(0) + words() + le32(crc32(member.content)) +
                                le32(member.content.size()) + le32(member.size()) +
-                               le16(member.path.size()) + le16(0);
+                               le16(member.path.size()) + le16(block.size());
     directory += "PK\1\2" + le16(0x0014) + le16(20) + common + le16(0) + le16(0) + le16(0) +
-                 le32(0) + le32(archive.size()) + member.path;
-    archive += "PK\3\4" + le16(20) + common + member.path + member.content;
+                 le32(0) + le32(archive.size()) + member.path + block;
+    archive += "PK\3\4" + le16(20) + common + member.path + block + member.content;
   }
   return stub + archive + directory + "PK\5\6" + le16(0) + le16(0) + le16(members.size()) +
          le16(members.size()) + le32(directory.size()) + le32(archive.size()) + le16(0);
+}
+
+std::string zipMadeBy(ZipHost host, std::string archive) {
+  constexpr size_t HostOffset = 5;
+  for (size_t at = 0; (at = archive.find("PK\1\2", at)) != std::string::npos; ++at) {
+    archive[at + HostOffset] = static_cast<char>(host);
+  }
+  return archive;
 }
 
 std::string rar4Archive(const SampleMembers& members, HeaderForm form, const std::string& stub) {

@@ -13,6 +13,7 @@ struct SampleMember {
   std::string path;  // a directory's ends in a slash
   std::string content;
   uint64_t claimedSize = NoClaim;  // what the header says of a size, where that isn't the truth
+  std::string secondName = {};     // of a ZIP: the path in UTF-8, beside the one in the header
 
   static constexpr uint64_t NoClaim = ~uint64_t{0};
   bool isDirectory() const { return path.ends_with('/'); }
@@ -26,6 +27,9 @@ time_t sampleTime();                                                   // the sa
 enum class HeaderForm { Published, Wide };
 
 std::string zipArchive(const SampleMembers& members, const std::string& stub = "");
+// The same archive as one that was made on this system; zipArchive makes those of the first one.
+enum class ZipHost : char { Fat = 0, Unix = 3, Ntfs = 10 };
+std::string zipMadeBy(ZipHost host, std::string archive);
 std::string rar4Archive(const SampleMembers& members, HeaderForm form,
                         const std::string& stub = "");
 std::string rar5Archive(const SampleMembers& members, const std::string& stub = "");

@@ -240,6 +240,62 @@ TEST_F(ArchiveWorkTest, OddNamesAreTakenOutAndPutBack) {
   EXPECT_EQ(temporaries(), std::vector<std::string>{});
 }
 
+TEST_F(ArchiveWorkTest, MembersOfOtherSystemsAreTakenOutAndPutBack) {
+  const struct {
+    std::string stored;
+    std::string onTheFirst;  // as it is listed
+    std::string elsewhere;
+    std::string second = {};
+  } table[] = {{"\u4e2d[1].txt", "\u4e2d[1].txt", "\u4e2d[1].txt"},
+               {"h\u00e4/\u4e2d.txt", "h\u00e4/\u4e2d.txt", "h\u00e4/\u4e2d.txt"},
+               {"gr\x81n", "gr\u00fcn", "gr\u00fcn", "gr\u00fcn"},
+               {"gr\x81n.txt", "gr\u00fcn.txt", "gr\x81n.txt"},
+               {"back\\slash", "back/slash", "back/slash"},
+               {"d\x82r\\in\\x\x82", "d\u00e9r/in/x\u00e9", "d\x82r/in/x\x82"}};
+  for (const ZipHost host : {ZipHost::Fat, ZipHost::Unix, ZipHost::Ntfs}) {
+    for (const auto& row : table) {
+      SCOPED_TRACE(row.onTheFirst + " " + std::to_string(static_cast<int>(host)));
+      dir.write(
+          "left/pack.zip",
+          zipMadeBy(host,
+                    zipArchive({{row.stored, "old text", SampleMember::NoClaim, row.second}})));
+      open("pack.zip");
+      std::string path;
+      run([&] { path = take(host == ZipHost::Unix ? row.elsewhere : row.onTheFirst); });
+      ASSERT_NE(path, "");
+      EXPECT_EQ(readFile(path), "old text");
+      writeFile(path, "a newer text");
+      run([&] { close(); });
+      EXPECT_EQ(output("unzip -Z1 pack.zip | wc -l"), "1\n");
+      EXPECT_EQ(output("unzip -p pack.zip"), "a newer text");
+      EXPECT_EQ(temporaries(), std::vector<std::string>{});
+    }
+  }
+}
+
+TEST_F(ArchiveWorkTest, TheOnlyFileThatTheToolWroteIsTheMember) {
+  shell("zip -q pack.zip other.txt");
+  archiverKeys().set(Archiver::Zip, "Extract", "mkdir x; echo told >x/somehow #");
+  open("pack.zip");
+  run([&] { EXPECT_EQ(readFile(take("other.txt")), "told\n"); });
+  archiverKeys().set(Archiver::Zip, "Extract", "touch one two #");
+  close();
+  open("pack.zip");
+  play({{"File not found", {Key::Enter}}}, [&] { EXPECT_EQ(take("other.txt"), ""); });
+  EXPECT_EQ(temporaries(), std::vector<std::string>{});
+}
+
+TEST_F(ArchiveWorkTest, ALinkInTheWayIsNotFollowedToTheMembersPlace) {
+  const TempDir outside;
+  dir.write("left/pack.zip", zipArchive({{"d\x82r/file", "evil"}}));
+  archiverKeys().set(
+      Archiver::Zip, "Extract",
+      ("ln -s " + outside.path() + " d\x82r; mkdir d\xe9r; echo evil >d\xe9r/file #").c_str());
+  open("pack.zip");
+  play({{"Not a regular file", {Key::Enter}}}, [&] { EXPECT_EQ(take("d\u00e9r/file"), ""); });
+  EXPECT_EQ(outside.names(), std::vector<std::string>{});
+}
+
 TEST_F(ArchiveWorkTest, AnInnerArchiveThatCouldNotBeUpdatedStopsTheOuterOne) {
   shell("zip -q inner.zip other.txt && zip -q outer.zip inner.zip && rm inner.zip");
   const std::string before = dir.read("left/outer.zip");

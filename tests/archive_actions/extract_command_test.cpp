@@ -127,6 +127,118 @@ TEST_F(Extracting, OddNamesComeOutOfZipAndTar) {
   }
 }
 
+// Bytes of another system's page, and its separators.
+const SampleMembers& membersOfOtherSystems() {
+  static const SampleMembers members = {{"gr\x81n.txt", "green"},
+                                        {"back\\slash.txt", "below"},
+                                        {"two/\u4e2d.txt", "utf-8"},
+                                        {"gr\x82s", "twice", SampleMember::NoClaim, "gr\u00e9s"},
+                                        {"s\x82"
+                                         "c/x",
+                                         "two names", SampleMember::NoClaim, "s\u00e9c/x"},
+                                        {"d\x82r\\in\\x\x82.txt", "deep"},
+                                        {"plain.txt", "plain"}};
+  return members;
+}
+
+class ExtractingOfOthers : public Extracting, public testing::WithParamInterface<ZipHost> {
+ protected:
+  void SetUp() override {
+    Extracting::SetUp();
+    dir.write("left/a.zip", zipMadeBy(GetParam(), zipArchive(membersOfOtherSystems())));
+    open("a.zip");
+  }
+  // Its names as they are listed.
+  static std::string listedAs(const std::string& onTheFirst, const std::string& bytes) {
+    return GetParam() == ZipHost::Unix ? bytes : onTheFirst;
+  }
+};
+
+TEST_P(ExtractingOfOthers, FilesComeOutUnderTheNamesThatAreShown) {
+  for (const std::string& name :
+       {listedAs("gr\u00fcn.txt", "gr\x81n.txt"), std::string("plain.txt")})
+    tag(name);
+  extract();
+  EXPECT_EQ(dir.read("right/" + listedAs("gr\u00fcn.txt", "gr\x81n.txt")), "green");
+  EXPECT_EQ(dir.read("right/plain.txt"), "plain");
+  enterPath(left(), L"back");
+  putCursorOn("slash.txt");
+  extract();
+  EXPECT_EQ(dir.read("right/slash.txt"), "below");
+  enterPath(left(), L"..");
+  enterPath(left(), L"two");
+  putCursorOn("\u4e2d.txt");
+  extract();
+  EXPECT_EQ(dir.read("right/\u4e2d.txt"), "utf-8");
+}
+
+TEST_P(ExtractingOfOthers, ASecondNameIsTheOneThatTheToolKnows) {
+  tag("gr\u00e9s");
+  tag("s\u00e9c");
+  extract();
+  EXPECT_EQ(dir.read("right/gr\u00e9s"), "twice");
+  EXPECT_EQ(dir.read("right/s\u00e9c/x"), "two names");
+}
+
+TEST_P(ExtractingOfOthers, DirectoriesThatAreNoneForTheToolComeOutAsSuch) {
+  const std::string deep = listedAs("d\u00e9r", "d\x82r");
+  tag("back");
+  tag(deep);
+  extract();
+  EXPECT_EQ(names("right"), (std::vector<std::string>{"back", deep}));
+  EXPECT_EQ(dir.read("right/back/slash.txt"), "below");
+  ASSERT_EQ(names("right/" + deep + "/in").size(), 1u);
+  EXPECT_EQ(dir.read("right/" + deep + "/in/" + names("right/" + deep + "/in")[0]), "deep");
+}
+
+TEST_P(ExtractingOfOthers, AMoveTakesThemOutOfTheArchive) {
+  tagAll();
+  extract(TransferKind::Move);
+  EXPECT_EQ(names("right").size(), 3u) << "files";
+  for (const char* name : {"back", "two", "s\u00e9c"}) tag(name);
+  tag(listedAs("d\u00e9r", "d\x82r"));
+  extract(TransferKind::Move);
+  EXPECT_EQ(names("right").size(), 7u);
+  EXPECT_EQ(left().count(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, ExtractingOfOthers,
+                         testing::Values(ZipHost::Fat, ZipHost::Unix, ZipHost::Ntfs),
+                         [](const testing::TestParamInfo<ZipHost>& host) {
+                           if (host.param == ZipHost::Unix) return "Unix";
+                           return host.param == ZipHost::Fat ? "Fat" : "Ntfs";
+                         });
+
+TEST_F(Extracting, TwoFilesThatANameMayHaveBecomeAreLeft) {
+  dir.write("left/a.zip", zipArchive({{"d\x82r/a", "1"}}));
+  set("Extract", "mkdir d\xe9r d\xear; true");
+  open("a.zip");
+  putCursorOn("d\u00e9r");
+  extract(TransferKind::Copy, {{"File not found", {Key::Enter}}});
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+}
+
+TEST_F(Extracting, TwoDirectoriesThatAreListedAsOneStayInTheArchive) {
+  std::string archive = zipArchive({{"d\x82r/one", "1"}, {"d\u00e9r/two", "2"}});
+  dir.write("left/a.zip", archive);
+  open("a.zip");
+  putCursorOn("d\u00e9r");
+  extract(TransferKind::Move, {{"Not everything was moved", {Key::Enter}}});
+  EXPECT_EQ(dir.read("left/a.zip"), archive);
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+}
+
+TEST_F(Extracting, ABackslashAndASlashThatGiveOnePathStayInTheArchive) {
+  dir.write("left/a.zip",
+            zipMadeBy(ZipHost::Unix, zipArchive({{"a/b", "slash"}, {"a\\b", "backslash"}})));
+  const std::string before = dir.read("left/a.zip");
+  open("a.zip");
+  putCursorOn("a");
+  extract(TransferKind::Move, {{"Not everything was moved", {Key::Enter}}});
+  EXPECT_EQ(dir.read("left/a.zip"), before);
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+}
+
 TEST_F(Extracting, ANameThatLooksLikeAPatternIsDeletedAlone) {
   for (const char* name : {"a[1]*.txt", "a[1]b.txt", "a1.txt"})
     dir.write(std::string("in/") + name, "");

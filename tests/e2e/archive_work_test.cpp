@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "archive/sample_archives.h"
 #include "e2e/program_test.h"
 
 namespace {
@@ -196,6 +197,133 @@ TEST_F(ArchiveWorkTest, AssociationsAndMacrosWorkWithACopyOfTheMember) {
   expectCursorOn("b.run");
   leaveArchive("pack.zip");
   expectNoTemporaries();
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, MembersOfAnotherSystemAreEditedViewedAndTakenOut) {
+  left().write("pack.zip", zipArchive({{"h\u00e4.txt", "old text"},
+                                       {"gr\x81n.txt", "of the first page"},
+                                       {"back\\slash.txt", "below"}}));
+  start();
+  enter("pack.zip", "h\u00e4.txt");
+  editInFront("h\u00e4.txt", "new ");
+  moveTo("gr\u00fcn.txt");
+  press(XK_F3);
+  expectText("of the first page");
+  press(XK_Escape);
+  expectCursorOn("gr\u00fcn.txt");
+  EXPECT_EQ(output("unzip -p pack.zip 'h*.txt'"), "new old text") << "before another is taken";
+  press(XK_F5);
+  expectText("Extract \"gr\u00fcn.txt\" to");
+  press(XK_Return);
+  expectSoon("the file", [this] { return right().read("gr\u00fcn.txt") == "of the first page"; });
+  expectAwaited();
+  moveTo("back");
+  press(XK_Return);
+  expectText("slash.txt");
+  moveTo("slash.txt");
+  press(XK_F3);
+  expectText("below");
+  press(XK_Escape);
+  expectCursorOn("slash.txt");
+  EXPECT_EQ(quit(), 0);
+  expectNoTemporaries();
+}
+
+TEST_F(ArchiveWorkTest, ThePasswordOfAMemberIsTypedIntoItsTerminal) {
+  left().write("secret.txt", "old text");
+  shell("zip -q -P open pack.zip secret.txt && rm secret.txt");
+  start();
+  enter("pack.zip", "secret.txt");
+  moveTo("secret.txt");
+  press(XK_F3);
+  expectText("password:");
+  typeMeanwhile("open");
+  pressMeanwhile(XK_Return);
+  expectText("old text");
+  press(XK_Escape);
+  expectCursorOn("secret.txt");
+  expectNoText("password:");
+  press(XK_F5);
+  expectText("Extract \"secret.txt\" to");
+  press(XK_Return);
+  expectText("password:");
+  typeMeanwhile("open");
+  pressMeanwhile(XK_Return);
+  expectSoon("the file", [this] { return right().read("secret.txt") == "old text"; });
+  expectAwaited();
+  EXPECT_EQ(quit(), 0);
+  expectNoTemporaries();
+}
+
+TEST_F(ArchiveWorkTest, EscEndsAToolThatDoesNotWantToEnd) {
+  home().makeDir(".tdx");
+  // It says that it heard the first signal, and goes on.
+  left().write("deaf", "#!/bin/sh\ntrap 'echo heard >>" + left().path("signals") +
+                           "' INT\nwhile :; do sleep 0.1; done\n");
+  left().chmod("deaf", 0755);
+  home().write(".tdx/td.ini", "[Archiver:ZIP]\nExtract=" + left().path("deaf") + "\n");
+  left().write("member.txt", "old text");
+  shell("zip -q pack.zip member.txt && rm member.txt");
+  start();
+  enter("pack.zip", "member.txt");
+  moveTo("member.txt");
+  press(XK_F3);
+  expectText("Extracting");
+  pressMeanwhile(XK_Escape);
+  expectNoText("Extracting");
+  expectCursorOn("member.txt");
+  expectAwaited();
+  EXPECT_EQ(left().read("signals"), "heard\n");
+  EXPECT_EQ(quit(), 0);
+  expectNoTemporaries();
+}
+
+TEST_F(ArchiveWorkTest, EscDuringTheUpdateKeepsTheEdit) {
+  home().makeDir(".tdx");
+  home().write(".tdx/td.ini", "[Archiver:ZIP]\nCompress=sleep 1000 #\n");
+  left().write("member.txt", "old text");
+  shell("zip -q pack.zip member.txt && rm member.txt");
+  start();
+  enter("pack.zip", "member.txt");
+  editInFront("member.txt", "new ");
+  press(XK_Page_Up, {XK_Control_L});
+  expectText("Updating");
+  pressMeanwhile(XK_Escape);
+  expectText("An error occurred updating");
+  press(XK_Return);
+  expectCursorOn("pack.zip");
+  EXPECT_EQ(output("unzip -p pack.zip member.txt"), "old text");
+  ASSERT_EQ(temporary().names().size(), 1u);
+  EXPECT_EQ(temporary().read(temporary().names()[0] + "/member.txt"), "new old text");
+  EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, BetweenTwoArchivesFilesGoToTheDiskOnly) {
+  left().write("member.txt", "old text");
+  shell("zip -q pack.zip member.txt && zip -q " + right().path("other.zip") +
+        " member.txt && rm member.txt");
+  const std::string before = right().read("other.zip");
+  start();
+  press(XK_Tab);
+  enter("other.zip", "member.txt");
+  press(XK_Tab);
+  enter("pack.zip", "member.txt");
+  moveTo("member.txt");
+  press(XK_F5);
+  expectText("Extract \"member.txt\" to");
+  expectText(right().path() + "/");
+  press(XK_Return);
+  expectSoon("the file", [this] { return right().read("member.txt") == "old text"; });
+  expectAwaited();
+  press(XK_F5);
+  expectText("Extract \"member.txt\" to");
+  type(right().path("other.zip") + "/");
+  press(XK_Return);
+  expectText("Directory does not exist");
+  press(XK_Return);
+  expectNoText("Directory does not exist");
+  EXPECT_EQ(right().read("other.zip"), before);
   EXPECT_EQ(quit(), 0);
 }
 
