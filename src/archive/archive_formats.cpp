@@ -1,5 +1,7 @@
 #include "archive/archive_formats.h"
 
+#include <iterator>
+
 #include "archive/archive_readers.h"
 
 namespace {
@@ -21,6 +23,7 @@ constexpr Format Formats[] = {
 const wchar_t* archiveTypeName(ArchiveType type) {
   static constexpr const wchar_t* Names[] = {L"ZIP", L"RAR", L"LHARC", L"ARJ",
                                              L"ACE", L"HA",  L"GZIP",  L"TAR"};
+  static_assert(std::size(Names) == std::size(Formats));
   return Names[static_cast<size_t>(type)];
 }
 

@@ -1,6 +1,7 @@
 #include "archive_actions/compress_dialog.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "foundation/utf8.h"
 #include "options/colours.h"
@@ -18,6 +19,7 @@ constexpr char NameHotKey[] = "N";
 constexpr ArchiveType Types[] = {ArchiveType::Zip,  ArchiveType::Rar, ArchiveType::Lharc,
                                  ArchiveType::Arj,  ArchiveType::Ace, ArchiveType::Ha,
                                  ArchiveType::Gzip, ArchiveType::Tar};
+static_assert(std::size(Types) <= std::size(TypeColumns) * TypesInColumn);
 
 void addTypes(Dialog& dialog, int* chosen) {
   Group group = Group::New;
