@@ -27,10 +27,6 @@ TextEncoding detect(int source) {
   return unitBytes(detected.format) == 1 ? detected : TextEncoding{TextFormat::CodePage};
 }
 
-bool isAscii(std::wstring_view text) {
-  return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
-}
-
 }  // namespace
 
 // The new content in the making; gone again unless it took the file's name.

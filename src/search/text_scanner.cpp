@@ -3,38 +3,28 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <cwctype>
 #include <limits>
 #include <utility>
 
+#include "editor/text/whole_word.h"
 #include "foundation/system.h"
 
 namespace {
 
-constexpr int64_t LongestCharacter = 4;  // bytes
-constexpr size_t MarginsKept = 4;        // when the window moves on
+constexpr size_t MarginsKept = 4;  // when the window moves on
 
 using Ways = std::vector<SearchedText::Way>;
-
-bool isAscii(std::wstring_view text) {
-  return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
-}
 
 void addWay(Ways& ways, std::wstring_view text, TextEncoding encoding, CaseRule rule) {
   BytePattern pattern(text, encoding, rule);
   if (pattern.valid()) ways.push_back({encoding, std::move(pattern)});
 }
 
-bool isWordByte(unsigned char byte) {
-  return byte == '_' || (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-         (byte >= 'a' && byte <= 'z');
-}
-
-bool isWord(wchar_t character) {
-  return character == L'_' || (character > 0 && iswalnum(static_cast<wint_t>(character)));
-}
-
 }  // namespace
+
+bool isAscii(std::wstring_view text) {
+  return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
+}
 
 SearchedText::SearchedText(const Westring& text, CaseRule rule, bool whole) : wholeWord(whole) {
   const std::wstring_view characters(text.data(), static_cast<size_t>(text.length()));
@@ -154,22 +144,14 @@ bool TextScanner::isHit(const Progress& progress, int64_t key, int64_t from, Tex
   if (!progress.way->pattern.matches(window(), static_cast<size_t>(key - base_), match))
     return false;
   hit = {key - match.before, match.length, encoding};
-  return hit.position >= from && (!text_.wholeWord || standsAlone(hit));
+  return hit.position >= from && (!text_.wholeWord || isWholeWord(hit));
 }
 
-bool TextScanner::standsAlone(const TextHit& hit) const {
+bool TextScanner::isWholeWord(const TextHit& hit) const {
+  constexpr auto Around = static_cast<size_t>(LongestCharacter);
   const auto start = static_cast<size_t>(hit.position - base_);
   const auto end = static_cast<size_t>(hit.end() - base_);
-  const std::string_view bytes(window());
-  if (hit.encoding.format == TextFormat::CodePage) {
-    return !(start > 0 && isWordByte(static_cast<unsigned char>(bytes[start - 1]))) &&
-           !(end < bytes.size() && isWordByte(static_cast<unsigned char>(bytes[end])));
-  }
-  const auto around = static_cast<size_t>(LongestCharacter);
-  const size_t before = std::min(start, around);
-  std::wstring left;
-  std::wstring right;
-  decodeText(bytes.substr(start - before, before), hit.encoding, left);
-  decodeText(bytes.substr(end, around), hit.encoding, right);
-  return !(!left.empty() && isWord(left.back())) && !(!right.empty() && isWord(right.front()));
+  const size_t before = std::min(start, Around);
+  return standsAlone(window().substr(start - before, before), window().substr(end, Around),
+                     hit.encoding);
 }

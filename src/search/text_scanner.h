@@ -13,6 +13,8 @@
 
 // Finding a text in the content of files.
 
+bool isAscii(std::wstring_view text);
+
 // The text in all the ways that a file may write it: in the default code page, in UTF-8 where that
 // is something else, and, for files that begin with such a mark, in UTF-16. Never changes; any
 // thread.
@@ -69,7 +71,7 @@ class TextScanner {
   ScanResult moveWindow(int64_t base);
   void search(Progress& progress, int64_t from);
   bool isHit(const Progress& progress, int64_t key, int64_t from, TextHit& hit) const;
-  bool standsAlone(const TextHit& hit) const;
+  bool isWholeWord(const TextHit& hit) const;
   std::string_view window() const { return {buffer_.get(), length_}; }
   int64_t windowEnd() const { return base_ + static_cast<int64_t>(length_); }
   bool atEnd() const { return windowEnd() >= size_ || ended_; }

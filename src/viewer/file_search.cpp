@@ -1,20 +1,14 @@
 #include "viewer/file_search.h"
 
 #include <algorithm>
-#include <cwctype>
 
 #include "editor/text/byte_pattern.h"
+#include "editor/text/whole_word.h"
 #include "viewer/block_scan.h"
 
 namespace {
 
-constexpr int64_t LongestCharacter = 4;  // bytes
 constexpr int64_t BytesBetweenStops = 64 * 1024;
-
-bool isWordByte(unsigned char byte) {
-  return byte == '_' || (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-         (byte >= 'a' && byte <= 'z');
-}
 
 class Search {
  public:
@@ -109,7 +103,7 @@ class Search {
     }
     const int64_t start = position - match.before;
     const int64_t end = start + match.length;
-    if (start < low_ || end > high_ || (wholeWord_ && !standsAlone(start, end))) return false;
+    if (start < low_ || end > high_ || (wholeWord_ && !isWholeWord(start, end))) return false;
     hit = {SearchHit::Result::Found, start, match.length};
     return true;
   }
@@ -120,17 +114,9 @@ class Search {
     return pattern_.matches(before_ + behind_, before_.size(), match);
   }
 
-  bool standsAlone(int64_t start, int64_t end) {
+  bool isWholeWord(int64_t start, int64_t end) {
     readAround(start, end, LongestCharacter);
-    if (file_.encoding().format == TextFormat::CodePage) {
-      return !(!before_.empty() && isWordByte(static_cast<unsigned char>(before_.back()))) &&
-             !(!behind_.empty() && isWordByte(static_cast<unsigned char>(behind_.front())));
-    }
-    std::wstring left;
-    std::wstring right;
-    decodeText(before_, file_.encoding(), left);
-    decodeText(behind_, file_.encoding(), right);
-    return !(!left.empty() && isWord(left.back())) && !(!right.empty() && isWord(right.front()));
+    return standsAlone(before_, behind_, file_.encoding());
   }
 
   // What can be read next to `start` before it, and next to `end` behind it: `count` bytes or a few
@@ -150,10 +136,6 @@ class Search {
 
   static std::string_view readable(const Stretch& stretch) {
     return stretch.error ? std::string_view() : stretch.text();
-  }
-
-  static bool isWord(wchar_t character) {
-    return character == L'_' || (character > 0 && iswalnum(static_cast<wint_t>(character)));
   }
 
   ViewedFile& file_;
