@@ -18,13 +18,15 @@ constexpr char TemporaryEnding[] = ".td@@@.tmp";
 constexpr size_t OutputBytes = 262144;
 constexpr mode_t PrivateMode = 0600;
 
-// The encoding of a file without a byte order mark, one byte a unit.
-TextEncoding detect(int source) {
+// The encoding of a file without a byte order mark, one byte a unit. 0 or errno.
+int detect(int source, TextEncoding& encoding) {
   std::string beginning(CTextFile::DetectionBytes, '\0');
   const ssize_t got = System::readAt(source, beginning.data(), beginning.size(), 0);
-  beginning.resize(static_cast<size_t>(std::max<ssize_t>(got, 0)));
+  if (got < 0) return errno;
+  beginning.resize(static_cast<size_t>(got));
   const TextEncoding detected = CTextFile::detect(beginning).encoding;
-  return unitBytes(detected.format) == 1 ? detected : TextEncoding{TextFormat::CodePage};
+  encoding = unitBytes(detected.format) == 1 ? detected : TextEncoding{TextFormat::CodePage};
+  return 0;
 }
 
 }  // namespace
@@ -202,21 +204,25 @@ ReplaceResult FileReplacer::writeHit(const std::string& path, int source, const 
   const ReplaceResult result = copy(path, source, copied, hit.position, target);
   if (result != ReplaceResult::Done) return result;
   std::string bytes;
-  if (!encode(source, hit, bytes)) return failed(EILSEQ, path);
+  if (const int error = encode(source, hit, bytes)) return failed(error, path);
   if (const int error = target.write(bytes)) return failed(error, target.path());
   copied = hit.end();
   return ReplaceResult::Done;
 }
 
 // In the encoding of the hit. ASCII is the same in most of them: then the file tells.
-bool FileReplacer::encode(int source, const TextHit& hit, std::string& bytes) {
+int FileReplacer::encode(int source, const TextHit& hit, std::string& bytes) {
   const std::wstring_view text(replacement_.data(), static_cast<size_t>(replacement_.length()));
   TextEncoding encoding = hit.encoding;
   if (encoding.format == TextFormat::CodePage && textIsAscii_ && !isAscii(text)) {
-    if (!detected_) detected_ = detect(source);
+    if (!detected_) {
+      TextEncoding detected;
+      if (const int error = detect(source, detected)) return error;
+      detected_ = detected;
+    }
     encoding = *detected_;
   }
-  return encodeText(text, encoding, bytes) == AllEncoded;
+  return encodeText(text, encoding, bytes) == AllEncoded ? 0 : EILSEQ;
 }
 
 ReplaceResult FileReplacer::copy(const std::string& path, int source, int64_t from, int64_t to,

@@ -40,7 +40,7 @@ class FileReplacer {
   ReplaceResult writeHit(const std::string& path, int source, const TextHit& hit, int64_t& copied,
                          Target& target);
   ReplaceResult copy(const std::string& path, int source, int64_t from, int64_t to, Target& target);
-  bool encode(int source, const TextHit& hit, std::string& bytes);
+  int encode(int source, const TextHit& hit, std::string& bytes);
 
   const SearchedText text_;
   const Westring replacement_;

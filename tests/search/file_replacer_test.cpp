@@ -52,6 +52,9 @@ class FileReplacerTest : public testing::Test {
   std::string errorPath;
 };
 
+// The encoding of what is put in has to be found out.
+constexpr char OldText[] = "\x81 old text", NewText[] = "\x81 n\x8Aw text";
+
 }  // namespace
 
 TEST_F(FileReplacerTest, EveryMatchIsReplaced) {
@@ -238,17 +241,17 @@ TEST_F(FileReplacerTest, WhateverCallFailsTheOldOrTheNewFileIsWhole) {
        {Fault::Reach::Once, Fault::Reach::SameName, Fault::Reach::Below}) {
     for (int number = 1;; ++number) {
       std::filesystem::remove(directory.path("f.td@@@.tmp"));
-      directory.write("f", "an old text");
+      directory.write("f", OldText);
       Fault fault{.number = number, .error = ENOSPC, .reach = reach, .directory = directory.path()};
       System::setPlaceHook(Fault::onCall, &fault);
-      const ReplaceResult result = run({});
+      const ReplaceResult result = run({.replacement = L"n\u00E8w"});
       System::setPlaceHook(nullptr, nullptr);
       if (fault.seen < number) {
         ASSERT_GT(number, 10);
         break;
       }
       const std::string content = directory.read("f");
-      EXPECT_EQ(content, result == ReplaceResult::Done ? "an new text" : "an old text")
+      EXPECT_EQ(content, result == ReplaceResult::Done ? NewText : OldText)
           << fault.call << " " << number;
       const bool mayStay = fault.refused({"unlinkAt"}, directory.path());
       if (!mayStay) {
@@ -260,21 +263,21 @@ TEST_F(FileReplacerTest, WhateverCallFailsTheOldOrTheNewFileIsWhole) {
 
 TEST_F(FileReplacerTest, KilledAtAnyCallTheOldOrTheNewFileIsWhole) {
   for (int number = 1;; ++number) {
-    directory.write("f", "an old text");
+    directory.write("f", OldText);
     const pid_t child = fork();
     if (child == 0) {
       Fault fault{.number = number, .reach = Fault::Reach::Kill, .directory = directory.path()};
       System::setPlaceHook(Fault::onCall, &fault);
-      static_cast<void>(run({}));
+      static_cast<void>(run({.replacement = L"n\u00E8w"}));
       _exit(0);
     }
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     const std::string content = directory.read("f");
-    EXPECT_TRUE(content == "an old text" || content == "an new text") << content;
+    EXPECT_TRUE(content == OldText || content == NewText) << content;
     if (WEXITSTATUS(status) != Fault::Killed) {
       ASSERT_GT(number, 10);
-      EXPECT_EQ(content, "an new text");
+      EXPECT_EQ(content, NewText);
       break;
     }
   }
