@@ -109,11 +109,16 @@ TEST_F(FileFindTest, WhatIsFoundIsListed) {
 }
 
 TEST_F(FileFindTest, AnEmptyFileTextDoesNothing) {
+  makeTree();
   show();
-  find({{Title,
-         {Key::End, Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace,
-          Key::Enter, Key::Esc}}});
-  EXPECT_EQ(foundEntries().count(), 0);
+  find({search("one*"), {Complete, {Key::Esc}}});
+  find({{"one.txt",
+         {Key::Tab, Key::End, Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace,
+          Key::Enter},
+         "find_nothing"},
+        {Title, {Key::Esc}}},
+       FindList::Last);
+  EXPECT_EQ(listed(), Names{"one.txt"});
 }
 
 TEST_F(FileFindTest, AContentSearchWithoutScanningLooksOnlyInTheStart) {
@@ -423,6 +428,66 @@ TEST_F(FileFindTest, CtrlRReplacesInAllFoundFiles) {
         {"Replaced 2 occurances in 2 files", {Key::Enter}},
         {Title, {Key::Esc}}});
   EXPECT_EQ(dir.read("left/one.txt"), "some words here");
+  EXPECT_EQ(dir.read("left/sub/three.txt"), "more words");
+}
+
+TEST_F(FileFindTest, OnlyEnterReplaces) {
+  makeTree();
+  show();
+  find({{Title, {Key::Tab}, "", "*"},
+        {Title, {Key::Enter}, "", "text"},
+        {Complete, {Key::ctrl('r')}},
+        {"Replace with:", {Key::Enter}, "", "words"},
+        {"Are you sure you want to replace", {Key::Esc}},
+        {"Replace with:", {Key::Esc}},
+        {Complete, {Key::Esc}}});
+  EXPECT_EQ(dir.read("left/one.txt"), "some text here");
+}
+
+TEST_F(FileFindTest, TheFirstFileThatFailsEndsTheReplacing) {
+  makeTree();
+  file("left/kept.txt", "a text");
+  show();
+  find({{Title, {Key::Tab}, "", "*.txt"},
+        {Title, {Key::Enter}, "", "text"},
+        {Complete, {Key::CtrlF3, Key::Esc}}});
+  ASSERT_EQ(exact(lastComponent(foundEntries().row(0).path())), L"kept.txt");
+  System::setHook(
+      [](const char* call, const char* path, void*) {
+        return strcmp(call, "openAt") == 0 && strstr(path, "one.txt.td@@@.tmp") ? EACCES : 0;
+      },
+      nullptr);
+  find({{"kept.txt", {Key::ctrl('r')}},
+        {"Replace with:", {Key::Enter}, "", "words"},
+        {"in 3 files", {Key::Enter}},
+        {"one.txt.td@@@.tmp", {Key::Enter}, "replace_failed"},
+        {"Replaced 1 occurances in 1 files", {Key::Enter}, "replace_done"},
+        {Title, {Key::Esc}}},
+       FindList::Last);
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(dir.read("left/kept.txt"), "a words");
+  EXPECT_EQ(dir.read("left/one.txt"), "some text here");
+  EXPECT_EQ(dir.read("left/sub/three.txt"), "more Text");
+  EXPECT_FALSE(dir.exists("left/one.txt.td@@@.tmp"));
+}
+
+TEST_F(FileFindTest, AFileThatCouldNotBeOpenedIsPassedOver) {
+  makeTree();
+  show();
+  System::setHook(
+      [](const char* call, const char* path, void*) {
+        return strcmp(call, "open") == 0 && strstr(path, "one.txt") ? EACCES : 0;
+      },
+      nullptr);
+  find({{Title, {Key::Tab}, "", "*.txt"},
+        {Title, {Key::Enter}, "", "text"},
+        {Complete, {Key::ctrl('r')}},
+        {"Replace with:", {Key::Enter}, "", "words"},
+        {"in 2 files", {Key::Enter}},
+        {"Replaced 1 occurances in 1 files", {Key::Enter}},
+        {"Error opening", {Key::Esc}}});
+  System::setHook(nullptr, nullptr);
+  EXPECT_EQ(dir.read("left/one.txt"), "some text here");
   EXPECT_EQ(dir.read("left/sub/three.txt"), "more words");
 }
 
