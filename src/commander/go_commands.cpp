@@ -1,6 +1,7 @@
 #include "commander/go_commands.h"
 
 #include "commander/command_rooms.h"
+#include "filecommands/chosen_items.h"
 #include "filecommands/entry_path.h"
 #include "filecommands/history_windows.h"
 #include "foundation/data_paths.h"
@@ -94,7 +95,8 @@ void enterAsDirectory(Panel& panel) {
   if (!item || !panel.showing || !panel.isFiles()) return;
   if (item->isDirectory()) return enterCurrent(panel);
   Westring name = item->name();
-  if (attachArchive(panel, name.data())) enterName(panel, name);
+  if (attachArchive(panel, name.data())) return static_cast<void>(enterName(panel, name));
+  alert("Invalid Directory", itemPath(panel, *item), AlertButtons::Ok, AlertColour::Error);
 }
 
 void goUp(Panel& panel) {

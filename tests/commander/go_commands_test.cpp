@@ -76,8 +76,10 @@ TEST_F(GoCommands, CtrlPageDownEntersDirectoriesAndArchivesAndNothingElse) {
   LoggedShell shell;
   leftDir.chmod("file", 0755);
   cursorTo("file");
-  press(Key::CtrlPageDown);
+  const std::string box = dialogScreen("Invalid Directory", [&] { press(Key::CtrlPageDown); });
+  EXPECT_NE(box.find("/file"), std::string::npos) << box;
   EXPECT_EQ(place(), leftDir.path());
+  EXPECT_EQ(currentName(left()), "file");
   cursorTo("sub");
   press(Key::CtrlPageDown);
   EXPECT_EQ(place(), in("sub"));
