@@ -172,7 +172,8 @@ void ArchiveTool::takeForm() {
 void ArchiveTool::find() {
   const std::wstring word = firstWord(template_);
   if (word.empty()) return;
-  if (lastComponent(word.c_str()) == L"unzip") highestCode_ = 1;
+  program_ = lastComponent(word.c_str()).data();
+  if (program_ == L"unzip") highestCode_ = 1;
   if (word.find(L'/') != std::wstring::npos) return;
   const Westring found = programInPath(word);
   if (!found.empty()) replaceFirstWord(template_, quoteForShell(found).data());
@@ -187,7 +188,19 @@ bool ArchiveTool::writesArchiveAnew() const {
 }
 
 bool ArchiveTool::stripsUnsafeNames() const {
-  return archiver_ == Archiver::Zip || archiver_ == Archiver::Tar;
+  return program_ == L"unzip" || program_ == L"tar";
+}
+
+Westring ArchiveTool::addedEnding(const Westring& archive) const {
+  constexpr struct {
+    const wchar_t* program;
+    const wchar_t* ending;
+  } Endings[] = {{L"zip", L".zip"}, {L"arj", L".arj"}, {L"rar", L".rar"}, {L"unace", L".ace"}};
+  if (lastComponent(archive).find(L'.') >= 0) return Westring();
+  for (const auto& row : Endings) {
+    if (program_ == row.program) return row.ending;
+  }
+  return Westring();
 }
 
 std::wstring ArchiveTool::nameOf(const Westring& path, bool foreign, In where) const {

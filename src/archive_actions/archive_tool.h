@@ -54,6 +54,8 @@ class ArchiveTool {
   bool writesArchiveAnew() const;
   // The tool itself takes climbing and absolute paths for paths below the directory it works in.
   bool stripsUnsafeNames() const;
+  // What the tool would put behind the name of an archive that has no ending; "" for nothing.
+  Westring addedEnding(const Westring& archive) const;
   size_t templateLength() const { return template_.size(); }
 
   // The operand as words of a command line; none for a tool that takes everything.
@@ -81,6 +83,7 @@ class ArchiveTool {
   const Archiver archiver_;
   const ToolTask task_;
   std::wstring template_;
+  std::wstring program_;  // its name alone
   std::wstring listSwitch_;
   std::wstring directorySpec_;
   std::wstring beforeNames_;  // options that go before the names on a command line

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <string>
 
+#include "archive_actions/tool_archive.h"
 #include "archive_actions/tool_run.h"
 #include "archive_actions/working_directory.h"
 #include "archive_actions/written_files.h"
@@ -102,6 +103,10 @@ Westring extractMember(const ArchiveEntryStore& archive, const SingleMember& mem
     tellError(L"No command for this archive type", archive.path());
     return Westring();
   }
+  if (tool.directoryForm() == DirectoryForm::Nothing && archive.records().hidesBelow(L"")) {
+    tellError(L"Unsafe names in archive", archive.path());
+    return Westring();
+  }
   if (!hasRoom(directory.path(), member.size)) {
     tellError(errorText(ENOSPC), directory.path());
     return Westring();
@@ -113,9 +118,13 @@ Westring extractMember(const ArchiveEntryStore& archive, const SingleMember& mem
         System::statAt(directory.fd(), written.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
     return there ? info.st_size : 0;
   };
-  const ToolResult result =
-      runIn(directory.path(), tool.command(archive.diskFile(), tool.words(file)),
-            {L"Extracting", lastComponent(file.path), bytesSoFar});
+  const ToolArchive named(tool, archive.diskFile());
+  if (named.error() != 0) {
+    tellError(errorText(named.error()), archive.path());
+    return Westring();
+  }
+  const ToolResult result = runIn(directory.path(), tool.command(named.path(), tool.words(file)),
+                                  {L"Extracting", lastComponent(file.path), bytesSoFar});
   if (result.end == ToolEnd::Broken) return Westring();
   if (result.end == ToolEnd::NotStarted || result.code > tool.highestCode()) {
     tellError(L"An error occurred extracting", withCode(file.path, directory.path(), result.code));
@@ -137,14 +146,18 @@ Westring updateMember(const ArchiveEntryStore& archive, const SingleMember& memb
     if (const int error = anew.create(target); error != 0) return errorText(error);
     target = decodeFileName(anew.temporaryPath().c_str());
   }
-  const ToolResult result = runIn(copy.directory(), tool.command(target, tool.words(operand)),
+  ToolArchive named(tool, target);
+  if (named.error() != 0) return errorText(named.error());
+  const ToolResult result = runIn(copy.directory(), tool.command(named.path(), tool.words(operand)),
                                   {L"Updating", lastComponent(innerPath), nullptr});
   Westring failure =
       Westring(L"An error occurred updating ") + withCode(innerPath, archive.path(), result.code);
+  const int error = named.finish();
   if (result.end != ToolEnd::Ran || result.code > tool.highestCode()) return failure;
+  if (error != 0) return errorText(error);
   if (tool.writesArchiveAnew()) {
-    if (const int error = anew.commit(NewArchiveMode & ~fileModeMask()); error != 0) {
-      return errorText(error);
+    if (const int failed = anew.commit(NewArchiveMode & ~fileModeMask()); failed != 0) {
+      return errorText(failed);
     }
   }
   return holds(archive, member, copy.size()) ? Westring() : failure;

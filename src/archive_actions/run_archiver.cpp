@@ -4,6 +4,7 @@
 #include <string>
 
 #include "archive_actions/private_directory.h"
+#include "archive_actions/tool_archive.h"
 #include "archive_actions/tool_run.h"
 #include "foundation/path_info.h"
 #include "language/temporary_names.h"
@@ -23,10 +24,10 @@ class ArchiverRun {
   void runList(const std::vector<ToolOperand>& operands);
   void runBatches(const std::vector<ToolOperand>& operands);
   void runCommand(const std::wstring& words) { run(tool_.command(archive_, words)); }
+  void stop(int error);
 
  private:
   void run(const Westring& command);
-  void stop(int error);
 
   const ArchiveTool& tool_;
   const Westring& archive_;
@@ -53,7 +54,7 @@ void ArchiverRun::runList(const std::vector<ToolOperand>& operands) {
   for (const ToolOperand& operand : operands) {
     if (tool_.fitsList(operand)) lines += tool_.lines(operand);
   }
-  if (!lines.empty()) {
+  if (!lines.empty() && result_ == 0) {
     PrivateDirectory directory;
     Westring list;
     int error = directory.make(temporaryDirectory());
@@ -97,7 +98,9 @@ std::vector<ToolOperand> singly(const std::vector<ToolOperand>& operands) {
 
 int runArchiver(const ArchiveTool& tool, const Westring& archive,
                 const std::vector<ToolOperand>& operands, Panel& panel) {
-  ArchiverRun run(tool, archive, panel);
+  ToolArchive named(tool, archive);
+  ArchiverRun run(tool, named.path(), panel);
+  if (named.error() != 0) run.stop(named.error());
   const bool byMember = tool.directoryForm() == DirectoryForm::Members;
   const std::vector<ToolOperand> all = byMember ? singly(operands) : operands;
   if (tool.directoryForm() == DirectoryForm::Nothing) {
@@ -107,5 +110,6 @@ int runArchiver(const ArchiveTool& tool, const Westring& archive,
   } else {
     run.runBatches(all);
   }
+  if (const int error = named.finish(); error != 0 && run.result() == 0) run.stop(error);
   return run.result();
 }

@@ -296,6 +296,25 @@ TEST_F(ArchiveWorkTest, ALinkInTheWayIsNotFollowedToTheMembersPlace) {
   EXPECT_EQ(outside.names(), std::vector<std::string>{});
 }
 
+TEST_F(ArchiveWorkTest, AMemberGoesBackIntoAnArchiveWithoutAnEnding) {
+  shell("zip -q pack.zip other.txt && mv pack.zip pack");
+  open("pack");
+  run([&] { writeFile(take("other.txt"), "edited"); });
+  run([&] { close(); });
+  EXPECT_EQ(output("unzip -p pack other.txt"), "edited");
+  EXPECT_FALSE(dir.exists("left/pack.zip"));
+  EXPECT_EQ(temporaries(), std::vector<std::string>{});
+}
+
+TEST_F(ArchiveWorkTest, WithoutRoomNothingIsTakenOut) {
+  dir.write("left/a.rar", rar4Archive({{"big", "x", uint64_t{1} << 62}}, HeaderForm::Wide));
+  archiverKeys().set(Archiver::Rar, "Extract", ("touch " + scratch.path("ran") + " #").c_str());
+  open("a.rar");
+  play({{"No space left on device", {Key::Enter}}}, [&] { EXPECT_EQ(take("big"), ""); });
+  EXPECT_FALSE(scratch.exists("ran"));
+  EXPECT_EQ(temporaries(), std::vector<std::string>{});
+}
+
 TEST_F(ArchiveWorkTest, AnInnerArchiveThatCouldNotBeUpdatedStopsTheOuterOne) {
   shell("zip -q inner.zip other.txt && zip -q outer.zip inner.zip && rm inner.zip");
   const std::string before = dir.read("left/outer.zip");

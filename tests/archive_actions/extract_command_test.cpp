@@ -384,4 +384,96 @@ TEST_F(Extracting, TheParentEntryIsNothingToExtract) {
   run([&] { extractFromArchive(left(), TransferKind::Copy); });
 }
 
+TEST_F(Extracting, WithoutRoomNothingRuns) {
+  dir.write("left/a.rar", rar4Archive({{"big", "x", uint64_t{1} << 62}}, HeaderForm::Wide));
+  ASSERT_TRUE(archiverKeys().set(Archiver::Rar, "Extract", "touch ../../ran #"));
+  open("a.rar");
+  putCursorOn("big");
+  extract(TransferKind::Copy, {{"No space left on device", {Key::Enter}, {}, {}, [this] {
+                                  EXPECT_NE(maskedScreen().find("right"), std::string::npos);
+                                }}});
+  EXPECT_FALSE(dir.exists("ran"));
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+}
+
+TEST_F(Extracting, UnsafeNamesOnlyGoToToolsThatStripThem) {
+  const SampleMembers members = {{"sub/good", "good"}, {"sub/../../outside", "evil"}, {"one", "1"}};
+  dir.write("left/a.arj", arjArchive(members, HeaderForm::Published));
+  dir.write("left/a.zip", zipArchive(members));
+  ASSERT_TRUE(archiverKeys().set(Archiver::Arj, "Extract", "touch ../../ran; true"));
+  set("Extract", "touch ../../ran; true");
+  for (const char* name : {"a.arj", "a.zip"}) {
+    show(name);
+    play({{"Some names can't be shown", {Key::Enter}}}, [&] {
+      attachArchive(left(), decodeFileName(name).data());
+      enterPath(left(), decodeFileName(name).data());
+    });
+    putCursorOn("sub");
+    extract(TransferKind::Copy, {{"Unsafe names in archive", {Key::Enter}}});
+    EXPECT_FALSE(dir.exists("ran")) << name;
+    enterPath(left(), L"..");
+  }
+}
+
+// It unpacks all there is, whatever it is told.
+class ExtractingAll : public Extracting {
+ protected:
+  void SetUp() override {
+    Extracting::SetUp();
+    dir.makeDir("bin");
+    dir.write("bin/unace", "#!/bin/sh\necho \"$@\" >>" + dir.path("ran") +
+                               "\nmkdir sub\nprintf 1 >one\nprintf 2 >sub/two\n");
+    dir.chmod("bin/unace", 0755);
+    const char* path = getenv("PATH");
+    sessionEnvironment().set("PATH", (dir.path("bin") + ":" + (path ? path : "/usr/bin")).c_str());
+  }
+  void TearDown() override {
+    sessionEnvironment().set("PATH", nullptr);
+    Extracting::TearDown();
+  }
+};
+
+TEST_F(ExtractingAll, OnlyWhatIsWantedIsMovedIntoPlace) {
+  dir.write("left/a.ace", aceArchive({{"one", "1"}, {"sub/two", "2"}}, HeaderForm::Published));
+  open("a.ace");
+  putCursorOn("sub");
+  extract();
+  EXPECT_EQ(names("right"), std::vector<std::string>{"sub"});
+  EXPECT_EQ(dir.read("right/sub/two"), "2");
+  EXPECT_EQ(dir.read("ran"), "x " + dir.path("left/a.ace") + "\n");
+}
+
+TEST_F(ExtractingAll, AnUnsafeNameAnywhereKeepsItFromRunning) {
+  dir.write("left/a.ace", aceArchive({{"one", "1"}, {"../x", "2"}}, HeaderForm::Published));
+  show("a.ace");
+  play({{"Some names can't be shown", {Key::Enter}}}, [&] {
+    attachArchive(left(), L"a.ace");
+    enterPath(left(), L"a.ace");
+  });
+  putCursorOn("one");
+  extract(TransferKind::Copy, {{"Unsafe names in archive", {Key::Enter}}});
+  EXPECT_FALSE(dir.exists("ran"));
+}
+
+// The tool would give such a name an ending, and there is an archive of that name.
+TEST_F(Extracting, AnArchiveWithoutAnEndingIsTheOneThatIsChanged) {
+  for (const char* packer : {"zip -qr ../left/pack.zip .", "arj a -r ../left/pack.arj ."}) {
+    SCOPED_TRACE(packer);
+    pack(packer);
+    ASSERT_TRUE(shell("left", "cp pack.??? pack"));
+    const std::string other = names("left").back();
+    const std::string before = dir.read("left/" + other);
+    open("pack");
+    putCursorOn("one.txt");
+    extract(TransferKind::Move);
+    EXPECT_EQ(dir.read("right/one.txt"), "one");
+    EXPECT_EQ(entryNamed(left(), "one.txt"), nullptr);
+    EXPECT_NE(entryNamed(left(), "sub"), nullptr);
+    EXPECT_EQ(dir.read("left/" + other), before);
+    EXPECT_EQ(names("left").size(), 2u);
+    enterPath(left(), L"..");
+    ASSERT_TRUE(shell(".", "rm left/* right/*"));
+  }
+}
+
 }  // namespace

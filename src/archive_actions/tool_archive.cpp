@@ -1,0 +1,34 @@
+#include "archive_actions/tool_archive.h"
+
+#include <cerrno>
+
+#include "foundation/names.h"
+#include "foundation/path_info.h"
+#include "foundation/place.h"
+
+ToolArchive::ToolArchive(const ArchiveTool& tool, const Westring& archive)
+    : archive_(archive), path_(archive) {
+  const Westring ending = tool.addedEnding(archive);
+  if (ending.empty() || !pathExists(archive)) return;
+  error_ = directory_.make(parentOf(archive));
+  if (error_ != 0) return;
+  path_ = joinPath(directory_.path(), lastComponent(archive) + ending);
+  const std::string from = bytePath(archive);
+  const std::string to = bytePath(path_);
+  if (System::linkAt(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str()) != 0) error_ = errno;
+}
+
+int ToolArchive::finish() {
+  if (error_ != 0 || !directory_.exists()) return error_;
+  struct stat before;
+  struct stat made;
+  const std::string archive = bytePath(archive_);
+  const std::string path = bytePath(path_);
+  if (System::lstat(archive.c_str(), &before) != 0) return errno;
+  if (System::lstat(path.c_str(), &made) != 0) {
+    // Tools remove an archive that holds nothing any more.
+    return errno == ENOENT && System::unlink(archive.c_str()) == 0 ? 0 : errno;
+  }
+  if (idOf(before) == idOf(made)) return 0;
+  return System::rename(path.c_str(), archive.c_str()) == 0 ? 0 : errno;
+}
