@@ -259,7 +259,12 @@ class FileFind {
 
   void goToCurrent() {
     const Westring path = currentPath();
-    if (path.empty() || !goToPath(panel_, parentOf(path))) return;
+    const Westring directory = parentOf(path);
+    if (!changeDirectoryExact(panel_, directory)) {
+      alert("Invalid directory", directory, AlertButtons::Ok, AlertColour::Error);
+      return;
+    }
+    enterNewPath(panel_);
     selectName(panel_, lastComponent(path).data());
     drawPanel(panel_);
   }

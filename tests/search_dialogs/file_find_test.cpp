@@ -164,6 +164,15 @@ TEST_F(FileFindTest, GoToLeadsToTheFile) {
   EXPECT_EQ(currentName(left()), "three.txt");
 }
 
+TEST_F(FileFindTest, GoToADirectoryThatIsGoneIsTold) {
+  makeTree();
+  show();
+  find({search("three*"), {Complete, {Key::Esc}}});
+  std::filesystem::remove_all(dir.path("left/sub"));
+  find({{"three.txt", {Key::Enter}}, {"Invalid directory", {Key::Enter}}}, FindList::Last);
+  EXPECT_EQ(exact(left().path), exact(dir.wide("left")));
+}
+
 TEST_F(FileFindTest, DelTakesOffTheListAndLeavesTheDisk) {
   makeTree();
   show();
