@@ -1,10 +1,13 @@
 #include "archive_actions/archive_work.h"
 
+#include <cstdio>
 #include <utility>
 
 #include "archive_actions/archive_members.h"
+#include "console/input.h"
 #include "foundation/names.h"
 #include "foundation/path_info.h"
+#include "foundation/place.h"
 #include "language/temporary_names.h"
 #include "ui/alert.h"
 
@@ -93,6 +96,10 @@ void ArchiveWork::giveBack() {
 void ArchiveWork::leaveOnDisk(MemberCopy& copy, const Westring& why) {
   if (standsIn_) standsIn_->distrust();
   const Westring path = copy.keep();
+  // There is nobody to answer a box then; who looks for the edit later may look there.
+  if (programEnds()) {
+    fprintf(stderr, "td: %s\n    %s\n", bytePath(why).c_str(), bytePath(path).c_str());
+  }
   tellError(why, path);
 }
 

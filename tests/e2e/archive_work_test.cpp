@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdlib>
 
 #include "archive/sample_archives.h"
@@ -330,6 +331,25 @@ TEST_F(ArchiveWorkTest, BetweenTwoArchivesFilesGoToTheDiskOnly) {
   expectNoText("Directory does not exist");
   EXPECT_EQ(right().read("other.zip"), before);
   EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ArchiveWorkTest, ARequestToEndKeepsTheEditAndSaysWhere) {
+  left().write("member.txt", "old text");
+  shell("zip -q pack.zip member.txt && rm member.txt");
+  const std::string before = left().read("pack.zip");
+  start();
+  enter("pack.zip", "member.txt");
+  editInFront("member.txt", "new ");
+  expectAwaited();
+  testing::internal::CaptureStderr();
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(waitForEnd(), 0);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(left().read("pack.zip"), before);
+  ASSERT_EQ(temporary().names().size(), 1u);
+  const std::string kept = temporary().names()[0] + "/member.txt";
+  EXPECT_EQ(temporary().read(kept), "new old text");
+  EXPECT_NE(told.find(temporary().path(kept)), std::string::npos) << told;
 }
 
 }  // namespace
