@@ -95,11 +95,12 @@ class FileFind {
   }
 
  private:
-  // A search and Break, which ends it.
+  // A search and Break, which ends it. Once it has ended, Break is for what is done with its
+  // results.
   struct Search {
     Search(FindSettings settings, std::function<void()> news)
-        : run(std::move(settings), foundEntries(), std::move(news)) {}
-    BreakScope armed;
+        : armed(std::in_place), run(std::move(settings), foundEntries(), std::move(news)) {}
+    std::optional<BreakScope> armed;
     FindRun run;
   };
 
@@ -107,6 +108,7 @@ class FileFind {
   bool isRunning() const { return search_ && search_->run.state() == FindState::Running; }
 
   bool takeKey(Key::Code key) {
+    if (search_ && !isRunning()) search_->armed.reset();
     switch (key) {
       case FindKey::Find:
         find();

@@ -375,6 +375,24 @@ TEST_F(FileFindTest, BreakStopsTheSearch) {
   EXPECT_FALSE(breakRequested());
 }
 
+TEST_F(FileFindTest, TheBreakThatStoppedASearchEndsNothingElse) {
+  makeTree();
+  file("left/sub/gate.txt");
+  show();
+  HeldSearch held("gate.txt");
+  Step stop = {"two.txt", {}};
+  stop.then = [&held] {
+    requestBreak();
+    held.letGo();
+  };
+  find({search("*.txt"),
+        stop,
+        {"Search Stopped:", {Key::F5}},
+        {" files to", {Key::Enter}},
+        {"Search Stopped:", {Key::Esc}}});
+  EXPECT_TRUE(dir.exists("right/one.txt") && dir.exists("right/two.txt"));
+}
+
 TEST_F(FileFindTest, AnAssociatedProgramHasTheScreenAndThePanelsComeBack) {
   makeTree();
   LoggedShell shell;
