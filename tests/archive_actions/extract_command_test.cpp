@@ -3,6 +3,7 @@
 #include "archive/sample_archives.h"
 #include "archive_actions/archive_command_test.h"
 #include "archive_actions/delete_members.h"
+#include "support/fault_hook.h"
 
 namespace {
 
@@ -474,6 +475,46 @@ TEST_F(Extracting, AnArchiveWithoutAnEndingIsTheOneThatIsChanged) {
     enterPath(left(), L"..");
     ASSERT_TRUE(shell(".", "rm left/* right/*"));
   }
+}
+
+TEST_F(Extracting, AMoveWhoseDeletionFailsKeepsBoth) {
+  set("Delete", "false #");
+  pack("zip -qr ../left/a.zip .");
+  const std::string before = dir.read("left/a.zip");
+  open("a.zip");
+  tag("sub");
+  extract(TransferKind::Move, {{"Not everything was moved", {Key::Enter}}});
+  EXPECT_TRUE(same("in/sub", "right/sub"));
+  EXPECT_EQ(dir.read("left/a.zip"), before);
+  EXPECT_TRUE(isTagged("sub"));
+}
+
+TEST_F(Extracting, WithoutAPrivateDirectoryNothingRuns) {
+  set("Extract", "touch ../ran #");
+  pack("zip -qr ../left/a.zip .");
+  const std::string before = dir.read("left/a.zip");
+  open("a.zip");
+  tag("sub");
+  const FaultHook full("mkdir", ENOSPC);
+  extract(TransferKind::Move, {{"Unable to create temporary directory", {Key::Enter}}});
+  EXPECT_TRUE(full.hit());
+  EXPECT_EQ(names("right"), std::vector<std::string>{});
+  EXPECT_EQ(dir.read("left/a.zip"), before);
+  EXPECT_FALSE(dir.exists("ran"));
+  EXPECT_TRUE(isTagged("sub"));
+}
+
+TEST_F(Extracting, AFailedDeletionKeepsTheTags) {
+  set("Delete", "exit 3 #");
+  pack("zip -qr ../left/a.zip .");
+  const std::string before = dir.read("left/a.zip");
+  open("a.zip");
+  tag("sub");
+  tag("one.txt");
+  run([&] { deleteInArchive(left()); });
+  EXPECT_EQ(dir.read("left/a.zip"), before);
+  EXPECT_TRUE(isTagged("sub"));
+  EXPECT_TRUE(isTagged("one.txt"));
 }
 
 }  // namespace
