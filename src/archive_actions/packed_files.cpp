@@ -1,5 +1,6 @@
 #include "archive_actions/packed_files.h"
 
+#include "archive_actions/written_files.h"
 #include "foundation/directory_walk.h"
 #include "foundation/names.h"
 #include "foundation/system.h"
@@ -74,11 +75,19 @@ bool PackedFiles::holdsDirectory(const Westring& innerPath) const {
   return place < directories.size() && isWithin(directories[place].path, path);
 }
 
+// A backslash in a name is listed as a slash; then the stored name must be this one.
+const ArchiveRecord* PackedFiles::recordOf(const Westring& innerPath) const {
+  const std::string path = bytePath(innerPath);
+  const std::string listed = withSlashes(path);
+  const ArchiveRecord* const record = archive_.fileOf(decodeFileName(listed.c_str()));
+  return listed == path || (record && record->stored == path) ? record : nullptr;
+}
+
 // A link is either there as one, or as the file or the directory that it leads to.
 bool PackedFiles::holdsOne(const Place& item, const Westring& innerPath) const {
   struct stat info;
   if (System::statAt(item.directory, item.name, &info, AT_SYMLINK_NOFOLLOW) != 0) return false;
-  const ArchiveRecord* const record = archive_.fileOf(innerPath);
+  const ArchiveRecord* const record = recordOf(innerPath);
   if (S_ISLNK(info.st_mode)) return record != nullptr || holdsDirectory(innerPath);
   return S_ISREG(info.st_mode) && record != nullptr &&
          record->size == static_cast<uint64_t>(info.st_size) && !isLater(info.st_ctim, start_);

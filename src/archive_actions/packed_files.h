@@ -26,6 +26,7 @@ class PackedFiles {
   class Walk;
   enum class Task { Look, Remove };
   bool run(const Place& item, const Westring& innerPath, Task task) const;
+  const ArchiveRecord* recordOf(const Westring& innerPath) const;
   bool holdsOne(const Place& item, const Westring& innerPath) const;
   bool holdsDirectory(const Westring& innerPath) const;
 

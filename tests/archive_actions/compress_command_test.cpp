@@ -158,6 +158,24 @@ TEST_F(CompressCommandTest, NamesWithANewlineAreNeverALineOfAList) {
   EXPECT_EQ(output("unzip -p right/pack.zip 'new?line'"), "odd");
 }
 
+TEST_F(CompressCommandTest, AFileWithABackslashIsMovedWhenTheArchiveHoldsIt) {
+  for (const char* packer : {"zip -q ../right/pack b.txt", "tar -cf ../right/pack b.txt"}) {
+    SCOPED_TRACE(packer);
+    file("left/back\\slash", "odd");
+    file("left/back\\other", "odd");
+    shell("rm -f right/pack* && cd left && " + std::string(packer) +
+          " && mv ../right/pack* ../right/pack.x");
+    showArchive("pack.x", "a.txt");
+    tag("back\\slash");
+    tag("back\\other");
+    compress({{"Compress and Move 2 files to", {Key::Enter}}}, TransferKind::Move);
+    EXPECT_FALSE(dir.exists("left/back\\slash"));
+    EXPECT_FALSE(dir.exists("left/back\\other"));
+    right().archive.reset();
+    right().path = dir.wide("right");
+  }
+}
+
 TEST_F(CompressCommandTest, EachTypeWithAPackerIsMadeNew) {
   const struct {
     int downs;  // from the type before
