@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include "foundation/place.h"
 #include "foundation/status.h"
@@ -71,11 +72,17 @@ class Comparison {
     if (names_.size() > 1) helper = startThread(help, this);
     work(
         [&watch](size_t name, int64_t done, int64_t size) { return watch.goOn(name, done, size); });
+    if (helper.running) followHelp(watch);
     joinThread(helper);
     return !stopped_;
   }
 
  private:
+  struct Place {
+    size_t name;
+    int64_t done, size;
+  };
+
   // What the calling thread does before it gets help.
   struct Alone {
     size_t files = 0;
@@ -90,7 +97,27 @@ class Comparison {
   };
 
   static void help(void* self) {
-    static_cast<Comparison*>(self)->work([](size_t, int64_t, int64_t) { return true; });
+    Comparison& comparison = *static_cast<Comparison*>(self);
+    comparison.work([&](size_t name, int64_t done, int64_t size) {
+      const MutexLock lock(comparison.helpMutex_);
+      comparison.helpPlace_ = {name, done, size};
+      return true;
+    });
+    comparison.helped_.post();
+  }
+
+  // Nothing is left to take, but the last file may be a long one.
+  void followHelp(ContentWatch& watch) {
+    constexpr uint32_t LookMs = 20;
+    while (helped_.wait(LookMs) != 0) {
+      const std::optional<Place> place = helpPlace();
+      if (place && !watch.goOn(place->name, place->done, place->size)) stopped_ = true;
+    }
+  }
+
+  std::optional<Place> helpPlace() {
+    const MutexLock lock(helpMutex_);
+    return helpPlace_;
   }
 
   template <class GoOn>
@@ -161,6 +188,9 @@ class Comparison {
   std::atomic<size_t> next_{0};
   std::atomic<size_t> end_{0};  // a failure: nothing from here on counts
   std::atomic<bool> stopped_{false};
+  EventSem helped_;
+  MutexSem helpMutex_;
+  std::optional<Place> helpPlace_;
 };
 
 }  // namespace

@@ -19,7 +19,8 @@ class ContentWatch {
  public:
   virtual ~ContentWatch() = default;
   // Asked before each file that this thread takes and after each of its blocks, with the bytes
-  // compared and the size of the file at the left. False stops.
+  // compared and the size of the file at the left; then, while the other thread is at its last
+  // file, every 20 ms with that one. False stops.
   virtual bool goOn(size_t name, int64_t done, int64_t size) = 0;
 };
 

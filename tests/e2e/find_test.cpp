@@ -258,7 +258,7 @@ TEST_F(Compare, EscWhileContentsAreReadClearsAllTags) {
   expectText("Directory Compare");
   press(XK_Return);
   expectText("Comparing");
-  expectText("large ");
+  expectText("║ large");
   pressMeanwhile(XK_Escape);
   expectNoText("Comparing");
   expectAwaited();

@@ -1,9 +1,15 @@
 #include "search/compare_contents.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/stat.h>
 
+#include <atomic>
+#include <cstring>
+#include <optional>
+
 #include "foundation/status.h"
+#include "foundation/threads.h"
 #include "support/fault_hook.h"
 #include "support/temp_dir.h"
 
@@ -41,6 +47,42 @@ struct Pair {
     EXPECT_TRUE(compare({"f"}));
     return verdicts.at(0).contents;
   }
+};
+
+// The calling thread's file ends once the other thread has one, which is far longer.
+class LongHelp : public ContentWatch {
+ public:
+  LongHelp(Pair& pair, const std::vector<std::string>& names) : pair_(pair), names_(names) {
+    for (const std::string& name : names) {
+      for (const TempDir* directory : {&pair.left, &pair.right}) {
+        directory->write(name, "");
+        EXPECT_EQ(truncate(directory->path(name).c_str(), Long), 0);
+      }
+    }
+  }
+  bool goOn(size_t name, int64_t done, int64_t) override {
+    if (!own_) own_ = name;
+    if (name != *own_) return false;
+    if (done == 0) return true;
+    while (!helped_) sleepMs(1);
+    for (const TempDir* directory : {&pair_.left, &pair_.right})
+      EXPECT_EQ(truncate(directory->path(names_[name]).c_str(), done), 0);
+    return true;
+  }
+  static int look(const char* call, const char*, void* self) {
+    LongHelp& watch = *static_cast<LongHelp*>(self);
+    if (strcmp(call, "read") == 0 && !pthread_equal(pthread_self(), watch.caller_))
+      watch.helped_ = true;
+    return 0;
+  }
+
+ private:
+  static constexpr off_t Long = off_t{1} << 34;
+  Pair& pair_;
+  const std::vector<std::string>& names_;
+  const pthread_t caller_ = pthread_self();
+  std::optional<size_t> own_;
+  std::atomic<bool> helped_{false};
 };
 
 }  // namespace
@@ -157,4 +199,15 @@ TEST(CompareContents, TheWatchStopsItAtAFileAndAtABlock) {
   EXPECT_EQ(pair.watch.asked, 3);
   EXPECT_EQ(pair.watch.last, 2 * BlockBytes);
   EXPECT_EQ(pair.verdicts.at(0).contents, Contents::Unread);
+}
+
+TEST(CompareContents, TheLastFileIsStoppedWhicheverThreadHasIt) {
+  Pair pair;
+  const std::vector<std::string> names{"a", "b"};
+  LongHelp watch(pair, names);
+  const Descriptor a(open(pair.left.path().c_str(), O_PATH | O_CLOEXEC));
+  const Descriptor b(open(pair.right.path().c_str(), O_PATH | O_CLOEXEC));
+  System::setHook(LongHelp::look, &watch);
+  EXPECT_FALSE(compareContents(a.get(), b.get(), names, pair.verdicts, watch));
+  System::setHook(nullptr, nullptr);
 }
