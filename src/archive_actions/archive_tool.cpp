@@ -24,6 +24,7 @@ struct ToolForm {
   const wchar_t* beforeNames = L"";
   const wchar_t* listSwitch = nullptr;  // null: as it is set
   char lineEnd = '\n';
+  const wchar_t* onlyFiles = L"";
 };
 
 constexpr auto Extract = ToolTask::Extract;
@@ -37,6 +38,7 @@ constexpr auto Behind = NameForTool::BehindOptions;
 constexpr wchar_t NullLists[] = L"--no-unquote --null --files-from=";
 constexpr wchar_t TarNames[] = L"--no-unquote -- ";
 constexpr wchar_t EndOfOptions[] = L"-- ";
+constexpr wchar_t NotBelow[] = L"-r- ";
 
 constexpr ToolForm Forms[] = {
     {Archiver::Zip, Extract, nullptr, Contents, NameForTool::UnzipPattern},
@@ -49,7 +51,7 @@ constexpr ToolForm Forms[] = {
     {Archiver::Lharc, Compress, L"jlha a", Name, Plain},
     {Archiver::Lharc, Delete, L"jlha d", Members, Plain},
     {Archiver::Arj, Extract, L"arj x -y", Members, Behind, EndOfOptions},
-    {Archiver::Arj, Compress, nullptr, Contents, Behind, EndOfOptions},
+    {Archiver::Arj, Compress, nullptr, Contents, Behind, EndOfOptions, nullptr, '\n', NotBelow},
     {Archiver::Arj, Delete, nullptr, Members, Behind, EndOfOptions},
     {Archiver::Ace, Extract, nullptr, DirectoryForm::Nothing, Plain, L"", L""},
     {Archiver::Ace, Compress, nullptr, Name, Plain},
@@ -164,6 +166,7 @@ void ArchiveTool::takeForm() {
       lineEnd_ = form.lineEnd;
     }
     beforeNames_ = form.beforeNames;
+    onlyFiles_ = form.onlyFiles;
     form_ = form.form;
     names_ = form.names;
   }
@@ -276,14 +279,17 @@ bool ArchiveTool::fitsList(const ToolOperand& operand) const {
 }
 
 // In one pass: a name may hold what looks like a place for the other.
-Westring ArchiveTool::command(const Westring& archive, const std::wstring& files) const {
+Westring ArchiveTool::command(const Westring& archive, const std::wstring& files,
+                              Operands operands) const {
   const std::wstring place = quoteForShell(archive).data();
-  const std::wstring names = files.empty() ? L"" : beforeNames_ + files;
+  const std::wstring names = files.empty() ? L"" : optionFor(operands) + beforeNames_ + files;
   return filled(place, names);
 }
 
-Westring ArchiveTool::commandWithList(const Westring& archive, const Westring& listFile) const {
-  return filled(quoteForShell(archive).data(), listSwitch_ + quoteForShell(listFile).data());
+Westring ArchiveTool::commandWithList(const Westring& archive, const Westring& listFile,
+                                      Operands operands) const {
+  const std::wstring list = listSwitch_ + quoteForShell(listFile).data();
+  return filled(quoteForShell(archive).data(), optionFor(operands) + list);
 }
 
 Westring ArchiveTool::filled(const std::wstring& archive, const std::wstring& files) const {

@@ -65,15 +65,24 @@ class ArchiveTool {
   std::string lines(const ToolOperand& operand) const;
   bool fitsList(const ToolOperand& operand) const;
 
+  // The tool takes a file's name for any file of that name below, unless it is told that there are
+  // files only.
+  bool takesFilesApart() const { return !onlyFiles_.empty(); }
+  enum class Operands : uint8_t { Any, FilesOnly };
   // The whole command. `archive` is a path; `files` are words.
-  Westring command(const Westring& archive, const std::wstring& files) const;
-  Westring commandWithList(const Westring& archive, const Westring& listFile) const;
+  Westring command(const Westring& archive, const std::wstring& files,
+                   Operands operands = Operands::Any) const;
+  Westring commandWithList(const Westring& archive, const Westring& listFile,
+                           Operands operands = Operands::Any) const;
 
  private:
   enum class In : uint8_t { Command, List };
 
   void takeForm();
   void find();
+  std::wstring optionFor(Operands operands) const {
+    return operands == Operands::FilesOnly ? onlyFiles_ : L"";
+  }
   Westring filled(const std::wstring& archive, const std::wstring& files) const;
   std::wstring expand(const Westring& path, In where) const;
   Westring knownPath(const ToolOperand& operand) const;
@@ -86,6 +95,7 @@ class ArchiveTool {
   std::wstring program_;  // its name alone
   std::wstring listSwitch_;
   std::wstring directorySpec_;
+  std::wstring onlyFiles_;    // an option for files that aren't looked for below
   std::wstring beforeNames_;  // options that go before the names on a command line
   DirectoryForm form_ = DirectoryForm::AsSet;
   NameForTool names_ = NameForTool::Plain;

@@ -23,7 +23,9 @@ class ArchiverRun {
   void runAlone(const ToolOperand& operand) { runCommand(tool_.words(operand)); }
   void runList(const std::vector<ToolOperand>& operands);
   void runBatches(const std::vector<ToolOperand>& operands);
-  void runCommand(const std::wstring& words) { run(tool_.command(archive_, words)); }
+  void runCommand(const std::wstring& words) { run(tool_.command(archive_, words, kind_)); }
+  void runAll(const std::vector<ToolOperand>& operands);
+  void runFilesApart(const std::vector<ToolOperand>& operands);
   void stop(int error);
 
  private:
@@ -32,6 +34,7 @@ class ArchiverRun {
   const ArchiveTool& tool_;
   const Westring& archive_;
   Panel& panel_;
+  ArchiveTool::Operands kind_ = ArchiveTool::Operands::Any;
   int result_ = 0;
 };
 
@@ -60,7 +63,7 @@ void ArchiverRun::runList(const std::vector<ToolOperand>& operands) {
     int error = directory.make(temporaryDirectory());
     if (error == 0) error = directory.writeFile(ListName, lines, list);
     if (error != 0) return stop(error);
-    run(tool_.commandWithList(archive_, list));
+    run(tool_.commandWithList(archive_, list, kind_));
   }
   for (const ToolOperand& operand : operands) {
     if (!tool_.fitsList(operand)) runAlone(operand);
@@ -80,6 +83,25 @@ void ArchiverRun::runBatches(const std::vector<ToolOperand>& operands) {
     batch += words;
   }
   if (!batch.empty()) runCommand(batch);
+}
+
+void ArchiverRun::runAll(const std::vector<ToolOperand>& operands) {
+  if (operands.size() > 1 && tool_.usesLists()) {
+    runList(operands);
+  } else {
+    runBatches(operands);
+  }
+}
+
+void ArchiverRun::runFilesApart(const std::vector<ToolOperand>& operands) {
+  std::vector<ToolOperand> files, directories;
+  for (const ToolOperand& operand : operands) {
+    (operand.directory ? directories : files).push_back(operand);
+  }
+  kind_ = ArchiveTool::Operands::FilesOnly;
+  runAll(files);
+  kind_ = ArchiveTool::Operands::Any;
+  runAll(directories);
 }
 
 // Directories whose members go by their names become these members.
@@ -105,10 +127,10 @@ int runArchiver(const ArchiveTool& tool, const Westring& archive,
   const std::vector<ToolOperand> all = byMember ? singly(operands) : operands;
   if (tool.directoryForm() == DirectoryForm::Nothing) {
     if (!all.empty()) run.runCommand(L"");
-  } else if (all.size() > 1 && tool.usesLists()) {
-    run.runList(all);
+  } else if (tool.takesFilesApart()) {
+    run.runFilesApart(all);
   } else {
-    run.runBatches(all);
+    run.runAll(all);
   }
   if (const int error = named.finish(); error != 0 && run.result() == 0) run.stop(error);
   return run.result();

@@ -143,6 +143,14 @@ TEST_F(ArchiveToolTest, ANameWithANewlineIsNoLineOfAList) {
   EXPECT_FALSE(ArchiveTool(Archiver::Zip, ToolTask::Extract).usesLists());
 }
 
+TEST_F(ArchiveToolTest, ArjIsToldThatFilesArentLookedForBelow) {
+  const ArchiveTool arj(Archiver::Arj, ToolTask::Compress);
+  EXPECT_TRUE(arj.takesFilesApart());
+  const Westring files = arj.command(L"/a/x", L"f", ArchiveTool::Operands::FilesOnly);
+  EXPECT_TRUE(bytePath(files).ends_with("arj a -r /a/x -r- -- f")) << bytePath(files);
+  EXPECT_FALSE(ArchiveTool(Archiver::Zip, ToolTask::Compress).takesFilesApart());
+}
+
 TEST_F(ArchiveToolTest, AnEmptyTemplateHasNoCommand) {
   EXPECT_FALSE(ArchiveTool(Archiver::Gzip, ToolTask::Delete).hasCommand());
   EXPECT_TRUE(ArchiveTool(Archiver::Gzip, ToolTask::Extract).hasCommand());

@@ -176,6 +176,23 @@ TEST_F(CompressCommandTest, AFileWithABackslashIsMovedWhenTheArchiveHoldsIt) {
   }
 }
 
+TEST_F(CompressCommandTest, AFileIsPackedWithoutThoseOfItsNameBelow) {
+  file("left/docs/a.txt", "below");
+  for (const bool several : {false, true}) {
+    shell("rm -f right/*; cd left && arj a ../right/pack.arj b.txt");
+    showArchive("pack.arj", "a.txt");
+    if (several) {
+      tag("a.txt");
+      tag("b.txt");
+    }
+    compress({{"Compress ", {Key::Enter}}});
+    EXPECT_EQ(output("arj v right/pack.arj | grep -c docs || true"), "0\n");
+    EXPECT_NE(output("arj v right/pack.arj").find("a.txt"), std::string::npos);
+    right().archive.reset();
+    right().path = dir.wide("right");
+  }
+}
+
 TEST_F(CompressCommandTest, EachTypeWithAPackerIsMadeNew) {
   const struct {
     int downs;  // from the type before
