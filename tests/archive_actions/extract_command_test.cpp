@@ -390,9 +390,7 @@ TEST_F(Extracting, WithoutRoomNothingRuns) {
   ASSERT_TRUE(archiverKeys().set(Archiver::Rar, "Extract", "touch ../../ran #"));
   open("a.rar");
   putCursorOn("big");
-  extract(TransferKind::Copy, {{"No space left on device", {Key::Enter}, {}, {}, [this] {
-                                  EXPECT_NE(maskedScreen().find("right"), std::string::npos);
-                                }}});
+  extract(TransferKind::Copy, {{"No space left on device", {Key::Enter}}});
   EXPECT_FALSE(dir.exists("ran"));
   EXPECT_EQ(names("right"), std::vector<std::string>{});
 }
