@@ -556,6 +556,7 @@ TEST_F(FileFindTest, DuringASearchF8WorksAndShiftF8IsRefused) {
 
 TEST_F(FileFindTest, ASearchTellsWhereItIs) {
   for (int i = 0; i < 2000; ++i) file("left/f" + std::to_string(i), "");
+  show();
   static EventSem go;  // each look takes its time until then
   System::setHook(
       [](const char* call, const char*, void*) {
@@ -564,7 +565,6 @@ TEST_F(FileFindTest, ASearchTellsWhereItIs) {
         return 0;
       },
       nullptr);
-  show();
   const std::string where = dir.path("left");
   Step dark = {"           " + where, {}};
   dark.then = [] { go.post(); };
