@@ -152,8 +152,9 @@ Westring updateMember(const ArchiveEntryStore& archive, const SingleMember& memb
                                   {L"Updating", lastComponent(innerPath), nullptr});
   Westring failure =
       Westring(L"An error occurred updating ") + withCode(innerPath, archive.path(), result.code);
-  const int error = named.finish();
-  if (result.end != ToolEnd::Ran || result.code > tool.highestCode()) return failure;
+  const bool ran = result.end == ToolEnd::Ran && result.code <= tool.highestCode();
+  const int error = named.finish(ran ? ToolSuccess::Yes : ToolSuccess::No);
+  if (!ran) return failure;
   if (error != 0) return errorText(error);
   if (tool.writesArchiveAnew()) {
     if (const int failed = anew.commit(NewArchiveMode & ~fileModeMask()); failed != 0) {

@@ -132,6 +132,7 @@ int runArchiver(const ArchiveTool& tool, const Westring& archive,
   } else {
     run.runAll(all);
   }
-  if (const int error = named.finish(); error != 0 && run.result() == 0) run.stop(error);
+  const auto success = run.result() == 0 ? ToolSuccess::Yes : ToolSuccess::No;
+  if (const int error = named.finish(success); error != 0 && run.result() == 0) run.stop(error);
   return run.result();
 }

@@ -18,7 +18,7 @@ ToolArchive::ToolArchive(const ArchiveTool& tool, const Westring& archive)
   if (System::linkAt(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str()) != 0) error_ = errno;
 }
 
-int ToolArchive::finish() {
+int ToolArchive::finish(ToolSuccess success) {
   if (error_ != 0 || !directory_.exists()) return error_;
   struct stat before;
   struct stat made;
@@ -26,8 +26,9 @@ int ToolArchive::finish() {
   const std::string path = bytePath(path_);
   if (System::lstat(archive.c_str(), &before) != 0) return errno;
   if (System::lstat(path.c_str(), &made) != 0) {
+    if (errno != ENOENT || success == ToolSuccess::No) return errno;
     // Tools remove an archive that holds nothing any more.
-    return errno == ENOENT && System::unlink(archive.c_str()) == 0 ? 0 : errno;
+    return System::unlink(archive.c_str()) == 0 ? 0 : errno;
   }
   if (idOf(before) == idOf(made)) return 0;
   return System::rename(path.c_str(), archive.c_str()) == 0 ? 0 : errno;

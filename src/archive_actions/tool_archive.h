@@ -3,6 +3,8 @@
 #include "archive_actions/archive_tool.h"
 #include "archive_actions/private_directory.h"
 
+enum class ToolSuccess { No, Yes };
+
 // The archive as a tool is given it. Some tools give a name without an ending one of their own, and
 // would work with another file: for them it gets another name, with the ending, in a private
 // directory beside it. Application thread.
@@ -12,8 +14,9 @@ class ToolArchive {
 
   int error() const { return error_; }  // 0, or the errno why it can't get that name
   const Westring& path() const { return path_; }
-  // After the tool: what it made of the file is the archive. 0 or errno.
-  int finish();
+  // After the tool: what it made of the file is the archive. Only after a success that may be
+  // nothing, and the archive goes. 0 or errno.
+  int finish(ToolSuccess success);
 
  private:
   const Westring archive_;
