@@ -334,6 +334,8 @@ TEST_F(ArchiveWorkTest, BetweenTwoArchivesFilesGoToTheDiskOnly) {
 }
 
 TEST_F(ArchiveWorkTest, ARequestToEndKeepsTheEditAndSaysWhere) {
+  home().makeDir(".tdx");
+  home().write(".tdx/td.ini", "[Archiver:ZIP]\nCompress=sleep 1000 #\n");
   left().write("member.txt", "old text");
   shell("zip -q pack.zip member.txt && rm member.txt");
   const std::string before = left().read("pack.zip");
