@@ -79,12 +79,11 @@ function(td_library name)
   endif()
 endfunction()
 
-# td_test(NAME DEPENDS ... [PURE [SHARDS n] | APART]): one test program of every *.cpp below tests/NAME.
-# Each test is a process of its own. A PURE suite, which needs neither a display nor a state of the
-# process, runs as one, or as n side by side. Under a sanitizer, where a process costs half a second to
-# begin and end, so does every suite but those APART, which look at a state that a process keeps.
+# td_test(NAME DEPENDS ... [SHARDS n | APART]): one test program of every *.cpp below tests/NAME. It runs
+# as one process, which has its display to begin only once, or as n side by side. Of a suite APART, which
+# looks at a state that a process keeps, each test is a process of its own.
 function(td_test name)
-  cmake_parse_arguments(ARG "PURE;APART" "SHARDS" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "APART" "SHARDS" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   if(NOT sources)
     message(FATAL_ERROR "${CMAKE_CURRENT_SOURCE_DIR}/${name} has no sources")
@@ -100,7 +99,7 @@ function(td_test name)
   else()
     set(environment "LSAN_OPTIONS=suppressions=${support}/lsan.supp:print_suppressions=0")
   endif()
-  if(ARG_PURE OR (TD_SANITIZE AND NOT ARG_APART))
+  if(NOT ARG_APART)
     set(shards 1)
     if(ARG_SHARDS)
       set(shards ${ARG_SHARDS})
