@@ -38,7 +38,10 @@ class TwoPanelsTest : public PanelScreenTest {
     std::string picture;
     {
       Beside user([&] {
-        if (waitToShow(text)) picture = screenText();
+        // Complete once it waits for a key.
+        if (waitToShow(text) && waitUntil([] { return console->events().isAwaited(); })) {
+          picture = screenText();
+        }
         queueKey(end);
       });
       open();
