@@ -146,6 +146,7 @@ void ProgramTest::moveTo(const std::string& name) {
     press(XK_Down);
     const auto moved = [&] { return !entryUnderBar().empty() && entryUnderBar() != before; };
     if (!waitUntil(moved)) break;
+    expectAwaited();  // before that the bar may be half drawn
   }
   expectCursorOn(name);
 }
