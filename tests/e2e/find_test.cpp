@@ -6,7 +6,7 @@
 
 namespace {
 
-const std::vector<unsigned long> Plain{}, Alt{XK_Alt_L}, Shift{XK_Shift_L}, Ctrl{XK_Control_L},
+const std::vector<unsigned long> Alt{XK_Alt_L}, Shift{XK_Shift_L}, Ctrl{XK_Control_L},
     ShiftAlt{XK_Shift_L, XK_Alt_L}, CtrlShift{XK_Control_L, XK_Shift_L};
 
 class Find : public ProgramTest {
