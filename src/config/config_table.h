@@ -14,12 +14,14 @@ struct ConfigKeyword {
 };
 
 // The rows in the order of the file, made from options.def.
-inline constexpr int ConfigKeywordCount = 0
-#define OPTION(kind, name, value) +1
-#define FORMER_OPTION(name) +1
-#define COLOUR_OPTION(name) +1
+enum class ConfigRow {
+#define OPTION(kind, name, value) name,
+#define FORMER_OPTION(name) name,
+#define COLOUR_OPTION(name) name,
 #include "options/options.def"
-    ;
+  Count
+};
+inline constexpr auto ConfigKeywordCount = static_cast<int>(ConfigRow::Count);
 extern const ConfigKeyword configKeywordTable[ConfigKeywordCount];
 
 // Null for a key that there isn't; its case doesn't count.
