@@ -18,7 +18,7 @@ Westring shownPath(const ArchiveRecord& record, std::wstring_view directory) {
   std::wstring path(directory);
   if (!record.name.empty() && !directory.empty()) path += L'/';
   path += record.name;
-  return path.c_str();
+  return Westring(path.c_str());
 }
 
 Westring withDotSlash(const ArchiveRecord& record, const Westring& shown) {

@@ -308,5 +308,5 @@ Westring ArchiveTool::filled(const std::wstring& archive, const std::wstring& fi
   }
   if (!hasArchive) result += L" " + archive;
   if (!hasFiles && !files.empty()) result += L" " + files;
-  return result.c_str();
+  return Westring(result.c_str());
 }

@@ -10,9 +10,9 @@
 int runInShell(const Westring& command, Panel& panel, const Westring& echo, unsigned flags,
                int* status = nullptr);
 
-// The whole screen for the output of a command, as long as this lives: the panels have stepped aside
-// and the rows of prompt and key bar are empty, but for `echo`. What was printed last stays above
-// these rows. The panels are not brought back. Application thread.
+// The whole screen for the output of a command, as long as this lives: the panels have stepped
+// aside and the rows of prompt and key bar are empty, but for `echo`. What was printed last stays
+// above these rows. The panels are not brought back. Application thread.
 class OutputScreen {
  public:
   explicit OutputScreen(const Westring& echo);
