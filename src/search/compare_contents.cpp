@@ -19,10 +19,6 @@ namespace {
 
 constexpr size_t BlockBytes = 262144;
 constexpr size_t SmallBlockBytes = 32768;  // most files fit, and it costs nothing to have
-// A second thread is worth its start once that much was compared.
-constexpr size_t FilesAlone = 16;
-constexpr int64_t BytesAlone = int64_t{1} << 20;
-
 // One side of a pair.
 struct Side {
   int directory;
@@ -81,19 +77,6 @@ class Comparison {
   struct Place {
     size_t name;
     int64_t done, size;
-  };
-
-  // What the calling thread does before it gets help.
-  struct Alone {
-    size_t files = 0;
-    int64_t bytes = 0;
-    bool endsWith(int64_t done, int64_t size) {
-      if (done == 0) {
-        ++files;
-        bytes += size;
-      }
-      return files > FilesAlone || bytes > BytesAlone;
-    }
   };
 
   static void help(void* self) {

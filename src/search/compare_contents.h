@@ -25,8 +25,8 @@ class ContentWatch {
 };
 
 // Compares the files `names` of two directories that are held open, on the calling thread and,
-// when there is much, one more. Only regular files are opened; others are equal when they are of
-// one kind and show the same device; a file is equal to itself unread. The first failure in the
+// for more than one file, one more. Only regular files are opened; others are equal when they are
+// of one kind and show the same device; a file is equal to itself unread. The first failure in the
 // order of names ends it: what stands behind it may be Unread, all before it has a verdict. False
 // when the watch stopped it.
 bool compareContents(int left, int right, const std::vector<std::string>& names,
