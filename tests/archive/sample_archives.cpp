@@ -114,8 +114,33 @@ std::string arjHeader(const std::string& fields) {
   return "\x60\xEA" + le16(fields.size()) + fields + le32(crc32(fields)) + le16(0);
 }
 
+// Its sum is the usual one without the last turn of all bits.
 std::string aceBlock(const std::string& fields) {
-  return le16(crc32(fields) & 0xFFFF) + le16(fields.size()) + fields;
+  return le16(~crc32(fields) & 0xFFFF) + le16(fields.size()) + fields;
+}
+
+constexpr uint16_t AceData = 1, AceComment = 2;
+
+std::string aceMain() {
+  return aceBlock(std::string(1, '\0') + le16(0) + "**ACE**" + number(0, 20));
+}
+
+// What `flags` announce stands in `behindName`.
+std::string aceFile(const SampleMember& member, uint16_t flags, const std::string& behindName) {
+  const std::string name = withoutSlash(member);
+  const std::string fields = "\1" + le16(flags) + le32(member.content.size()) +
+                             le32(member.size()) + words() +
+                             le32(member.isDirectory() ? 0x10 : 0x20) +
+                             le32(~crc32(member.content)) + number(0, 6) + le16(name.size());
+  return aceBlock(fields + name + behindName) + member.content;
+}
+
+std::string wideAceFile(const SampleMember& member) {
+  const std::string name = withoutSlash(member);
+  const std::string fields = "\1" + le16(AceData) + le64(member.content.size()) +
+                             le64(member.size()) + words() + le64(member.isDirectory() ? 1 : 0) +
+                             number(0, 18) + le16(name.size());
+  return aceBlock(fields + name) + member.content;
 }
 
 void putText(std::string& block, size_t offset, const std::string& text) {
@@ -249,19 +274,19 @@ std::string arjArchive(const SampleMembers& members, HeaderForm form, const std:
 }
 
 std::string aceArchive(const SampleMembers& members, HeaderForm form, const std::string& stub) {
-  std::string archive = stub + aceBlock(std::string(1, '\0') + le16(0) + "**ACE**" + number(0, 20));
+  std::string archive = stub + aceMain();
   for (const SampleMember& member : members) {
-    const std::string name = withoutSlash(member);
-    std::string fields = "\1" + le16(1);
-    if (form == HeaderForm::Published) {
-      fields += le32(member.content.size()) + le32(member.size()) + words() +
-                le32(member.isDirectory() ? 0x10 : 0x20) + le32(~crc32(member.content)) +
-                number(0, 6) + le16(name.size());
-    } else {
-      fields += le64(member.content.size()) + le64(member.size()) + words() +
-                le64(member.isDirectory() ? 1 : 0) + number(0, 18) + le16(name.size());
-    }
-    archive += aceBlock(fields + name) + member.content;
+    archive += form == HeaderForm::Published ? aceFile(member, AceData, "") : wideAceFile(member);
+  }
+  return archive;
+}
+
+std::string commentedAceArchive(const SampleMembers& members) {
+  const std::string empty = le16(0);
+  const std::string rest = number(0, 2);
+  std::string archive = aceMain();
+  for (const SampleMember& member : members) {
+    archive += aceFile(member, AceData | AceComment, empty + rest);
   }
   return archive;
 }
@@ -368,6 +393,7 @@ const std::vector<SampleArchive>& sampleArchives() {
        [](Members m) { return arjArchive(m, published, programStub()); }, true},
       {"ACE", ArchiveType::Ace, [](Members m) { return aceArchive(m, published); }, true},
       {"ACE, wide", ArchiveType::Ace, [](Members m) { return aceArchive(m, wide); }, true},
+      {"ACE with comments", ArchiveType::Ace, commentedAceArchive, true},
       {"ACE in a program", ArchiveType::Ace,
        [](Members m) { return aceArchive(m, published, "MZ" + le16(60) + std::string(3000, 'x')); },
        true},

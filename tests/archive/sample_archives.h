@@ -37,6 +37,9 @@ std::string lhaArchive(const SampleMembers& members, int level, const std::strin
 std::string wideLhaArchive(const SampleMembers& members, const std::string& stub = "");
 std::string arjArchive(const SampleMembers& members, HeaderForm form, const std::string& stub = "");
 std::string aceArchive(const SampleMembers& members, HeaderForm form, const std::string& stub = "");
+// In the published form, an empty comment behind each name. The unpacker of this system takes a
+// file header only if four bytes follow the name.
+std::string commentedAceArchive(const SampleMembers& members);
 std::string haArchive(const SampleMembers& members, HeaderForm form);
 // Of the first member alone. Only one that holds a sum of its header has two forms.
 std::string gzipArchive(const SampleMembers& members, HeaderForm form);

@@ -442,6 +442,15 @@ TEST_F(ExtractingAll, OnlyWhatIsWantedIsMovedIntoPlace) {
   EXPECT_EQ(dir.read("ran"), "x " + dir.path("left/a.ace") + "\n");
 }
 
+TEST_F(Extracting, AMemberOfAnAceComesOutByTheSystemsTool) {
+  dir.write("left/a.ace", commentedAceArchive({{"one", "1"}, {"sub/two", "2"}}));
+  open("a.ace");
+  putCursorOn("sub");
+  extract();
+  EXPECT_EQ(names("right"), std::vector<std::string>{"sub"});
+  EXPECT_EQ(dir.read("right/sub/two"), "2");
+}
+
 TEST_F(ExtractingAll, AnUnsafeNameAnywhereKeepsItFromRunning) {
   dir.write("left/a.ace", aceArchive({{"one", "1"}, {"../x", "2"}}, HeaderForm::Published));
   show("a.ace");
