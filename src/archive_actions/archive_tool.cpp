@@ -206,6 +206,10 @@ Westring ArchiveTool::addedEnding(const Westring& archive) const {
   return Westring();
 }
 
+bool ArchiveTool::leavesOldArchive() const {
+  return task_ != ToolTask::Extract && (program_ == L"jlha" || program_ == L"lha");
+}
+
 std::wstring ArchiveTool::nameOf(const Westring& path, bool foreign, In where) const {
   const bool pattern = names_ == NameForTool::UnzipPattern || names_ == NameForTool::ZipPattern;
   const Westring name =

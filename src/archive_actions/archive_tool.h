@@ -56,6 +56,8 @@ class ArchiveTool {
   bool stripsUnsafeNames() const;
   // What the tool would put behind the name of an archive that has no ending; "" for nothing.
   Westring addedEnding(const Westring& archive) const;
+  // The tool keeps the archive as it was beside the new one, whatever stood there under that name.
+  bool leavesOldArchive() const;
   size_t templateLength() const { return template_.size(); }
 
   // The operand as words of a command line; none for a tool that takes everything.

@@ -3,19 +3,36 @@
 #include <cerrno>
 
 #include "foundation/names.h"
+#include "foundation/not_offered.h"
 #include "foundation/path_info.h"
 #include "foundation/place.h"
+
+namespace {
+
+Westring oldArchiveOf(const Westring& archive) {
+  const int dot = archive.rfind(L'.');
+  return (dot > archive.rfind(L'/') ? left(archive, dot) : archive) + L".bak";
+}
+
+}  // namespace
 
 ToolArchive::ToolArchive(const ArchiveTool& tool, const Westring& archive)
     : archive_(archive), path_(archive) {
   const Westring ending = tool.addedEnding(archive);
-  if (ending.empty() || !pathExists(archive)) return;
+  if ((ending.empty() && !tool.leavesOldArchive()) || !pathExists(archive)) return;
   error_ = directory_.make(parentOf(archive));
   if (error_ != 0) return;
   path_ = joinPath(directory_.path(), lastComponent(archive) + ending);
   const std::string from = bytePath(archive);
   const std::string to = bytePath(path_);
-  if (System::linkAt(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str()) != 0) error_ = errno;
+  if (System::linkAt(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str()) == 0) return;
+  error_ = errno;
+  // Without a second name it can only be worked on in its place.
+  if (ending.empty() && isAttributeNotOffered(error_) && !pathExists(oldArchiveOf(archive))) {
+    error_ = 0;
+    path_ = archive;
+    directory_.remove();
+  }
 }
 
 int ToolArchive::finish(ToolSuccess success) {

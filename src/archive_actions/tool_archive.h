@@ -6,8 +6,8 @@
 enum class ToolSuccess { No, Yes };
 
 // The archive as a tool is given it. Some tools give a name without an ending one of their own, and
-// would work with another file: for them it gets another name, with the ending, in a private
-// directory beside it. Application thread.
+// would work with another file; some keep the old archive under a name that may be another file's.
+// For them it stands in a private directory beside it, with the ending. Application thread.
 class ToolArchive {
  public:
   ToolArchive(const ArchiveTool& tool, const Westring& archive);

@@ -484,6 +484,19 @@ TEST_F(Extracting, AnArchiveWithoutAnEndingIsTheOneThatIsChanged) {
   }
 }
 
+// The packer would keep the old archive under the name of another file.
+TEST_F(Extracting, WhatStandsBesideAnArchiveStays) {
+  pack("jlha aq ../left/a.lzh one.txt sub");
+  dir.write("left/a.bak", "another file");
+  open("a.lzh");
+  putCursorOn("one.txt");
+  extract(TransferKind::Move);
+  EXPECT_EQ(dir.read("right/one.txt"), "one");
+  EXPECT_EQ(entryNamed(left(), "one.txt"), nullptr);
+  EXPECT_EQ(dir.read("left/a.bak"), "another file");
+  EXPECT_EQ(names("left"), (std::vector<std::string>{"a.bak", "a.lzh"}));
+}
+
 TEST_F(Extracting, AMoveWhoseDeletionFailsKeepsBoth) {
   set("Delete", "false #");
   pack("zip -qr ../left/a.zip .");

@@ -5,8 +5,10 @@
 #include <cerrno>
 #include <functional>
 
+#include "foundation/names.h"
 #include "foundation/place.h"
 #include "language/environment.h"
+#include "support/fault_hook.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -49,6 +51,42 @@ TEST_F(ToolArchiveTest, WhatTheToolMadeIsTheArchive) {
     EXPECT_EQ(dir.read("pack"), "new");
     EXPECT_EQ(dir.names(), std::vector<std::string>{"pack"});
   }
+}
+
+// The packer of this format calls the old archive like that.
+class ToolThatKeepsTheOldArchive : public ToolArchiveTest {
+ protected:
+  void SetUp() override {
+    ToolArchiveTest::SetUp();
+    bin.write("jlha", "");
+    bin.chmod("jlha", 0755);
+    dir.write("pack.lzh", "old");
+  }
+  ToolArchive named() { return {ArchiveTool(Archiver::Lharc, ToolTask::Delete), place()}; }
+  Westring place() const { return dir.wide("pack.lzh"); }
+};
+
+TEST_F(ToolThatKeepsTheOldArchive, AnotherFileOfThatNameStays) {
+  dir.write("pack.bak", "another file");
+  ToolArchive archive = named();
+  ASSERT_EQ(archive.error(), 0);
+  const std::string path = bytePath(archive.path());
+  EXPECT_NE(path, bytePath(place()));
+  EXPECT_TRUE(path.ends_with("/pack.lzh")) << path;
+  std::filesystem::rename(path, path.substr(0, path.size() - 3) + "bak");
+  std::ofstream(path) << "new";
+  EXPECT_EQ(archive.finish(ToolSuccess::Yes), 0);
+  EXPECT_EQ(dir.read("pack.lzh"), "new");
+  EXPECT_EQ(dir.read("pack.bak"), "another file");
+}
+
+TEST_F(ToolThatKeepsTheOldArchive, WhereFilesHaveOneNameItIsWorkedOnInItsPlaceIfNothingIsLost) {
+  const FaultHook noLinks("linkAt", EPERM);
+  EXPECT_TRUE(sameName(named().path(), place()));
+  EXPECT_EQ(named().error(), 0);
+  EXPECT_EQ(dir.names(), (std::vector<std::string>{"pack", "pack.lzh"}));
+  dir.write("pack.bak", "another file");
+  EXPECT_EQ(named().error(), EPERM);
 }
 
 TEST_F(ToolArchiveTest, AnArchiveThatTheToolRemovesIsGone) {
