@@ -137,6 +137,15 @@ TEST_F(ArchiveChainTest, AnArchiveWhoseFileHasGoneIsClosedAndNotTrusted) {
   EXPECT_EQ(nullptr, panel.archive);
 }
 
+TEST_F(ArchiveChainTest, OfAnArchiveWhoseFileHasGoneTheDirectoryIsRead) {
+  ASSERT_TRUE(goToPath(panel, L"x.zip/d/inner.zip"));
+  ASSERT_EQ(0, unlink(path("x.zip").c_str()));
+  enterPath(panel, L"");
+  EXPECT_EQ(nullptr, panel.archive);
+  EXPECT_EQ(dir.path(), bytes(panel.path));
+  EXPECT_EQ((Names{"..", "sub", "plain", "y.zip"}), listed(panel));
+}
+
 TEST_F(ArchiveChainTest, ANeighbourWithALongerNameIsOutside) {
   dir.makeDir("x.zip2");
   EXPECT_TRUE(changeDirectory(panel, L"x.zip"));

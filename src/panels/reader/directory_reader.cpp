@@ -276,6 +276,15 @@ void readTreeView(Panel& panel) {
   if (!current.empty()) directoryTree()->select(panel, current);
 }
 
+// Closes the archives that the path has left. Of one whose file has gone, the directory that held
+// it is there.
+void closeLeft(Panel& panel) {
+  if (!panel.archive) return;
+  const Westring file = outermostArchive(*panel.archive).path();
+  closeLeftArchives(panel.archive, panel.path);
+  if (!panel.archive && liesIn(panel.path, file)) panel.path = parentOf(file);
+}
+
 // An archive that has changed on the disk is read again; one that is none any more is left for its
 // directory.
 void renewArchive(Panel& panel) {
@@ -308,7 +317,7 @@ ReadTrouble tryReadDirectory(Panel& panel) {
   }
   panel.needsRead = false;
   panel.needsDraw = true;
-  closeLeftArchives(panel.archive, panel.path);
+  closeLeft(panel);
   renewArchive(panel);
   if (panel.isTreeStyle()) {
     readTreeView(panel);
