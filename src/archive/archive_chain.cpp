@@ -10,9 +10,9 @@ ArchiveOpener& archiveOpener() {
   return opener;
 }
 
-std::unique_ptr<OpenArchive> openArchive(const Westring& file, OpenArchive* parent) {
+ArchiveAttempt openArchive(const Westring& file, OpenArchive* parent) {
   const ArchiveOpener& opener = archiveOpener();
-  return opener ? opener(file, parent) : nullptr;
+  return opener ? opener(file, parent) : ArchiveAttempt(Refusal::Unexplained);
 }
 
 bool liesIn(const Westring& path, const Westring& directory) {
@@ -58,7 +58,7 @@ void attachInnermost(std::unique_ptr<OpenArchive>& chain, std::unique_ptr<OpenAr
 
 bool reopenInnermost(std::unique_ptr<OpenArchive>& chain) {
   const Westring file = takeInnermost(chain)->path();
-  std::unique_ptr<OpenArchive> again = openArchive(file, chain.get());
+  std::unique_ptr<OpenArchive> again = openArchive(file, chain.get()).archive;
   if (!again) return false;
   attachInnermost(chain, std::move(again));
   return true;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "foundation/entry.h"
 #include "foundation/westring.h"
@@ -44,12 +45,23 @@ class OpenArchive {
   std::shared_ptr<CTree> tree;  // of its directories, once somebody has made it
 };
 
-// Opens `file` as an archive inside `parent` (null for a real file); null when it is none. Without
-// an opener nothing is an archive.
-using ArchiveOpener =
-    std::function<std::unique_ptr<OpenArchive>(const Westring& file, OpenArchive* parent)>;
+// Of what couldn't be opened: whether the user knows why by now, or has ended it.
+enum class Refusal { Unexplained, Explained };
+
+// What came of opening a file as an archive: one, or none and a refusal.
+struct ArchiveAttempt {
+  ArchiveAttempt(std::unique_ptr<OpenArchive> opened) : archive(std::move(opened)) {}
+  ArchiveAttempt(Refusal why) : refusal(why) {}
+
+  std::unique_ptr<OpenArchive> archive;
+  Refusal refusal = Refusal::Unexplained;
+};
+
+// Opens `file` as an archive inside `parent` (null for a real file). Without an opener nothing is
+// an archive.
+using ArchiveOpener = std::function<ArchiveAttempt(const Westring& file, OpenArchive* parent)>;
 ArchiveOpener& archiveOpener();
-std::unique_ptr<OpenArchive> openArchive(const Westring& file, OpenArchive* parent);
+ArchiveAttempt openArchive(const Westring& file, OpenArchive* parent);
 
 // True when `path` is `directory` or lies below it, by whole components.
 bool liesIn(const Westring& path, const Westring& directory);

@@ -187,7 +187,7 @@ ArchiveOpening openArchiveFile(const Westring& path, const Westring& diskFile,
   const Westring name = lastComponent(path);
   ArchiveReading reading(bytes, archive->records_, viewOf(name), watcher);
   const Recognised found = readArchive(reading, archive->records_, archive->type_);
-  if (found == Recognised::Stopped) return {};
+  if (found == Recognised::Stopped) return {.archive = nullptr, .stopped = true};
   ArchiveOpening opening{.archive = nullptr, .messages = reading.messages()};
   if (found == Recognised::No) return opening;
   const uint64_t hidden = archive->records_.hiddenCount();

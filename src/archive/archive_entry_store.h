@@ -72,7 +72,8 @@ class ArchiveEntryStore : public OpenArchive {
 // What came of opening a file.
 struct ArchiveOpening {
   std::unique_ptr<ArchiveEntryStore> archive;  // null when it is none, or the reading was stopped
-  std::vector<ArchiveMessage> messages;        // to be shown with the archive's path
+  std::vector<ArchiveMessage> messages = {};   // to be shown with the archive's path
+  bool stopped = false;                        // by the watcher
 };
 
 // Reads `diskFile`, a regular file, which a panel shows as `path`.

@@ -33,29 +33,35 @@ int depthOf(const OpenArchive* archive) {
   return depth;
 }
 
-std::unique_ptr<OpenArchive> openShown(const Westring& path, const Westring& diskFile) {
+ArchiveAttempt openShown(const Westring& path, const Westring& diskFile) {
   ArchiveOpening opening = readWithProgress(path, diskFile);
   for (const ArchiveMessage& message : opening.messages) {
     if (console) alert(message.text(), path, AlertButtons::Ok, AlertColour::Error);
   }
-  return std::move(opening.archive);
+  if (opening.archive) return ArchiveAttempt(std::move(opening.archive));
+  const bool known = opening.stopped || !opening.messages.empty();
+  return known ? Refusal::Explained : Refusal::Unexplained;
 }
 
 // A member is taken out first; the copy lives as long as the archive that it is.
-std::unique_ptr<OpenArchive> openInside(const Westring& path, ArchiveEntryStore& parent) {
+ArchiveAttempt openInside(const Westring& path, ArchiveEntryStore& parent) {
   const Westring inside = innerPath(parent, path);
-  if (depthOf(&parent) >= DeepestNesting || !parent.fileOf(inside)) return nullptr;
+  if (depthOf(&parent) >= DeepestNesting || !parent.fileOf(inside)) {
+    return Refusal::Unexplained;
+  }
   ArchiveWork& work = ArchiveWork::of(parent);
   const Westring copy = work.take(inside);
-  if (copy.empty()) return nullptr;
-  std::unique_ptr<OpenArchive> archive = openShown(path, copy);
-  if (archive) ArchiveWork::of(static_cast<ArchiveEntryStore&>(*archive)).standIn(work);
-  return archive;
+  if (copy.empty()) return Refusal::Explained;
+  ArchiveAttempt attempt = openShown(path, copy);
+  if (attempt.archive) {
+    ArchiveWork::of(static_cast<ArchiveEntryStore&>(*attempt.archive)).standIn(work);
+  }
+  return attempt;
 }
 
 }  // namespace
 
-std::unique_ptr<OpenArchive> openArchiveShown(const Westring& file, OpenArchive* parent) {
+ArchiveAttempt openArchiveShown(const Westring& file, OpenArchive* parent) {
   if (!parent) return openShown(file, file);
   // Every archive of a panel came from here.
   return openInside(file, static_cast<ArchiveEntryStore&>(*parent));

@@ -73,7 +73,7 @@ void goHome() {
 void goToShortcut(int digit) {
   const Westring& shortcut = GlobalOptions::directoryShortcuts[digit];
   if (shortcut.empty()) return;
-  if (!goToPath(panelThatGoes(active()), shortcut)) {
+  if (goToPath(panelThatGoes(active()), shortcut).isUnexplained()) {
     alert("Invalid Directory", shortcut, AlertButtons::Ok, AlertColour::Error);
   }
 }
@@ -95,7 +95,9 @@ void enterAsDirectory(Panel& panel) {
   if (!item || !panel.showing || !panel.isFiles()) return;
   if (item->isDirectory()) return enterCurrent(panel);
   Westring name = item->name();
-  if (attachArchive(panel, name.data())) return static_cast<void>(enterName(panel, name));
+  const Arrival arrival = attachArchive(panel, name.data());
+  if (arrival) return enterName(panel, name);
+  if (!arrival.isUnexplained()) return;
   alert("Invalid Directory", itemPath(panel, *item), AlertButtons::Ok, AlertColour::Error);
 }
 
@@ -128,7 +130,9 @@ std::vector<Key::Code> digitKeys(Key::Mark modifier) {
 // "" chooses nothing. What was remembered may have gone meanwhile.
 void goToChosen(const Westring& path) {
   if (path.empty()) return;
-  if (goToPath(active(), path)) return drawPanel(active());
+  const Arrival arrival = goToPath(active(), path);
+  if (arrival) return drawPanel(active());
+  if (!arrival.isUnexplained()) return;
   alert("Invalid directory", path, AlertButtons::Ok, AlertColour::Error);
 }
 

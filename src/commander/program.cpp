@@ -88,10 +88,12 @@ void chooseStartDirectory(Panel& panel, const Westring& argument, const Westring
   const Westring& wanted = argument.empty() ? configured : argument;
   Westring lost = here.lost;
   if (!wanted.empty()) {
-    if (changeDirectory(panel, wanted)) return;
+    const Arrival arrival = changeDirectory(panel, wanted);
+    if (arrival) return;
     const std::vector<Westring> meanings = pathMeanings(wanted, panel.path);
     lost = meanings.empty() ? wanted : meanings.back();
     if (!meanings.empty()) changeToNearest(panel, lost);
+    if (!arrival.isUnexplained()) lost = Westring();
   }
   const auto isSame = [&lost](const StartNotice& one) { return sameName(one.path, lost); };
   if (!lost.empty() && std::none_of(notices.begin(), notices.end(), isSame))

@@ -262,8 +262,11 @@ class FileFind {
   void goToCurrent() {
     const Westring path = currentPath();
     const Westring directory = parentOf(path);
-    if (!changeDirectoryExact(panel_, directory)) {
-      alert("Invalid directory", directory, AlertButtons::Ok, AlertColour::Error);
+    const Arrival arrival = changeDirectoryExact(panel_, directory);
+    if (!arrival) {
+      if (arrival.isUnexplained()) {
+        alert("Invalid directory", directory, AlertButtons::Ok, AlertColour::Error);
+      }
       return;
     }
     enterNewPath(panel_);

@@ -53,16 +53,15 @@ std::vector<Westring> argumentMeanings(const Westring& typed, const Westring& ba
   return meanings;
 }
 
-bool tryPath(Panel& panel, const Westring& path) {
-  if (!changeDirectoryExact(panel, path)) return false;
-  enterNewPath(panel);
-  return true;
-}
-
-bool goToArgument(Panel& panel, const Westring& typed) {
-  const std::vector<Westring> meanings = argumentMeanings(typed, shownPath(panel));
-  return std::any_of(meanings.begin(), meanings.end(),
-                     [&panel](const Westring& path) { return tryPath(panel, path); });
+// What has been explained isn't tried in another meaning, which may be the same place.
+Arrival goToArgument(Panel& panel, const Westring& typed) {
+  Arrival arrival;
+  for (const Westring& path : argumentMeanings(typed, shownPath(panel))) {
+    arrival = changeDirectoryExact(panel, path);
+    if (!arrival.isUnexplained()) break;
+  }
+  if (arrival) enterNewPath(panel);
+  return arrival;
 }
 
 Westring argumentOf(const Westring& command) {
@@ -91,13 +90,13 @@ bool isSeveralCommands(const Westring& text) {
   return false;
 }
 
-// False when there is no such directory.
-bool goTo(Panel& panel, const Westring& typed) {
-  if (goToArgument(panel, typed)) return true;
+Arrival goTo(Panel& panel, const Westring& typed) {
+  const Arrival arrival = goToArgument(panel, typed);
+  if (!arrival.isUnexplained()) return arrival;
   Westring name = withoutQuotes(typed);
   name.replaceAll(L"\\", L"/");
   const Westring found = directoryTree()->find(panel, name);
-  return !found.empty() && goToPath(panel, found);
+  return found.empty() ? arrival : goToPath(panel, found);
 }
 
 int tellNoDirectory(const Panel& panel, const Westring& typed) {
@@ -150,19 +149,25 @@ bool isChangeDirectoryAlone(const Westring& command) {
 
 bool changeDirectoryAsWritten(Panel& panel, const Westring& command) {
   Westring path = argumentOf(command);
-  if (writtenPath(path, &shownPath(panel)) != 0 || !tryPath(panel, path)) return false;
-  showGone(panel);
-  return true;
+  if (writtenPath(path, &shownPath(panel)) != 0) return false;
+  const Arrival arrival = changeDirectoryExact(panel, path);
+  if (arrival) {
+    enterNewPath(panel);
+    showGone(panel);
+  }
+  return !arrival.isUnexplained();
 }
 
 int runBuiltinOrShell(const Westring& command, int side, const Westring& echo, unsigned flags) {
   Panel& panel = panelPair().side[side];
   if (isChangeDirectory(command)) {
     const Westring typed = argumentOf(command);
-    if (goTo(panel, typed)) {
+    const Arrival arrival = goTo(panel, typed);
+    if (arrival) {
       showGone(panel);
       return 0;
     }
+    if (!arrival.isUnexplained()) return -ENOENT;
     if (!isSeveralCommands(typed)) return tellNoDirectory(panel, typed);
   } else if (matchName(VisualPattern, command.data())) {
     return changeVisually(ltrim(mid(command, VcdLength, 0)), panel, echo, flags);

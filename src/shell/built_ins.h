@@ -13,5 +13,5 @@ bool isChangeDirectory(const Westring& command);
 // One behind which no other command stands, so that the shell isn't needed for it.
 bool isChangeDirectoryAlone(const Westring& command);
 // The directory of exactly the name that stands in a cd, before macros and variables are looked at.
-// False when there is none.
+// False when there is none; true, too, where the user has been told why it can't be shown.
 bool changeDirectoryAsWritten(Panel& panel, const Westring& command);

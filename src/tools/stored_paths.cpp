@@ -76,9 +76,11 @@ bool storedPaths(Panel& panel) {
     } else if (!isDigit && key != Key::Enter) {
       return false;
     } else if (!path.empty()) {
-      if (goToPath(panelThatGoes(panel), path)) return true;
-      alert("Invalid directory", path, AlertButtons::Ok, AlertColour::Error);
-      return false;
+      const Arrival arrival = goToPath(panelThatGoes(panel), path);
+      if (arrival.isUnexplained()) {
+        alert("Invalid directory", path, AlertButtons::Ok, AlertColour::Error);
+      }
+      return arrival.reached;
     }
   }
 }

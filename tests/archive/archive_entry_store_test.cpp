@@ -222,6 +222,21 @@ TEST_F(ArchiveEntryStoreTest, AnotherContentMakesItOutOfDate) {
   EXPECT_FALSE(archive.isCurrent());
 }
 
+TEST_F(ArchiveEntryStoreTest, AStoppedReadingIsNoArchiveAndSaysSo) {
+  struct Stopping : ArchiveWatcher {
+    bool stopped() override { return true; }
+  };
+  SampleMembers many;
+  for (int i = 0; i < 3000; ++i) many.push_back({"name" + std::to_string(i), ""});
+  place.write("many.zip", zipArchive(many));
+  Stopping watcher;
+  const Westring path = place.wide("many.zip");
+  const ArchiveOpening opening = openArchiveFile(path, path, watcher);
+  EXPECT_EQ(opening.archive, nullptr);
+  EXPECT_TRUE(opening.stopped);
+  EXPECT_TRUE(opening.messages.empty());
+}
+
 TEST_F(ArchiveEntryStoreTest, AnErrorOfTheDiskIsToldAsDamage) {
   SampleMembers members;
   for (int i = 0; i < 200; ++i)

@@ -35,7 +35,7 @@ class ArchiveWorkTest : public CommandTest {
   // Tools take their time; whoever asks something here would wait for ever.
   static void run(const std::function<void()>& act) { act(); }
   void open(const std::string& name) {
-    archive_ = openArchiveShown(dir.wide("left/" + name), nullptr);
+    archive_ = openArchiveShown(dir.wide("left/" + name), nullptr).archive;
     ASSERT_NE(archive_, nullptr) << name;
   }
   ArchiveWork& work() { return ArchiveWork::of(static_cast<ArchiveEntryStore&>(*archive_)); }
@@ -320,7 +320,9 @@ TEST_F(ArchiveWorkTest, AnInnerArchiveThatCouldNotBeUpdatedStopsTheOuterOne) {
   const std::string before = dir.read("left/outer.zip");
   open("outer.zip");
   std::unique_ptr<OpenArchive> inner;
-  run([&] { inner = openArchiveShown(dir.wide("left/outer.zip/inner.zip"), archive_.get()); });
+  run([&] {
+    inner = openArchiveShown(dir.wide("left/outer.zip/inner.zip"), archive_.get()).archive;
+  });
   ASSERT_NE(inner, nullptr);
   auto& store = static_cast<ArchiveEntryStore&>(*inner);
   std::string path;
@@ -335,6 +337,19 @@ TEST_F(ArchiveWorkTest, AnInnerArchiveThatCouldNotBeUpdatedStopsTheOuterOne) {
   EXPECT_EQ(temporaries().size(), 2u);
 }
 
+TEST_F(ArchiveWorkTest, WhoeverOpensKnowsWhetherTheUserWasToldWhyNot) {
+  dir.write("left/cut.zip", "PK\3\4 and nothing more");
+  dir.write("left/text", "no archive");
+  play({{"Central directory not found in", {Key::Enter}}}, [&] {
+    const ArchiveAttempt attempt = openArchiveShown(dir.wide("left/cut.zip"), nullptr);
+    EXPECT_EQ(attempt.archive, nullptr);
+    EXPECT_EQ(attempt.refusal, Refusal::Explained);
+  });
+  const ArchiveAttempt attempt = openArchiveShown(dir.wide("left/text"), nullptr);
+  EXPECT_EQ(attempt.archive, nullptr);
+  EXPECT_EQ(attempt.refusal, Refusal::Unexplained);
+}
+
 TEST_F(ArchiveWorkTest, ArchivesNestSixteenDeep) {
   shell(
       "cp other.txt file && tar -cf a.tar file && for i in 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16;"
@@ -344,7 +359,7 @@ TEST_F(ArchiveWorkTest, ArchivesNestSixteenDeep) {
   int opened = 0;
   run([&] {
     std::unique_ptr<OpenArchive> innermost;
-    while (auto next = openArchiveShown(path, innermost.get())) {
+    while (auto next = openArchiveShown(path, innermost.get()).archive) {
       next->parent = std::move(innermost);
       innermost = std::move(next);
       path = joinPath(path, L"b");

@@ -93,6 +93,27 @@ TEST_F(Archives, WhatIsWrongWithAnArchiveIsTold) {
   EXPECT_EQ(quit(), 0);
 }
 
+TEST_F(Archives, WhatIsWrongIsToldOnceHoweverTheArchiveWasToBeEntered) {
+  left().write("cut.zip", std::string("PK\3\4 and nothing more"));
+  start();
+  moveTo("cut.zip");
+  const auto expectOneBox = [&] {
+    expectText("Central directory not found in");
+    press(XK_Return);
+    expectNoText("Central directory");
+    expectAwaited();
+    EXPECT_FALSE(shows("Central directory") || shows("Invalid")) << screen();
+  };
+  press(XK_Page_Down, {XK_Control_L});
+  expectOneBox();
+  type("cd cut.zip\n");
+  expectOneBox();
+  type("cd cut.zip/inner\n");
+  expectOneBox();
+  expectCursorOn("cut.zip");
+  EXPECT_EQ(quit(), 0);
+}
+
 TEST_F(Archives, NamesThatClimbAreCountedAndNotShown) {
   left().write("evil.zip", zipArchive({{"../outside", ""}, {"good", ""}, {"a/../../b", ""}}));
   start();

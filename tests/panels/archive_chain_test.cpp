@@ -69,6 +69,19 @@ TEST_F(ArchiveChainTest, WithoutAReaderNothingIsAnArchive) {
   EXPECT_EQ(nullptr, panel.archive);
 }
 
+TEST_F(ArchiveChainTest, WhatWasExplainedIsNotTriedInAnotherMeaning) {
+  int opened = 0;
+  archiveOpener() = [&opened](const Westring&, OpenArchive*) {
+    ++opened;
+    return ArchiveAttempt(Refusal::Explained);
+  };
+  EXPECT_FALSE(goToPath(panel, L"x.zip"));
+  EXPECT_EQ(opened, 1);
+  EXPECT_FALSE(changeDirectory(panel, L"x.zip").isUnexplained());
+  EXPECT_FALSE(attachArchive(panel, L"x.zip").isUnexplained());
+  EXPECT_TRUE(changeDirectory(panel, L"nowhere").isUnexplained());
+}
+
 TEST_F(ArchiveChainTest, APlainFileInThePathIsOpenedAndTheWalkGoesOnInside) {
   EXPECT_TRUE(changeDirectory(panel, L"x.zip/d"));
   EXPECT_EQ((Names{"open " + path("x.zip"), "list d"}), log);

@@ -31,10 +31,12 @@ class ArchiveChange {
 
   OpenArchive* innermost() const { return chain_.get(); }
   void closeInnermost() { closed_.push_back(takeInnermost(chain_)); }
+  Refusal refusal() const { return refusal_; }  // of what couldn't be opened
   bool open(const Westring& file) {
-    std::unique_ptr<OpenArchive> archive = openArchive(file, chain_.get());
-    if (!archive) return false;
-    attachInnermost(chain_, std::move(archive));
+    ArchiveAttempt attempt = openArchive(file, chain_.get());
+    refusal_ = attempt.refusal;
+    if (!attempt.archive) return false;
+    attachInnermost(chain_, std::move(attempt.archive));
     ++opened_;
     return true;
   }
@@ -52,6 +54,7 @@ class ArchiveChange {
   std::unique_ptr<OpenArchive>& chain_;
   std::vector<std::unique_ptr<OpenArchive>> closed_;  // in the order of closing
   int opened_ = 0;
+  Refusal refusal_ = Refusal::Unexplained;
   bool committed_ = false;
 };
 
@@ -99,8 +102,8 @@ bool walkDown(ArchiveChange& archives, const Westring& target, int tested) {
 }
 
 // Makes an absolute path the panel's.
-bool moveToPath(Panel& panel, const Westring& target) {
-  if (target.length() >= MaxPathLength) return false;
+Arrival moveToPath(Panel& panel, const Westring& target) {
+  if (target.length() >= MaxPathLength) return {};
   int tested = commonLength(panel.path, target);
   ArchiveChange archives(panel.archive);
   while (archives.innermost() && !staysOpen(*archives.innermost(), target)) {
@@ -109,10 +112,10 @@ bool moveToPath(Panel& panel, const Westring& target) {
     archives.closeInnermost();
   }
   if (archives.innermost()) tested = std::max(tested, archives.innermost()->path().length());
-  if (!walkDown(archives, target, tested)) return false;
+  if (!walkDown(archives, target, tested)) return {.refusal = archives.refusal()};
   archives.commit();
   panel.path = target;
-  return true;
+  return {.reached = true};
 }
 
 bool hasVanished(const Westring& path) {
@@ -161,14 +164,18 @@ void tellTreeBeside(const Panel& panel) {
 
 }  // namespace
 
-bool changeDirectory(Panel& panel, const Westring& path) {
-  const std::vector<Westring> meanings = pathMeanings(path, panel.path);
-  return std::any_of(meanings.begin(), meanings.end(),
-                     [&panel](const Westring& meaning) { return moveToPath(panel, meaning); });
+// What has been explained isn't tried in another meaning, which may be the same place.
+Arrival changeDirectory(Panel& panel, const Westring& path) {
+  Arrival arrival;
+  for (const Westring& meaning : pathMeanings(path, panel.path)) {
+    arrival = moveToPath(panel, meaning);
+    if (!arrival.isUnexplained()) break;
+  }
+  return arrival;
 }
 
-bool changeDirectoryExact(Panel& panel, const Westring& path) {
-  if (path.data()[0] != L'/') return false;
+Arrival changeDirectoryExact(Panel& panel, const Westring& path) {
+  if (path.data()[0] != L'/') return {};
   const Westring stripped = stripSlash(path);
   return moveToPath(panel, stripped.empty() ? Westring(L"/") : stripped);
 }
@@ -179,12 +186,12 @@ void changeToNearest(Panel& panel, const Westring& path) {
   while (!isDirectoryPath(place) || !changeDirectoryExact(panel, place)) place = parentOf(place);
 }
 
-bool attachArchive(Panel& panel, const wchar_t* name) {
+Arrival attachArchive(Panel& panel, const wchar_t* name) {
   const Westring file = joinPath(panel.path, name);
-  std::unique_ptr<OpenArchive> archive = openArchive(file, panel.archive.get());
-  if (!archive) return false;
-  attachInnermost(panel.archive, std::move(archive));
-  return true;
+  ArchiveAttempt attempt = openArchive(file, panel.archive.get());
+  if (!attempt.archive) return {.refusal = attempt.refusal};
+  attachInnermost(panel.archive, std::move(attempt.archive));
+  return {.reached = true};
 }
 
 void moveUpOneLevel(Panel& panel) {
@@ -236,10 +243,10 @@ void enterNewPath(Panel& panel) {
   enterPath(panel, L"", KeepTags::No, 0, 0);
 }
 
-bool goToPath(Panel& panel, const Westring& path) {
-  if (!changeDirectory(panel, path)) return false;
-  enterNewPath(panel);
-  return true;
+Arrival goToPath(Panel& panel, const Westring& path) {
+  const Arrival arrival = changeDirectory(panel, path);
+  if (arrival) enterNewPath(panel);
+  return arrival;
 }
 
 int setWorkingDirectory(const Panel& panel) {
