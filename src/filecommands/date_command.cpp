@@ -2,6 +2,7 @@
 
 #include "filecommands/chosen_items.h"
 #include "filecommands/date_dialog.h"
+#include "fileops/file_date.h"
 #include "foundation/path_info.h"
 #include "panels/reader/directory_reader.h"
 #include "ui/alert.h"
@@ -9,10 +10,10 @@
 
 namespace {
 
-DateFields startFields(const Panel& panel, const ChosenItems& items) {
+time_t startDate(const Panel& panel, const ChosenItems& items) {
   struct stat info;
   const bool known = !items.tagged && statPath(itemPath(panel, items.single()), info) == 0;
-  return dateFieldsOf(timeToDos(known ? info.st_mtime : time(nullptr)));
+  return known ? info.st_mtime : time(nullptr);
 }
 
 // What was done loses its tag, so that an early end can be seen.
@@ -38,10 +39,9 @@ void changeOne(const Panel& panel, const entry& item, time_t date) {
 void dateCommand(Panel& panel) {
   const ChosenItems items = chosenItems(panel, ParentEntry::Taken);
   if (items.empty()) return;
-  DateFields fields = startFields(panel, items);
+  time_t date = startDate(panel, items);
   const int count = static_cast<int>(items.entries.size());
-  if (!askDate(items.tagged ? countedFiles(count) : items.name, fields)) return;
-  const time_t date = dosToTime(dosTimeOf(fields));
+  if (!askDate(items.tagged ? countedFiles(count) : items.name, date)) return;
   if (items.tagged) {
     changeTagged(panel, items, date);
   } else {

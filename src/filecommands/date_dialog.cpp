@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "fileops/file_date.h"
 #include "foundation/locale_settings.h"
 #include "foundation/text_format.h"
 #include "options/colours.h"
@@ -23,7 +24,7 @@ constexpr Key::Code Now = 'n';
 
 class DateDialog : public Dialog {
  public:
-  DateDialog(const Westring& subject, const DateFields& start)
+  DateDialog(const Westring& subject, time_t start)
       : Dialog(-1, UpperQuarter, Columns, Lines, colourOf(Colour::Messages)) {
     load(start);
     putCentred(HeadRow, L"Change date of");
@@ -35,8 +36,9 @@ class DateDialog : public Dialog {
     addButton(NowColumn, ButtonRow, Group::Same, Now, "Now");
   }
 
-  void load(const DateFields& fields);
+  void load(time_t start);
   DateFields fields() const;
+  time_t date() const { return timeOf(fields(), start_); }  // of valid fields
 
  private:
   void addDate();
@@ -44,15 +46,17 @@ class DateDialog : public Dialog {
   void addField(int column, int labelRow, const char* label, int* value, int width);
 
   const bool halves_ = GlobalOptions::TimeMode == HalfDayHours;
+  time_t start_ = 0;  // what the fields began with
   DateFields shown_;  // hours as they are shown
   int half_ = 0;      // a HalfDay
 };
 
-void DateDialog::load(const DateFields& fields) {
-  shown_ = fields;
+void DateDialog::load(time_t start) {
+  start_ = start;
+  shown_ = dateFieldsOf(timeToDos(start));
   if (!halves_) return;
-  shown_.hour = hourOfHalfDay(fields.hour);
-  half_ = static_cast<int>(halfDayOf(fields.hour));
+  half_ = static_cast<int>(halfDayOf(shown_.hour));
+  shown_.hour = hourOfHalfDay(shown_.hour);
 }
 
 DateFields DateDialog::fields() const {
@@ -103,18 +107,18 @@ void DateDialog::addTime() {
 
 }  // namespace
 
-bool askDate(const Westring& subject, DateFields& fields) {
-  DateDialog dialog(subject, fields);
+bool askDate(const Westring& subject, time_t& date) {
+  DateDialog dialog(subject, date);
   for (;;) {
     const Key::Code key = dialog.run();
     if (key == Now) {
-      dialog.load(dateFieldsOf(timeToDos(time(nullptr))));
+      dialog.load(time(nullptr));
       dialog.redraw(-1);
       continue;
     }
     if (key != Key::Enter) return false;
     if (isValidDate(dialog.fields())) {
-      fields = dialog.fields();
+      date = dialog.date();
       return true;
     }
     if (alert("Invalid date", Westring(), AlertButtons::Ok, AlertColour::Error) ==

@@ -1,7 +1,9 @@
 #pragma once
 
-#include "fileops/file_date.h"
+#include <ctime>
 
-// Asks for a date and a time, in the order and the hours of the settings, starting with `fields`,
+#include "foundation/westring.h"
+
+// Asks for a date and a time, in the order and the hours of the settings, starting with `date`,
 // until they are valid. False on Esc. `subject`: what gets the date.
-bool askDate(const Westring& subject, DateFields& fields);
+bool askDate(const Westring& subject, time_t& date);

@@ -22,6 +22,16 @@ int daysOf(int month, int year) {
   return isLong ? 31 : 30;
 }
 
+int secondsOfHour(DosTime words) {
+  return dosMinute(words.time) * SecondsOfMinute + dosSecond(words.time);
+}
+
+// The words hold no odd seconds.
+time_t withoutOddSecond(time_t time) {
+  struct tm local {};
+  return localtime_r(&time, &local) ? time - local.tm_sec % 2 : time;
+}
+
 }  // namespace
 
 DateFields dateFieldsOf(DosTime words) {
@@ -36,6 +46,16 @@ DosTime dosTimeOf(const DateFields& fields) {
   words.time = static_cast<uint16_t>(fields.hour << HourShift | fields.minute << MinuteShift |
                                      fields.second / 2);
   return words;
+}
+
+time_t timeOf(const DateFields& fields, time_t start) {
+  const DosTime typed = dosTimeOf(fields);
+  const DosTime shown = timeToDos(start);
+  if (typed.date == shown.date && dosHour(typed.time) == dosHour(shown.time)) {
+    const time_t near = withoutOddSecond(start) + secondsOfHour(typed) - secondsOfHour(shown);
+    if (compareDosTime(timeToDos(near), typed) == 0) return near;
+  }
+  return dosToTime(typed);
 }
 
 bool isValidDate(const DateFields& fields) {

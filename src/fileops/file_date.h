@@ -20,6 +20,10 @@ enum class HalfDay : int { Morning, Afternoon };
 DateFields dateFieldsOf(DosTime words);
 // An odd second goes down by one. The fields must be valid.
 DosTime dosTimeOf(const DateFields& fields);
+// The time that typed fields mean which began as those of `start`. With the day and the hour of
+// `start` they stay in its own hour, also where the clock shows that hour twice; all other fields
+// mean the hour of their season.
+time_t timeOf(const DateFields& fields, time_t start);
 // From 1980 to 2099, a day that the month has, a time that the day has.
 bool isValidDate(const DateFields& fields);
 

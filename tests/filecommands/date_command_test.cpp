@@ -3,6 +3,7 @@
 #include "filecommands/command_test.h"
 #include "foundation/locale_settings.h"
 #include "support/fault_hook.h"
+#include "support/time_zone.h"
 
 namespace {
 
@@ -83,6 +84,20 @@ TEST_F(DateCommandTest, AnOddSecondGoesDownByOne) {
   show("a");
   changeDate(typed({"9", "13", "2020", "12", "26", "43"}));
   EXPECT_EQ(dateOf("a"), Start + 2);
+}
+
+TEST_F(DateCommandTest, ADateThatIsOnlyConfirmedStaysInAnHourThatIsThereTwice) {
+  const Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+  const time_t once = 1792888200;  // 2026-10-25 02:30:00, and again an hour later
+  for (const int hours : {24, 12}) {
+    GlobalOptions::TimeMode = hours;
+    for (const time_t date : {once, once + 60 * 60}) {
+      setTime(dir.path("left/a"), date);
+      show("a");
+      changeDate({{"Change date of", {Key::Enter}}});
+      EXPECT_EQ(dateOf("a"), date) << hours;
+    }
+  }
 }
 
 TEST_F(DateCommandTest, NowLoadsThePresentTime) {

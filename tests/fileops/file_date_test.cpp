@@ -101,6 +101,41 @@ TEST_F(FileDate, AnHourThatTheDayDoesNotHaveOrHasTwiceIsAnHourBesideIt) {
   EXPECT_TRUE(twice == 1729989000 || twice == 1729992600) << twice;
 }
 
+TEST_F(FileDate, WhatWasNotTypedAnewStaysInItsOwnHour) {
+  // 2026-10-25 02:30:00 in summer and an hour later, and 2026-04-05 01:30:00 where the clock goes
+  // back by half an hour.
+  const struct {
+    const char* zone;
+    time_t time;
+  } rows[] = {{"CET-1CEST,M3.5.0,M10.5.0/3", 1792888200},
+              {"CET-1CEST,M3.5.0,M10.5.0/3", 1792891800},
+              {"<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", 1775313000},
+              {"<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", 1775314800}};
+  for (const auto& row : rows) {
+    const Zone zone(row.zone);
+    SCOPED_TRACE(std::string(row.zone) + " " + std::to_string(row.time));
+    const DateFields shown = dateFieldsOf(timeToDos(row.time));
+    EXPECT_EQ(timeOf(shown, row.time), row.time);
+    EXPECT_EQ(timeOf(shown, row.time + 1), row.time) << "an odd second";
+    DateFields typed = shown;
+    typed.second = 20;
+    EXPECT_EQ(timeOf(typed, row.time), row.time + 20);
+  }
+}
+
+TEST_F(FileDate, AnotherHourIsThatOfItsOwnSeason) {
+  const Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+  const time_t second = 1792891800;  // 2026-10-25 02:30:00, the hour that is there again
+  EXPECT_EQ(timeOf({2026, 10, 25, 3, 30, 0}, second), second + 60 * 60);
+  EXPECT_EQ(timeOf({2026, 10, 25, 1, 30, 0}, second), second - 2 * 60 * 60);
+  EXPECT_EQ(timeOf({2026, 7, 1, 12, 0, 0}, second), 1782900000);
+}
+
+TEST_F(FileDate, ATimeBeforeTheFirstYearThatIsConfirmedStays) {
+  const time_t early = 86400;
+  EXPECT_EQ(timeOf(dateFieldsOf(timeToDos(early)), early), early);
+}
+
 TEST_F(FileDate, OnlyTheModificationTimeChanges) {
   dir.write("f", "text");
   const struct timespec before[2] = {{1111111111, 123456789}, {1222222222, 5}};
