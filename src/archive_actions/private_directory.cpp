@@ -9,6 +9,7 @@
 #include "foundation/place.h"
 #include "language/private_tree.h"
 #include "language/temporary_names.h"
+#include "ui/alert.h"
 
 namespace {
 
@@ -68,5 +69,8 @@ void PrivateDirectory::remove() {
   const std::string path = bytePath(path_);
   const Descriptor parent(
       System::open(byteParent(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (parent.valid()) removePrivateTree(parent.get(), byteName(path.c_str()));
+  const int error =
+      parent.valid() ? removePrivateTree(parent.get(), byteName(path.c_str())) : errno;
+  if (error == 0 || error == ENOENT) return;
+  alert("Temporary directory could not be removed", path_, AlertButtons::Ok, AlertColour::Error);
 }

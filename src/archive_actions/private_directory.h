@@ -24,6 +24,7 @@ class PrivateDirectory {
   // A file in it, for this user alone. 0 or errno; `path` is its whole path then.
   int writeFile(const char* name, const std::string& bytes, Westring& path) const;
   void keep();  // stays on the disk; this knows nothing of it any more
+  // At once; what can't be removed is told.
   void remove();
 
  private:

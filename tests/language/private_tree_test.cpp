@@ -6,6 +6,7 @@
 #include "foundation/system.h"
 #include "support/as_user.h"
 #include "support/deep_tree.h"
+#include "support/fault_hook.h"
 #include "support/mounts.h"
 #include "support/temp_dir.h"
 
@@ -13,9 +14,9 @@ namespace {
 
 class PrivateTree : public testing::Test {
  protected:
-  void remove(const char* name) {
+  int remove(const char* name) {
     const Descriptor parent(System::open(dir.path().c_str(), O_RDONLY | O_DIRECTORY));
-    removePrivateTree(parent.get(), name);
+    return removePrivateTree(parent.get(), name);
   }
 
   TempDir dir;
@@ -52,12 +53,36 @@ TEST_F(PrivateTree, ModesAreNoObstacle) {
             0);
 }
 
+TEST_F(PrivateTree, AFailureIsGivenBack) {
+  dir.makeDir("tree");
+  dir.makeDir("tree/sub");
+  dir.write("tree/sub/file", "x");
+  {
+    const FaultHook fault("openAt", EMFILE);
+    EXPECT_EQ(remove("tree"), EMFILE);
+  }
+  {
+    Fault fault{1, EIO};
+    System::setPlaceHook(
+        [](const System::Call& call, void* context) {
+          const bool unlinks = std::string(call.name) == "unlinkAt";
+          return unlinks ? Fault::onCall(call, context) : 0;
+        },
+        &fault);
+    EXPECT_EQ(remove("tree"), EIO);
+    System::setHook(nullptr, nullptr);
+  }
+  EXPECT_TRUE(dir.exists("tree/sub/file"));
+  EXPECT_EQ(remove("tree"), 0);
+  EXPECT_EQ(remove("tree"), ENOENT);
+}
+
 TEST_F(PrivateTree, WhatBelongsToAnotherUserStays) {
   if (!isRoot()) GTEST_SKIP() << "only root can be another user to somebody";
   dir.makeDir("tree");
   dir.write("tree/file", "x");
   dir.openToAll();
-  EXPECT_EQ(runAsUser([&] { remove("tree"); }), 0);
+  EXPECT_EQ(runAsUser([&] { EXPECT_EQ(remove("tree"), EPERM); }), 0);
   EXPECT_TRUE(dir.exists("tree/file"));
 }
 
