@@ -123,7 +123,8 @@ ToolEnd endOf(int result, int& code) {
 }  // namespace
 
 ToolEnd runToolShown(const Westring& command, Panel& panel, int& code) {
-  const int result = runInShell(command, panel, Westring(), RunFlag::StayInDirectory, &code);
+  const unsigned flags = RunFlag::StayInDirectory | RunFlag::Interrupt;
+  const int result = runInShell(command, panel, Westring(), flags, &code);
   return endOf(result, code);
 }
 

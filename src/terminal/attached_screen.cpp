@@ -6,7 +6,7 @@
 #include "terminal/ansi_emulator.h"
 #include "terminal/utf8_tail.h"
 
-AttachedScreen::AttachedScreen(ChildInput& input) {
+AttachedScreen::AttachedScreen(ChildInput& input, int endSignal) : endSignal_(endSignal) {
   auto terminal = std::make_unique<CAnsiTerminalEmulator>(*console, input);
   terminal_ = terminal.get();
   console->attachTerminal(std::move(terminal));

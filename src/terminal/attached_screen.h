@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <string>
 
 #include "terminal/child_input.h"
@@ -11,7 +12,7 @@ class CAnsiTerminalEmulator;
 // pieces are put together. Application thread.
 class AttachedScreen : public SessionScreen {
  public:
-  explicit AttachedScreen(ChildInput& input);
+  explicit AttachedScreen(ChildInput& input, int endSignal = SIGHUP);
   ~AttachedScreen() override;
   AttachedScreen(const AttachedScreen&) = delete;
   AttachedScreen& operator=(const AttachedScreen&) = delete;
@@ -19,8 +20,10 @@ class AttachedScreen : public SessionScreen {
   void write(std::string_view bytes) override;
   void showHeldBack() override;
   GridSize size() const override;
+  int endSignal() const override { return endSignal_; }
 
  private:
   CAnsiTerminalEmulator* terminal_;
+  const int endSignal_;
   std::string heldBack_;  // the beginning of a character
 };

@@ -1,6 +1,7 @@
 #include "terminal/run_command.h"
 
 #include <cerrno>
+#include <csignal>
 
 #include "console/console.h"
 #include "console/input.h"
@@ -46,7 +47,7 @@ int runCommand(const Westring& text, const Westring& directory, unsigned flags, 
     NoScreen screen;
     end = pumpSession(child, terminal, input, screen);
   } else {
-    AttachedScreen screen(input);
+    AttachedScreen screen(input, (flags & RunFlag::Interrupt) != 0 ? SIGINT : SIGHUP);
     end = pumpSession(child, terminal, input, screen);
   }
   if (status != nullptr) *status = child.status();

@@ -6,6 +6,7 @@ namespace RunFlag {
 inline constexpr unsigned FromAssociation = 1;
 inline constexpr unsigned StayInDirectory = 8;  // runs where the program is
 inline constexpr unsigned Hidden = 16;          // nothing shows, no key reaches it; Esc ends it
+inline constexpr unsigned Interrupt = 32;       // is ended by SIGINT, after which tools tidy up
 }  // namespace RunFlag
 
 // Runs a command by the shell that SHELL of the session environment names, in the working

@@ -354,4 +354,91 @@ TEST_F(ArchiveWorkTest, ARequestToEndKeepsTheEditAndSaysWhere) {
   EXPECT_NE(told.find(temporary().path(kept)), std::string::npos) << told;
 }
 
+// What is asked to end while a tool is at its work.
+class ArchiveHangup : public ArchiveWorkTest {
+ protected:
+  // The tool of a zip for this task says that it has begun, and goes on for ever.
+  void startWithTool(const std::string& key, const std::string& tool) {
+    home().makeDir(".tdx");
+    home().write(".tdx/td.ini", "[Archiver:ZIP]\n" + key + "=" + tool + "\n");
+    left().write("member.txt", "old text");
+    shell("zip -q pack.zip member.txt && rm member.txt");
+    start();
+  }
+  std::string begun() const { return "touch " + home().path("begun") + "; "; }
+  void expectBegun() {
+    expectSoon("the tool at its work", [this] { return home().exists("begun"); });
+  }
+};
+
+TEST_F(ArchiveHangup, DuringAnUpdateKeepsTheEditAndTheOldArchive) {
+  // A packer that has written half of its new archive.
+  startWithTool("Compress",
+                "(head -c 300000 /dev/urandom; " + begun() + "exec sleep 1000) | zip -q %a - #");
+  const std::string before = left().read("pack.zip");
+  enter("pack.zip", "member.txt");
+  editInFront("member.txt", "new ");
+  press(XK_Page_Up, {XK_Control_L});
+  expectBegun();
+  testing::internal::CaptureStderr();
+  kill(getpid(), SIGHUP);
+  EXPECT_EQ(waitForEnd(), 0);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(left().read("pack.zip"), before);
+  EXPECT_EQ(left().names(), std::vector<std::string>{"pack.zip"});
+  ASSERT_EQ(temporary().names().size(), 1u);
+  const std::string kept = temporary().names()[0] + "/member.txt";
+  EXPECT_EQ(temporary().read(kept), "new old text");
+  EXPECT_NE(told.find(temporary().path(kept)), std::string::npos) << told;
+}
+
+TEST_F(ArchiveHangup, DuringAnExtractionLeavesNothing) {
+  startWithTool("Extract", "printf half >member.txt; " + begun() + "sleep 1000 #");
+  const std::string before = left().read("pack.zip");
+  enter("pack.zip", "member.txt");
+  moveTo("member.txt");
+  press(XK_F6);
+  expectText("Extract and Move \"member.txt\" to");
+  press(XK_Return);
+  expectBegun();
+  kill(getpid(), SIGHUP);
+  EXPECT_EQ(waitForEnd(), 0);
+  EXPECT_EQ(right().names(), std::vector<std::string>{});
+  EXPECT_EQ(left().names(), std::vector<std::string>{"pack.zip"});
+  EXPECT_EQ(left().read("pack.zip"), before);
+  expectNoTemporaries();
+}
+
+TEST_F(ArchiveHangup, WhileAMemberIsTakenOutToBeSeenLeavesNothing) {
+  startWithTool("Extract", "printf half >member.txt; " + begun() + "sleep 1000 #");
+  enter("pack.zip", "member.txt");
+  moveTo("member.txt");
+  press(XK_F3);
+  expectBegun();
+  kill(getpid(), SIGHUP);
+  EXPECT_EQ(waitForEnd(), 0);
+  expectNoTemporaries();
+  EXPECT_EQ(left().names(), std::vector<std::string>{"pack.zip"});
+}
+
+TEST_F(ArchiveHangup, DuringAMoveIntoAnArchiveKeepsTheFiles) {
+  right().write("file", "to be moved");
+  startWithTool("Compress",
+                "(head -c 300000 /dev/urandom; " + begun() + "exec sleep 1000) | zip -q %a - #");
+  const std::string before = left().read("pack.zip");
+  enter("pack.zip", "member.txt");
+  press(XK_Tab);
+  moveTo("file");
+  press(XK_F6);
+  expectText("Compress and Move \"file\" to");
+  press(XK_Return);
+  expectBegun();
+  kill(getpid(), SIGHUP);
+  EXPECT_EQ(waitForEnd(), 0);
+  EXPECT_EQ(right().read("file"), "to be moved");
+  EXPECT_EQ(left().read("pack.zip"), before);
+  EXPECT_EQ(left().names(), std::vector<std::string>{"pack.zip"});
+  expectNoTemporaries();
+}
+
 }  // namespace
