@@ -6,6 +6,7 @@
 #include "archive_actions/archive_members.h"
 #include "archive_actions/delete_members.h"
 #include "archive_actions/destination_dialog.h"
+#include "archive_actions/lent_rights.h"
 #include "archive_actions/private_directory.h"
 #include "archive_actions/run_archiver.h"
 #include "archive_actions/working_directory.h"
@@ -147,7 +148,12 @@ Outcome ExtractCommand::moveOne(Transfer& transfer, const ChosenMember& member) 
   }
   const Westring source = joinPath(directory_.path(), decodeFileName(place.path.c_str()));
   const Westring target = joinPath(destination_, lastComponent(member.innerPath));
-  return transfer.run(bytePath(source), bytePath(target), 1, 1);
+  const std::string targetPath = bytePath(target);
+  LentRights rights;
+  if (directory) rights.lend({place.parent.get(), place.name.c_str(), place.path.c_str()});
+  const Outcome outcome = transfer.run(bytePath(source), targetPath, 1, 1);
+  rights.takeBack(placeOf(targetPath.c_str()));
+  return outcome;
 }
 
 // False when the user gave up.

@@ -497,6 +497,37 @@ TEST_F(Extracting, WhatStandsBesideAnArchiveStays) {
   EXPECT_EQ(names("left"), (std::vector<std::string>{"a.bak", "a.lzh"}));
 }
 
+bool isLocked(int directory, const std::string& path) {
+  struct stat info;
+  return fstatat(directory, path.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+         S_ISDIR(info.st_mode) && (info.st_mode & S_IWUSR) == 0;
+}
+
+// As the system does for whoever isn't root: a directory that may not be written in stays where it
+// is, with all that is in it.
+int refuseLocked(const System::Call& call, void*) {
+  const std::string name(call.name);
+  const bool moves = name.starts_with("rename");
+  if (!moves && !name.starts_with("unlink")) return 0;
+  const bool refused = isLocked(call.directory, byteParent(call.path)) ||
+                       (moves && isLocked(call.directory, call.path));
+  return refused ? EACCES : 0;
+}
+
+TEST_F(Extracting, ADirectoryThatMayNotBeWrittenInComesOutLikeThat) {
+  ASSERT_TRUE(shell("in", "chmod 500 sub/deeper && chmod 555 sub"));
+  pack("tar cf ../left/a.tar sub");
+  open("a.tar");
+  putCursorOn("sub");
+  System::setPlaceHook(refuseLocked, nullptr);
+  extract();
+  System::setPlaceHook(nullptr, nullptr);
+  EXPECT_TRUE(same("in/sub", "right/sub"));
+  EXPECT_TRUE(shell("right", "test $(stat -c%a sub) = 555 && test $(stat -c%a sub/deeper) = 500"));
+  EXPECT_EQ(names("right"), std::vector<std::string>{"sub"});
+  ASSERT_TRUE(shell(".", "chmod -R u+w in right"));
+}
+
 TEST_F(Extracting, AMoveWhoseDeletionFailsKeepsBoth) {
   set("Delete", "false #");
   pack("zip -qr ../left/a.zip .");
