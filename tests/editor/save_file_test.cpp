@@ -21,6 +21,14 @@ class SaveFile : public FileEditTest {
     for (const auto& [name, content] : contents(dir.path())) result.push_back(name);
     return result;
   }
+  // The length of what is full of the bar in the box of a save; 0 without one.
+  int shownBar() const {
+    const std::string text = screenText();
+    if (text.find("Saving File") == std::string::npos) return 0;
+    int length = 0;
+    for (size_t at = 0; (at = text.find("\u2588", at)) != std::string::npos; ++at) ++length;
+    return length;
+  }
   // F3 with a name typed into the dialog.
   void saveAs(FileEdit& edit, const std::string& name, std::vector<Reply> replies = {}) {
     std::vector<Key::Code> keys;
@@ -28,6 +36,24 @@ class SaveFile : public FileEditTest {
     keys.push_back(Key::Enter);
     replies.insert(replies.begin(), {" Save As ", keys});
     answering(replies, [&] { edit.key(Key::F3); });
+  }
+};
+
+constexpr size_t PartSize = size_t{256} << 10;  // that a file is copied by
+constexpr int FiveEighths = 22;                 // of the 36 cells of the bar
+
+// Calls `held` in the middle of a copy into a file, between its fifth and its sixth part.
+struct HeldCopy {
+  FileId file;
+  std::function<void()> held;
+  int parts = 0;
+
+  static int onCall(const System::Call& call, void* context) {
+    auto* self = static_cast<HeldCopy*>(context);
+    struct stat info {};
+    if (std::string(call.name) != "write" || fstat(call.directory, &info) != 0) return 0;
+    if (idOf(info) == self->file && ++self->parts == 6) self->held();
+    return 0;
   }
 };
 
@@ -220,6 +246,24 @@ TEST_F(SaveFile, AFailureWhileTheFileItselfIsOverwrittenTellsWhereTheTextIs) {
   edit.key(Key::F2);
   EXPECT_EQ(readFile(path("hard")), "xone");
   EXPECT_EQ(names(), (std::vector<std::string>{"a.txt", "hard"}));
+}
+
+TEST_F(SaveFile, ABarShowsHowFarTheFileItselfIsOverwrittenAndEscDoesNotEndThat) {
+  std::string content;
+  while (content.size() < 8 * PartSize) content += std::string(63, 'a') + '\n';
+  const std::string name = file("a.txt", content);
+  ASSERT_EQ(link(name.c_str(), path("hard").c_str()), 0);
+  ChangedEdit edit(name);
+  HeldCopy copy{.file = idOf(statusOf(name)), .held = [&] {
+                  EXPECT_TRUE(waitUntil([&] { return shownBar() == FiveEighths; })) << screenText();
+                  queueKey(Key::Esc);
+                }};
+  System::setPlaceHook(HeldCopy::onCall, &copy);
+  EXPECT_TRUE(saveFile(edit.editor));
+  System::setPlaceHook(nullptr, nullptr);
+  EXPECT_GT(copy.parts, 8);
+  EXPECT_EQ(readFile(path("hard")), "x" + content);
+  EXPECT_EQ(shownBar(), 0);
 }
 
 TEST_F(SaveFile, ACharacterThatTheEncodingLacksIsRefusedBeforeAnythingIsTouched) {
