@@ -14,13 +14,21 @@ Westring oldArchiveOf(const Westring& archive) {
   return (dot > archive.rfind(L'/') ? left(archive, dot) : archive) + L".bak";
 }
 
+// 0 or errno: ENOENT, and nothing else, when there is nothing of that name.
+int look(const Westring& path) {
+  struct stat info;
+  return lstatPath(path, info);
+}
+
 }  // namespace
 
 ToolArchive::ToolArchive(const ArchiveTool& tool, const Westring& archive)
     : archive_(archive), path_(archive) {
   const Westring ending = tool.addedEnding(archive);
-  if ((ending.empty() && !tool.leavesOldArchive()) || !pathExists(archive)) return;
-  error_ = directory_.make(parentOf(archive));
+  if (ending.empty() && !tool.leavesOldArchive()) return;
+  const int seen = look(archive);
+  if (seen == ENOENT) return;
+  error_ = seen != 0 ? seen : directory_.make(parentOf(archive));
   if (error_ != 0) return;
   path_ = joinPath(directory_.path(), lastComponent(archive) + ending);
   const std::string from = bytePath(archive);
@@ -28,7 +36,7 @@ ToolArchive::ToolArchive(const ArchiveTool& tool, const Westring& archive)
   if (System::linkAt(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str()) == 0) return;
   error_ = errno;
   // Without a second name it can only be worked on in its place.
-  if (ending.empty() && isAttributeNotOffered(error_) && !pathExists(oldArchiveOf(archive))) {
+  if (ending.empty() && isAttributeNotOffered(error_) && look(oldArchiveOf(archive)) == ENOENT) {
     error_ = 0;
     path_ = archive;
     directory_.remove();
