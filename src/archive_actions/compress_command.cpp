@@ -1,5 +1,7 @@
 #include "archive_actions/compress_command.h"
 
+#include <cerrno>
+
 #include "archive_actions/archive_work.h"
 #include "archive_actions/compress_dialog.h"
 #include "archive_actions/destination_dialog.h"
@@ -86,7 +88,13 @@ Westring proposedName(const Panel& source, const entry& current) {
 
 // Whether what stands there by now can become this archive.
 bool mayMake(const Westring& path, ArchiveType type) {
-  if (!pathExists(path)) return true;
+  struct stat info;
+  const int error = lstatPath(path, info);
+  if (error == ENOENT) return true;
+  if (error != 0) {
+    alert(errorText(error), path, AlertButtons::Ok, AlertColour::Error);
+    return false;
+  }
   ArchiveWatcher nobody;
   const ArchiveOpening there = openArchiveFile(path, path, nobody);
   if (!there.archive || there.archive->type() != type) {

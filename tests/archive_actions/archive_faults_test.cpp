@@ -71,6 +71,12 @@ class Answers {
   std::thread user_;
 };
 
+// The program's terminal is no file, and what it reads from there depends on the moment.
+int onCall(const System::Call& call, void* context) {
+  if (*call.path == 0 && isatty(call.directory) != 0) return 0;
+  return Fault::onCall(call, context);
+}
+
 class ArchiveFaults : public ArchiveCommandTest,
                       public testing::WithParamInterface<std::tuple<Scenario, int>> {
  protected:
@@ -95,8 +101,6 @@ class ArchiveFaults : public ArchiveCommandTest,
   void expectNothingForeign(const std::string& where);
   void expectToldTemporaries(const std::string& where);
   void expectGoingOn(const std::string& where);
-
-  static int onCall(const System::Call& call, void* context);
 
   Contents packed_;  // what the archive holds at first
   Contents items_;   // what the action is about, by its paths in the archive
@@ -148,12 +152,6 @@ void ArchiveFaults::build() {
     open(scenario().archive);
     tagAll({"one.txt", "sub"});
   }
-}
-
-// The program's terminal is no file, and what it reads from there depends on the moment.
-int ArchiveFaults::onCall(const System::Call& call, void* context) {
-  if (*call.path == 0 && isatty(call.directory) != 0) return 0;
-  return Fault::onCall(call, context);
 }
 
 void ArchiveFaults::act(Fault& fault) {
@@ -272,5 +270,59 @@ INSTANTIATE_TEST_SUITE_P(, ArchiveFaults,
                            return std::string(std::get<0>(test.param).name) + "Part" +
                                   std::to_string(std::get<1>(test.param) + 1);
                          });
+
+// ---- a gzip is to be made where one stands, and the question is answered with no
+
+class NewArchiveFaults : public ArchiveCommandTest {
+ protected:
+  void SetUp() override {
+    ArchiveCommandTest::SetUp();
+    dir.write("left/file", "to be packed");
+    dir.write("in/other", "another");
+    pack("gzip -c other > ../right/there.gz");
+    before_ = dir.read("right/there.gz");
+    show("file");
+    std::vector<Key::Code> gzip(7, Key::Down);
+    gzip.front() = Key::Tab;
+    gzip.push_back(Key::Enter);
+    play({{"Compress Files", gzip, "", dir.path("right/first")}}, [&] { compressFiles(left()); });
+    ASSERT_TRUE(dir.exists("right/first.gz"));
+  }
+  void make(Fault& fault) {
+    bool named = false;
+    Answers answers(
+        [this] { return screenText(); },
+        [&](Key::Code key) {
+          const bool names = !named && shows("Compress Files");
+          if (names) queueText(dir.path("right/there.gz"));
+          named |= names;
+          queueKey(names ? Key::Code(Key::Enter) : shows("Overwrite?") ? Key::Esc : key);
+        });
+    System::setPlaceHook(onCall, &fault);
+    compressFiles(left());
+    System::setHook(nullptr, nullptr);
+    answers.end();
+    drainEvents();
+  }
+
+  std::string before_;
+};
+
+TEST_F(NewArchiveFaults, TheOldOneStays) {
+  for (const Fault::Reach reach : {Fault::Reach::Once, Fault::Reach::SameName}) {
+    int hit = 0;
+    for (int number = 1;; ++number) {
+      Fault fault{number, EIO, reach};
+      make(fault);
+      if (fault.call.empty()) break;
+      ++hit;
+      const std::string where = "call " + std::to_string(number) + " (" + fault.call + ")";
+      ASSERT_EQ(dir.read("right/there.gz"), before_) << where;
+      ASSERT_EQ(dir.read("left/file"), "to be packed") << where;
+      ASSERT_EQ(names("right"), (std::vector<std::string>{"first.gz", "there.gz"})) << where;
+    }
+    EXPECT_GT(hit, 5);
+  }
+}
 
 }  // namespace
