@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 
 #include "foundation/names.h"
 #include "foundation/path_info.h"
@@ -35,6 +36,7 @@ constexpr auto Name = DirectoryForm::Name;
 constexpr auto Members = DirectoryForm::Members;
 constexpr auto Plain = NameForTool::Plain;
 constexpr auto Behind = NameForTool::BehindOptions;
+constexpr auto Arj = NameForTool::ArjPattern;
 constexpr wchar_t NullLists[] = L"--no-unquote --null --files-from=";
 constexpr wchar_t TarNames[] = L"--no-unquote -- ";
 constexpr wchar_t EndOfOptions[] = L"-- ";
@@ -50,9 +52,9 @@ constexpr ToolForm Forms[] = {
     {Archiver::Lharc, Extract, L"lha x", Members, Plain},
     {Archiver::Lharc, Compress, L"jlha a", Name, Plain},
     {Archiver::Lharc, Delete, L"jlha d", Members, Plain},
-    {Archiver::Arj, Extract, L"arj x -y", Members, Behind, EndOfOptions},
-    {Archiver::Arj, Compress, nullptr, Contents, Behind, EndOfOptions, nullptr, '\n', NotBelow},
-    {Archiver::Arj, Delete, nullptr, Members, Behind, EndOfOptions},
+    {Archiver::Arj, Extract, L"arj x -y", Members, Arj, EndOfOptions},
+    {Archiver::Arj, Compress, nullptr, Contents, Arj, EndOfOptions, nullptr, '\n', NotBelow},
+    {Archiver::Arj, Delete, nullptr, Members, Arj, EndOfOptions},
     {Archiver::Ace, Extract, nullptr, DirectoryForm::Nothing, Plain, L"", L""},
     {Archiver::Ace, Compress, nullptr, Name, Plain},
     {Archiver::Ace, Delete, nullptr, Name, Plain},
@@ -124,6 +126,16 @@ Westring patternOf(const Westring& path, bool foreign) {
     }
   }
   return decodeFileName(result.c_str());
+}
+
+// What can't be written matches anything.
+Westring arjPatternOf(const Westring& path) {
+  Westring result = path;
+  for (int i = 0; i < result.length(); ++i) {
+    const bool list = i == 0 && result[i] == L'!';
+    if (list || result[i] == L'[' || result[i] == L']') result.data()[i] = L'?';
+  }
+  return result;
 }
 
 void replaceFirstWord(std::wstring& text, const std::wstring& word) {
@@ -210,10 +222,17 @@ bool ArchiveTool::leavesOldArchive() const {
   return task_ != ToolTask::Extract && (program_ == L"jlha" || program_ == L"lha");
 }
 
-std::wstring ArchiveTool::nameOf(const Westring& path, bool foreign, In where) const {
-  const bool pattern = names_ == NameForTool::UnzipPattern || names_ == NameForTool::ZipPattern;
-  const Westring name =
-      pattern ? patternOf(path, foreign && names_ == NameForTool::UnzipPattern) : path;
+// Whether it does no harm when the tool takes more for the operand than it is: what was taken out
+// is looked at before it is put in place.
+bool ArchiveTool::mayMatchMore(const ToolOperand& operand) const {
+  return task_ == ToolTask::Extract || operand.alone;
+}
+
+std::wstring ArchiveTool::nameOf(const Westring& path, const ToolOperand& operand, In where) const {
+  Westring name = path;
+  if (names_ == NameForTool::UnzipPattern) name = patternOf(path, operand.foreignName);
+  if (names_ == NameForTool::ZipPattern) name = patternOf(path, false);
+  if (names_ == NameForTool::ArjPattern && mayMatchMore(operand)) name = arjPatternOf(path);
   if (where == In::List) return name.data();
   return (names_ == NameForTool::Plain ? quoteNameForShell(name) : quoteForShell(name)).data();
 }
@@ -223,7 +242,7 @@ std::wstring ArchiveTool::expand(const Westring& path, In where) const {
   std::wstring result;
   for (const wchar_t character : directorySpec_) {
     if (character == L'!') {
-      result += nameOf(path, false, where);
+      result += nameOf(path, {}, where);
     } else if (character == L' ' && where == In::List) {
       result += L'\n';
     } else {
@@ -245,11 +264,11 @@ std::vector<std::wstring> ArchiveTool::namesOf(const ToolOperand& operand, In wh
   if (operand.directory && form_ == DirectoryForm::Members) {
     std::vector<std::wstring> names;
     for (const Westring& member : operand.below) {
-      names.push_back(nameOf(member, operand.foreignName, where));
+      names.push_back(nameOf(member, operand, where));
     }
     return names;
   }
-  std::wstring name = nameOf(knownPath(operand), operand.foreignName, where);
+  std::wstring name = nameOf(knownPath(operand), operand, where);
   if (operand.directory && form_ == DirectoryForm::Contents) {
     name += where == In::List ? L"/*" : L"/\\*";
   }
@@ -276,10 +295,26 @@ std::string ArchiveTool::lines(const ToolOperand& operand) const {
 
 bool ArchiveTool::fitsList(const ToolOperand& operand) const {
   const auto fits = [](const Westring& name) {
-    return name.find(L'\n') < 0 && name.find(L'\r') < 0;
+    const bool cut = !sameName(trim(name), name);
+    return !cut && name.find(L'\n') < 0 && name.find(L'\r') < 0;
   };
   return lineEnd_ == 0 ||
          (fits(operand.path) && std::all_of(operand.below.begin(), operand.below.end(), fits));
+}
+
+bool ArchiveTool::fitsCommand(const ToolOperand& operand) const {
+  if (names_ != NameForTool::ArjPattern || mayMatchMore(operand)) return true;
+  return operand.path[0] != L'!';
+}
+
+bool ArchiveTool::mistakes(const ToolOperand& operand) const {
+  if (archiver_ != Archiver::Arj || mayMatchMore(operand)) return false;
+  const auto isPattern = [](const Westring& name) {
+    return wcspbrk(name.data(), L"*?[") != nullptr;
+  };
+  const bool nowhere = !fitsCommand(operand) && (!usesLists() || !fitsList(operand));
+  return nowhere || isPattern(operand.path) ||
+         std::any_of(operand.below.begin(), operand.below.end(), isPattern);
 }
 
 // In one pass: a name may hold what looks like a place for the other.

@@ -16,6 +16,8 @@ struct ToolOperand {
   // The stored names aren't those of this system: what isn't ASCII in them matches anything.
   bool foreignName = false;
   std::vector<Westring> below{};  // of a directory where the tool wants them: all that lies below
+  // Where the tool looks for it there is nothing else that its name could be taken for.
+  bool alone = false;
   Westring secondPath{};  // "" or the path that the archive holds beside this one, for extraction
 };
 
@@ -34,6 +36,9 @@ enum class NameForTool : uint8_t {
   BehindOptions,  // nothing that stands here is an option
   UnzipPattern,
   ZipPattern,
+  // As behind options, and always a pattern: brackets can't be written, and a '!' in front names a
+  // list outside of one.
+  ArjPattern,
 };
 
 // The external tool of an archive type for one task: its template becomes command lines. A template
@@ -67,6 +72,11 @@ class ArchiveTool {
   std::string lines(const ToolOperand& operand) const;
   bool fitsList(const ToolOperand& operand) const;
 
+  // Whether a command line can name it, so that it needs no list.
+  bool fitsCommand(const ToolOperand& operand) const;
+  // Whether the tool could pack or delete something else for it, however it is written.
+  bool mistakes(const ToolOperand& operand) const;
+
   // The tool takes a file's name for any file of that name below, unless it is told that there are
   // files only.
   bool takesFilesApart() const { return !onlyFiles_.empty(); }
@@ -89,7 +99,8 @@ class ArchiveTool {
   std::wstring expand(const Westring& path, In where) const;
   Westring knownPath(const ToolOperand& operand) const;
   std::vector<std::wstring> namesOf(const ToolOperand& operand, In where) const;
-  std::wstring nameOf(const Westring& path, bool foreign, In where) const;
+  std::wstring nameOf(const Westring& path, const ToolOperand& operand, In where) const;
+  bool mayMatchMore(const ToolOperand& operand) const;
 
   const Archiver archiver_;
   const ToolTask task_;

@@ -20,19 +20,6 @@ void tellError(const char* text, const Westring& path) {
   alert(text, path, AlertButtons::Ok, AlertColour::Error);
 }
 
-// The archiver takes such a name for a pattern, and would take others with it.
-bool matchesMore(const ArchiveEntryStore& archive, const std::vector<ToolOperand>& operands) {
-  const auto isPattern = [](const Westring& name) { return hasWildcard(name.data()); };
-  if (archive.type() != ArchiveType::Arj) return false;
-  for (const ToolOperand& operand : operands) {
-    if (isPattern(operand.path)) return true;
-    for (const Westring& member : operand.below) {
-      if (isPattern(member)) return true;
-    }
-  }
-  return false;
-}
-
 void readArchiveAgain(Panel& panel) {
   const Westring directory = parentOf(panel.archive->path());
   if (!reopenInnermost(panel.archive)) panel.path = directory;
@@ -79,7 +66,8 @@ int deleteMembers(Panel& panel, const std::vector<ChosenMember>& members) {
     tellError("No command for this archive type", archive.path());
     return -EINVAL;
   }
-  if (matchesMore(archive, operands)) {
+  const auto isMistaken = [&tool](const ToolOperand& one) { return tool.mistakes(one); };
+  if (std::any_of(operands.begin(), operands.end(), isMistaken)) {
     tellError("Unsafe names in archive", archive.path());
     return -EINVAL;
   }

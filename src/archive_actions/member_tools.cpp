@@ -140,6 +140,7 @@ Westring updateMember(const ArchiveEntryStore& archive, const SingleMember& memb
   if (!tool.hasCommand()) return L"No command for this archive type";
   ToolOperand operand;
   operand.path = decodeFileName(withoutRoot(bytePath(member.file.path)).c_str());
+  operand.alone = true;
   SafeFile anew;
   Westring target = archive.diskFile();
   if (tool.writesArchiveAnew()) {

@@ -47,6 +47,12 @@ bool Packing::runTool() {
     operands.emplace_back();
     operands.back().path = item.name;
     operands.back().directory = item.item->isDirectory();
+    if (!tool.mistakes(operands.back())) continue;
+    alert("The archiver would take other files for it", joinPath(directory_, item.name),
+          AlertButtons::Ok, AlertColour::Error);
+    return false;
+  }
+  for (const Item& item : items_) {
     if (tagged_) markDone(source_, *item.item);
   }
   start_ = fileTimeNow();

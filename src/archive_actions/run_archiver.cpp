@@ -1,5 +1,6 @@
 #include "archive_actions/run_archiver.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 
@@ -86,7 +87,9 @@ void ArchiverRun::runBatches(const std::vector<ToolOperand>& operands) {
 }
 
 void ArchiverRun::runAll(const std::vector<ToolOperand>& operands) {
-  if (operands.size() > 1 && tool_.usesLists()) {
+  const auto fits = [this](const ToolOperand& operand) { return tool_.fitsCommand(operand); };
+  const bool byNames = std::all_of(operands.begin(), operands.end(), fits);
+  if (tool_.usesLists() && (operands.size() > 1 || !byNames)) {
     runList(operands);
   } else {
     runBatches(operands);

@@ -125,6 +125,38 @@ TEST_F(ArchiveToolTest, NamesThatLookLikePatternsMatchThemselvesOnly) {
   EXPECT_EQ(command(Zip, Delete, foreign), "zip -d /a/x \x82\\\\\\\\b");
 }
 
+TEST_F(ArchiveToolTest, WhatArjTakesForPatternsIsOnlyGivenToItWhereNothingIsLost) {
+  using enum ToolTask;
+  EXPECT_EQ(command(Archiver::Arj, Extract, file("!a[1]")), "arj x -y /a/x -- \\?a\\?1\\?");
+  ToolOperand alone = file("a[1]!");
+  alone.alone = true;
+  EXPECT_EQ(command(Archiver::Arj, Compress, alone), "arj a -r /a/x -- a\\?1\\?\\!");
+  const ArchiveTool packing(Archiver::Arj, Compress);
+  const ArchiveTool deleting(Archiver::Arj, Delete);
+  for (const ArchiveTool* tool : {&packing, &deleting}) {
+    for (const char* name : {"a[1]", "a*", "a?", "d/[x", "!a\nb"}) {
+      EXPECT_TRUE(tool->mistakes(file(name))) << name;
+    }
+    EXPECT_FALSE(tool->mistakes(file("a]")));
+    EXPECT_FALSE(tool->mistakes(file("!a")));
+    EXPECT_FALSE(tool->fitsCommand(file("!a")));
+    EXPECT_TRUE(tool->fitsCommand(file("a!")));
+  }
+  ToolOperand members = directory("d");
+  members.below.emplace_back(L"d/a[1]");
+  EXPECT_TRUE(deleting.mistakes(members));
+  EXPECT_FALSE(packing.mistakes(alone));
+  EXPECT_FALSE(ArchiveTool(Archiver::Arj, Extract).mistakes(file("a*")));
+  EXPECT_FALSE(ArchiveTool(Archiver::Zip, Delete).mistakes(file("a*")));
+}
+
+TEST_F(ArchiveToolTest, ANameThatBeginsOrEndsInABlankIsNoLineOfAList) {
+  const ArchiveTool arj(Archiver::Arj, ToolTask::Compress);
+  for (const char* name : {" a", "a ", "\ta"}) EXPECT_FALSE(arj.fitsList(file(name))) << name;
+  EXPECT_TRUE(arj.fitsList(file("a b")));
+  EXPECT_TRUE(ArchiveTool(Archiver::Tar, ToolTask::Compress).fitsList(file(" a")));
+}
+
 TEST_F(ArchiveToolTest, TarListsEndTheirNamesInNul) {
   const ArchiveTool tar(Archiver::Tar, ToolTask::Extract);
   EXPECT_TRUE(tar.usesLists());

@@ -193,6 +193,21 @@ TEST_F(CompressCommandTest, AFileIsPackedWithoutThoseOfItsNameBelow) {
   }
 }
 
+// The name of a list, to the archiver, and patterns.
+TEST_F(CompressCommandTest, ArjPacksNothingElseForAName) {
+  file("left/!list", "list");
+  file("left/list", "other");
+  file("left/a[1].txt", "one");
+  file("left/a1.txt", "other");
+  shell("cd left && arj a ../right/pack.arj b.txt");
+  showArchive("pack.arj", "!list");
+  compress({{"Compress ", {Key::Enter}}});
+  EXPECT_EQ(output("arj v right/pack.arj | grep '^[0-9]*)'"), "001) b.txt\n002) !list\n");
+  show("a[1].txt");
+  compress({{"Compress ", {Key::Enter}}, {"would take other files for it", {Key::Enter}}});
+  EXPECT_EQ(output("arj v right/pack.arj | grep -c '^[0-9]*)'"), "2\n");
+}
+
 TEST_F(CompressCommandTest, EachTypeWithAPackerIsMadeNew) {
   const struct {
     int downs;  // from the type before

@@ -503,6 +503,22 @@ bool isLocked(int directory, const std::string& path) {
          S_ISDIR(info.st_mode) && (info.st_mode & S_IWUSR) == 0;
 }
 
+// The archiver takes the one name for a pattern that matches the other.
+TEST_F(Extracting, OfTwoNamesThatArjMistakesTheRightOneIsTaken) {
+  dir.write("in/sub/a[1].txt", "one");
+  dir.write("in/sub/a1.txt", "other");
+  pack("arj a -r ../left/a.arj 'sub/*'");
+  open("a.arj");
+  enterPath(left(), L"sub");
+  putCursorOn("a[1].txt");
+  extract();
+  EXPECT_EQ(dir.read("right/a[1].txt"), "one");
+  EXPECT_EQ(names("right").size(), 1u);
+  play({{"Unsafe names in archive", {Key::Enter}}}, [&] { deleteInArchive(left()); });
+  EXPECT_NE(entryNamed(left(), "a[1].txt"), nullptr);
+  EXPECT_NE(listed("arj v a.arj").find("sub/a1.txt"), std::string::npos);
+}
+
 // As the system does for whoever isn't root: a directory that may not be written in stays where it
 // is, with all that is in it.
 int refuseLocked(const System::Call& call, void*) {
