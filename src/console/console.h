@@ -151,7 +151,8 @@ class ConsolePointer {
   CConsole* operator->() const { return *this; }
 
  private:
-  friend class CConsole;  // its constructor and its destructor
+  friend class CConsole;        // its constructor and its destructor
+  friend class WithoutConsole;  // tests of what needs none, in any order with those that do
 
   std::atomic<CConsole*> standing_{nullptr};
 };

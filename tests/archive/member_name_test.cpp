@@ -6,7 +6,7 @@
 
 namespace {
 
-struct Row {
+struct StoredName {
   std::string stored;
   bool shown;
   std::string directory;
@@ -16,7 +16,7 @@ struct Row {
 };
 
 TEST(MemberName, PathsAreSplitOrRefused) {
-  const Row rows[] = {
+  const StoredName rows[] = {
       {"a", true, "", "a"},
       {"a/b/c", true, "a/b", "c"},
       {"a/b/", true, "a/b", ""},
@@ -46,7 +46,7 @@ TEST(MemberName, PathsAreSplitOrRefused) {
       {std::string(4097, 'n'), false, "", ""},
       {std::string(1 << 20, 'n'), false, "", ""},
   };
-  for (const Row& row : rows) {
+  for (const StoredName& row : rows) {
     SCOPED_TRACE(row.stored.substr(0, 40));
     MemberName name;
     ArchiveMember member;

@@ -46,10 +46,6 @@ TEST(LhaReader, AStubEndsBeforeSixtyFourKilobytes) {
   EXPECT_FALSE(ReadArchive("MZ" + std::string(65536 - 2 - 6, 'x') + archive).isArchive());
 }
 
-std::string arjHeader(const std::string& fields) {
-  return "\x60\xEA" + le16(fields.size()) + fields + le32(0) + le16(0);
-}
-
 std::string arjFile(const std::string& name, char type, char host, uint32_t when) {
   return arjHeader(std::string("\x1e\x0b\1", 3) + host + std::string("\x10\0", 2) + type + '\0' +
                    le32(when) + std::string(18, '\0') + name + std::string(2, '\0'));

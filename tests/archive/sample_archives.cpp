@@ -110,10 +110,6 @@ std::string largeLhaHeader(const SampleMember& member, int level) {
   return header.replace(sumPlace, 2, le16(crc16(header)));
 }
 
-std::string arjHeader(const std::string& fields) {
-  return "\x60\xEA" + le16(fields.size()) + fields + le32(crc32(fields)) + le16(0);
-}
-
 // Its sum is the usual one without the last turn of all bits.
 std::string aceBlock(const std::string& fields) {
   return le16(~crc32(fields) & 0xFFFF) + le16(fields.size()) + fields;
@@ -251,6 +247,10 @@ std::string wideLhaArchive(const SampleMembers& members, const std::string& stub
     archive += static_cast<char>(fields.size() + 1) + fields + le16(0) + member.content;
   }
   return archive + '\0';
+}
+
+std::string arjHeader(const std::string& fields) {
+  return "\x60\xEA" + le16(fields.size()) + fields + le32(crc32(fields)) + le16(0);
 }
 
 std::string arjArchive(const SampleMembers& members, HeaderForm form, const std::string& stub) {

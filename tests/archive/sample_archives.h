@@ -36,6 +36,8 @@ std::string rar5Archive(const SampleMembers& members, const std::string& stub = 
 std::string lhaArchive(const SampleMembers& members, int level, const std::string& stub = "");
 std::string wideLhaArchive(const SampleMembers& members, const std::string& stub = "");
 std::string arjArchive(const SampleMembers& members, HeaderForm form, const std::string& stub = "");
+// A header of such an archive, with its length and sum about the fields.
+std::string arjHeader(const std::string& fields);
 std::string aceArchive(const SampleMembers& members, HeaderForm form, const std::string& stub = "");
 // In the published form, an empty comment behind each name. The unpacker of this system takes a
 // file header only if four bytes follow the name.

@@ -68,8 +68,8 @@ class KilledTools : public ArchiveCommandTest {
   std::string before_;  // the archive
 };
 
-constexpr char Zip[] = "zip -q ../left/a.zip large small";
-constexpr char Tar[] = "tar cf ../left/a.tar large small";
+constexpr char PackZip[] = "zip -q ../left/a.zip large small";
+constexpr char PackTar[] = "tar cf ../left/a.tar large small";
 
 }  // namespace
 
@@ -82,7 +82,7 @@ TEST_F(KilledTools, AnUpdateKeepsTheEditAndTheOldArchive) {
                {"kill -SEGV $$ #", "(139)"}};
   for (const auto& row : table) {
     SCOPED_TRACE(row.tool);
-    build("a.zip", Zip);
+    build("a.zip", PackZip);
     set(Archiver::Zip, "Compress", row.tool);
     open("a.zip");
     expectEditKept("large", row.status);
@@ -101,7 +101,7 @@ TEST_F(KilledTools, AnUpdateThatWritesAnewLeavesTheOldArchiveAlone) {
 }
 
 TEST_F(KilledTools, AnUpdateInPlaceKeepsTheEdit) {
-  build("a.tar", Tar);
+  build("a.tar", PackTar);
   set(Archiver::Tar, "Compress", std::string(Limited) + "tar -rf");
   open("a.tar");
   expectEditKept("large", "(153)");
@@ -114,10 +114,10 @@ TEST_F(KilledTools, AnExtractionLeavesNothingAndTakesNothing) {
     const char* packer;
     std::string tool;
   } table[] = {
-      {Archiver::Zip, "a.zip", Zip, "unzip --z %a %f; truncate -s 100 large; kill -KILL $$"},
-      {Archiver::Zip, "a.zip", Zip, "touch small; kill -KILL $$ #"},
-      {Archiver::Zip, "a.zip", Zip, "touch small; kill -SEGV $$ #"},
-      {Archiver::Tar, "a.tar", Tar, std::string(Limited) + "tar -xf"}};
+      {Archiver::Zip, "a.zip", PackZip, "unzip --z %a %f; truncate -s 100 large; kill -KILL $$"},
+      {Archiver::Zip, "a.zip", PackZip, "touch small; kill -KILL $$ #"},
+      {Archiver::Zip, "a.zip", PackZip, "touch small; kill -SEGV $$ #"},
+      {Archiver::Tar, "a.tar", PackTar, std::string(Limited) + "tar -xf"}};
   for (const auto& row : table) {
     for (const TransferKind kind : {TransferKind::Copy, TransferKind::Move}) {
       SCOPED_TRACE(row.tool);
@@ -143,10 +143,10 @@ TEST_F(KilledTools, AMoveIntoAnArchiveKeepsTheFiles) {
     const char* packer;
     std::string tool;
     bool inPlace;  // the tool may hurt the archive
-  } table[] = {{Archiver::Zip, "a.zip", Zip, std::string(Limited) + "zip -r", false},
-               {Archiver::Zip, "a.zip", Zip, "kill -KILL $$ #", false},
-               {Archiver::Zip, "a.zip", Zip, "zip -r %a %f; kill -SEGV $$", true},
-               {Archiver::Tar, "a.tar", Tar, std::string(Limited) + "tar -rf", true}};
+  } table[] = {{Archiver::Zip, "a.zip", PackZip, std::string(Limited) + "zip -r", false},
+               {Archiver::Zip, "a.zip", PackZip, "kill -KILL $$ #", false},
+               {Archiver::Zip, "a.zip", PackZip, "zip -r %a %f; kill -SEGV $$", true},
+               {Archiver::Tar, "a.tar", PackTar, std::string(Limited) + "tar -rf", true}};
   for (const auto& row : table) {
     SCOPED_TRACE(row.tool);
     build(row.archive, row.packer);

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr int Shift = ShiftState::Shift;
-
 class FileDialogs : public MainLoopTest {
  protected:
   void SetUp() override {

@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr int Shift = ShiftState::Shift, Ctrl = ShiftState::Ctrl;
-
 class GoCommands : public MainLoopTest {
  protected:
   void SetUp() override {

@@ -23,7 +23,6 @@ void PrintTo(const CommandRow& row, std::ostream* out) {
 }
 
 constexpr bool Acts = true, Silent = false;
-constexpr int Alt = ShiftState::Alt, Shift = ShiftState::Shift, Ctrl = ShiftState::Ctrl;
 
 // Every command that opens a window or goes to another module, with its conditions.
 const CommandRow CommandRows[] = {

@@ -10,6 +10,8 @@
 #include "foundation/data_paths.h"
 #include "panels/two_panels.h"
 
+using ShiftState::Alt, ShiftState::Ctrl, ShiftState::Shift;
+
 // Two panels on directories of the test's own, and a main loop that gets its keys one by one. No
 // connection is made at the start.
 class MainLoopTest : public TwoPanelsTest {

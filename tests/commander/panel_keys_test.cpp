@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr int Alt = ShiftState::Alt, Shift = ShiftState::Shift, Ctrl = ShiftState::Ctrl;
-
 class PanelKeys : public MainLoopTest {
  protected:
   void SetUp() override {

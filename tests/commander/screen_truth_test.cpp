@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int Alt = ShiftState::Alt;
-
 class ScreenTruth : public MainLoopTest {
  protected:
   void SetUp() override {

@@ -47,22 +47,11 @@ TEST(Document, ATextThatIsPutInAndTakenOutLeavesTheBytes) {
 }
 
 namespace {
-const std::vector<TextEncoding> Encodings{
-    {TextFormat::Utf32Le, 0},    {TextFormat::Utf32Be, 0},     {TextFormat::Utf16Le, 0},
-    {TextFormat::Utf16Be, 0},    {TextFormat::Utf8, 0},        {TextFormat::CodePage, 850},
-    {TextFormat::CodePage, 874}, {TextFormat::CodePage, 1252}, {TextFormat::CodePage, 932}};
-
 std::string everyByte() {
   std::string bytes;
   for (int first = 0; first < 256; ++first)
     for (int second = 0; second < 256; second += 5)
       bytes += {static_cast<char>(first), static_cast<char>(second)};
-  return bytes;
-}
-
-std::string encoded(std::wstring_view text, const TextEncoding& encoding) {
-  std::string bytes;
-  encodeText(text, encoding, bytes);
   return bytes;
 }
 }  // namespace

@@ -19,11 +19,11 @@
 
 namespace {
 
-constexpr size_t SeveralParts = 700'001;
+constexpr size_t PartsOfAFile = 700'001;
 
 std::string longText() {
   std::string text;
-  for (size_t i = 0; text.size() < SeveralParts; ++i) text += "line " + std::to_string(i) + "\n";
+  for (size_t i = 0; text.size() < PartsOfAFile; ++i) text += "line " + std::to_string(i) + "\n";
   return text;
 }
 

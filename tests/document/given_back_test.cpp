@@ -15,11 +15,6 @@ using namespace std::string_literals;
 
 namespace {
 
-const std::vector<TextEncoding> Encodings{
-    {TextFormat::Utf32Le},        {TextFormat::Utf32Be},      {TextFormat::Utf16Le},
-    {TextFormat::Utf16Be},        {TextFormat::Utf8},         {TextFormat::CodePage, 850},
-    {TextFormat::CodePage, 1252}, {TextFormat::CodePage, 932}};
-
 enum class Mark { No, Yes };
 
 // A text of lines with each line end and mixtures of them, in bytes of the encoding.

@@ -88,12 +88,6 @@ TEST(LongLine, AnEditedLongLineKeepsItsColumns) {
 }
 
 namespace {
-std::wstring decoded(const std::string& bytes, const TextEncoding& encoding) {
-  std::wstring text;
-  decodeText(bytes, encoding, text);
-  return text;
-}
-
 // Text to be put in: mostly short, sometimes long, sometimes with line ends or bytes that are none.
 std::wstring someText(const std::wstring& source, std::mt19937& random) {
   const size_t length = random() % 8 == 0 ? random() % 30000 : random() % 4;

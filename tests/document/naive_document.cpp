@@ -1,5 +1,7 @@
 #include "document/naive_document.h"
 
+#include "document/document_support.h"
+
 namespace {
 bool endsLine(wchar_t c) {
   return c == L'\r' || c == L'\n' || c == L'\0';
@@ -19,12 +21,6 @@ std::wstring styleEnd(LineEndStyle style) {
   return style == LineEndStyle::Lf ? L"\n" : L"\r\n";
 }
 
-// The bytes of a file unit by unit, so that what stands for raw bytes of UTF-32 is no line end.
-std::wstring decoded(std::string_view bytes, const TextEncoding& encoding) {
-  std::wstring text;
-  decodeText(bytes, encoding, text);
-  return text;
-}
 }  // namespace
 
 void NaiveDocument::load(std::string_view bytes, const TextEncoding& encoding) {

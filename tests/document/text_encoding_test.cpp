@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "document/document_support.h"
 #include "foundation/code_page.h"
 #include "foundation/utf8.h"
 
@@ -12,7 +13,6 @@ using namespace std::string_literals;
 namespace {
 
 constexpr int ByteCount = 256;
-const TextEncoding Utf8{TextFormat::Utf8};
 const TextEncoding Utf16Le{TextFormat::Utf16Le};
 const TextEncoding Utf16Be{TextFormat::Utf16Be};
 const TextEncoding Utf32Le{TextFormat::Utf32Le};
@@ -23,21 +23,9 @@ TextEncoding codePage(int number) {
   return {TextFormat::CodePage, number};
 }
 
-std::wstring decoded(std::string_view bytes, const TextEncoding& encoding) {
-  std::wstring text;
-  decodeText(bytes, encoding, text);
-  return text;
-}
-
 bool isValid(std::string_view bytes, const TextEncoding& encoding) {
   std::wstring text;
   return decodeText(bytes, encoding, text);
-}
-
-std::string encoded(std::wstring_view text, const TextEncoding& encoding) {
-  std::string bytes;
-  EXPECT_EQ(encodeText(text, encoding, bytes), AllEncoded);
-  return bytes;
 }
 
 size_t refusedAt(const std::wstring& text, const TextEncoding& encoding,

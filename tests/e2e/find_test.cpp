@@ -6,9 +6,6 @@
 
 namespace {
 
-const std::vector<unsigned long> Alt{XK_Alt_L}, Shift{XK_Shift_L}, Ctrl{XK_Control_L},
-    ShiftAlt{XK_Shift_L, XK_Alt_L}, CtrlShift{XK_Control_L, XK_Shift_L};
-
 class Find : public ProgramTest {
  protected:
   // Three files in left(): big.txt and one.txt, which hold a text, and sub/two.txt.

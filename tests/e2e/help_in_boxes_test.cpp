@@ -25,8 +25,7 @@ class HelpInBoxes : public HelpTest {
   }
 };
 
-const std::vector<unsigned long> Plain{}, Alt{XK_Alt_L}, Shift{XK_Shift_L}, Ctrl{XK_Control_L},
-    ShiftAlt{XK_Shift_L, XK_Alt_L}, CtrlShift{XK_Control_L, XK_Shift_L};
+const Modifiers Plain{};
 
 TEST_F(HelpInBoxes, OfFileCommands) {
   left().write("file.txt", "text\n");

@@ -11,6 +11,10 @@
 #include "support/wait_until.h"
 #include "support/x_keys.h"
 
+using Modifiers = std::vector<unsigned long>;  // keysyms that are held
+inline const Modifiers Alt{XK_Alt_L}, Shift{XK_Shift_L}, Ctrl{XK_Control_L},
+    ShiftAlt{XK_Shift_L, XK_Alt_L}, CtrlShift{XK_Control_L, XK_Shift_L};
+
 // The whole program in its window: its own main function runs on a thread of the test, real keys go
 // through an X server of the test's own, and the test judges the cells on the screen and the files
 // on disk. HOME is a directory of the test's own. One program a process.

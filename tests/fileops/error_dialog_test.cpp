@@ -7,14 +7,14 @@
 
 namespace {
 
-struct Row {
+struct ErrorButtons {
   int code;
   const char* text;
   bool second;
   AlertButtons buttons;
 };
 
-constexpr Row Rows[] = {
+constexpr ErrorButtons Rows[] = {
     {ENOENT, "File not found", false, AlertButtons::OkCancel},
     {EIO, "Error reading disk", false, AlertButtons::RetrySkip},
     {EACCES, "Access Denied", false, AlertButtons::RetrySkip},
@@ -32,7 +32,7 @@ constexpr Row Rows[] = {
 }  // namespace
 
 TEST(ErrorDialog, EachCodeHasItsTextItsPathAndItsButtons) {
-  for (const Row& row : Rows) {
+  for (const ErrorButtons& row : Rows) {
     const ErrorBox box = errorBox(row.code, L"/first", L"/second");
     EXPECT_STREQ(toUtf8(box.text).data(), row.text) << row.code;
     EXPECT_STREQ(toUtf8(box.path).data(), row.second ? "/second" : "/first") << row.code;
@@ -41,13 +41,13 @@ TEST(ErrorDialog, EachCodeHasItsTextItsPathAndItsButtons) {
 }
 
 TEST(ErrorDialog, WithoutASecondPathTheFirstOneIsShown) {
-  for (const Row& row : Rows) {
+  for (const ErrorButtons& row : Rows) {
     EXPECT_STREQ(toUtf8(errorBox(row.code, L"/first").path).data(), "/first") << row.code;
   }
 }
 
 TEST(ErrorDialog, EachButtonGivesItsAnswerAndTheBoxIsRed) {
-  for (const Row& row : Rows) {
+  for (const ErrorButtons& row : Rows) {
     const bool canRetry = row.buttons == AlertButtons::RetrySkip;
     ScriptedUi ui;
     ui.answers = {canRetry ? Answer::Retry : Answer::Yes, Answer::Cancel};

@@ -4,7 +4,7 @@
 
 namespace {
 
-struct Row {
+struct NamedTarget {
   const char* source;
   const char* destination;
   const char* result;
@@ -20,14 +20,14 @@ class TargetNameTest : public FileOpsTest {};
 }  // namespace
 
 TEST_F(TargetNameTest, MasksAreAppliedToTheLastComponent) {
-  const Row rows[] = {
+  const NamedTarget rows[] = {
       {"/s/x.txt", "/d/*.bak", "/d/x.bak"},     {"/s/a.b.c", "/d/*.x", "/d/a.x"},
       {"/s/x.txt", "/d/*.*", "/d/x.txt"},       {"/s/noext", "/d/*.bak", "/d/noext.bak"},
       {"/s/abc.txt", "/d/??z.*", "/d/abz.txt"}, {"/s/a.b.c", "/d/*", "/d/a"},
       {"/s/a.b.c", "/d/*.*.*", "/d/a.b.c"},     {"/s/x.txt", "/d/new*.txt", "/d/newx.txt"},
       {"/s/x.txt", "/*.bak", "/x.bak"},         {"/s/x.txt", "/d/*.bak/", "/d/x.bak"},
   };
-  for (const Row& row : rows) EXPECT_EQ(resolved(row.source, row.destination), row.result);
+  for (const NamedTarget& row : rows) EXPECT_EQ(resolved(row.source, row.destination), row.result);
 }
 
 TEST_F(TargetNameTest, ADestinationThatIsNoDirectoryIsTheTarget) {

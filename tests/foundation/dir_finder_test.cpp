@@ -19,7 +19,7 @@ namespace {
 
 constexpr int Own = FindFlag::OwnRecord;
 constexpr int PanelFlags = FindFlag::All | FindFlag::OwnRecord;
-using Names = std::set<std::string>;
+using NameSet = std::set<std::string>;
 
 class DirFinderTest : public testing::Test {
  protected:
@@ -36,8 +36,8 @@ class DirFinderTest : public testing::Test {
     return result;
   }
 
-  Names names(const wchar_t* pattern, int flags) {
-    Names result;
+  NameSet names(const wchar_t* pattern, int flags) {
+    NameSet result;
     for (const auto& hit : find(pattern, flags)) result.insert(hit.first);
     return result;
   }
@@ -50,7 +50,7 @@ TEST_F(DirFinderTest, FindsEveryNameAndThenEnds) {
   dir.write("file", "12345");
   dir.makeDir("sub");
   dir.write(".hidden", "");
-  EXPECT_EQ(names(L"*", PanelFlags), (Names{".", "..", ".hidden", "file", "sub"}));
+  EXPECT_EQ(names(L"*", PanelFlags), (NameSet{".", "..", ".hidden", "file", "sub"}));
   EXPECT_EQ(ending, Status::NoMoreFiles);
 }
 
@@ -83,9 +83,9 @@ TEST_F(DirFinderTest, WithoutTheHiddenFlagOnlyDotsOfTheDirectoryAndDoubleDotsPas
   dir.write("..twice", "");
   dir.write("...", "");
   dir.write("plain", "");
-  EXPECT_EQ(names(L"*", 0), (Names{".", "..", "..twice", "...", "plain"}));
+  EXPECT_EQ(names(L"*", 0), (NameSet{".", "..", "..twice", "...", "plain"}));
   EXPECT_EQ(names(L"*", FindFlag::ShowHidden),
-            (Names{".", "..", "..twice", "...", "plain", ".hidden"}));
+            (NameSet{".", "..", "..twice", "...", "plain", ".hidden"}));
   EXPECT_TRUE(find(L"*", FindFlag::All).at("..twice")->isHidden());
 }
 
@@ -108,7 +108,7 @@ TEST_F(DirFinderTest, ALinkThatCantBeFollowedIsLeftOut) {
   dir.link("nowhere", "dangling");
   dir.link("loop", "loop");
   dir.write("file", "");
-  EXPECT_EQ(names(L"*", PanelFlags), (Names{".", "..", "file"}));
+  EXPECT_EQ(names(L"*", PanelFlags), (NameSet{".", "..", "file"}));
 }
 
 TEST_F(DirFinderTest, DirectoriesOnlyKeepsLinksToThem) {
@@ -117,14 +117,14 @@ TEST_F(DirFinderTest, DirectoriesOnlyKeepsLinksToThem) {
   dir.link("sub", "tosub");
   dir.link("file", "tofile");
   EXPECT_EQ(names(L"*", PanelFlags | FindFlag::DirectoriesOnly),
-            (Names{".", "..", "sub", "tosub"}));
+            (NameSet{".", "..", "sub", "tosub"}));
 }
 
 TEST_F(DirFinderTest, APatternIgnoresCase) {
   for (const char* name : {"ReadMe.TXT", "other.txt", "image.png", "txt"}) dir.write(name, "");
-  EXPECT_EQ(names(L"*.txt", FindFlag::All), (Names{"ReadMe.TXT", "other.txt"}));
-  EXPECT_EQ(names(L"readme.*", FindFlag::All), (Names{"ReadMe.TXT"}));
-  EXPECT_EQ(names(L"nothing", FindFlag::All), Names{});
+  EXPECT_EQ(names(L"*.txt", FindFlag::All), (NameSet{"ReadMe.TXT", "other.txt"}));
+  EXPECT_EQ(names(L"readme.*", FindFlag::All), (NameSet{"ReadMe.TXT"}));
+  EXPECT_EQ(names(L"nothing", FindFlag::All), NameSet{});
   EXPECT_EQ(ending, Status::NoMoreFiles);
 }
 
@@ -132,15 +132,15 @@ TEST_F(DirFinderTest, APatternMayNameADirectoryBelowTheBase) {
   dir.makeDir("sub");
   dir.write("sub/inner.c", "");
   dir.write("outer.c", "");
-  EXPECT_EQ(names(L"sub/*.c", FindFlag::All), (Names{"inner.c"}));
+  EXPECT_EQ(names(L"sub/*.c", FindFlag::All), (NameSet{"inner.c"}));
 }
 
 TEST_F(DirFinderTest, AnAbsolutePatternLeavesTheBase) {
   dir.makeDir("sub");
   dir.write("sub/inner.c", "");
   const Westring pattern = joinPath(dir.wide("sub"), L"*.c");
-  EXPECT_EQ(names(pattern.data(), FindFlag::All), (Names{"inner.c"}));
-  EXPECT_EQ(names(L"/etc", FindFlag::All), (Names{"etc"}));
+  EXPECT_EQ(names(pattern.data(), FindFlag::All), (NameSet{"inner.c"}));
+  EXPECT_EQ(names(L"/etc", FindFlag::All), (NameSet{"etc"}));
 }
 
 TEST_F(DirFinderTest, WithoutABaseTheWorkingDirectoryIsSearched) {
@@ -171,21 +171,21 @@ TEST_F(DirFinderTest, ADirectoryWithStrangeNamesIsABaseLikeAnyOther) {
   dir.write("a:b\\c [x]*/...", "");
   DirFinder finder(dir.wide("a:b\\c [x]*"));
   entry* item;
-  Names found;
+  NameSet found;
   for (int status = finder.first(L"*", FindFlag::All, item); status == 0;
        status = finder.next(item)) {
     found.insert(toUtf8(item->name()).data());
   }
-  EXPECT_EQ(found, (Names{".", "..", "..."}));
+  EXPECT_EQ(found, (NameSet{".", "..", "..."}));
 }
 
 TEST_F(DirFinderTest, EveryNameKeepsItsBytes) {
   const std::string longest(255, 'x');
-  const Names wanted{"\xff\xfe", "\xc0\xaf",    "caf\xc3\xa9",  "new\nline",
-                     "\x01",     "-dash",       "quote\"'",     longest,
-                     " ",        "back\\slash", "\xed\xa0\x80", "\xf0\x9f\x98\x80"};
+  const NameSet wanted{"\xff\xfe", "\xc0\xaf",    "caf\xc3\xa9",  "new\nline",
+                       "\x01",     "-dash",       "quote\"'",     longest,
+                       " ",        "back\\slash", "\xed\xa0\x80", "\xf0\x9f\x98\x80"};
   for (const std::string& name : wanted) dir.write(name, "x");
-  Names found = names(L"*", FindFlag::All);
+  NameSet found = names(L"*", FindFlag::All);
   found.erase(".");
   found.erase("..");
   EXPECT_EQ(found, wanted);
@@ -232,7 +232,7 @@ TEST_F(DirFinderTest, ADirectoryWithoutRightsIsRefusedOrEmpty) {
   EXPECT_EQ(runAsUser([&] {
               entry* item;
               EXPECT_EQ(DirFinder(dir.wide("unreadable")).first(L"*", FindFlag::All, item), EACCES);
-              // Names can be read there, but nothing behind them: all are left out.
+              // NameSet can be read there, but nothing behind them: all are left out.
               EXPECT_EQ(DirFinder(dir.wide("unsearchable")).first(L"file", FindFlag::All, item),
                         Status::NoMoreFiles);
             }),
@@ -250,7 +250,7 @@ TEST_F(DirFinderTest, AReadErrorInTheMiddleIsTheStatus) {
 TEST_F(DirFinderTest, AnEntryThatVanishedMeanwhileIsLeftOut) {
   dir.write("file", "");
   const FaultHook hook("statAt", ENOENT);
-  EXPECT_EQ(names(L"*", FindFlag::All), Names{});
+  EXPECT_EQ(names(L"*", FindFlag::All), NameSet{});
   EXPECT_EQ(ending, Status::NoMoreFiles);
 }
 

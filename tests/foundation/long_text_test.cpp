@@ -13,15 +13,15 @@ namespace {
 
 size_t measured = 0;  // characters that wcslen walked over
 
-constexpr int Lines = 400;
+constexpr int LineCount = 400;
 constexpr int LineLength = 100;
-constexpr size_t Characters = size_t{Lines} * (LineLength + 1) - 1;
+constexpr size_t Characters = size_t{LineCount} * (LineLength + 1) - 1;
 constexpr size_t FewLooks = 4;  // at each character
 
 class LongTexts : public testing::Test {
  protected:
   void SetUp() override {
-    for (int i = 0; i < Lines; ++i) lines_.add(new Westring(L'a' + i % 26, LineLength));
+    for (int i = 0; i < LineCount; ++i) lines_.add(new Westring(L'a' + i % 26, LineLength));
     measured = 0;
   }
 
@@ -58,8 +58,8 @@ TEST_F(LongTexts, SplittingLooksAtEachCharacterAFewTimes) {
   measured = 0;
   splitLines(text, back);
   EXPECT_LE(measured, FewLooks * Characters);
-  ASSERT_EQ(back.count(), Lines);
-  for (int i = 0; i < Lines; ++i) EXPECT_EQ(exact(*back.peek(i)), exact(*lines_.peek(i)));
+  ASSERT_EQ(back.count(), LineCount);
+  for (int i = 0; i < LineCount; ++i) EXPECT_EQ(exact(*back.peek(i)), exact(*lines_.peek(i)));
 }
 
 TEST_F(LongTexts, ALineWithoutAnEndIsSplitAtOnce) {

@@ -8,17 +8,17 @@
 #include "support/exact_text.h"
 
 namespace {
-constexpr wchar_t Twenty[] = L"12345678901234567890";
-constexpr wchar_t TwentyOne[] = L"123456789012345678901";
+constexpr wchar_t WideTwenty[] = L"12345678901234567890";
+constexpr wchar_t WideTwentyOne[] = L"123456789012345678901";
 }  // namespace
 
 TEST(Westring, TwentyCharactersStayInline) {
-  EXPECT_TRUE(Westring(Twenty).isInline());
-  EXPECT_EQ(Westring(Twenty).capacity(), 21);
+  EXPECT_TRUE(Westring(WideTwenty).isInline());
+  EXPECT_EQ(Westring(WideTwenty).capacity(), 21);
 }
 
 TEST(Westring, ACopyTakesExactlyWhatItNeeds) {
-  Westring text(TwentyOne);
+  Westring text(WideTwentyOne);
   EXPECT_EQ(text.capacity(), 22);
   EXPECT_EQ(Westring(text).capacity(), 22);
   EXPECT_EQ(Westring::withRoom(21).capacity(), 22);
@@ -26,19 +26,19 @@ TEST(Westring, ACopyTakesExactlyWhatItNeeds) {
 }
 
 TEST(Westring, AppendingUpTo21CharactersGrowsByAQuarter) {
-  Westring text(Twenty);
+  Westring text(WideTwenty);
   text += L'1';
   EXPECT_EQ(text.capacity(), 27);
-  EXPECT_EQ(exact(text), TwentyOne);
-  Westring appended(Twenty);
+  EXPECT_EQ(exact(text), WideTwentyOne);
+  Westring appended(WideTwenty);
   appended += Westring(L"abcd");
   EXPECT_EQ(appended.capacity(), 24 + 6 + 1);
-  EXPECT_EQ(exact(appended), std::wstring(Twenty) + L"abcd");
+  EXPECT_EQ(exact(appended), std::wstring(WideTwenty) + L"abcd");
 }
 
 TEST(Westring, AssigningTakesExactlyOneMoreThanTheText) {
   Westring text;
-  text = TwentyOne;
+  text = WideTwentyOne;
   EXPECT_EQ(text.capacity(), 22);
   text = L"short";
   EXPECT_EQ(text.capacity(), 22);
@@ -209,7 +209,7 @@ TEST(Westring, AStringMayTakeOrAppendAPartOfItself) {
 }
 
 TEST(Westring, AMoveTakesTheHeapBufferAndLeavesAnEmptyText) {
-  Westring source(TwentyOne);
+  Westring source(WideTwentyOne);
   const wchar_t* buffer = source.data();
   Westring target(L"something");
   target = static_cast<Westring&&>(source);

@@ -6,7 +6,7 @@
 
 namespace {
 
-using Texts = std::vector<std::string_view>;
+using TextViews = std::vector<std::string_view>;
 constexpr size_t Many = 500;
 
 // The result looks at the content, which stays until the next call.
@@ -45,37 +45,37 @@ TEST(HistoryLines, TheMarkMakesAFieldOnlyWithinTheFirstThreeBytes) {
   const HistoryContent content = read(
       "abc\x19"
       "d\n1\x19one\n11\x19two\n123\x19three\n");
-  EXPECT_EQ(content.commands, (Texts{"abc\x19"
-                                     "d",
-                                     "123\x19three"}));
-  EXPECT_EQ(content.fields[1], Texts{"one"});
-  EXPECT_EQ(content.fields[11], Texts{"two"});
+  EXPECT_EQ(content.commands, (TextViews{"abc\x19"
+                                         "d",
+                                         "123\x19three"}));
+  EXPECT_EQ(content.fields[1], TextViews{"one"});
+  EXPECT_EQ(content.fields[11], TextViews{"two"});
 }
 
 TEST(HistoryLines, ANumberThatIsNoFieldsDropsItsLine) {
   const HistoryContent content =
       read("12\x19x\n99\x19x\n\x19x\na\x19x\n1a\x19x\n-1\x19x\n 1\x19x\n3\x19\n03\x19y\n");
-  EXPECT_EQ(content.commands, Texts{});
+  EXPECT_EQ(content.commands, TextViews{});
   for (int i = 0; i < FieldHistoryCount; ++i) {
-    EXPECT_EQ(content.fields[i], i == 3 ? Texts{"y"} : Texts{}) << i;
+    EXPECT_EQ(content.fields[i], i == 3 ? TextViews{"y"} : TextViews{}) << i;
   }
 }
 
 TEST(HistoryLines, ARepeatedCommandStandsAtItsLastPlace) {
   const HistoryContent content = read("make\r\nls\r\n  make\r\nMake\r\n\r\n   \r\n");
-  EXPECT_EQ(content.commands, (Texts{"ls", "make", "Make"}));
+  EXPECT_EQ(content.commands, (TextViews{"ls", "make", "Make"}));
   EXPECT_EQ(content.commandLines, 4u);
 }
 
 TEST(HistoryLines, EntriesOfAFieldCompareWithoutCase) {
   const HistoryContent content = read("7\x19*.C\n7\x19*.h\n7\x19*.c\n8\x19*.C\n");
-  EXPECT_EQ(content.fields[7], (Texts{"*.h", "*.c"}));
-  EXPECT_EQ(content.fields[8], Texts{"*.C"});
+  EXPECT_EQ(content.fields[7], (TextViews{"*.h", "*.c"}));
+  EXPECT_EQ(content.fields[8], TextViews{"*.C"});
 }
 
 TEST(HistoryLines, OnlyTheNewestCommandsStay) {
   const HistoryContent content = read("a\nb\na\nc\nb\nd\n", 3);
-  EXPECT_EQ(content.commands, (Texts{"c", "b", "d"}));
+  EXPECT_EQ(content.commands, (TextViews{"c", "b", "d"}));
   EXPECT_EQ(content.commandLines, 6u);
 }
 

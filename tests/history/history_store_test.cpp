@@ -6,13 +6,13 @@
 
 namespace {
 
-std::vector<std::wstring> textsOf(const FnStringStore& store) {
+std::vector<std::wstring> wideTextsOf(const FnStringStore& store) {
   std::vector<std::wstring> texts;
   for (int i = 0; i < store.count(); ++i) texts.emplace_back(store.peek(i)->data());
   return texts;
 }
 
-using Texts = std::vector<std::wstring>;
+using WideTexts = std::vector<std::wstring>;
 
 // Each test starts with empty stores: they belong to the process.
 class HistoryStore : public testing::Test {
@@ -29,7 +29,7 @@ class HistoryStore : public testing::Test {
 TEST_F(HistoryStore, AFieldEntryGoesToTheEndOfItsOwnHistoryOnly) {
   addField(FieldHistory::Filter, L"*.txt");
   addField(FieldHistory::Filter, L"*.cpp");
-  EXPECT_EQ(textsOf(*fieldHistory(FieldHistory::Filter)), (Texts{L"*.txt", L"*.cpp"}));
+  EXPECT_EQ(wideTextsOf(*fieldHistory(FieldHistory::Filter)), (WideTexts{L"*.txt", L"*.cpp"}));
   EXPECT_EQ(fieldHistory(FieldHistory::SearchText)->count(), 0);
 }
 
@@ -37,14 +37,14 @@ TEST_F(HistoryStore, FieldEntriesCompareWithoutRegardToCase) {
   addField(FieldHistory::Destination, L"/Tmp");
   addField(FieldHistory::Destination, L"/usr");
   addField(FieldHistory::Destination, L"/tMP");
-  EXPECT_EQ(textsOf(*fieldHistory(FieldHistory::Destination)), (Texts{L"/usr", L"/tMP"}));
+  EXPECT_EQ(wideTextsOf(*fieldHistory(FieldHistory::Destination)), (WideTexts{L"/usr", L"/tMP"}));
 }
 
 TEST_F(HistoryStore, AnEntryOfTheStoreItselfCanBeAddedAgain) {
   addField(FieldHistory::Filter, L"first");
   addField(FieldHistory::Filter, L"second");
   addField(FieldHistory::Filter, *fieldHistory(FieldHistory::Filter)->peek(0));
-  EXPECT_EQ(textsOf(*fieldHistory(FieldHistory::Filter)), (Texts{L"second", L"first"}));
+  EXPECT_EQ(wideTextsOf(*fieldHistory(FieldHistory::Filter)), (WideTexts{L"second", L"first"}));
 }
 
 TEST_F(HistoryStore, TheClassThatKeepsNothingHasNoStoreAndTakesNothing) {
@@ -66,7 +66,7 @@ TEST_F(HistoryStore, ARepeatedCommandKeepsOneEntryAtTheNewestPlace) {
   addCommand(L"make");
   addCommand(L"ls");
   addCommand(L"make");
-  EXPECT_EQ(textsOf(commandHistory()), (Texts{L"ls", L"make"}));
+  EXPECT_EQ(wideTextsOf(commandHistory()), (WideTexts{L"ls", L"make"}));
 }
 
 TEST_F(HistoryStore, AnEmptiedHistoryKnowsNoCommandAnyMore) {
@@ -77,7 +77,7 @@ TEST_F(HistoryStore, AnEmptiedHistoryKnowsNoCommandAnyMore) {
   commandHistory().remove();
   addCommand(L"make");
   addCommand(L"make");
-  EXPECT_EQ(textsOf(commandHistory()), (Texts{L"make"}));
+  EXPECT_EQ(wideTextsOf(commandHistory()), (WideTexts{L"make"}));
 }
 
 TEST_F(HistoryStore, AmongAHundredThousandAnEqualCommandIsFoundEachTime) {
@@ -90,14 +90,14 @@ TEST_F(HistoryStore, AmongAHundredThousandAnEqualCommandIsFoundEachTime) {
 TEST_F(HistoryStore, CommandsCompareExactly) {
   addCommand(L"make");
   addCommand(L"Make");
-  EXPECT_EQ(textsOf(commandHistory()), (Texts{L"make", L"Make"}));
+  EXPECT_EQ(wideTextsOf(commandHistory()), (WideTexts{L"make", L"Make"}));
 }
 
 TEST_F(HistoryStore, LeadingWhiteSpaceOfACommandIsDropped) {
   addCommand(L"  \tls");
   addCommand(L"ls");
   addCommand(L"   ");
-  EXPECT_EQ(textsOf(commandHistory()), (Texts{L"ls"}));
+  EXPECT_EQ(wideTextsOf(commandHistory()), (WideTexts{L"ls"}));
 }
 
 TEST_F(HistoryStore, TheCommandHistoryHasNoLimitInARun) {
@@ -118,16 +118,16 @@ TEST_F(HistoryStore, DirectoriesThatDifferInCaseAreTwo) {
   addDirectory(L"/a/foo");
   addDirectory(L"/a/Foo");
   addDirectory(L"/a/foo");
-  EXPECT_EQ(textsOf(directoryHistory()), (Texts{L"/a/Foo", L"/a/foo"}));
+  EXPECT_EQ(wideTextsOf(directoryHistory()), (WideTexts{L"/a/Foo", L"/a/foo"}));
 }
 
 TEST_F(HistoryStore, GoingUpRemovesTheNewestEntryOnlyIfItIsTheDirectoryLeft) {
   addDirectory(L"/a");
   addDirectory(L"/a/b");
   removeNewestDirectory(L"/a");
-  EXPECT_EQ(textsOf(directoryHistory()), (Texts{L"/a", L"/a/b"}));
+  EXPECT_EQ(wideTextsOf(directoryHistory()), (WideTexts{L"/a", L"/a/b"}));
   removeNewestDirectory(L"/a/b");
-  EXPECT_EQ(textsOf(directoryHistory()), (Texts{L"/a"}));
+  EXPECT_EQ(wideTextsOf(directoryHistory()), (WideTexts{L"/a"}));
 }
 
 TEST_F(HistoryStore, GoingUpWithAnEmptyHistoryDoesNothing) {

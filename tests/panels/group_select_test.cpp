@@ -5,7 +5,6 @@
 namespace {
 
 using Names = std::vector<std::string>;
-constexpr int NoShift = 0;
 
 class GroupSelectTest : public PanelScreenTest {
  protected:

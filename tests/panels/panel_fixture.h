@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "console/key_codes.h"
 #include "foundation/break_state.h"
 #include "foundation/entry.h"
 #include "foundation/names.h"
@@ -21,6 +22,10 @@
 #include "panels/model/panel_pair.h"
 #include "panels/one_path_tree.h"
 #include "support/temp_dir.h"
+#include "support/without_console.h"
+
+inline constexpr int NoShift = 0;
+inline constexpr Key::Code AltB{0x10030};
 
 inline std::string bytes(const Westring& text) {
   return toUtf8(text).data();
@@ -233,4 +238,4 @@ class WithPanels : public Base {
   const std::filesystem::path directory_ = std::filesystem::current_path();  // panels change it
 };
 
-using PanelTest = WithPanels<testing::Test>;
+using PanelTest = WithPanels<WithoutConsole>;

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr Key::Code AltB{0x10030};
-
 class QuickSearchTest : public PanelTest {
  protected:
   QuickSearchTest() : panel(left()) {

@@ -6,7 +6,6 @@
 namespace {
 
 using Names = std::vector<std::string>;
-constexpr int NoShift = 0;
 
 class SelectionTest : public PanelTest {
  protected:

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr Key::Code AltB{0x10030}, AltE{0x10012};
+constexpr Key::Code AltE{0x10012};
 
 class StickySearchTest : public PanelScreenTest {
  protected:

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr char Title[] = "Directory Compare";
+constexpr char CompareTitle[] = "Directory Compare";
 constexpr char Nothing[] = "No files meet the specified conditions";
 
 class CompareDirectoriesTest : public CommandTest {
@@ -43,14 +43,14 @@ class CompareDirectoriesTest : public CommandTest {
 
 TEST_F(CompareDirectoriesTest, TheDialogStandsAsItIsDesigned) {
   show();
-  compare({{Title, {Key::Esc}, "compare"}});
+  compare({{CompareTitle, {Key::Esc}, "compare"}});
 }
 
 TEST_F(CompareDirectoriesTest, WithoutAnyRuleItSaysThatNothingIsThere) {
   both("f", "a", "bb");
   file("left/only");
   show();
-  compare({{Title, {Key::Enter}}, {Nothing, {Key::Enter}, "compare_nothing"}});
+  compare({{CompareTitle, {Key::Enter}}, {Nothing, {Key::Enter}, "compare_nothing"}});
   EXPECT_EQ(tagged(left()) + tagged(right()), "");
 }
 
@@ -61,7 +61,7 @@ TEST_F(CompareDirectoriesTest, ContentsAreCompared) {
   both("size", "a", "aa");
   GlobalOptions::CMPContents = true;
   show();
-  compare({{Title, {Key::Enter}}});
+  compare({{CompareTitle, {Key::Enter}}});
   EXPECT_EQ(tagged(left()), "differ size");
   EXPECT_EQ(tagged(right()), "differ size");
   EXPECT_EQ(left().taggedSize, 3);
@@ -74,7 +74,7 @@ TEST_F(CompareDirectoriesTest, AFileThatFailsTheMaskIsComparedAndNotTagged) {
   GlobalOptions::CMPMask = L"*.c";
   show();
   const FaultHook hook;
-  compare({{Title, {Key::Enter}}});
+  compare({{CompareTitle, {Key::Enter}}});
   EXPECT_EQ(hook.calls("openAt"), 4);
   EXPECT_EQ(tagged(left()), "a.c");
 }
@@ -84,7 +84,7 @@ TEST_F(CompareDirectoriesTest, EscLeavesTheTagsAlone) {
   GlobalOptions::CMPSize = 3;
   show();
   tag("f");
-  compare({{Title, {Key::Esc}}});
+  compare({{CompareTitle, {Key::Esc}}});
   EXPECT_EQ(tagged(left()), "f");
 }
 
@@ -95,14 +95,14 @@ TEST_F(CompareDirectoriesTest, AFileThatCannotBeReadClearsAllTags) {
   show();
   tag("b");
   std::filesystem::remove(dir.path("right/b"));
-  compare({{Title, {Key::Enter}}, {"No such file", {Key::Enter}}});
+  compare({{CompareTitle, {Key::Enter}}, {"No such file", {Key::Enter}}});
   EXPECT_EQ(tagged(left()) + tagged(right()), "");
 }
 
 TEST_F(CompareDirectoriesTest, TheKeysChooseTheRules) {
   both("f", "a", "bb");
   show();
-  compare({{Title, {Key::Tab, Key::Down, Key::Enter}}});
+  compare({{CompareTitle, {Key::Tab, Key::Down, Key::Enter}}});
   EXPECT_EQ(GlobalOptions::CMPSize, 1);
   EXPECT_EQ(tagged(left()), "");
   EXPECT_EQ(tagged(right()), "f");
@@ -124,7 +124,7 @@ TEST_F(CompareDirectoriesTest, AnArchiveHasNoContentsToCompare) {
     show();
     panelPair().side[side].archive =
         std::make_unique<FakeArchive>(L"/pack.zip", std::vector<std::string>(), nullptr);
-    compare({{Title, {Key::Enter}, "compare_archive"}, {Nothing, {Key::Enter}}});
+    compare({{CompareTitle, {Key::Enter}, "compare_archive"}, {Nothing, {Key::Enter}}});
     panelPair().side[side].archive.reset();
     EXPECT_TRUE(GlobalOptions::CMPContents) << "for the next time";
   }
@@ -155,7 +155,7 @@ TEST_F(CompareDirectoriesTest, AFileThatChangesMeanwhileIsComparedAsItIs) {
     both("f", "aa", "ab");
     show();
     row.change();
-    std::vector<Step> steps = {{Title, {Key::Enter}}};
+    std::vector<Step> steps = {{CompareTitle, {Key::Enter}}};
     if (!*row.tagged) steps.push_back({Nothing, {Key::Enter}});
     compare(steps);
     EXPECT_EQ(tagged(left()), row.tagged);

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr char Title[] = "File Find";
+constexpr char FindTitle[] = "File Find";
 constexpr char Complete[] = "Search Complete:";
 
 // A search waits before it looks at that name, until it is let go.
@@ -63,7 +63,7 @@ class FileFindTest : public CommandTest {
     find(before);
   }
   // Types a mask and perhaps a text, and finds.
-  static Step search(const std::string& files) { return {Title, {Key::Enter}, "", files}; }
+  static Step search(const std::string& files) { return {FindTitle, {Key::Enter}, "", files}; }
   static std::vector<std::string> listed() {
     std::vector<std::string> names;
     for (int i = 0; i < foundEntries().count(); ++i) {
@@ -86,7 +86,7 @@ using Names = std::vector<std::string>;
 
 TEST_F(FileFindTest, TheDialogStandsAsItIsDesigned) {
   show();
-  find({{Title, {Key::Esc}, "find"}});
+  find({{FindTitle, {Key::Esc}, "find"}});
 }
 
 TEST_F(FileFindTest, EveryRowIsThereOnEachScreen) {
@@ -97,7 +97,7 @@ TEST_F(FileFindTest, EveryRowIsThereOnEachScreen) {
   for (const Row& row : {Row{100, 43, "find_100x43"}, Row{132, 50, "find_132x50"}}) {
     console->setGeometry(row.columns, row.rows, Estring(), 0);
     fetchScreenSize();
-    find({{Title, {Key::Esc}, row.golden}});
+    find({{FindTitle, {Key::Esc}, row.golden}});
   }
 }
 
@@ -116,7 +116,7 @@ TEST_F(FileFindTest, AnEmptyFileTextDoesNothing) {
          {Key::Tab, Key::End, Key::Backspace, Key::Backspace, Key::Backspace, Key::Backspace,
           Key::Enter},
          "find_nothing"},
-        {Title, {Key::Esc}}},
+        {FindTitle, {Key::Esc}}},
        FindList::Last);
   EXPECT_EQ(listed(), Names{"one.txt"});
 }
@@ -125,7 +125,9 @@ TEST_F(FileFindTest, AContentSearchWithoutScanningLooksOnlyInTheStart) {
   makeTree();
   GlobalOptions::FFRecurse = false;
   show();
-  find({{Title, {Key::Tab}, "", "*"}, {Title, {Key::Enter}, "", "text"}, {Complete, {Key::Esc}}});
+  find({{FindTitle, {Key::Tab}, "", "*"},
+        {FindTitle, {Key::Enter}, "", "text"},
+        {Complete, {Key::Esc}}});
   EXPECT_EQ(listed(), Names{"one.txt"});
   EXPECT_EQ(foundEntries().row(0).item->total, 5);
 }
@@ -145,12 +147,12 @@ TEST_F(FileFindTest, OnlyFindForgetsWhatWasFoundBefore) {
   find({search("*.txt"), {Complete, {Key::Home, Key::Down, Key::Esc}}});
   const std::string second = bytePath(lastComponent(foundEntries().row(1).path()));
   const Names before = listed();
-  find({{Title,
+  find({{FindTitle,
          {Key::ShiftTab, Key::Delete, Key::F3, Key::F5, Key::F6, Key::F8, Key::ShiftF8,
           Key::ctrl('r'), Key::Esc},
          "find_again"}});
   EXPECT_EQ(listed(), before);
-  find({{Title, {Key::ShiftTab, FindKey::GoTo}}});
+  find({{FindTitle, {Key::ShiftTab, FindKey::GoTo}}});
   EXPECT_EQ(exact(left().path), exact(dir.wide("left"))) << "no result is shown to go to";
   find({{second, {Key::Enter}}}, FindList::Last);
   EXPECT_EQ(currentName(left()), second);
@@ -211,7 +213,7 @@ TEST_F(FileFindTest, ShiftF8DeletesAll) {
   find({search("*.txt"),
         {Complete, {Key::CtrlF3, Key::ShiftF8}},
         {"Are you sure you wish to delete", {Key::Esc}, "find_delete_all"},
-        {Title, {Key::ShiftF8}},
+        {FindTitle, {Key::ShiftF8}},
         {"3 files?", {Key::Enter}},
         {" 0 matches use 0 bytes", {Key::Esc}}});
   EXPECT_EQ(foundEntries().count(), 0);
@@ -224,7 +226,7 @@ TEST_F(FileFindTest, AFileThatIsAnotherOneByNowIsKept) {
   find({search("one*"), {Complete, {Key::Esc}}});
   file("left/other", "another");
   std::filesystem::rename(dir.path("left/other"), dir.path("left/one.txt"));
-  find({{"one.txt", {Key::F8}}, {"File has changed", {Key::Enter}}, {Title, {Key::Esc}}},
+  find({{"one.txt", {Key::F8}}, {"File has changed", {Key::Enter}}, {FindTitle, {Key::Esc}}},
        FindList::Last);
   EXPECT_EQ(dir.read("left/one.txt"), "another");
   EXPECT_EQ(foundEntries().count(), 1);
@@ -311,7 +313,7 @@ TEST_F(FileFindTest, OnlyFindKeepsWhatIsTyped) {
   makeTree();
   show();
   find({search("one*"), {Complete, {Key::Esc}}});
-  find({{Title, {Key::Esc}, "", "forgotten"}});
+  find({{FindTitle, {Key::Esc}, "", "forgotten"}});
   find({{"one*", {Key::Esc}}});
   EXPECT_EQ(GlobalOptions::FFDriveList, "");
 }
@@ -321,7 +323,7 @@ TEST_F(FileFindTest, WhatIsGoneIsNotCopiedAndGoesOffTheList) {
   show();
   find({search("*.txt"), {Complete, {Key::Esc}}});
   std::filesystem::remove(dir.path("left/one.txt"));
-  find({{"one.txt", {Key::F5}}, {"Copy 2 files to", {Key::Esc}}, {Title, {Key::Esc}}},
+  find({{"one.txt", {Key::F5}}, {"Copy 2 files to", {Key::Esc}}, {FindTitle, {Key::Esc}}},
        FindList::Last);
   EXPECT_EQ(listed(), (Names{"three.txt", "two.txt"}));
   std::filesystem::remove_all(dir.path("left/sub"));
@@ -339,7 +341,7 @@ TEST_F(FileFindTest, AFileThatCannotBeLookedAtIsNotGone) {
   System::setHook([](const char* call, const char* name,
                      void*) { return strcmp(call, "lstat") == 0 && path == name ? EIO : 0; },
                   nullptr);
-  find({{"one.txt", {Key::F8}}, {"Input/output error", {Key::Enter}}, {Title, {Key::Esc}}},
+  find({{"one.txt", {Key::F8}}, {"Input/output error", {Key::Enter}}, {FindTitle, {Key::Esc}}},
        FindList::Last);
   System::setHook(nullptr, nullptr);
   EXPECT_EQ(listed(), Names{"one.txt"});
@@ -447,13 +449,13 @@ TEST_F(FileFindTest, ADotInADirectoryBeginsNoExtension) {
 TEST_F(FileFindTest, CtrlRReplacesInAllFoundFiles) {
   makeTree();
   show();
-  find({{Title, {Key::Tab}, "", "*"},
-        {Title, {Key::Enter}, "", "text"},
+  find({{FindTitle, {Key::Tab}, "", "*"},
+        {FindTitle, {Key::Enter}, "", "text"},
         {Complete, {Key::ctrl('r')}},
         {"Replace with:", {Key::Enter}, "replace_ask", "words"},
         {"Are you sure you want to replace", {Key::Enter}, "replace_sure"},
         {"Replaced 2 occurances in 2 files", {Key::Enter}},
-        {Title, {Key::Esc}}});
+        {FindTitle, {Key::Esc}}});
   EXPECT_EQ(dir.read("left/one.txt"), "some words here");
   EXPECT_EQ(dir.read("left/sub/three.txt"), "more words");
 }
@@ -461,8 +463,8 @@ TEST_F(FileFindTest, CtrlRReplacesInAllFoundFiles) {
 TEST_F(FileFindTest, OnlyEnterReplaces) {
   makeTree();
   show();
-  find({{Title, {Key::Tab}, "", "*"},
-        {Title, {Key::Enter}, "", "text"},
+  find({{FindTitle, {Key::Tab}, "", "*"},
+        {FindTitle, {Key::Enter}, "", "text"},
         {Complete, {Key::ctrl('r')}},
         {"Replace with:", {Key::Enter}, "", "words"},
         {"Are you sure you want to replace", {Key::Esc}},
@@ -475,8 +477,8 @@ TEST_F(FileFindTest, TheFirstFileThatFailsEndsTheReplacing) {
   makeTree();
   file("left/kept.txt", "a text");
   show();
-  find({{Title, {Key::Tab}, "", "*.txt"},
-        {Title, {Key::Enter}, "", "text"},
+  find({{FindTitle, {Key::Tab}, "", "*.txt"},
+        {FindTitle, {Key::Enter}, "", "text"},
         {Complete, {Key::CtrlF3, Key::Esc}}});
   ASSERT_EQ(exact(lastComponent(foundEntries().row(0).path())), L"kept.txt");
   System::setHook(
@@ -489,7 +491,7 @@ TEST_F(FileFindTest, TheFirstFileThatFailsEndsTheReplacing) {
         {"in 3 files", {Key::Enter}},
         {"one.txt.td@@@.tmp", {Key::Enter}, "replace_failed"},
         {"Replaced 1 occurances in 1 files", {Key::Enter}, "replace_done"},
-        {Title, {Key::Esc}}},
+        {FindTitle, {Key::Esc}}},
        FindList::Last);
   System::setHook(nullptr, nullptr);
   EXPECT_EQ(dir.read("left/kept.txt"), "a words");
@@ -506,8 +508,8 @@ TEST_F(FileFindTest, AFileThatCouldNotBeOpenedIsPassedOver) {
         return strcmp(call, "open") == 0 && strstr(path, "one.txt") ? EACCES : 0;
       },
       nullptr);
-  find({{Title, {Key::Tab}, "", "*.txt"},
-        {Title, {Key::Enter}, "", "text"},
+  find({{FindTitle, {Key::Tab}, "", "*.txt"},
+        {FindTitle, {Key::Enter}, "", "text"},
         {Complete, {Key::ctrl('r')}},
         {"Replace with:", {Key::Enter}, "", "words"},
         {"in 2 files", {Key::Enter}},
@@ -521,8 +523,8 @@ TEST_F(FileFindTest, AFileThatCouldNotBeOpenedIsPassedOver) {
 TEST_F(FileFindTest, TheViewerOpensAtTheText) {
   file("left/long", std::string(5000, '\n') + "a needle");
   show();
-  find({{Title, {Key::Tab}, "", "*"},
-        {Title, {Key::Enter}, "", "needle"},
+  find({{FindTitle, {Key::Tab}, "", "*"},
+        {FindTitle, {Key::Enter}, "", "needle"},
         {Complete, {Key::F3}},
         {"a needle", {Key::Esc}},
         {Complete, {Key::Esc}}});

@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr unsigned char Red = 0x14;  // on the background of PlainText
-constexpr unsigned char Green = 0x12;
+constexpr unsigned char RedOnPlain = 0x14;  // on the background of PlainText
+constexpr unsigned char GreenOnPlain = 0x12;
 
 std::shared_ptr<const SyntaxDefinitions> read(const std::string& content,
                                               const wchar_t* name = L"a.c") {
@@ -24,9 +24,9 @@ TEST(DefinitionsReader, ASectionWhosePatternFitsTheNameGivesItsRules) {
       "[C:*.{c,h}]\nnumber:red\n"
       "[Makefile:*{akefile,.mk}]\nnumber:green\n";
   ASSERT_NE(read(content, L"A.H"), nullptr);
-  EXPECT_EQ(read(content, L"a.c")->numbers.at(0).colour, Red);
-  EXPECT_EQ(read(content, L"GNUmakefile")->numbers.at(0).colour, Green);
-  EXPECT_EQ(read(content, L"rules.mk")->numbers.at(0).colour, Green);
+  EXPECT_EQ(read(content, L"a.c")->numbers.at(0).colour, RedOnPlain);
+  EXPECT_EQ(read(content, L"GNUmakefile")->numbers.at(0).colour, GreenOnPlain);
+  EXPECT_EQ(read(content, L"rules.mk")->numbers.at(0).colour, GreenOnPlain);
   EXPECT_EQ(read(content, L"a.cpp"), nullptr);
   EXPECT_EQ(read("", L"a.c"), nullptr);
 }
@@ -43,8 +43,8 @@ TEST(DefinitionsReader, RulesStandOnlyUnderAHeadThatFits) {
 TEST(DefinitionsReader, SeveralSectionsThatFitAddUpInTheOrderOfTheFile) {
   const auto both = read("[A:*.c]\nwords:red:if\n[B:*.h]\nwords:blue:x\n[C:a.*]\nwords:green:if\n");
   ASSERT_EQ(both->wordLists.size(), 2U);
-  EXPECT_EQ(both->wordLists[0].colour, Red);
-  EXPECT_EQ(both->wordLists[1].colour, Green);
+  EXPECT_EQ(both->wordLists[0].colour, RedOnPlain);
+  EXPECT_EQ(both->wordLists[1].colour, GreenOnPlain);
 }
 
 TEST(DefinitionsReader, TheFirstMatchingElementOfTwoSectionsWins) {
@@ -66,13 +66,13 @@ TEST(DefinitionsReader, AClassThatNamesNoClassIsAColourExpression) {
   const auto result = rules("number:bright white on red\nnumber:on green\nnumber: gre");
   EXPECT_EQ(result->numbers.at(0).colour, 0x4F);
   EXPECT_EQ(result->numbers.at(1).colour, 0x2B);
-  EXPECT_EQ(result->numbers.at(2).colour, Green);
+  EXPECT_EQ(result->numbers.at(2).colour, GreenOnPlain);
 }
 
 TEST(DefinitionsReader, AClassCountsOnlyFromAboveTheRule) {
   const auto result = read("[C:*]\nnumber:red\n[Colour Classes]\nred:green\n[D:*]\nnumber:red\n");
-  EXPECT_EQ(result->numbers.at(0).colour, Red);
-  EXPECT_EQ(result->numbers.at(1).colour, Green);
+  EXPECT_EQ(result->numbers.at(0).colour, RedOnPlain);
+  EXPECT_EQ(result->numbers.at(1).colour, GreenOnPlain);
 }
 
 TEST(DefinitionsReader, WordCharactersAreAddedToLettersAndDigits) {

@@ -18,7 +18,7 @@ std::vector<std::string> coloursOfLines(CSyntax& engine, const std::vector<std::
   return result;
 }
 
-using Colours = std::vector<std::string>;
+using ColourLines = std::vector<std::string>;
 
 TEST(Syntax, WithoutDefinitionsAllTextHasTheDefaultColour) {
   CSyntax engine;
@@ -122,12 +122,12 @@ TEST(Syntax, WhatBeginsIsNotAskedForItsEndAtTheSamePlace) {
 TEST(Syntax, ABlockGoesOnUntilItsEndOnALaterLine) {
   CSyntax engine = engineWith("blockcomment:red:/*:*/");
   EXPECT_EQ(coloursOfLines(engine, {L"a /* b", L"", L"c", L"d */ e"}),
-            (Colours{"..4444", "", "4", "4444.."}));
+            (ColourLines{"..4444", "", "4", "4444.."}));
 }
 
 TEST(Syntax, AStringThatIsNotClosedRunsOn) {
   CSyntax engine = engineWith("string:green:\":\"");
-  EXPECT_EQ(coloursOfLines(engine, {L"\"a", L"b\"c"}), (Colours{"22", "22."}));
+  EXPECT_EQ(coloursOfLines(engine, {L"\"a", L"b\"c"}), (ColourLines{"22", "22."}));
 }
 
 TEST(Syntax, AnEscapeProtectsTheClosingQuote) {
@@ -138,7 +138,7 @@ TEST(Syntax, AnEscapeProtectsTheClosingQuote) {
 
 TEST(Syntax, AnEscapeAtTheEndOfALineProtectsNothing) {
   CSyntax engine = engineWith("string:green:\":\":\\:");
-  EXPECT_EQ(coloursOfLines(engine, {L"\"a\\", L"\"b"}), (Colours{"222", "2."}));
+  EXPECT_EQ(coloursOfLines(engine, {L"\"a\\", L"\"b"}), (ColourLines{"222", "2."}));
 }
 
 TEST(Syntax, AProtectedCharacterGoesOutAsItIs) {
@@ -154,7 +154,7 @@ TEST(Syntax, AProtectedCharacterGoesOutAsItIs) {
 
 TEST(Syntax, AStateWithoutAnEndStaysOpenUntilAChangeEndsIt) {
   CSyntax engine = engineWith("state:green:code:<<:\nstatechange(code):red:>>:pop");
-  EXPECT_EQ(coloursOfLines(engine, {L"<<a", L"b>>c"}), (Colours{"222", "244."}));
+  EXPECT_EQ(coloursOfLines(engine, {L"<<a", L"b>>c"}), (ColourLines{"222", "244."}));
 }
 
 TEST(Syntax, AChangeSwitchesOrPushesToTheFirstElementOfThatName) {
@@ -190,7 +190,7 @@ TEST(Syntax, NestedCommentsCount) {
 
 TEST(Syntax, ALineCommentEndsWithItsLine) {
   CSyntax engine = engineWith("linecomment:red:#\nnumber:green");
-  EXPECT_EQ(coloursOfLines(engine, {L"1#1", L"1"}), (Colours{"244", "2"}));
+  EXPECT_EQ(coloursOfLines(engine, {L"1#1", L"1"}), (ColourLines{"244", "2"}));
 }
 
 TEST(Syntax, ALineCommentInAStateClosesTheStateToo) {

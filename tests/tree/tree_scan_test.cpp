@@ -11,7 +11,7 @@
 
 namespace {
 
-struct Watcher : ScanWatcher {
+struct CountsOfScan : ScanWatcher {
   void counted(int64_t count) override { counts.push_back(count); }
   bool interrupted() override { return ++looks == endAt; }
 
@@ -30,7 +30,7 @@ class TreeScan : public ::testing::Test {
   }
   TempDir dir;
   CTree tree;
-  Watcher watcher;
+  CountsOfScan watcher;
 };
 
 TEST_F(TreeScan, TakesDirectoriesAlone) {
@@ -88,7 +88,7 @@ TEST_F(TreeScan, AnyLookMayEndItAndLeavesNoRoot) {
   const int looks = watcher.looks;
   ASSERT_GT(looks, 5);
   for (int end = 1; end <= looks; ++end) {
-    watcher = Watcher();
+    watcher = CountsOfScan();
     watcher.endAt = end;
     EXPECT_EQ(scan(), ScanEnd::Interrupted) << end;
     EXPECT_EQ(watcher.looks, end) << "nothing is asked afterwards";
@@ -156,7 +156,7 @@ TEST_F(TreeScan, NamesThatAreNoTextAreKept) {
 
 TEST(TreeScanOfTheSystem, FileSystemsOfTheKernelAreLeaves) {
   CTree tree;
-  Watcher watcher;
+  CountsOfScan watcher;
   ASSERT_EQ(scanTree(tree, watcher, "/proc"), ScanEnd::Whole);
   EXPECT_EQ(textOf(tree), "/");
 }

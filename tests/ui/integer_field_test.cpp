@@ -7,17 +7,18 @@ namespace {
 
 class IntegerFieldTest : public UiTest {};
 
-constexpr int FieldX = 2, FieldY = 1;
+constexpr int NumberX = 2, NumberY = 1;
 
 class NumberDialog : public TestDialog {
  public:
   NumberDialog(int start, int width, KeepFormat keepFormat = KeepFormat::No)
       : value(start), width_(width) {
-    addInteger(FieldX, FieldY, Group::New, &value, width, keepFormat);
+    addInteger(NumberX, NumberY, Group::New, &value, width, keepFormat);
   }
   std::wstring shown() const {
     std::wstring result;
-    for (const Cell& cell : console->getCells(originX() + FieldX, originY() + FieldY, width_, 1)) {
+    for (const Cell& cell :
+         console->getCells(originX() + NumberX, originY() + NumberY, width_, 1)) {
       result += cell.ch;
     }
     return result;

@@ -9,12 +9,6 @@
 
 namespace {
 
-using Result = SearchHit::Result;
-
-bool never() {
-  return false;
-}
-
 SearchValues valuesOf(const wchar_t* text) {
   SearchValues values;
   values.text = text;
@@ -31,14 +25,14 @@ struct Searched {
   }
   int64_t find(const SearchValues& values, int64_t from) {
     const SearchHit hit = searchFile(file, values, from, never);
-    return hit.result == Result::Found ? hit.position : -1;
+    return hit.result == SearchHit::Result::Found ? hit.position : -1;
   }
   std::vector<int64_t> all(SearchValues values) {
     std::vector<int64_t> hits;
     int64_t from = values.reverse ? file.size() : 0;
     for (;;) {
       const SearchHit hit = searchFile(file, values, from, never);
-      if (hit.result != Result::Found) return hits;
+      if (hit.result != SearchHit::Result::Found) return hits;
       hits.push_back(hit.position);
       from = values.reverse ? hit.end() - 1 : hit.position + 1;
     }
@@ -230,7 +224,7 @@ TEST(FileSearch, CanBeStopped) {
   Searched searched(std::string(1 << 20, 'x'));
   int asked = 0;
   const SearchHit hit = searchFile(searched.file, valuesOf(L"y"), 0, [&] { return ++asked == 3; });
-  EXPECT_EQ(hit.result, Result::Stopped);
+  EXPECT_EQ(hit.result, SearchHit::Result::Stopped);
   EXPECT_EQ(asked, 3);
 }
 

@@ -10,12 +10,6 @@
 
 namespace {
 
-using Result = LineCounter::Place::Result;
-
-bool never() {
-  return false;
-}
-
 void expectFinds(LineCounter& counter, const std::vector<int64_t>& starts,
                  const std::string& what) {
   const auto lines = static_cast<int64_t>(starts.size());
@@ -23,11 +17,11 @@ void expectFinds(LineCounter& counter, const std::vector<int64_t>& starts,
   for (int64_t i = 0; i < lines; i += 1 + lines / 23) {
     const int64_t line = i * 7919 % lines;
     const LineCounter::Place place = counter.find(line, never);
-    ASSERT_EQ(place.result, Result::Found) << line << what;
+    ASSERT_EQ(place.result, LineCounter::Place::Result::Found) << line << what;
     ASSERT_EQ(place.position, starts[static_cast<size_t>(line)]) << line << what;
   }
   const LineCounter::Place behind = counter.find(std::max<int64_t>(lines, 1), never);
-  EXPECT_EQ(behind.result, Result::TooFew) << what;
+  EXPECT_EQ(behind.result, LineCounter::Place::Result::TooFew) << what;
   EXPECT_EQ(behind.lines, lines) << what;
 }
 
@@ -74,9 +68,9 @@ TEST(LineCounter, TheFirstLineIsThereInAnEmptyFile) {
   ViewedFile file;
   ASSERT_EQ(file.open(dir.wide("file")), 0);
   LineCounter counter(file);
-  EXPECT_EQ(counter.find(0, never).result, Result::Found);
+  EXPECT_EQ(counter.find(0, never).result, LineCounter::Place::Result::Found);
   const LineCounter::Place second = counter.find(1, never);
-  EXPECT_EQ(second.result, Result::TooFew);
+  EXPECT_EQ(second.result, LineCounter::Place::Result::TooFew);
   EXPECT_EQ(second.lines, 0);
 }
 
@@ -104,7 +98,7 @@ TEST(LineCounter, ACountThatIsStoppedGoesOnWhereItWas) {
   LineCounter counter(file);
   int asked = 0;
   const auto soon = [&] { return ++asked > 5; };
-  EXPECT_EQ(counter.find(1500, soon).result, Result::Stopped);
+  EXPECT_EQ(counter.find(1500, soon).result, LineCounter::Place::Result::Stopped);
   const NaiveLines naive(bytes, TextFormat::Utf8, 0, 1024);
   expectFinds(counter, naive.starts(), "");
 }
