@@ -70,6 +70,8 @@ function(td_library name)
   if(ARG_FOR_TESTS)
     td_for_tests(${target})
   elseif(TD_SANITIZE)
+    # The tests of it run several times as long without.
+    target_compile_options(${target} PRIVATE -O1)
     set(owner td_foundation)
     if(target STREQUAL td_console)
       set(owner td_console)  # the toolkit's flags are not those of the others
